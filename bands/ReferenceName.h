@@ -1,0 +1,17 @@
+#pragma once
+
+#include "pyxis/FileSpecifier.h"
+#include "pyxis/StringBuffer.h"
+#include "sets/ComponentList.h"
+
+namespace kest {
+
+/// Sets `out` to the short name that all bands of a set share, by its first component (a plain
+/// specifier is taken as it is). Writes nothing for a scheme outside 1 to 8.
+void getReferenceName(int scheme, const Pyxis::FileSpecifier& componentList,
+                      Pyxis::StringBuffer& out);
+/// The same for a component at hand.
+void getReferenceNameOfComponent(int scheme, const Pyxis::FileSpecifier& component,
+                                 Pyxis::StringBuffer& out);
+
+}  // namespace kest

@@ -1,0 +1,10 @@
+# Sanitizers and coverage change every target alike.
+if(KEST_SANITIZE)
+    add_compile_options(-fsanitize=${KEST_SANITIZE} -fno-omit-frame-pointer
+        -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${KEST_SANITIZE})
+endif()
+if(KEST_COVERAGE)
+    add_compile_options(--coverage -O0)
+    add_link_options(--coverage)
+endif()

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "pyxis/StringBuffer.h"
+
+// Between the host's buffers and the language's strings. Every text is cut at its first
+// terminator; a buffer need not have one.
+
+namespace kest {
+
+/// The text as 16-bit characters.
+std::u16string wideText(const Pyxis::StringBuffer& buffer);
+/// The text as bytes of narrow text (UTF-8).
+std::string narrowText(const Pyxis::StringBuffer& buffer);
+/// A wide buffer with that text and a terminator.
+Pyxis::StringBuffer wideBuffer(std::u16string_view text);
+/// A narrow buffer with that text and a terminator.
+Pyxis::StringBuffer narrowBuffer(std::string_view text);
+
+}  // namespace kest

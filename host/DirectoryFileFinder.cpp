@@ -1,0 +1,80 @@
+#include "host/DirectoryFileFinder.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <system_error>
+
+#include "host/Text.h"
+
+namespace fs = std::filesystem;
+
+namespace Pyxis {
+namespace {
+
+char lower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool equalIgnoringCase(const std::string& left, const std::string& right) {
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](char a, char b) { return lower(a) == lower(b); });
+}
+
+/// On Windows paths are 16-bit text, elsewhere bytes; the standard library tells which.
+fs::path pathOf(const FileSpecifier& file) {
+    if constexpr (sizeof(fs::path::value_type) == 2) {
+        return {utf8ToWide(toUtf8(file.string()))};
+    } else {
+        return {toUtf8(file.string())};
+    }
+}
+
+std::string bytesOf(const fs::path& path) {
+    if constexpr (sizeof(fs::path::value_type) == 2) {
+        return wideToUtf8(path.u16string());
+    } else {
+        return path.string();
+    }
+}
+
+/// The first name in byte order, so that the answer does not hang on the directory's own order.
+std::optional<fs::path> searchIgnoringCase(const fs::path& directory, const std::string& name) {
+    std::optional<fs::path> best;
+    std::error_code error;
+    fs::directory_iterator entries(directory, error);
+    for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
+        const fs::path& candidate = entries->path();
+        if (equalIgnoringCase(bytesOf(candidate.filename()), name) &&
+            (!best || candidate < *best)) {
+            best = candidate;
+        }
+    }
+    return best;
+}
+
+}  // namespace
+
+DirectoryFileFinder::~DirectoryFileFinder() = default;
+
+bool DirectoryFileFinder::findFile(const ImageFormatCodec* /*codec*/, const FileSpecifier& base,
+                                   const FileSpecifier& nameToLookFor, FileSpecifier& found) {
+    const std::string name = toUtf8(nameToLookFor.string());
+    if (name.empty()) {
+        return false;
+    }
+    const fs::path directory = pathOf(base).parent_path();
+    std::optional<fs::path> path = directory / pathOf(nameToLookFor).filename();
+    std::error_code error;
+    if (!fs::exists(*path, error)) {
+        path = searchIgnoringCase(directory.empty() ? fs::path(".") : directory, name);
+    }
+    if (!path) {
+        return false;
+    }
+    found = fileSpecifier(bytesOf(*path));
+    return true;
+}
+
+}  // namespace Pyxis

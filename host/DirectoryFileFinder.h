@@ -1,0 +1,16 @@
+#pragma once
+
+#include "pyxis/FindFileInterface.h"
+
+namespace Pyxis {
+
+/// Looks in the directory of the base file: the exact name first, then ignoring the case of
+/// ASCII letters. Gives back the full path as wide text.
+class PYXIS_API DirectoryFileFinder : public FindFileInterface {
+  public:
+    ~DirectoryFileFinder() override;
+    bool findFile(const ImageFormatCodec* codec, const FileSpecifier& base,
+                  const FileSpecifier& nameToLookFor, FileSpecifier& found) override;
+};
+
+}  // namespace Pyxis

@@ -1,0 +1,58 @@
+#include "pyxis/FileReadDescriptor.h"
+
+#include "host/CodecRegistry.h"
+
+namespace Pyxis {
+
+FormatDecodability FileReadDescriptor::findImageFileCodec(const FileSpecifier& file,
+                                                          const ImageFormatCodec*& codec) {
+    return CodecRegistry::instance().find(file, codec);
+}
+
+FileReadDescriptor::FileReadDescriptor(const FileSpecifier& file, const ImageFormatCodec* codec)
+    : file_(file), codec_(codec) {}
+
+FileReadDescriptor::~FileReadDescriptor() = default;
+
+ReadImageFileInterface* FileReadDescriptor::image() {
+    if (!image_ && codec_ != nullptr) {
+        image_.reset(codec_->openImage(&file_));
+    }
+    return image_.get();
+}
+
+bool FileReadDescriptor::setFrame(int frame) {
+    if (image() == nullptr || frame < 0 || frame >= image()->getNumFrames()) {
+        return false;
+    }
+    frame_ = frame;
+    return true;
+}
+
+FormatCodecPropertyInterface* FileReadDescriptor::getProperty(const StringBuffer& name) {
+    if (image() == nullptr) {
+        return nullptr;
+    }
+    const std::unique_ptr<ReadImageFileFrameInterface> frame(image()->openFrame(frame_));
+    if (!frame) {
+        return nullptr;
+    }
+    const std::unique_ptr<FormatCodecPropertySetIterator> properties(frame->getProperties());
+    if (!properties) {
+        return nullptr;
+    }
+    for (properties->start(); !properties->endOfList(); properties->step()) {
+        const FormatCodecPropertyInterface* property = properties->openProperty();
+        FormatCodecPropertyInterface* copy = nullptr;
+        if (property != nullptr && property->getName() == name) {
+            copy = property->clone();
+        }
+        properties->closeProperty();
+        if (copy != nullptr) {
+            return copy;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace Pyxis

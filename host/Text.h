@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "pyxis/Export.h"
+#include "pyxis/FileSpecifier.h"
+#include "pyxis/StringBuffer.h"
+
+// The host's text: UTF-8 and UTF-16, where bytes that are no UTF-8 survive as lone surrogates.
+
+namespace Pyxis {
+
+/// Every byte that is no part of well-formed UTF-8 becomes U+DC80 + (byte - 0x80).
+PYXIS_API std::u16string utf8ToWide(std::string_view text);
+/// The inverse of `utf8ToWide`. Other lone surrogates come out as three bytes each.
+PYXIS_API std::string wideToUtf8(std::u16string_view text);
+
+/// The buffer's text up to its terminator as UTF-8 (or, for a path, as the bytes that it is made
+/// of).
+PYXIS_API std::string toUtf8(const StringBuffer& buffer);
+/// A wide buffer with the text and a terminator.
+PYXIS_API StringBuffer toWideBuffer(std::string_view utf8);
+/// A plain file specifier with the path as wide text.
+PYXIS_API FileSpecifier fileSpecifier(std::string_view path);
+
+}  // namespace Pyxis

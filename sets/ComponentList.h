@@ -1,0 +1,60 @@
+#pragma once
+
+#include <memory>
+
+#include "pyxis/FileSpecifier.h"
+
+// The component list document: a compound specifier's text, which names the files of a set and
+// the frame of each that holds the band.
+
+namespace kest {
+
+/// Number of components; a plain specifier with a text counts as one.
+int countComponents(const Pyxis::FileSpecifier& spec);
+
+/// Reads component `index` (0 first). False for a plain specifier (`file` and `frame` untouched),
+/// for an index that there is not, and for a component without a path.
+bool getComponent(const Pyxis::FileSpecifier& spec, int index, Pyxis::FileSpecifier& file,
+                  int& frame);
+
+/// Adds a component at the end of the list; an empty `spec` becomes a new list. A text that holds
+/// no list stays as it is.
+void appendComponent(const Pyxis::FileSpecifier& component, int frame, Pyxis::FileSpecifier& spec);
+
+/// A component list parsed once, for callers that read more than one component. The answers are
+/// those of the functions above, which are thin calls on it.
+class ComponentList {
+  public:
+    explicit ComponentList(const Pyxis::FileSpecifier& spec);
+    ComponentList(ComponentList&&) noexcept;
+    ComponentList& operator=(ComponentList&&) noexcept;
+    ~ComponentList();
+
+    int count() const;
+    bool get(int index, Pyxis::FileSpecifier& file, int& frame) const;
+
+  private:
+    class Document;
+    std::unique_ptr<Document> document_;
+};
+
+/// Builds a component list without writing the document after every component.
+class ComponentListBuilder {
+  public:
+    /// Starts where `appendComponent` on an empty specifier would.
+    ComponentListBuilder();
+    ComponentListBuilder(ComponentListBuilder&&) noexcept;
+    ComponentListBuilder& operator=(ComponentListBuilder&&) noexcept;
+    ~ComponentListBuilder();
+
+    void append(const Pyxis::FileSpecifier& component, int frame);
+    int count() const;
+    /// The list as a compound specifier; an empty plain one when nothing was appended.
+    Pyxis::FileSpecifier specifier() const;
+
+  private:
+    class Document;
+    std::unique_ptr<Document> document_;
+};
+
+}  // namespace kest

@@ -1,0 +1,362 @@
+#pragma once
+
+#include <cstring>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "host/CodecRegistry.h"
+#include "host/Text.h"
+#include "pyxis/ComponentCodecs.h"
+#include "pyxis/FormatCodecGeoCorrelation.h"
+#include "pyxis/FormatCodecPropertySetIterator.h"
+#include "pyxis/ImageFormatCodec.h"
+
+// In-memory stand-ins for the host's codecs, images, frames and properties. A FakeCodec reads the
+// files that it is told of; what each answers is plain data. One World counts and records what is
+// done to all of them.
+
+namespace fakes {
+
+/// What happened, in order, and how many host objects are alive.
+struct World {
+    std::vector<std::string> events;
+    int alive = 0;
+    /// Called at every host call that may fail, with its name; true makes the call fail.
+    std::function<bool(std::string_view)> fail;
+
+    bool fails(std::string_view call) const { return fail && fail(call); }
+    void note(std::string event) { events.push_back(std::move(event)); }
+};
+
+class StringProperty : public Pyxis::FormatCodecStringProperty {
+  public:
+    StringProperty(std::string_view name, std::string_view value)
+        : FormatCodecStringProperty(
+              {static_cast<int>(value.size()), reinterpret_cast<const unsigned char*>(value.data()),
+               Pyxis::CharacterType::Narrow},
+              0) {
+        nameText() = Pyxis::toWideBuffer(name);
+    }
+    StringProperty* clone() const override { return new StringProperty(*this); }
+};
+
+/// A property with a name and nothing else.
+class PlainProperty : public Pyxis::FormatCodecPropertyInterface {
+  public:
+    explicit PlainProperty(std::string_view name) { nameText() = Pyxis::toWideBuffer(name); }
+    PlainProperty* clone() const override { return new PlainProperty(*this); }
+};
+
+class FastBandFile : public FASTBandFilenameProperty {
+  public:
+    explicit FastBandFile(std::string_view fileName)
+        : FASTBandFilenameProperty(Pyxis::toWideBuffer(fileName)) {}
+    FastBandFile* clone() const override { return new FastBandFile(*this); }
+};
+
+struct GeoFacts {
+    double originX = 0.0;
+    double originY = 0.0;
+    double pixelX = 1.0;
+    double pixelY = 1.0;
+    double scaleX = 1.0;
+    double scaleY = 1.0;
+    double rotation = 0.0;
+    std::int32_t width = 100;
+    std::int32_t height = 100;
+    int code = 0;  ///< 0: none
+    std::string system;
+};
+
+/// Base is Pyxis::FormatCodecGeoCorrelation or GeoTiffCorrelation.
+template <typename Base>
+class GeoBase : public Base {
+  public:
+    explicit GeoBase(GeoFacts facts) : facts_(std::move(facts)) {}
+
+    void getOrigin(Pyxis::Point3d& origin) const override {
+        origin = {facts_.originX, facts_.originY, 7.0};
+    }
+    void getPixelSize(Pyxis::Vector2d& size) const override {
+        size = {facts_.pixelX, facts_.pixelY};
+    }
+    void getRotation(double& radians) const override { radians = facts_.rotation; }
+    void getUnitScale(Pyxis::Vector2d& scale) const override {
+        scale = {facts_.scaleX, facts_.scaleY};
+    }
+    void getCoordinateSystem(Pyxis::StringBuffer& text) const override {
+        text = Pyxis::toWideBuffer(facts_.system);
+    }
+    bool hasCoordinateSystemCode() const override { return facts_.code != 0; }
+    void getCoordinateSystemCode(int& code) const override { code = facts_.code; }
+    void getImageSize(std::int32_t& width, std::int32_t& height) const override {
+        width = facts_.width;
+        height = facts_.height;
+    }
+
+  protected:
+    GeoFacts facts_;
+};
+
+class Geo : public GeoBase<Pyxis::FormatCodecGeoCorrelation> {
+  public:
+    using GeoBase::GeoBase;
+    Geo* clone() const override { return new Geo(*this); }
+};
+
+/// Corners of an upright raster by the facts, each moved by an offset of its own.
+class GeoTiff : public GeoBase<GeoTiffCorrelation> {
+  public:
+    using GeoBase::GeoBase;
+    GeoTiff* clone() const override { return new GeoTiff(*this); }
+    Pyxis::Point2d getUpperLeft() const override { return at(0, facts_.height, upperLeft); }
+    Pyxis::Point2d getUpperRight() const override {
+        return at(facts_.width, facts_.height, upperRight);
+    }
+    Pyxis::Point2d getLowerLeft() const override { return at(0, 0, lowerLeft); }
+    Pyxis::Point2d getLowerRight() const override { return at(facts_.width, 0, lowerRight); }
+
+    Pyxis::Point2d upperLeft, upperRight, lowerLeft, lowerRight;
+
+  private:
+    Pyxis::Point2d at(double u, double v, const Pyxis::Point2d& offset) const {
+        return {facts_.originX + u * facts_.pixelX + offset.x,
+                facts_.originY + v * facts_.pixelY + offset.y};
+    }
+};
+
+using PropertyPointer = std::shared_ptr<const Pyxis::FormatCodecPropertyInterface>;
+
+/// What a frame answers.
+struct FrameFacts {
+    std::int32_t model = 0;
+    std::int32_t bits = 8;
+    std::int32_t format = 1;
+    bool noFrame = false;       ///< `openFrame` gives null
+    bool noProperties = false;  ///< `getProperties` gives null
+    std::vector<PropertyPointer> properties;
+};
+
+/// What a file holds.
+struct FileFacts {
+    bool cannotOpen = false;  ///< `openImage` gives null
+    std::vector<FrameFacts> frames;
+};
+
+class PropertySet : public Pyxis::FormatCodecPropertySetIterator {
+  public:
+    PropertySet(World& world, const std::vector<PropertyPointer>& properties) : world_(world) {
+        for (const PropertyPointer& property : properties) {
+            appendProperty(property.get());
+        }
+        ++world_.alive;
+    }
+    ~PropertySet() override {
+        --world_.alive;
+        world_.note("delete properties");
+    }
+    Pyxis::FormatCodecPropertyInterface* openProperty() override {
+        return world_.fails("openProperty") ? nullptr
+                                            : FormatCodecPropertySetIterator::openProperty();
+    }
+    using FormatCodecPropertySetIterator::openProperty;
+
+  private:
+    World& world_;
+};
+
+class Frame : public Pyxis::ReadImageFileFrameInterface {
+  public:
+    Frame(World& world, FrameFacts facts, int index)
+        : world_(world), facts_(std::move(facts)), index_(index) {
+        ++world_.alive;
+    }
+    ~Frame() override {
+        --world_.alive;
+        world_.note("delete frame");
+    }
+    bool frameOp1(int level) override {
+        world_.note("frameOp1 " + std::to_string(level));
+        return level == 0;
+    }
+    int getFrameIndex() const override { return index_; }
+    void frameOp3(std::int32_t* width, std::int32_t* height) override {
+        *width = 30;
+        *height = 31;
+    }
+    std::int32_t frameOp4() override { return facts_.model; }
+    std::int32_t frameOp5() override { return 50; }
+    std::int32_t frameOp6() override { return facts_.bits; }
+    std::int32_t frameOp7() override { return facts_.format; }
+    std::int32_t frameOp8() override { return 80; }
+    std::int32_t frameOp9() override { return 90; }
+    std::int32_t frameOp10() override { return 100; }
+    void frameOp11(int channel, Pyxis::ChannelRange* range) override {
+        range->minimum = channel;
+        range->maximum = 111.0;
+    }
+    const Pyxis::ColourTable* frameOp12() override { return &colours_; }
+    bool frameOp13(int level, Pyxis::PixelRequest* request) override {
+        request->x = level;
+        return true;
+    }
+    Pyxis::FormatCodecPropertySetIterator* getProperties() override {
+        if (facts_.noProperties || world_.fails("getProperties")) {
+            return nullptr;
+        }
+        return new PropertySet(world_, facts_.properties);
+    }
+    void* frameOp15(void* argument) override { return argument; }
+    void* frameOp16(int argument) override { return argument == 16 ? this : nullptr; }
+
+  private:
+    World& world_;
+    FrameFacts facts_;
+    int index_;
+    Pyxis::ColourTable colours_;
+};
+
+class Image : public Pyxis::ReadImageFileInterface {
+  public:
+    Image(World& world, const Pyxis::ImageFormatCodec* codec, Pyxis::FileSpecifier file,
+          FileFacts facts)
+        : world_(world), codec_(codec), file_(std::move(file)), facts_(std::move(facts)) {
+        ++world_.alive;
+    }
+    ~Image() override {
+        --world_.alive;
+        world_.note("delete image");
+    }
+    const Pyxis::ImageFormatCodec* getCodec() const override { return codec_; }
+    const Pyxis::FileSpecifier& getFileSpecifier() const override { return file_; }
+    int getNumFiles() const override { return 1; }
+    Pyxis::FileSpecifier getFile(int /*index*/) const override { return file_; }
+    int getNumFrames() const override { return static_cast<int>(facts_.frames.size()); }
+    Pyxis::ReadImageFileFrameInterface* openFrame(int index) override {
+        if (index < 0 || index >= getNumFrames() ||
+            facts_.frames[static_cast<std::size_t>(index)].noFrame || world_.fails("openFrame")) {
+            return nullptr;
+        }
+        return new Frame(world_, facts_.frames[static_cast<std::size_t>(index)], index);
+    }
+
+  private:
+    World& world_;
+    const Pyxis::ImageFormatCodec* codec_;
+    Pyxis::FileSpecifier file_;
+    FileFacts facts_;
+};
+
+/// Reads the files added to it. Base is ImageFormatCodec or one of the component codecs.
+template <typename Base = Pyxis::ImageFormatCodec>
+class BasicCodec : public Base {
+  public:
+    /// Registers itself with the host for as long as it lives.
+    explicit BasicCodec(World& world) : world_(world), registration_(*this) {}
+
+    void add(const std::string& path, FileFacts facts) { files_[path] = std::move(facts); }
+    /// A file of one frame.
+    void add(const std::string& path, FrameFacts facts) {
+        files_[path] = FileFacts{false, {std::move(facts)}};
+    }
+
+    void getLibVersionInfo(unsigned int&, unsigned int&, unsigned int&) const override {}
+    void getApiVersionInfo(unsigned int&, unsigned int&) const override {}
+    Pyxis::CodecCapability codecCapability() const override {
+        return Pyxis::CodecCapability::ReadOnly;
+    }
+    bool isValidFileName(const Pyxis::FileSpecifier&) const override { return true; }
+    Pyxis::FormatType getFormatDecodabilityType() const override { return {}; }
+    Pyxis::FormatOrganization getFormatOrganization() const override { return {}; }
+    Pyxis::FormatFrameType getFormatFrameType() const override { return {}; }
+    bool isFormatFeature(Pyxis::FormatFeature) const override { return false; }
+    bool isSupportedProperty(Pyxis::FormatCodecPropertyInterface::PropertyIdentifier,
+                             Pyxis::StringBuffer*) const override {
+        return false;
+    }
+    int getNumExtensions() const override { return 0; }
+    void getExtensionText(int, Pyxis::StringBuffer&) const override {}
+    void getFormatName(Pyxis::StringBuffer&) const override {}
+    void getDescriptionText(Pyxis::StringBuffer&) const override {}
+    void getCopyrightText(Pyxis::StringBuffer&) const override {}
+    Pyxis::FormatDecodability isDecodableFile(const Pyxis::FileSpecifier& file,
+                                              Pyxis::FindFileInterface*) const override {
+        const bool known = file.type() == Pyxis::FileSpecifier::Type::PlainFile &&
+                           files_.count(Pyxis::toUtf8(file.string())) != 0;
+        return known && !world_.fails("isDecodableFile") ? Pyxis::FormatDecodability::Decodable
+                                                         : Pyxis::FormatDecodability::NotThisFormat;
+    }
+    bool isEncodableImage(const Pyxis::DataModelAttributes&, Pyxis::Size) const override {
+        return false;
+    }
+    Pyxis::ReadImageFileInterface* openImage(const Pyxis::FileSpecifier* file,
+                                             Pyxis::FindFileInterface&) const override {
+        return openImage(file);
+    }
+    Pyxis::ReadImageFileInterface* openImage(const Pyxis::FileSpecifier* file) const override {
+        const std::string path = Pyxis::toUtf8(file->string());
+        world_.note("open " + path);
+        const auto found = files_.find(path);
+        if (found == files_.end() || found->second.cannotOpen || world_.fails("openImage")) {
+            return nullptr;
+        }
+        return new Image(world_, this, *file, found->second);
+    }
+    Pyxis::WriteImageFileInterface* writeImage() const override { return nullptr; }
+    Pyxis::ReadImageFileInterface* cloneOpenImage(
+        const Pyxis::ReadImageFileInterface*) const override {
+        return nullptr;
+    }
+
+  protected:
+    World& world_;
+
+  private:
+    std::map<std::string, FileFacts> files_;
+    Pyxis::CodecRegistration registration_;
+};
+
+using Codec = BasicCodec<>;
+using FastCodec = BasicCodec<FASTFormatCodec>;
+
+/// A codec with a property-name query: property `number` is called "property <number>".
+template <typename Base>
+class NamingCodec : public BasicCodec<Base> {
+  public:
+    using BasicCodec<Base>::BasicCodec;
+    void getPropertyName(int number, Pyxis::StringBuffer& name) const override {
+        if (this->world_.fails("getPropertyName")) {
+            throw 42;
+        }
+        name = Pyxis::toWideBuffer("property " + std::to_string(number));
+    }
+};
+
+using TiffCodec = NamingCodec<TiffFormatCodec>;
+using QBTiffCodec = NamingCodec<QBTiffFormatCodec>;
+using NitfCodec = NamingCodec<NITFFormatCodec>;
+
+template <typename Property, typename... Arguments>
+PropertyPointer property(Arguments&&... arguments) {
+    return std::make_shared<Property>(std::forward<Arguments>(arguments)...);
+}
+
+/// A frame that lies at the origin of coordinate system 32632, with that pixel size.
+inline FrameFacts bandFrame(double pixelSize = 1.0) {
+    GeoFacts facts;
+    facts.pixelX = facts.pixelY = pixelSize;
+    facts.width = facts.height = static_cast<std::int32_t>(100.0 / pixelSize);
+    facts.code = 32632;
+    FrameFacts frame;
+    frame.properties.push_back(property<Geo>(facts));
+    return frame;
+}
+
+inline const std::string kBandListHeader = "{\n  bandList = \n";
+
+}  // namespace fakes
