@@ -12,6 +12,9 @@
 
 namespace kest {
 
+/// The part of the first component's extent by which another's corners may be off.
+inline constexpr double kToleranceFactor = 0.05;
+
 /// The measurements of one component.
 struct InclusionData {
     std::int32_t pixelBits = 0;

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "codec/strings/KestExport.h"
+#include "properties/MultispectralPropertyId.h"
+#include "pyxis/ImageFormatCodec.h"
+#include "sets/SetMembership.h"
+
+/// The codec of multispectral sets: groups of single-band files, named by a compound specifier,
+/// that other codecs of the host read. It only reads.
+class KEST_API KestMultispectralCodec : public Pyxis::ImageFormatCodec {
+  public:
+    using InclusionData = kest::InclusionData;
+    using MultispectralPropertyId = kest::MultispectralPropertyId;
+
+    KestMultispectralCodec();
+    /// Releases the string-resource module.
+    ~KestMultispectralCodec() override;
+
+    void getLibVersionInfo(unsigned int& major, unsigned int& minor,
+                           unsigned int& build) const override;
+    void getApiVersionInfo(unsigned int& major, unsigned int& minor) const override;
+    Pyxis::CodecCapability codecCapability() const override;
+    bool isValidFileName(const Pyxis::FileSpecifier& file) const override;
+    Pyxis::FormatType getFormatDecodabilityType() const override;
+    Pyxis::FormatOrganization getFormatOrganization() const override;
+    Pyxis::FormatFrameType getFormatFrameType() const override;
+    bool isFormatFeature(Pyxis::FormatFeature feature) const override;
+    bool isSupportedProperty(Pyxis::FormatCodecPropertyInterface::PropertyIdentifier identifier,
+                             Pyxis::StringBuffer* name) const override;
+    int getNumExtensions() const override;
+    void getExtensionText(int index, Pyxis::StringBuffer& text) const override;
+    void getFormatName(Pyxis::StringBuffer& text) const override;
+    void getDescriptionText(Pyxis::StringBuffer& text) const override;
+    void getCopyrightText(Pyxis::StringBuffer& text) const override;
+    /// Decodable, NotThisFormat, or UndecodableSet when fewer than two components fit together.
+    Pyxis::FormatDecodability isDecodableFile(const Pyxis::FileSpecifier& file,
+                                              Pyxis::FindFileInterface* finder) const override;
+    bool isEncodableImage(const Pyxis::DataModelAttributes& attributes,
+                          Pyxis::Size size) const override;
+    /// With `finder` the image also finds a product's metadata text file.
+    Pyxis::ReadImageFileInterface* openImage(const Pyxis::FileSpecifier* file,
+                                             Pyxis::FindFileInterface& finder) const override;
+    Pyxis::ReadImageFileInterface* openImage(const Pyxis::FileSpecifier* file) const override;
+    Pyxis::WriteImageFileInterface* writeImage() const override;
+    Pyxis::ReadImageFileInterface* cloneOpenImage(
+        const Pyxis::ReadImageFileInterface* image) const override;
+
+    /// Names the module that holds the plug-in's texts, for the whole process.
+    void setResourceFileName(const Pyxis::FileSpecifier& file);
+    /// The name under which frames publish the property. False, with `name` untouched, for an id
+    /// that there is not.
+    bool getMultispectralPropertyName(MultispectralPropertyId id, Pyxis::StringBuffer& name) const;
+    /// Rewrites a component list without the components that no codec reads. False, with `file`
+    /// unchanged, when fewer than two remain or one cannot be read from the list.
+    bool purifyFileSet(Pyxis::FileSpecifier& file) const;
+
+  private:
+    bool initialzeSetCriteria(const Pyxis::FileSpecifier& file, int frame,
+                              const Pyxis::ImageFormatCodec* codec, InclusionData& criteria) const;
+    bool isFileInSet(const Pyxis::FileSpecifier& file, int frame,
+                     const Pyxis::ImageFormatCodec* codec, const InclusionData& criteria) const;
+    bool getCompareData(const Pyxis::FileSpecifier& file, int frame,
+                        const Pyxis::ImageFormatCodec* codec, InclusionData& data) const;
+
+    double toleranceFactor_ = kest::kToleranceFactor;
+};

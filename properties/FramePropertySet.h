@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+
+#include "bands/BandTypes.h"
+#include "properties/KestMultispectralPropertySetIterator.h"
+#include "pyxis/FileSpecifier.h"
+#include "pyxis/ReadImageFile.h"
+#include "pyxis/StringBuffer.h"
+
+namespace kest {
+
+/// What a frame publishes of its band.
+struct BandFacts {
+    Pyxis::StringBuffer referenceName;
+    Pyxis::StringBuffer bandName;
+    Pyxis::FileSpecifier component;
+    int frameNumber = 0;  ///< within the component
+    int indexInBucket = 0;
+    BandType bandType = BandType::Unknown;
+    BandAssignment bandAssignment = BandAssignment::NotAssigned;
+    int bucketIndex = 0;
+    int numBuckets = 0;
+    Pyxis::StringBuffer bucketName;
+};
+
+/// The properties of the component's frame, those of the whole set, then the band's own: reference
+/// name, band name, band type, bucket. A null `componentFrame` contributes nothing; a property
+/// that cannot be built for want of memory is left out. Null when the set itself cannot be built.
+std::unique_ptr<KestMultispectralPropertySetIterator> buildFramePropertySet(
+    Pyxis::ReadImageFileFrameInterface* componentFrame,
+    KestMultispectralPropertySetIterator& setProperties, const BandFacts& band);
+
+}  // namespace kest

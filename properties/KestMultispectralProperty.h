@@ -1,0 +1,19 @@
+#pragma once
+
+#include "codec/strings/KestExport.h"
+#include "properties/MultispectralPropertyId.h"
+
+/// Marks a property as one of the plug-in's, so that a caller who walks a property set can
+/// recognise it by a checked cast. Objects are destroyed through their host base.
+class KEST_API KestMultispectralProperty {
+  public:
+    kest::MultispectralPropertyId multispectralPropertyId() const { return id_; }
+
+  protected:
+    explicit KestMultispectralProperty(kest::MultispectralPropertyId id) : id_(id) {}
+    KestMultispectralProperty(const KestMultispectralProperty&) = default;
+    ~KestMultispectralProperty() = default;
+
+  private:
+    kest::MultispectralPropertyId id_;
+};

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "properties/MultispectralPropertyId.h"
+#include "pyxis/FormatCodecProperty.h"
+#include "pyxis/StringBuffer.h"
+
+namespace kest {
+
+/// Fills `name` with the property's name as the string resources spell it. False, with `name`
+/// untouched, for an id that there is not.
+bool multispectralPropertyName(MultispectralPropertyId id, Pyxis::StringBuffer& name);
+
+/// Whether frames of a set publish the property: the geo-correlation, or a custom one by its exact
+/// name.
+bool isSupportedMultispectralProperty(
+    Pyxis::FormatCodecPropertyInterface::PropertyIdentifier identifier,
+    const Pyxis::StringBuffer* name);
+
+}  // namespace kest
