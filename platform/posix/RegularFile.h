@@ -14,8 +14,7 @@ class RegularFile {
     /// Opens an existing regular file for reading; nothing when it is none or cannot be opened.
     static std::optional<RegularFile> open(std::u16string_view path);
 
-    RegularFile(RegularFile&& other) noexcept
-        : descriptor_(std::exchange(other.descriptor_, -1)) {}
+    RegularFile(RegularFile&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
     RegularFile& operator=(RegularFile&&) = delete;
     ~RegularFile();
 
