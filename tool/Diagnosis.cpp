@@ -7,7 +7,6 @@
 #include "host/Text.h"
 #include "pyxis/FileReadDescriptor.h"
 #include "tool/Interrupt.h"
-#include "tool/Readability.h"
 #include "tool/Words.h"
 
 namespace kestms {
@@ -165,11 +164,10 @@ void failUndecodable(const Diagnosis& diagnosis) {
             blamed->verdict == Verdict::Unreadable ? ExitCode::CannotRead : ExitCode::NotDecodable;
         throw Failure(code, blamed->component.path, blamed->detail);
     }
-    const std::string need = "a set needs at least two bands";
     if (components.size() == 1) {
-        throw Failure(ExitCode::NotDecodable, components.front().component.path, need);
+        throw Failure(ExitCode::NotDecodable, components.front().component.path, kTooFewBands);
     }
-    throw Failure(ExitCode::NotDecodable, need);
+    throw Failure(ExitCode::NotDecodable, kTooFewBands);
 }
 
 }  // namespace kestms

@@ -13,6 +13,9 @@
 
 namespace kestms {
 
+/// The reason given for a set of one.
+inline constexpr const char* kTooFewBands = "a set needs at least two bands";
+
 /// What becomes of one component in a set.
 enum class Verdict {
     Accepted,

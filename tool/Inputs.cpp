@@ -10,13 +10,13 @@
 
 #include "codec/strings/BufferText.h"
 #include "host/Text.h"
+#include "host/codecs/Readability.h"
 #include "pyxis/FileReadDescriptor.h"
 #include "pyxis/ReadImageFile.h"
 #include "sets/ComponentList.h"
 #include "tool/InputText.h"
 #include "tool/Interrupt.h"
 #include "tool/RasterDirectory.h"
-#include "tool/Readability.h"
 
 namespace fs = std::filesystem;
 
@@ -193,6 +193,11 @@ Pyxis::FileSpecifier setOf(const std::vector<Component>& components) {
         builder.append(Pyxis::fileSpecifier(component.path), component.frame);
     }
     return builder.specifier();
+}
+
+std::string whyNotReadable(const std::string& path) {
+    const std::string reason = Pyxis::whyNotReadable(Pyxis::fileSpecifier(path));
+    return reason.empty() ? "no codec reads it" : reason;
 }
 
 void refuseToOverwriteInput(const std::string& output, const Pyxis::FileSpecifier& set) {

@@ -37,6 +37,9 @@ std::vector<Component> componentsOf(const Pyxis::FileSpecifier& set);
 /// A compound specifier that lists the components.
 Pyxis::FileSpecifier setOf(const std::vector<Component>& components);
 
+/// Why no codec reads the file, in a few words; for files that none does.
+std::string whyNotReadable(const std::string& path);
+
 /// Throws a Failure with ExitCode::Usage when `output` is one of the set's files.
 void refuseToOverwriteInput(const std::string& output, const Pyxis::FileSpecifier& set);
 

@@ -13,7 +13,6 @@
 #include "tool/Diagnosis.h"
 #include "tool/Inputs.h"
 #include "tool/Interrupt.h"
-#include "tool/Readability.h"
 
 namespace kestms {
 namespace {
@@ -115,6 +114,16 @@ void readFrame(Pyxis::ReadImageFileFrameInterface& frame, BandView& band, SetVie
 }
 
 }  // namespace
+
+Pyxis::Size finestSize(const SetView& set) {
+    Pyxis::Size size;
+    for (const BandView& band : set.bands) {
+        if (std::int64_t{band.width} * band.height > std::int64_t{size.width} * size.height) {
+            size = {band.width, band.height};
+        }
+    }
+    return size;
+}
 
 OpenedSet::OpenedSet(Session& session, const Pyxis::FileSpecifier& set) {
     const KestMultispectralCodec& codec = session.codec();

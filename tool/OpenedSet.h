@@ -69,6 +69,9 @@ struct SetView {
     std::vector<BucketView> buckets;
 };
 
+/// Size in pixels of the band with the most pixels.
+Pyxis::Size finestSize(const SetView& set);
+
 /// A set opened through its codec.
 class OpenedSet {
   public:
