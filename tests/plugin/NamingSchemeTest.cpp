@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "fakes/Fakes.h"
 
 namespace {
@@ -79,37 +81,22 @@ TEST_F(NamingSchemeTest, DecidesForTheWholeSet) {
 }
 
 TEST_F(NamingSchemeTest, KnowsProductNames) {
-    // Of a long name only the first 255 characters count.
-    const std::string cut = "po_1_red_" + std::string(300, '7') + "x";
-    const std::vector<std::string> po{"/d/po_123456_red_0000000.tif", "PO_7_PAN_", "po__nir_1",
-                                      cut};
-    const std::vector<std::string> landsat{"L71026029_02920000609_B10.TIF",
-                                           "l71026029_02920000609_mtl"};
-    const std::vector<std::string> neither{"po_123456_red_0000000x",
-                                           "po_123456_swir_01",
-                                           "po_123456_red",
-                                           "po_123456",
-                                           "po_1x_red_1",
-                                           "po",
-                                           "pa_1_red_1",
-                                           "L7102602_02920000609_B10",
-                                           "L710260290_02920000609_B10",
-                                           "L71026029_0292000060_B10",
-                                           "L71026029_02920000609_B60",
-                                           "L71026029_02920000609_B100",
-                                           "L71026029_02920000609_",
-                                           "L71026029-02920000609_B10",
-                                           "L5102602902920000609_B10",
-                                           ""};
-    const auto expect = [](const std::vector<std::string>& paths, bool isPo, bool isLandsat) {
-        for (const std::string& path : paths) {
+    const auto expect = [](const std::string& paths, bool isPo, bool isLandsat) {
+        std::istringstream words(paths);
+        for (std::string path; words >> path;) {
             EXPECT_EQ(kest::isPoProductName(Pyxis::fileSpecifier(path)), isPo) << path;
             EXPECT_EQ(kest::isLandsat7Name(Pyxis::fileSpecifier(path)), isLandsat) << path;
         }
     };
-    expect(po, true, false);
-    expect(landsat, false, true);
-    expect(neither, false, false);
+    expect("/d/po_123456_red_0000000.tif PO_7_PAN_ po__nir_1", true, false);
+    expect("po_1_red_" + std::string(300, '7') + "x", true, false);  // cut to 255 characters
+    expect("L71026029_02920000609_B10.TIF l71026029_02920000609_mtl", false, true);
+    expect(
+        "po_123456_red_0000000x po_123456_swir_01 po_123456_red po_123456 po_1x_red_1 po "
+        "pa_1_red_1 L7102602_02920000609_B10 L710260290_02920000609_B10 "
+        "L71026029_0292000060_B10 L71026029_02920000609_B60 L71026029_02920000609_B100 "
+        "L71026029_02920000609_ L71026029-02920000609_B10 L5102602902920000609_B10 .tif",
+        false, false);
 }
 
 TEST_F(NamingSchemeTest, ToleratesCodecsThatThrow) {
