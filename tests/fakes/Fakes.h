@@ -37,7 +37,18 @@ class Fault {
 
 /// What happened, in order, and how many host objects are alive.
 struct World {
+    World() = default;
+    World(const World&) = delete;
+    World& operator=(const World&) = delete;
+    /// Closes the images that nobody deleted, as the host does.
+    ~World() {
+        while (!images.empty()) {
+            delete images.back();
+        }
+    }
+
     std::vector<std::string> events;
+    std::vector<Pyxis::ReadImageFileInterface*> images;
     int alive = 0;
     /// Called at every host call that may fail, with its name; answers whether the call fails, as
     /// a bool or a Fault.
@@ -253,9 +264,11 @@ class Image : public Pyxis::ReadImageFileInterface {
     Image(World& world, const Pyxis::ImageFormatCodec* codec, Pyxis::FileSpecifier file,
           FileFacts facts)
         : world_(world), codec_(codec), file_(std::move(file)), facts_(std::move(facts)) {
+        world_.images.push_back(this);
         ++world_.alive;
     }
     ~Image() override {
+        std::erase(world_.images, this);
         --world_.alive;
         world_.note("delete image");
     }

@@ -28,8 +28,12 @@ struct MemoryFault {
     }
 } memoryFault;
 
+void* allocateOrNull(std::size_t size) noexcept {
+    return memoryFault.failsNow() ? nullptr : std::malloc(size == 0 ? 1 : size);
+}
+
 void* allocate(std::size_t size) {
-    void* memory = memoryFault.failsNow() ? nullptr : std::malloc(size == 0 ? 1 : size);
+    void* memory = allocateOrNull(size);
     if (memory == nullptr) {
         throw std::bad_alloc();
     }
@@ -43,6 +47,12 @@ void* operator new(std::size_t size) {
 }
 void* operator new[](std::size_t size) {
     return allocate(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return allocateOrNull(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return allocateOrNull(size);
 }
 void operator delete(void* memory) noexcept {
     std::free(memory);
@@ -61,6 +71,17 @@ namespace {
 
 using fakes::Fault;
 
+/// Where the product's metadata text file lies.
+const std::string& metadataDirectory() {
+    static const std::string written = [] {
+        const auto directory = std::filesystem::temp_directory_path() / "kest_fault_injection";
+        std::filesystem::create_directories(directory);
+        std::ofstream(directory / "po_1_metadata.txt") << std::string(100, 'x');
+        return directory.string() + "/";
+    }();
+    return written;
+}
+
 /// A product set of three bands with its metadata text file, opened, and what came of the
 /// operation under test.
 struct Scene {
@@ -68,10 +89,7 @@ struct Scene {
         for (const char* path : {"/po_1_red_0.tif", "/po_1_pan_0.tif", "/po_1_nir_0.tif"}) {
             host.add(path, fakes::bandFrame());
         }
-        const auto directory = std::filesystem::temp_directory_path() / "kest_fault_injection";
-        std::filesystem::create_directories(directory);
-        std::ofstream(directory / "po_1_metadata.txt") << std::string(100, 'x');
-        finder.directory = directory.string() + "/";
+        finder.directory = metadataDirectory();
         opened.reset(codec.openImage(&set, finder));
         openedFrame.reset(opened->openFrame(1));
         ownProperties.reset(openedFrame->getProperties());
