@@ -386,24 +386,23 @@ PropertyPointer property(Arguments&&... arguments) {
     return std::make_shared<Property>(std::forward<Arguments>(arguments)...);
 }
 
-/// Finds every file, in one directory.
+/// Finds the same file for every name.
 class Finder : public Pyxis::FindFileInterface {
   public:
-    explicit Finder(World& world) : world_(world) {}
+    Finder(World& world, std::string path) : world_(world), path_(std::move(path)) {}
     bool findFile(const Pyxis::ImageFormatCodec*, const Pyxis::FileSpecifier& base,
                   const Pyxis::FileSpecifier& name, Pyxis::FileSpecifier& found) override {
         if (world_.fails("findFile")) {
             return false;
         }
         world_.note("find " + Pyxis::toUtf8(name.string()) + " by " + Pyxis::toUtf8(base.string()));
-        found = Pyxis::fileSpecifier(directory + Pyxis::toUtf8(name.string()));
+        found = Pyxis::fileSpecifier(path_);
         return true;
     }
 
-    std::string directory = "/found/";
-
   private:
     World& world_;
+    std::string path_;
 };
 
 /// A frame that lies at the origin of coordinate system 32632, with that pixel size.

@@ -2,14 +2,13 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <limits>
 #include <new>
 
 #include "codec/KestMultispectralCodec.h"
 #include "fakes/Fakes.h"
+#include "fakes/Resources.h"
 #include "fakes/Sets.h"
 #include "properties/KestMultispectralProperty.h"
 
@@ -71,17 +70,6 @@ namespace {
 
 using fakes::Fault;
 
-/// Where the product's metadata text file lies.
-const std::string& metadataDirectory() {
-    static const std::string written = [] {
-        const auto directory = std::filesystem::temp_directory_path() / "kest_fault_injection";
-        std::filesystem::create_directories(directory);
-        std::ofstream(directory / "po_1_metadata.txt") << std::string(100, 'x');
-        return directory.string() + "/";
-    }();
-    return written;
-}
-
 /// A product set of three bands with its metadata text file, opened, and what came of the
 /// operation under test.
 struct Scene {
@@ -89,17 +77,17 @@ struct Scene {
         for (const char* path : {"/po_1_red_0.tif", "/po_1_pan_0.tif", "/po_1_nir_0.tif"}) {
             host.add(path, fakes::bandFrame());
         }
-        finder.directory = metadataDirectory();
         opened.reset(codec.openImage(&set, finder));
         openedFrame.reset(opened->openFrame(1));
         ownProperties.reset(openedFrame->getProperties());
         aliveBefore = world.alive;
     }
 
-    fakes::EnglishTexts texts;
+    fakes::TextsFrom texts{fakes::stringModule("numbers")};
     fakes::World world;
     fakes::Codec host{world};
-    fakes::Finder finder{world};
+    fakes::TempFile metadata{"faults", std::string(100, 'x')};
+    fakes::Finder finder{world, metadata.path()};
     KestMultispectralCodec codec;
     const Pyxis::FileSpecifier listed =
         fakes::setOf({"/po_1_red_0.tif", "/po_1_pan_0.tif", "/po_1_nir_0.tif"});
