@@ -6,11 +6,13 @@
 #include <iostream>
 #include <new>
 #include <string>
+#include <vector>
 
 #include "tool/Commands.h"
 #include "tool/Context.h"
 #include "tool/Failure.h"
 #include "tool/Interrupt.h"
+#include "tool/TerminalText.h"
 
 namespace kestms {
 namespace {
@@ -60,6 +62,14 @@ void parse(int argc, const char* const* argv, Context& context, CLI::App& app) {
         command->fallthrough();
     }
     app.parse(argc, argv);
+}
+
+/// A word that is no command would otherwise read "A subcommand is required".
+std::string usageError(const CLI::App& app, const CLI::ParseError& error) {
+    const std::vector<std::string> rest = app.remaining();
+    const bool noCommand = app.get_subcommands().empty() && !rest.empty();
+    return (noCommand ? printable(rest.front()) + ": no such command" : error.what()) +
+           std::string(" (see kestms --help)");
 }
 
 int answer(const Context& context, ExitCode code, const std::string& text) {
