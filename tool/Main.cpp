@@ -95,7 +95,7 @@ int runParsed(int argc, const char* const* argv, Context& context) {
         app.exit(success, context.out, context.err);
         return static_cast<int>(flushed(context, ExitCode::Success));
     } catch (const CLI::ParseError& error) {
-        return answer(context, ExitCode::Usage, std::string(error.what()) + " (see kestms --help)");
+        return answer(context, ExitCode::Usage, usageError(app, error));
     }
     return static_cast<int>(flushed(context, context.action()));
 }
