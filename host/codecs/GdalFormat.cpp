@@ -7,7 +7,7 @@ namespace Pyxis {
 GdalFormat::GdalFormat() = default;
 GdalFormat::~GdalFormat() = default;
 
-std::string GdalFormat::refuse(const std::string& /*path*/) const {
+std::string GdalFormat::refuse(const std::string& /*path*/, const FileHead& /*head*/) const {
     return {};
 }
 

@@ -11,6 +11,7 @@ namespace Pyxis {
 
 class GdalPropertySet;
 class OpenedFile;
+struct FileHead;
 
 /// What a format tells users and callers about itself.
 struct FormatTexts {
@@ -41,7 +42,7 @@ class GdalFormat {
     /// Whether a file that begins with these bytes (at most `kHeadBytes`) may be of this format.
     virtual bool matches(std::string_view head) const = 0;
     /// Why GDAL must not be given the file; empty when it may.
-    virtual std::string refuse(const std::string& path) const;
+    virtual std::string refuse(const std::string& path, const FileHead& head) const;
     /// Adds the frames of the file just opened. The answer says why it cannot be read after all;
     /// empty when it can. The default: every band of the one dataset is a frame.
     virtual std::string load(OpenedFile& file) const;
@@ -50,7 +51,7 @@ class GdalFormat {
     /// Appends the properties of a frame, geo-correlation first. The caller holds the file's lock.
     virtual void describe(OpenedFile& file, int frame, GdalPropertySet& properties) const = 0;
 
-    static constexpr std::size_t kHeadBytes = 1024;
+    static constexpr std::size_t kHeadBytes = 5000;
 
   protected:
     GdalFormat();

@@ -74,6 +74,11 @@ std::shared_ptr<const GeoFacts> readGeoFacts(GDALDataset& dataset) {
     if (dataset.GetGeoTransform(facts->transform.data()) != CE_None) {
         return nullptr;
     }
+    // Formats that always give a transform give this one when they know of none.
+    constexpr std::array<double, 6> kUnknown = {0, 1, 0, 0, 0, 1};
+    if (facts->transform == kUnknown) {
+        return nullptr;
+    }
     const double area = determinant(facts->transform);
     if (!std::isfinite(area) || area == 0.0 || !std::isfinite(facts->transform[0]) ||
         !std::isfinite(facts->transform[3])) {

@@ -80,7 +80,7 @@ bool namesForeignOverviews(GDALDataset& dataset) {
 
 }  // namespace
 
-std::optional<std::string> readHead(const std::string& path, std::size_t count, std::string& why) {
+std::optional<FileHead> readHead(const std::string& path, std::string& why) {
     if (path.empty()) {
         why = "no file name";
         return std::nullopt;
@@ -95,7 +95,7 @@ std::optional<std::string> readHead(const std::string& path, std::size_t count, 
         why = std::strerror(errno);
         return std::nullopt;
     }
-    std::optional<std::string> head;
+    std::optional<FileHead> head;
     struct stat status {};
     if (fstat(descriptor, &status) != 0) {
         why = std::strerror(errno);
@@ -104,15 +104,18 @@ std::optional<std::string> readHead(const std::string& path, std::size_t count, 
     } else if (!S_ISREG(status.st_mode)) {
         why = "not a regular file";
     } else {
-        head.emplace(count, '\0');
-        const ssize_t got = pread(descriptor, head->data(), head->size(), 0);
-        head->resize(got > 0 ? static_cast<std::size_t>(got) : 0);
+        head.emplace();
+        head->size = static_cast<std::uint64_t>(status.st_size);
+        head->bytes.resize(GdalFormat::kHeadBytes);
+        const ssize_t got = pread(descriptor, head->bytes.data(), head->bytes.size(), 0);
+        head->bytes.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
     }
     close(descriptor);
     return head;
 }
 
-OpenedFile::OpenedFile(std::string path) : path_(std::move(path)), files_{path_} {}
+OpenedFile::OpenedFile(std::string path, std::uint64_t size)
+    : path_(std::move(path)), size_(size), files_{path_} {}
 
 OpenedFile::~OpenedFile() {
     const ErrorCapture silent;
@@ -121,23 +124,21 @@ OpenedFile::~OpenedFile() {
 
 std::shared_ptr<OpenedFile> OpenedFile::open(const GdalFormat& format, const std::string& path,
                                              std::string& why) {
-    const std::optional<std::string> head = readHead(path, GdalFormat::kHeadBytes, why);
+    const std::optional<FileHead> head = readHead(path, why);
     if (!head) {
         return nullptr;
     }
-    if (!format.matches(*head)) {
+    if (!format.matches(head->bytes)) {
         why = std::string("not a ") + format.texts().name + " file";
         return nullptr;
     }
-    why = format.refuse(path);
+    why = format.refuse(path, *head);
     if (!why.empty()) {
         return nullptr;
     }
     registerDrivers();
     const ErrorCapture errors;
-    std::shared_ptr<OpenedFile> file(new OpenedFile(path));
-    struct stat status {};
-    file->size_ = stat(path.c_str(), &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
+    std::shared_ptr<OpenedFile> file(new OpenedFile(path, head->size));
     if (file->openPart(format, plainName(path)) == nullptr) {
         why = errors.message().empty() ? std::string("damaged ") + format.texts().name + " file"
                                        : errors.message();

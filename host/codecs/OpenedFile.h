@@ -18,8 +18,8 @@ class GdalFormat;
 /// One band of an opened file.
 struct FrameSource {
     GDALDataset* dataset = nullptr;
-    int band = 0;              ///< GDAL's number, from 1
-    std::string bandFileName;  ///< where a header names a file for each band
+    int band = 0;         ///< GDAL's number, from 1
+    std::string ownText;  ///< what the format itself tells of the band: a letter, a file's name
 };
 
 /// A file that GDAL has opened for reading. Several images may share it, on several threads; GDAL's
@@ -50,7 +50,7 @@ class OpenedFile {
     /// The files that the image is made of, the opened one first.
     const std::vector<std::string>& files() const { return files_; }
     int numFrames() const { return static_cast<int>(frames_.size()); }
-    const FrameSource& frame(int index) const {
+    FrameSource& frame(int index) {
         return frames_.at(static_cast<std::size_t>(index));
     }
     GDALDataset& mainDataset() { return *datasets_.front(); }
@@ -68,11 +68,11 @@ class OpenedFile {
     GDALDataset* openPart(const GdalFormat& format, const std::string& name);
 
   private:
-    explicit OpenedFile(std::string path);
+    OpenedFile(std::string path, std::uint64_t size);
 
     std::mutex mutex_;
     std::string path_;
-    std::uint64_t size_ = 0;
+    std::uint64_t size_;
     std::vector<std::string> files_;
     std::vector<GDALDatasetUniquePtr> datasets_;
     std::vector<FrameSource> frames_;
@@ -80,8 +80,13 @@ class OpenedFile {
     std::shared_ptr<const GeoFacts> geoFacts_;
 };
 
-/// The first `count` bytes of a plain regular file, or all when it has fewer. Nothing, with the
-/// reason in `why`, for anything but a regular file.
-std::optional<std::string> readHead(const std::string& path, std::size_t count, std::string& why);
+/// What is known of a file before GDAL sees it.
+struct FileHead {
+    std::string bytes;       ///< the first ones, `GdalFormat::kHeadBytes` where there are so many
+    std::uint64_t size = 0;  ///< of the whole file
+};
+
+/// The head of a plain regular file. Nothing, with the reason in `why`, for anything else.
+std::optional<FileHead> readHead(const std::string& path, std::string& why);
 
 }  // namespace Pyxis

@@ -12,16 +12,15 @@ std::string whyNotReadable(const FileSpecifier& file) {
         return "not a plain file";
     }
     std::string why;
-    const std::optional<std::string> head =
-        readHead(toUtf8(file.string()), GdalFormat::kHeadBytes, why);
+    const std::optional<FileHead> head = readHead(toUtf8(file.string()), why);
     if (!head) {
         return why;
     }
-    if (head->empty()) {
+    if (head->bytes.empty()) {
         return "the file is empty";
     }
-    for (const GdalFormat* format : {&tiffFormat()}) {
-        if (format->matches(*head)) {
+    for (const GdalFormat* format : {&tiffFormat(), &nitfFormat(), &fastFormat()}) {
+        if (format->matches(head->bytes)) {
             openSpecifier(*format, file, why);
             return why;
         }

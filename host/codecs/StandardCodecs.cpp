@@ -11,6 +11,8 @@ StandardCodecs::StandardCodecs(QuickBird quickBird) {
         add(std::make_unique<NumberedPropertyCodec<QBTiffFormatCodec>>(quickBirdFormat()));
     }
     add(std::make_unique<NumberedPropertyCodec<TiffFormatCodec>>(tiffFormat()));
+    add(std::make_unique<NumberedPropertyCodec<NITFFormatCodec>>(nitfFormat()));
+    add(std::make_unique<GdalCodec<FASTFormatCodec>>(fastFormat()));
 }
 
 StandardCodecs::~StandardCodecs() = default;
