@@ -35,7 +35,8 @@ class ComponentList {
 
   private:
     class Document;
-    std::unique_ptr<Document> document_;
+    std::unique_ptr<Document> document_;  ///< none for a plain specifier
+    int plainCount_ = 0;
 };
 
 /// Builds a component list without writing the document after every component.

@@ -1,0 +1,158 @@
+#include "sets/SetMembership.h"
+
+#include <cmath>
+#include <memory>
+
+#include "pyxis/FormatCodecGeoCorrelation.h"
+
+namespace kest {
+namespace {
+
+using Pyxis::FormatCodecGeoCorrelation;
+using Pyxis::Point2d;
+
+// Pixel layouts that a set does not take, in the numbers of the frame's operations.
+constexpr std::int32_t kSingleChannel = 0;
+constexpr std::int32_t kRefusedBits = 32;
+constexpr std::int32_t kFloatingPoint = 4;
+constexpr std::int32_t kRefusedFloatBits = 16;
+
+bool isLayoutRefused(std::int32_t pixelModel, std::int32_t pixelBits, std::int32_t format) {
+    return pixelModel == kSingleChannel &&
+           (pixelBits == kRefusedBits ||
+            (format == kFloatingPoint && pixelBits == kRefusedFloatBits));
+}
+
+void cornersByMapping(const FormatCodecGeoCorrelation& geo, InclusionData& data) {
+    Pyxis::Point3d origin;
+    Pyxis::Vector2d unitScale;
+    Pyxis::Vector2d pixelSize;
+    double rotation = 0.0;
+    std::int32_t columns = 0;
+    std::int32_t rows = 0;
+    geo.getOrigin(origin);
+    geo.getImageSize(columns, rows);
+    geo.getUnitScale(unitScale);
+    geo.getPixelSize(pixelSize);
+    geo.getRotation(rotation);
+    const double scaleX = pixelSize.x * unitScale.x;
+    const double scaleY = pixelSize.y * unitScale.y;
+    const double cosine = std::cos(rotation);
+    const double sine = std::sin(rotation);
+    // Scaled after the rotation, each axis by its own factor: hosts compare with corners got so.
+    const auto map = [&](double u, double v) {
+        return Point2d{origin.x + scaleX * cosine * u - scaleX * sine * v,
+                       origin.y + scaleY * sine * u + scaleY * cosine * v};
+    };
+    const double width = columns;
+    const double height = rows;
+    data.lowerLeft = {origin.x, origin.y};
+    data.upperLeft = map(0, height);
+    data.upperRight = map(width, height);
+    data.lowerRight = map(width, 0);
+}
+
+void measureGeoreference(const FormatCodecGeoCorrelation& geo, InclusionData& data) {
+    geo.getCoordinateSystem(data.coordinateSystem);
+    data.coordinateSystemCode = 0;
+    if (geo.hasCoordinateSystemCode()) {
+        int code = 0;
+        geo.getCoordinateSystemCode(code);
+        data.coordinateSystemCode = code;
+    }
+    if (const auto* exact = dynamic_cast<const GeoTiffCorrelation*>(&geo)) {
+        data.lowerLeft = exact->getLowerLeft();
+        data.upperLeft = exact->getUpperLeft();
+        data.upperRight = exact->getUpperRight();
+        data.lowerRight = exact->getLowerRight();
+    } else {
+        cornersByMapping(geo, data);
+    }
+}
+
+/// Measures the first georeference among the properties; false when there is none.
+bool measureProperties(Pyxis::FormatCodecPropertySetIterator& properties, InclusionData& data) {
+    for (properties.start(); !properties.endOfList(); properties.step()) {
+        const auto* geo = dynamic_cast<const FormatCodecGeoCorrelation*>(properties.openProperty());
+        if (geo != nullptr) {
+            measureGeoreference(*geo, data);
+        }
+        properties.closeProperty();
+        if (geo != nullptr) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+MeasureFault measureComponent(const Pyxis::FileSpecifier& file, int frame,
+                              const Pyxis::ImageFormatCodec* codec, InclusionData& data) {
+    std::unique_ptr<Pyxis::ReadImageFileInterface> image(codec->openImage(&file));
+    if (!image) {
+        return MeasureFault::CannotOpenFile;
+    }
+    std::unique_ptr<Pyxis::ReadImageFileFrameInterface> opened(image->openFrame(frame));
+    if (!opened) {
+        return MeasureFault::NoSuchFrame;
+    }
+    data.pixelModel = opened->frameOp4();
+    data.pixelBits = opened->frameOp6();
+    if (isLayoutRefused(data.pixelModel, data.pixelBits, opened->frameOp7())) {
+        // Only the frame is given back: hosts see the image stay open here and count on it. The
+        // host closes it with its codec.
+        static_cast<void>(image.release());
+        return MeasureFault::PixelLayoutRefused;
+    }
+    const std::unique_ptr<Pyxis::FormatCodecPropertySetIterator> properties(
+        opened->getProperties());
+    if (!properties) {
+        return MeasureFault::NoProperties;
+    }
+    return measureProperties(*properties, data) ? MeasureFault::None : MeasureFault::NoGeoreference;
+}
+
+MembershipFinding compareWithCriteria(const InclusionData& candidate, const InclusionData& criteria,
+                                      double toleranceFactor) {
+    MembershipFinding finding;
+    if (candidate.pixelModel != criteria.pixelModel || candidate.pixelBits != criteria.pixelBits) {
+        finding.fault = MembershipFault::PixelLayoutDiffers;
+        return finding;
+    }
+    const bool sameCode = criteria.coordinateSystemCode > 0 &&
+                          criteria.coordinateSystemCode == candidate.coordinateSystemCode;
+    if (!sameCode && !(criteria.coordinateSystem == candidate.coordinateSystem)) {
+        finding.fault = MembershipFault::CoordinateSystemDiffers;
+        return finding;
+    }
+    const double toleranceX =
+        std::abs((criteria.upperRight.x - criteria.upperLeft.x) * toleranceFactor);
+    const double toleranceY =
+        std::abs((criteria.upperLeft.y - criteria.lowerLeft.y) * toleranceFactor);
+    struct CornerPair {
+        Corner corner;
+        const Point2d& candidate;
+        const Point2d& criteria;
+    };
+    const CornerPair corners[] = {
+        {Corner::UpperLeft, candidate.upperLeft, criteria.upperLeft},
+        {Corner::UpperRight, candidate.upperRight, criteria.upperRight},
+        {Corner::LowerLeft, candidate.lowerLeft, criteria.lowerLeft},
+        {Corner::LowerRight, candidate.lowerRight, criteria.lowerRight},
+    };
+    for (const CornerPair& pair : corners) {
+        const double offX = std::abs(pair.candidate.x - pair.criteria.x);
+        const double offY = std::abs(pair.candidate.y - pair.criteria.y);
+        // Written so that a difference that is not a number is a fault.
+        if (!(offX <= toleranceX)) {
+            return {MembershipFault::CornerOff, pair.corner, Axis::X, offX, toleranceX};
+        }
+        if (!(offY <= toleranceY)) {
+            return {MembershipFault::CornerOff, pair.corner, Axis::Y, offY, toleranceY};
+        }
+    }
+    return finding;
+}
+
+}  // namespace kest

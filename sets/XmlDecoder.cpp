@@ -1,0 +1,171 @@
+#include "sets/XmlDecoder.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "sets/XmlText.h"
+
+namespace kest::xml {
+namespace {
+
+/// Bounds on what entities may grow to; past them a reference stays as written.
+constexpr std::size_t kDeepestReplacement = 1000;
+constexpr std::size_t kMostReplacedBytes = std::size_t{64} << 20U;
+
+constexpr CharacterSet kTextMarks("&\r");
+constexpr CharacterSet kCDataMarks("\r");
+constexpr CharacterSet kEntityValueMarks("&%\r");
+constexpr CharacterSet kAttributeMarks("&\r\n\t");
+
+const CharacterSet& marksOf(DecodeMode mode) {
+    switch (mode) {
+        case DecodeMode::CData:
+            return kCDataMarks;
+        case DecodeMode::EntityValue:
+            return kEntityValueMarks;
+        case DecodeMode::Attribute:
+            return kAttributeMarks;
+        case DecodeMode::Text:
+            break;
+    }
+    return kTextMarks;
+}
+
+int digitValue(char c, unsigned int base) {
+    if (c >= '0' && c <= '9') {
+        return c - '0';
+    }
+    const char lower = static_cast<char>(c | 0x20);
+    return base == 16 && lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+}
+
+/// The largest value that the UTF-8 sequences of up to six bytes hold.
+constexpr std::uint32_t kLargestCharacter = 0x7FFFFFFF;
+
+struct CharacterReference {
+    std::uint32_t value = 0;
+    std::size_t length = 0;  ///< 0: no reference, or one to be left alone
+};
+
+CharacterReference characterReference(std::string_view text) {
+    if (text.size() < 4 || text[0] != '&' || text[1] != '#') {
+        return {};
+    }
+    const unsigned int base = text[2] == 'x' ? 16 : 10;
+    std::size_t at = base == 16 ? 3 : 2;
+    std::uint64_t value = 0;
+    int digit = -1;
+    while (at < text.size() && (digit = digitValue(text[at], base)) >= 0) {
+        value = std::min<std::uint64_t>(value * base + static_cast<unsigned int>(digit),
+                                        std::uint64_t{kLargestCharacter} + 1);
+        ++at;
+    }
+    if (value == 0 || value > kLargestCharacter || at == text.size() || text[at] != ';') {
+        return {};
+    }
+    return {static_cast<std::uint32_t>(value), at + 1};
+}
+
+/// Writes the character's UTF-8 sequence, which is never longer than its reference.
+char* putUtf8(std::uint32_t value, char* out) {
+    if (value < 0x80) {
+        *out = static_cast<char>(value);
+        return out + 1;
+    }
+    std::size_t bytes = 2;
+    while (bytes < 6 && value >> (5 * bytes + 1) != 0) {
+        ++bytes;
+    }
+    *out++ = static_cast<char>(0xFF << (8 - bytes) | value >> (6 * (bytes - 1)));
+    for (std::size_t left = bytes - 1; left > 0; --left) {
+        *out++ = static_cast<char>(0x80 | (value >> (6 * (left - 1)) & 0x3F));
+    }
+    return out;
+}
+
+}  // namespace
+
+const std::string_view* Decoder::replacementFor(const Source& source, DecodeMode mode) const {
+    const bool inValue = mode == DecodeMode::EntityValue;
+    if (mode == DecodeMode::CData || source.text[source.at] != (inValue ? '%' : '&')) {
+        return nullptr;
+    }
+    const auto& table = inValue ? parameterEntities_ : document_.entities_;
+    const std::string_view rest = source.text.substr(source.at + 1, document_.longestEntityName_);
+    const std::size_t end = rest.find(';');
+    if (end == std::string_view::npos) {
+        return nullptr;
+    }
+    const auto found = table.find(rest.substr(0, end + 1));
+    return found == table.end() ? nullptr : &found->second;
+}
+
+Decoder::Result Decoder::decode(char* run, std::size_t length, DecodeMode mode) {
+    const CharacterSet& marks = marksOf(mode);
+    Source source{{run, length}, 0};
+    source.at = marks.find(source.text, 0);
+    char* out = run + source.at;
+    while (source.at < length) {
+        const char c = source.text[source.at];
+        const auto reference = mode == DecodeMode::CData
+                                   ? CharacterReference{}
+                                   : characterReference(source.text.substr(source.at));
+        if (reference.length != 0) {
+            out = putUtf8(reference.value, out);
+            source.at += reference.length;
+        } else if (replacementFor(source, mode) != nullptr) {
+            return expand({run, static_cast<std::size_t>(out - run)}, source.text.substr(source.at),
+                          mode);
+        } else if (c == '\r') {
+            *out++ = mode == DecodeMode::Attribute ? ' ' : '\n';
+            source.at += source.at + 1 < length && source.text[source.at + 1] == '\n' ? 2 : 1;
+        } else {
+            *out++ = mode == DecodeMode::Attribute && isSpace(c) ? ' ' : c;
+            ++source.at;
+        }
+        const std::size_t next = marks.find(source.text, source.at);
+        out = std::copy(run + source.at, run + next, out);
+        source.at = next;
+    }
+    return {{run, static_cast<std::size_t>(out - run)}, false};
+}
+
+/// Decodes the rest of a run from its first entity reference on, into new memory. `done` is the
+/// part already decoded.
+Decoder::Result Decoder::expand(std::string_view done, std::string_view rest, DecodeMode mode) {
+    expanded_.assign(done);
+    sources_.assign(1, {rest, 0});
+    while (!sources_.empty()) {
+        Source& source = sources_.back();
+        if (source.at == source.text.size()) {
+            sources_.pop_back();
+            continue;
+        }
+        const char c = source.text[source.at];
+        const auto reference = mode == DecodeMode::CData
+                                   ? CharacterReference{}
+                                   : characterReference(source.text.substr(source.at));
+        if (reference.length != 0) {
+            char bytes[6];
+            expanded_.append(bytes, putUtf8(reference.value, bytes));
+            source.at += reference.length;
+        } else if (const auto* replacement = replacementFor(source, mode);
+                   replacement != nullptr && sources_.size() <= kDeepestReplacement &&
+                   document_.replacedBytes_ + replacement->size() <= kMostReplacedBytes) {
+            // Every reference costs a little, so that empty replacements are bounded as well.
+            document_.replacedBytes_ += replacement->size() + 1;
+            source.at = source.text.find(';', source.at) + 1;
+            sources_.push_back({*replacement, 0});
+        } else if (c == '\r') {
+            expanded_.push_back(mode == DecodeMode::Attribute ? ' ' : '\n');
+            ++source.at;
+            source.at += source.at < source.text.size() && source.text[source.at] == '\n' ? 1 : 0;
+        } else {
+            expanded_.push_back(mode == DecodeMode::Attribute && isSpace(c) ? ' ' : c);
+            ++source.at;
+        }
+    }
+    return {document_.keep(expanded_), true};
+}
+
+}  // namespace kest::xml

@@ -1,0 +1,353 @@
+#include "sets/XmlDocument.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <utility>
+
+namespace kest::xml {
+namespace {
+
+/// Elements with more names among their children than this get an index of them.
+constexpr int kNamesWithoutIndex = 32;
+
+struct PredefinedEntity {
+    std::string_view name;  ///< with its semicolon
+    std::string_view replacement;
+};
+
+/// The entities that XML 1.0 predefines (section 4.6), as character references.
+constexpr PredefinedEntity kPredefinedEntities[] = {
+    {"lt;", "&#60;"}, {"gt;", "&#62;"}, {"quot;", "&#34;"}, {"apos;", "&#39;"}, {"amp;", "&#38;"}};
+
+}  // namespace
+
+Document::Document() {
+    for (const PredefinedEntity& entity : kPredefinedEntities) {
+        entities_.emplace(entity.name, entity.replacement);
+        longestEntityName_ = std::max(longestEntityName_, entity.name.size());
+    }
+}
+
+Document::Document(std::string_view rootName) : Document() {
+    root_.name_ = keep(rootName);
+}
+
+Document::~Document() = default;
+
+char* Document::allocateText(std::size_t size) {
+    return static_cast<char*>(arena_.allocate(std::max<std::size_t>(size, 1), 1));
+}
+
+std::string_view Document::keep(std::string_view text) {
+    if (text.empty()) {
+        return {};
+    }
+    char* copy = allocateText(text.size());
+    std::memcpy(copy, text.data(), text.size());
+    return {copy, text.size()};
+}
+
+Element* Document::newElement(std::string_view name) {
+    auto* element = std::pmr::polymorphic_allocator<>(&arena_).new_object<Element>();
+    element->name_ = name;
+    return element;
+}
+
+/// The first element of that name among the children. Few names are searched along the sibling
+/// chain; from the first search that gets long on, the parent has an index.
+Element* Document::firstOfName(const Element* parent, std::string_view name) const {
+    int steps = 0;
+    for (Element* head = parent->child_; head != nullptr; head = head->sibling_) {
+        if (head->name_ == name) {
+            return head;
+        }
+        if (++steps == kNamesWithoutIndex) {
+            auto [entry, added] = nameIndexes_.try_emplace(parent);
+            NameIndex& names = entry->second;
+            if (added) {
+                for (Element* each = parent->child_; each != nullptr; each = each->sibling_) {
+                    names.emplace(each->name_, each);
+                }
+            }
+            const auto found = names.find(name);
+            return found == names.end() ? nullptr : found->second;
+        }
+    }
+    return nullptr;
+}
+
+void Document::linkOrdered(Element*& head, Element*& last, Element* element) {
+    if (head == nullptr || last->offset_ <= element->offset_) {
+        (head == nullptr ? head : last->ordered_) = element;
+        last = element;
+        return;
+    }
+    Element** place = &head;
+    while ((*place)->offset_ <= element->offset_) {
+        place = &(*place)->ordered_;
+    }
+    element->ordered_ = *place;
+    *place = element;
+}
+
+void Document::linkSibling(Element*& head, Element*& last, Element* element) {
+    if (head == nullptr || last->offset_ <= element->offset_) {
+        (head == nullptr ? head : last->sibling_) = element;
+        last = element;
+        return;
+    }
+    Element** place = &head;
+    while ((*place)->offset_ <= element->offset_) {
+        place = &(*place)->sibling_;
+    }
+    element->sibling_ = *place;
+    *place = element;
+}
+
+void Document::unlinkSibling(Element*& head, Element*& last, Element* element) {
+    Element* before = nullptr;
+    Element** place = &head;
+    while (*place != element) {
+        before = *place;
+        place = &before->sibling_;
+    }
+    *place = element->sibling_;
+    element->sibling_ = nullptr;
+    if (last == element) {
+        last = before;
+    }
+}
+
+/// Puts the element into the chain of its name. A new first one takes its place in the sibling
+/// chain, whose head may change.
+void Document::linkName(Element* parent, Element*& siblingHead, Element* element) {
+    Element* first = firstOfName(parent, element->name_);
+    if (first != nullptr && first->offset_ <= element->offset_) {
+        if (first->lastOfName_->offset_ <= element->offset_) {
+            first->lastOfName_->next_ = element;
+            first->lastOfName_ = element;
+            return;
+        }
+        Element* before = first;
+        while (before->next_->offset_ <= element->offset_) {
+            before = before->next_;
+        }
+        element->next_ = before->next_;
+        before->next_ = element;
+        return;
+    }
+    element->lastOfName_ = element;
+    if (first != nullptr) {
+        unlinkSibling(siblingHead, parent->lastSibling_, first);
+        element->next_ = first;
+        element->lastOfName_ = first->lastOfName_;
+    }
+    linkSibling(siblingHead, parent->lastSibling_, element);
+    if (const auto index = nameIndexes_.find(parent); index != nameIndexes_.end()) {
+        index->second[element->name_] = element;
+    }
+}
+
+void Document::link(Element* parent, Element* element) {
+    element->parent_ = parent;
+    Element* siblingHead = parent->child_;
+    linkName(parent, siblingHead, element);
+    // The first child in document order is the first of its name too, so both chains have one
+    // head.
+    linkOrdered(parent->child_, parent->lastChild_, element);
+}
+
+Element* Document::addChild(Element* parent, std::string_view name, std::size_t offset) {
+    if (parent == nullptr) {
+        return nullptr;
+    }
+    Element* element = newElement(keep(name));
+    element->offset_ = static_cast<std::uint32_t>(offset);
+    link(parent, element);
+    return element;
+}
+
+Element* Document::cut(Element* element) {
+    if (element == nullptr || element->parent_ == nullptr) {
+        return element;
+    }
+    Element* parent = std::exchange(element->parent_, nullptr);
+    // Cutting is rare: the parent's other children are simply linked anew.
+    std::vector<Element*> others;
+    for (Element* each = parent->child_; each != nullptr; each = each->ordered_) {
+        if (each != element) {
+            others.push_back(each);
+        }
+    }
+    nameIndexes_.erase(parent);
+    parent->child_ = parent->lastChild_ = parent->lastSibling_ = nullptr;
+    const auto unlink = [](Element* each) {
+        each->next_ = each->sibling_ = each->ordered_ = each->lastOfName_ = nullptr;
+    };
+    unlink(element);
+    for (Element* each : others) {
+        unlink(each);
+        link(parent, each);
+    }
+    return element;
+}
+
+void Document::growText(Element* element, std::size_t capacity) {
+    capacity = std::min<std::size_t>(capacity, std::numeric_limits<std::uint32_t>::max());
+    char* grown = allocateText(capacity);
+    if (element->textLength_ != 0) {
+        std::memcpy(grown, element->text_, element->textLength_);
+    }
+    element->text_ = grown;
+    element->textCapacity_ = static_cast<std::uint32_t>(capacity);
+}
+
+void Document::setText(Element* element, std::string_view text) {
+    if (element == nullptr) {
+        return;
+    }
+    const std::string_view kept = keep(text);
+    element->text_ = const_cast<char*>(kept.data());
+    element->textLength_ = static_cast<std::uint32_t>(kept.size());
+    element->textCapacity_ = 0;
+}
+
+/// Joins a run of text to the element's. `moved` says that the run does not lie in the source.
+void Document::appendText(Element* element, std::string_view run, bool moved) {
+    const auto added = static_cast<std::uint32_t>(run.size());
+    if (element->textLength_ == 0 && element->textCapacity_ == 0) {
+        element->text_ = const_cast<char*>(run.data());
+        element->textLength_ = added;
+        element->textCapacity_ = moved ? added : 0;
+        return;
+    }
+    const std::size_t length = std::size_t{element->textLength_} + added;
+    if (element->textCapacity_ == 0) {
+        // A gap stands for the first run: callers rely on the text of mixed content being joined
+        // from its third run on only. It is zeros, never what memory held.
+        growText(element, 2 * length);
+        std::memset(element->text_, 0, element->textLength_);
+    } else if (length > element->textCapacity_) {
+        growText(element, 2 * length);
+    }
+    std::memcpy(element->text_ + element->textLength_, run.data(), added);
+    element->textLength_ = static_cast<std::uint32_t>(length);
+}
+
+void Document::setAttributes(Element* element, const std::vector<Attribute>& attributes) {
+    const auto count = static_cast<std::uint32_t>(attributes.size());
+    if (count == 0) {
+        return;
+    }
+    element->attributes_ =
+        std::pmr::polymorphic_allocator<>(&arena_).allocate_object<Attribute>(count);
+    std::uninitialized_copy(attributes.begin(), attributes.end(), element->attributes_);
+    element->attributeCount_ = element->attributeCapacity_ = count;
+}
+
+void Document::addAttribute(Element* element, Attribute attribute) {
+    if (element->attributeCount_ == element->attributeCapacity_) {
+        std::vector<Attribute> grown(element->begin(), element->end());
+        grown.resize(std::max<std::size_t>(2 * grown.size(), 2));
+        const std::uint32_t count = element->attributeCount_;
+        setAttributes(element, grown);
+        element->attributeCount_ = count;
+    }
+    element->attributes_[element->attributeCount_++] = attribute;
+}
+
+void Document::setAttribute(Element* element, std::string_view name,
+                            std::optional<std::string_view> value) {
+    if (element == nullptr) {
+        return;
+    }
+    Attribute* end = element->attributes_ + element->attributeCount_;
+    Attribute* found = std::find_if(element->attributes_, end, [name](const Attribute& attribute) {
+        return attribute.name == name;
+    });
+    if (!value) {
+        if (found != end) {
+            std::move(found + 1, end, found);
+            --element->attributeCount_;
+        }
+    } else if (found != end) {
+        found->value = keep(*value);
+    } else {
+        addAttribute(element, {keep(name), keep(*value)});
+    }
+}
+
+const Element* Document::child(const Element* element, std::string_view name) const {
+    return element == nullptr ? nullptr : firstOfName(element, name);
+}
+
+Element* Document::child(Element* element, std::string_view name) {
+    return element == nullptr ? nullptr : firstOfName(element, name);
+}
+
+const Element* Document::index(const Element* element, int index) {
+    for (; element != nullptr && index > 0; --index) {
+        element = element->next_;
+    }
+    return index == 0 ? element : nullptr;
+}
+
+const std::vector<AttributeDefault>* Document::defaultsOf(std::string_view elementName) const {
+    const auto found = defaults_.find(elementName);
+    return found == defaults_.end() ? nullptr : &found->second;
+}
+
+std::optional<std::string_view> Document::attribute(const Element* element,
+                                                    std::string_view name) const {
+    if (element == nullptr) {
+        return std::nullopt;
+    }
+    for (const Attribute& attribute : *element) {
+        if (attribute.name == name) {
+            return attribute.value;
+        }
+    }
+    if (const auto* defaults = defaultsOf(element->name_)) {
+        for (const AttributeDefault& each : *defaults) {
+            if (each.name == name) {
+                return each.value;
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+const Element* Document::get(const Element* element, std::initializer_list<Step> path) const {
+    for (const Step& step : path) {
+        if (element == nullptr || step.name.empty()) {
+            return element;
+        }
+        element = child(element, step.name);
+        if (step.index < 0) {
+            return element;
+        }
+        element = index(element, step.index);
+    }
+    return element;
+}
+
+void Document::addInstruction(std::string_view target, std::string_view text, bool afterRoot) {
+    auto [entry, added] = instructionIndex_.try_emplace(target, instructions_.size());
+    if (added) {
+        instructions_.push_back({target, {}});
+    }
+    instructions_[entry->second].instructions.push_back({text, afterRoot});
+}
+
+const std::vector<Instruction>& Document::processingInstructions(std::string_view target) const {
+    static const std::vector<Instruction> kNone;
+    const auto found = instructionIndex_.find(target);
+    return found == instructionIndex_.end() ? kNone : instructions_[found->second].instructions;
+}
+
+std::string_view Document::error(const Element* /*element*/) {
+    return {};
+}
+
+}  // namespace kest::xml

@@ -1,0 +1,183 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <map>
+#include <memory>
+#include <memory_resource>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+// A small XML document tree in UTF-8. The document owns its elements and every text in them; what
+// it hands out is valid as long as the document lives. Null elements are accepted everywhere and
+// have no answers.
+
+namespace kest::xml {
+
+class Document;
+class Parser;
+
+struct Attribute {
+    std::string_view name;
+    std::string_view value;
+};
+
+/// An element of a document, made and changed by the document only.
+class Element {
+  public:
+    std::string_view name() const { return name_; }
+    /// The character content with child elements cut out. Only an element with one run of text
+    /// has a meaningful one.
+    std::string_view text() const { return {text_, textLength_}; }
+    /// Where in the parent's text the element starts.
+    std::size_t offset() const { return offset_; }
+    /// The next element of the same parent and name.
+    const Element* next() const { return next_; }
+    /// The first element of the next other name of the same parent.
+    const Element* sibling() const { return sibling_; }
+    /// The next element of the same parent in document order.
+    const Element* ordered() const { return ordered_; }
+    /// The first child.
+    const Element* child() const { return child_; }
+    const Element* parent() const { return parent_; }
+    /// The attributes in document order, duplicates included.
+    const Attribute* begin() const { return attributes_; }
+    const Attribute* end() const { return attributes_ + attributeCount_; }
+
+  private:
+    friend class Document;
+    friend class Parser;
+
+    std::string_view name_;
+    Element* next_ = nullptr;
+    Element* sibling_ = nullptr;
+    Element* ordered_ = nullptr;
+    Element* child_ = nullptr;
+    Element* parent_ = nullptr;
+    // The ends of the chains, so that documents grow in order in constant time.
+    Element* lastChild_ = nullptr;    ///< of the ordered chain of children
+    Element* lastSibling_ = nullptr;  ///< of the sibling chain of children
+    Element* lastOfName_ = nullptr;   ///< of the next chain; kept by its first element
+    Attribute* attributes_ = nullptr;
+    char* text_ = nullptr;
+    std::uint32_t attributeCount_ = 0;
+    std::uint32_t attributeCapacity_ = 0;
+    std::uint32_t textLength_ = 0;
+    std::uint32_t textCapacity_ = 0;  ///< 0: the text still lies where it was parsed
+    std::uint32_t offset_ = 0;
+};
+
+/// An attribute that a declaration adds to elements which do not set it.
+struct AttributeDefault {
+    std::string_view name;
+    std::optional<std::string_view> value;
+};
+
+struct Instruction {
+    std::string_view text;
+    bool afterRoot = false;  ///< stood after the root element's start
+};
+
+struct InstructionTarget {
+    std::string_view target;
+    std::vector<Instruction> instructions;
+};
+
+/// A step of a path: the child of that name, then the element `index` places along its next chain.
+struct Step {
+    std::string_view name;
+    int index = 0;
+};
+
+class Document {
+  public:
+    /// Parses a document. Never fails: what was read before a fault is there. UTF-16 with a
+    /// byte-order mark is converted.
+    static std::unique_ptr<Document> parse(std::string_view text);
+    /// A document with an empty root element.
+    explicit Document(std::string_view rootName);
+    Document(const Document&) = delete;
+    Document& operator=(const Document&) = delete;
+    ~Document();
+
+    Element* root() { return &root_; }
+    const Element* root() const { return &root_; }
+
+    /// A new child of `parent`, placed by its offset; equal offsets keep the order of insertion.
+    Element* addChild(Element* parent, std::string_view name, std::size_t offset);
+    void setText(Element* element, std::string_view text);
+    /// Sets an attribute; no value removes it.
+    void setAttribute(Element* element, std::string_view name,
+                      std::optional<std::string_view> value);
+    /// Takes the element and what is below it out of its parent; the document keeps owning it.
+    Element* cut(Element* element);
+
+    const Element* child(const Element* element, std::string_view name) const;
+    Element* child(Element* element, std::string_view name);
+    /// Element `index` of the next chain that starts at `element`; null past its end, and for a
+    /// negative index.
+    static const Element* index(const Element* element, int index);
+    /// The value of the element's attribute, else the default that the document declares.
+    std::optional<std::string_view> attribute(const Element* element, std::string_view name) const;
+    /// Walks a path down. A step with an empty name ends it; a negative index ends it after the
+    /// child was looked up.
+    const Element* get(const Element* element, std::initializer_list<Step> path) const;
+
+    /// The processing instructions for a target, in document order.
+    const std::vector<Instruction>& processingInstructions(std::string_view target) const;
+    bool isStandalone() const { return standalone_; }
+    /// Always empty: faults are not recorded, and hosts rely on reading what came before one.
+    static std::string_view error(const Element* element);
+
+    /// The element as a document text; with the processing instructions when it is the root.
+    /// Empty for null and for an element without a name.
+    std::string toText(const Element* element) const;
+
+  private:
+    friend class Parser;
+    friend class InternalSubset;
+    friend class Decoder;
+    friend class Writer;
+    friend void addInstruction(Document& document, std::string_view instruction, bool afterRoot);
+
+    using EntityTable = std::unordered_map<std::string_view, std::string_view>;
+    using NameIndex = std::unordered_map<std::string_view, Element*>;
+
+    Document();
+
+    /// A copy of `text` that lives as long as the document.
+    std::string_view keep(std::string_view text);
+    char* allocateText(std::size_t size);
+    void appendText(Element* element, std::string_view run, bool moved);
+    void growText(Element* element, std::size_t capacity);
+    void addAttribute(Element* element, Attribute attribute);
+    void setAttributes(Element* element, const std::vector<Attribute>& attributes);
+    Element* newElement(std::string_view name);
+    Element* firstOfName(const Element* parent, std::string_view name) const;
+    void link(Element* parent, Element* element);
+    void linkName(Element* parent, Element*& siblingHead, Element* element);
+    static void linkOrdered(Element*& head, Element*& last, Element* element);
+    static void linkSibling(Element*& head, Element*& last, Element* element);
+    static void unlinkSibling(Element*& head, Element*& last, Element* element);
+    const std::vector<AttributeDefault>* defaultsOf(std::string_view elementName) const;
+    void addInstruction(std::string_view target, std::string_view text, bool afterRoot);
+
+    std::pmr::monotonic_buffer_resource arena_;
+    std::string source_;  ///< the parsed text; names, values and texts point into it
+    Element root_;
+    EntityTable entities_;
+    std::size_t longestEntityName_ = 0;
+    std::size_t replacedBytes_ = 0;
+    std::map<std::string_view, std::vector<AttributeDefault>> defaults_;
+    std::vector<InstructionTarget> instructions_;
+    std::unordered_map<std::string_view, std::size_t> instructionIndex_;
+    /// Children by name, of elements that have many names.
+    mutable std::unordered_map<const Element*, NameIndex> nameIndexes_;
+    bool standalone_ = false;
+};
+
+}  // namespace kest::xml

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "sets/XmlDecoder.h"
+#include "sets/XmlDocument.h"
+
+namespace kest::xml {
+
+/// Reads the declarations in a document type's internal subset into the document's tables.
+class InternalSubset {
+  public:
+    InternalSubset(Document& document, Decoder& decoder) : document_(document), decoder_(decoder) {}
+
+    /// `text` lies in the document's source. Stops at its first fault, with what it read kept.
+    void read(std::string_view text);
+
+  private:
+    bool readEntity();
+    bool readAttributeList();
+    bool readAttributeDeclaration(std::string_view elementName);
+    bool readAttributeType(bool& isCData);
+    bool refersTo(std::string_view value, std::string_view name) const;
+    std::string_view word(std::string_view ends);
+    bool quoted(std::string_view& value);
+    bool skipTo(std::string_view mark);
+
+    Document& document_;
+    Decoder& decoder_;
+    std::string_view text_;
+    std::size_t at_ = 0;
+};
+
+}  // namespace kest::xml

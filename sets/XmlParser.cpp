@@ -1,0 +1,267 @@
+#include <algorithm>
+#include <cstring>
+
+#include "sets/XmlDecoder.h"
+#include "sets/XmlDocument.h"
+#include "sets/XmlFault.h"
+#include "sets/XmlInstruction.h"
+#include "sets/XmlInternalSubset.h"
+#include "sets/XmlText.h"
+#include "sets/XmlUtf16.h"
+
+namespace kest::xml {
+namespace {
+
+constexpr CharacterSet kTagNameEnds(" \t\r\n/>");
+constexpr CharacterSet kTagEnds(" \t\r\n>");
+constexpr CharacterSet kAttributeNameEnds(" \t\r\n=/>");
+
+bool startsName(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' ||
+           (static_cast<unsigned char>(c) & 0x80U) != 0;
+}
+
+/// The text that is parsed: up to the first zero byte, or without its last byte. Only a '>' there
+/// still counts, because a list that a host cut at its terminator ends with one.
+void trimToMarkup(std::string& text) {
+    const char last = text.back();
+    text.pop_back();
+    if (const auto zero = text.find('\0'); zero != std::string::npos) {
+        text.resize(zero);
+    }
+    if (last == '>') {
+        text.push_back(last);
+    }
+}
+
+}  // namespace
+
+class Parser {
+  public:
+    explicit Parser(Document& document)
+        : document_(document),
+          decoder_(document),
+          text_(document.source_),
+          current_(document.root()) {}
+
+    bool parse();
+
+  private:
+    bool markup();
+    bool startTag();
+    bool attribute();
+    void open(std::string_view name);
+    void close() { current_ = current_->parent_; }
+    bool endTag();
+    bool comment();
+    bool characterData();
+    bool documentType();
+    bool instruction();
+    void characters(std::size_t from, std::size_t to, DecodeMode mode);
+
+    char at(std::size_t place) const { return place < text_.size() ? text_[place] : '\0'; }
+    bool has(std::string_view prefix) const { return text_.substr(at_).starts_with(prefix); }
+
+    Document& document_;
+    Decoder decoder_;
+    std::string_view text_;
+    std::size_t at_ = 0;  ///< behind the '<' of the markup at hand; after it, on its '>'
+    Element* current_;    ///< the open element; null once the root is closed
+    std::vector<Attribute> attributes_;
+};
+
+bool Parser::parse() {
+    at_ = text_.find('<');
+    if (at_ == std::string_view::npos) {
+        return fault(0, "root tag missing");
+    }
+    while (at_ < text_.size()) {
+        ++at_;
+        if (!markup()) {
+            return false;
+        }
+        const std::size_t run = at_ + 1;
+        at_ = std::min(text_.find('<', std::min(run, text_.size())), text_.size());
+        if (at_ < text_.size()) {
+            characters(run, at_, DecodeMode::Text);
+        }
+    }
+    if (current_ == nullptr) {
+        return true;
+    }
+    return current_->name_.empty() ? fault(at_, "root tag missing")
+                                   : fault(at_, "unclosed tag <%s>", current_->name_);
+}
+
+bool Parser::markup() {
+    if (startsName(at(at_))) {
+        return startTag();
+    }
+    if (at(at_) == '/') {
+        return endTag();
+    }
+    if (has("!--")) {
+        return comment();
+    }
+    if (has("![CDATA[")) {
+        return characterData();
+    }
+    if (has("!DOCTYPE")) {
+        return documentType();
+    }
+    if (at(at_) == '?') {
+        return instruction();
+    }
+    return fault(at_, "unexpected <");
+}
+
+bool Parser::startTag() {
+    if (current_ == nullptr) {
+        return fault(at_, "markup outside of root element");
+    }
+    const std::size_t nameEnd = kTagNameEnds.find(text_, at_);
+    const std::string_view name = text_.substr(at_, nameEnd - at_);
+    attributes_.clear();
+    at_ = skipSpace(text_, nameEnd);
+    while (at_ < text_.size() && text_[at_] != '/' && text_[at_] != '>') {
+        if (!attribute()) {
+            return false;
+        }
+        at_ = skipSpace(text_, at_);
+    }
+    const bool isEmpty = at(at_) == '/';
+    at_ += isEmpty ? 1 : 0;
+    if (at(at_) != '>') {
+        return fault(at_, "missing >");
+    }
+    open(name);
+    if (isEmpty) {
+        close();
+    }
+    return true;
+}
+
+bool Parser::attribute() {
+    const std::size_t nameEnd = kAttributeNameEnds.find(text_, at_);
+    Attribute attribute{text_.substr(at_, nameEnd - at_), {}};
+    at_ = nameEnd;
+    if (at(at_) == '=' || isSpace(at(at_))) {
+        at_ = std::min(text_.find_first_not_of(" \t\r\n=", at_), text_.size());
+        if (const char quote = at(at_); quote == '"' || quote == '\'') {
+            const std::size_t start = at_ + 1;
+            at_ = text_.find(quote, start);
+            if (at_ == std::string_view::npos) {
+                return fault(start, "missing %c", {&quote, 1});
+            }
+            attribute.value =
+                decoder_
+                    .decode(document_.source_.data() + start, at_ - start, DecodeMode::Attribute)
+                    .text;
+            ++at_;
+        }
+    }
+    attributes_.push_back(attribute);
+    return true;
+}
+
+void Parser::open(std::string_view name) {
+    if (current_->name_.empty()) {
+        current_->name_ = name;
+    } else {
+        Element* element = document_.newElement(name);
+        element->offset_ = current_->textLength_;
+        document_.link(current_, element);
+        current_ = element;
+    }
+    document_.setAttributes(current_, attributes_);
+}
+
+bool Parser::endTag() {
+    const std::size_t start = at_ + 1;
+    const std::size_t nameEnd = kTagEnds.find(text_, start);
+    const std::string_view name = text_.substr(start, nameEnd - start);
+    at_ = skipSpace(text_, nameEnd);
+    if (at(at_) != '>') {
+        return fault(at_, "missing >");
+    }
+    if (current_ == nullptr || name != current_->name_) {
+        return fault(start, "unexpected closing tag </%s>", name);
+    }
+    close();
+    return true;
+}
+
+bool Parser::comment() {
+    const std::size_t end = text_.find("--", at_ + 3);
+    if (end == std::string_view::npos || at(end + 2) != '>') {
+        return fault(at_, "unclosed <!--");
+    }
+    at_ = end + 2;
+    return true;
+}
+
+bool Parser::characterData() {
+    const std::size_t start = at_ + std::string_view("![CDATA[").size();
+    const std::size_t end = text_.find("]]>", start);
+    if (end == std::string_view::npos) {
+        return fault(at_, "unclosed <![CDATA[");
+    }
+    characters(start, end, DecodeMode::CData);
+    at_ = end + 2;
+    return true;
+}
+
+bool Parser::documentType() {
+    const std::size_t start = at_;
+    at_ = std::min(text_.find_first_of("[>", at_), text_.size());
+    if (at(at_) == '[') {
+        const std::size_t subset = at_ + 1;
+        std::size_t end = subset;
+        do {
+            end = text_.find(']', at_ + 1);
+            if (end == std::string_view::npos) {
+                return fault(start, "unclosed <!DOCTYPE");
+            }
+            at_ = end;
+        } while (at(skipSpace(text_, end + 1)) != '>');
+        InternalSubset(document_, decoder_).read(text_.substr(subset, end - subset));
+        at_ = skipSpace(text_, end + 1);
+    }
+    return at_ < text_.size() || fault(start, "unclosed <!DOCTYPE");
+}
+
+bool Parser::instruction() {
+    const std::size_t start = at_ + 1;
+    const std::size_t end = text_.find("?>", start);
+    if (end == std::string_view::npos) {
+        return fault(at_, "unclosed <?");
+    }
+    addInstruction(document_, text_.substr(start, end - start), !document_.root()->name_.empty());
+    at_ = end + 1;
+    return true;
+}
+
+/// Decodes a run of text and joins it to the open element's; text outside the root is passed over.
+void Parser::characters(std::size_t from, std::size_t to, DecodeMode mode) {
+    if (from >= to || current_ == nullptr || current_->name_.empty()) {
+        return;
+    }
+    const Decoder::Result run = decoder_.decode(document_.source_.data() + from, to - from, mode);
+    document_.appendText(current_, run.text, run.moved);
+}
+
+std::unique_ptr<Document> Document::parse(std::string_view text) {
+    std::unique_ptr<Document> document(new Document);
+    if (text.empty()) {
+        fault(0, "root tag missing");
+        return document;
+    }
+    document->source_ = isUtf16(text) ? utf16ToUtf8(text) : std::string(text);
+    if (!document->source_.empty()) {
+        trimToMarkup(document->source_);
+        Parser(*document).parse();
+    }
+    return document;
+}
+
+}  // namespace kest::xml
