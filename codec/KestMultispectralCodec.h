@@ -3,6 +3,7 @@
 #include "codec/strings/KestExport.h"
 #include "properties/MultispectralPropertyId.h"
 #include "pyxis/ImageFormatCodec.h"
+#include "sets/ComponentList.h"
 #include "sets/SetMembership.h"
 
 /// The codec of multispectral sets: groups of single-band files, named by a compound specifier,
@@ -55,6 +56,7 @@ class KEST_API KestMultispectralCodec : public Pyxis::ImageFormatCodec {
     bool purifyFileSet(Pyxis::FileSpecifier& file) const;
 
   private:
+    Pyxis::FormatDecodability decodabilityOf(const kest::ComponentList& components) const;
     bool initialzeSetCriteria(const Pyxis::FileSpecifier& file, int frame,
                               const Pyxis::ImageFormatCodec* codec, InclusionData& criteria) const;
     bool isFileInSet(const Pyxis::FileSpecifier& file, int frame,

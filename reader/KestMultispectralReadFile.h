@@ -54,6 +54,15 @@ class KestMultispectralReadFile : public Pyxis::ReadImageFileInterface {
     const kest::BucketRecord& bucket(int index) const;
 
   private:
+    using Codecs = std::vector<const Pyxis::ImageFormatCodec*>;
+
+    /// Fills `specifier_` and `files_` with the components that a codec reads; answers the codecs
+    /// by place in `listed`, null for the others.
+    Codecs keepReadable(const kest::ComponentList& listed);
+    void findBands(const Codecs& codecs);
+    void addMetadataTextFile(Pyxis::FindFileInterface& findFile);
+
+    /// Largest difference, in x and in y, at which two pixel sizes count as equal.
     double geoTolerance_ = 1e-5;
     const Pyxis::ImageFormatCodec* codec_;
     Pyxis::FileSpecifier specifier_;

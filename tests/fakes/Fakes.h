@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -22,15 +23,41 @@
 
 namespace fakes {
 
+/// How a host call goes wrong, if it does.
+class Fault {
+  public:
+    enum Kind { None, Fail, Throw };
+    Fault(Kind kind) : kind_(kind) {}                  // NOLINT: made to be converted
+    Fault(bool fails) : kind_(fails ? Fail : None) {}  // NOLINT: made to be converted
+    operator Kind() const { return kind_; }
+
+  private:
+    Kind kind_;
+};
+
 /// What happened, in order, and how many host objects are alive.
 struct World {
     std::vector<std::string> events;
     int alive = 0;
-    /// Called at every host call that may fail, with its name; true makes the call fail.
-    std::function<bool(std::string_view)> fail;
+    /// Called at every host call that may fail, with its name; answers whether the call fails, as
+    /// a bool or a Fault.
+    std::function<Fault(std::string_view)> fail;
 
-    bool fails(std::string_view call) const { return fail && fail(call); }
-    void note(std::string event) { events.push_back(std::move(event)); }
+    bool fails(std::string_view call) const {
+        const Fault fault = fail ? fail(call) : Fault(Fault::None);
+        if (fault == Fault::Throw) {
+            throw 42;
+        }
+        return fault == Fault::Fail;
+    }
+    /// Never throws: destructors report here too.
+    void note(std::string_view event) {
+        try {
+            events.emplace_back(event);
+        } catch (const std::bad_alloc&) {
+            events.clear();
+        }
+    }
 };
 
 class StringProperty : public Pyxis::FormatCodecStringProperty {
@@ -345,6 +372,26 @@ template <typename Property, typename... Arguments>
 PropertyPointer property(Arguments&&... arguments) {
     return std::make_shared<Property>(std::forward<Arguments>(arguments)...);
 }
+
+/// Finds every file, in one directory.
+class Finder : public Pyxis::FindFileInterface {
+  public:
+    explicit Finder(World& world) : world_(world) {}
+    bool findFile(const Pyxis::ImageFormatCodec*, const Pyxis::FileSpecifier& base,
+                  const Pyxis::FileSpecifier& name, Pyxis::FileSpecifier& found) override {
+        if (world_.fails("findFile")) {
+            return false;
+        }
+        world_.note("find " + Pyxis::toUtf8(name.string()) + " by " + Pyxis::toUtf8(base.string()));
+        found = Pyxis::fileSpecifier(directory + Pyxis::toUtf8(name.string()));
+        return true;
+    }
+
+    std::string directory = "/found/";
+
+  private:
+    World& world_;
+};
 
 /// A frame that lies at the origin of coordinate system 32632, with that pixel size.
 inline FrameFacts bandFrame(double pixelSize = 1.0) {

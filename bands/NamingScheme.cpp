@@ -1,0 +1,102 @@
+#include "bands/NamingScheme.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <utility>
+
+#include "bands/AsciiText.h"
+#include "bands/ComponentCodec.h"
+#include "bands/FileName.h"
+#include "pyxis/ComponentCodecs.h"
+
+namespace kest {
+namespace {
+
+int trailingBandNumber(std::u16string_view name) {
+    if (name.size() < 2) {
+        return -1;
+    }
+    const char16_t tens = name[name.size() - 2];
+    const char16_t ones = name.back();
+    return isDigit(tens) && isDigit(ones) ? (tens - u'0') * 10 + (ones - u'0') : -1;
+}
+
+/// Names come first: the tests after them make the host open the file.
+int kindOf(const Pyxis::FileSpecifier& file, const platform::PathName& path) {
+    if (isPoProduct(path.name)) {
+        return equalIgnoringCase(path.extension, u".NTF") ? SchemePoProductNitf : SchemePoProduct;
+    }
+    if (isLandsat7(path.name)) {
+        return equalIgnoringCase(path.extension, u".FST") ? SchemeLandsat7Fast : SchemeLandsat7;
+    }
+    if (isQuickBirdFile(file)) {
+        return SchemeQuickBird;
+    }
+    return isNitfFile(file) ? SchemeNitf : SchemeGeneric;
+}
+
+/// No number counts as a number of its own: two names without one are alike.
+bool haveDistinctNumbers(const std::vector<ComponentKind>& kinds) {
+    std::array<bool, 101> seen{};
+    return std::all_of(kinds.begin(), kinds.end(), [&seen](const ComponentKind& kind) {
+        bool& flag = seen.at(static_cast<std::size_t>(kind.trailingBandNumber + 1));
+        return !std::exchange(flag, true);
+    });
+}
+
+}  // namespace
+
+std::vector<ComponentKind> classifyComponents(const ComponentList& components) {
+    std::vector<ComponentKind> kinds(static_cast<std::size_t>(components.count()));
+    for (std::size_t i = 0; i < kinds.size(); ++i) {
+        Pyxis::FileSpecifier file;
+        int frame = 0;
+        components.get(static_cast<int>(i), file, frame);
+        const platform::PathName path = fileNameOf(file);
+        kinds[i] = {kindOf(file, path), trailingBandNumber(path.name)};
+    }
+    return kinds;
+}
+
+int namingSchemeOf(const std::vector<ComponentKind>& kinds) {
+    if (kinds.empty()) {
+        return SchemeNone;
+    }
+    const int first = kinds.front().kind;
+    const bool agreed = std::all_of(kinds.begin(), kinds.end(), [first](const ComponentKind& kind) {
+        return kind.kind == first;
+    });
+    if (agreed && first != SchemeGeneric) {
+        return first;
+    }
+    return haveDistinctNumbers(kinds) ? SchemeNumbered : SchemeGeneric;
+}
+
+int getNamingScheme(const Pyxis::FileSpecifier& componentList) {
+    return getNamingScheme(ComponentList(componentList));
+}
+
+int getNamingScheme(const ComponentList& components) {
+    return namingSchemeOf(classifyComponents(components));
+}
+
+bool isPoProductName(const Pyxis::FileSpecifier& file) {
+    return isPoProduct(fileNameOf(file).name);
+}
+
+bool isLandsat7Name(const Pyxis::FileSpecifier& file) {
+    return isLandsat7(fileNameOf(file).name);
+}
+
+bool isQuickBirdFile(const Pyxis::FileSpecifier& file) {
+    const Pyxis::ImageFormatCodec* codec = findCodec(file);
+    return dynamic_cast<const QBTiffFormatCodec*>(codec) != nullptr ||
+           readBandListText(file, codec).has_value();
+}
+
+bool isNitfFile(const Pyxis::FileSpecifier& file) {
+    return dynamic_cast<const NITFFormatCodec*>(findCodec(file)) != nullptr;
+}
+
+}  // namespace kest

@@ -1,0 +1,57 @@
+#include "platform/posix/StringTable.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+
+#include "platform/posix/Utf.h"
+
+namespace kest::platform {
+namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+std::string withoutEscapes(std::string_view text) {
+    std::string plain;
+    plain.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char next = text[i] == '\\' && i + 1 < text.size() ? text[i + 1] : '\0';
+        if (next == 'n' || next == 't' || next == '\\') {
+            plain.push_back(next == 'n' ? '\n' : next == 't' ? '\t' : '\\');
+            ++i;
+        } else {
+            plain.push_back(text[i]);
+        }
+    }
+    return plain;
+}
+
+void parseLine(std::string_view line, StringTable& table) {
+    if (line.ends_with('\r')) {
+        line.remove_suffix(1);
+    }
+    std::uint16_t id = 0;
+    const auto [end, error] = std::from_chars(line.data(), line.data() + line.size(), id);
+    line.remove_prefix(static_cast<std::size_t>(end - line.data()));
+    if (error == std::errc() && (line.starts_with(' ') || line.starts_with('\t'))) {
+        table.emplace(id, decodeUtf8(withoutEscapes(line.substr(1))));
+    }
+}
+
+}  // namespace
+
+StringTable parseStringTable(std::string_view file) {
+    if (file.starts_with(kByteOrderMark)) {
+        file.remove_prefix(kByteOrderMark.size());
+    }
+    StringTable table;
+    while (!file.empty()) {
+        const std::size_t length = std::min(file.find('\n'), file.size());
+        parseLine(file.substr(0, length), table);
+        file.remove_prefix(std::min(length + 1, file.size()));
+    }
+    return table;
+}
+
+}  // namespace kest::platform

@@ -1,0 +1,72 @@
+#include "properties/KestMultispectralMetadataTextFileProperty.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+#include "codec/strings/BufferText.h"
+#include "codec/strings/StringIds.h"
+#include "codec/strings/StringResources.h"
+#include "platform/Platform.h"
+#include "properties/HostBoundary.h"
+
+using Property = KestMultispectralMetadataTextFileProperty;
+
+namespace {
+
+constexpr int kMaximumBytes = std::numeric_limits<int>::max();
+
+}  // namespace
+
+Property::KestMultispectralMetadataTextFileProperty(const Pyxis::FileSpecifier& metadataFile)
+    : FormatCodecStringProperty(Pyxis::StringBuffer(), kMaximumBytes),
+      KestMultispectralProperty(kest::MultispectralPropertyId::MetadataTextFile),
+      metadataFile_(metadataFile) {
+    setIdentifier(PropertyIdentifier::Custom);
+    setStringType(StringType::MultiLine);
+    setLevel(PropertyLevel::Image);
+    setUsage(PropertyUsage::Informative);
+    kest::loadResourceString(kest::string_id::kMetadataTextFileName, nameText());
+    kest::loadResourceString(kest::string_id::kMetadataTextFileDescription, descriptionText());
+    // A file too big for the memory is one that cannot be read.
+    valid_ = kest::answerOr(false, [this] { return readWhole(); });
+}
+
+Property::KestMultispectralMetadataTextFileProperty(const Property& other) = default;
+Property::~KestMultispectralMetadataTextFileProperty() = default;
+
+Pyxis::FormatCodecPropertyInterface* Property::clone() const {
+    return kest::makeOrNull<Property>([this] { return new Property(*this); });
+}
+
+bool Property::isValid() const {
+    return valid_;
+}
+
+bool Property::getMetadataFile(Pyxis::FileSpecifier& out) const {
+    out.assign(metadataFile_);
+    return valid_;
+}
+
+bool Property::readWhole() {
+    if (metadataFile_.type() != Pyxis::FileSpecifier::Type::PlainFile) {
+        return false;
+    }
+    const auto file = kest::platform::PlainFile::open(kest::wideText(metadataFile_.string()));
+    if (!file) {
+        return false;
+    }
+    const std::uint32_t size = file->size();
+    if (size >= static_cast<std::uint32_t>(kMaximumBytes)) {
+        return false;
+    }
+    std::vector<unsigned char> text(std::size_t{size} + 1);
+    if (file->readFromStart(text.data(), size) != size) {
+        return false;
+    }
+    setValue({static_cast<int>(text.size()), text.data(), Pyxis::CharacterType::Plain});
+    Pyxis::StringBuffer value;
+    getValue(value);
+    return value.data() != nullptr;
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <vector>
+
+#include "pyxis/FileSpecifier.h"
+#include "pyxis/FormatCodecPropertySetIterator.h"
+#include "pyxis/ImageFormatCodec.h"
+#include "reader/BandRecord.h"
+#include "reader/BucketIndex.h"
+
+namespace kest {
+
+/// Gathers the bands and buckets of a set, component by component.
+class BandCollector {
+  public:
+    /// `scheme` is the set's naming scheme; pixel sizes within `tolerance` share a bucket.
+    BandCollector(int scheme, double tolerance);
+
+    /// Opens frame `frame` of the set's component `index` through `codec` and adds the band that
+    /// it holds. A component that cannot be opened or tells too little adds none.
+    void add(int index, const Pyxis::FileSpecifier& component, int frame,
+             const Pyxis::ImageFormatCodec& codec);
+    /// Puts bands and buckets in the order of their numbers, those of one number in the order in
+    /// which they were found.
+    void sort();
+
+    const std::vector<BandRecord>& bands() const { return bands_; }
+    const std::vector<BucketRecord>& buckets() const { return buckets_; }
+
+  private:
+    /// By which file a band is named, and how big its pixels are.
+    struct Source {
+        Pyxis::FileSpecifier file;
+        int frame = 0;
+        Pyxis::Vector2d pixelSize;
+    };
+
+    static bool readProperties(Pyxis::FormatCodecPropertySetIterator& properties, bool isFast,
+                               Source& source);
+    int bucketOf(const Source& source);
+    void addBand(int index, const Source& source, const Pyxis::ImageFormatCodec& codec);
+
+    int scheme_;
+    BucketIndex bucketIndex_;
+    std::vector<BandRecord> bands_;
+    std::vector<BucketRecord> buckets_;
+};
+
+}  // namespace kest

@@ -1,0 +1,193 @@
+#include "reader/KestMultispectralReadFile.h"
+
+#include <cstddef>
+#include <cstdlib>
+
+#include "bands/MetadataTextFile.h"
+#include "bands/NamingScheme.h"
+#include "bands/ReferenceName.h"
+#include "properties/HostBoundary.h"
+#include "properties/KestMultispectralMetadataTextFileProperty.h"
+#include "pyxis/FileReadDescriptor.h"
+#include "reader/BandCollector.h"
+#include "reader/KestMultispectralReadFileFrame.h"
+
+using ReadFile = KestMultispectralReadFile;
+using PropertySet = KestMultispectralPropertySetIterator;
+
+namespace {
+
+/// A wrong index is a fault of the program that no answer could mend.
+template <typename Record>
+const Record& checkedAt(const std::vector<Record>& records, int index) {
+    if (index < 0 || static_cast<std::size_t>(index) >= records.size()) {
+        std::abort();
+    }
+    return records[static_cast<std::size_t>(index)];
+}
+
+}  // namespace
+
+ReadFile::KestMultispectralReadFile(const Pyxis::ImageFormatCodec* codec,
+                                    const Pyxis::FileSpecifier* setSpecifier,
+                                    Pyxis::FindFileInterface* findFile)
+    : codec_(codec), components_(specifier_), propertySet_(std::make_shared<PropertySet>()) {
+    const Codecs codecs = keepReadable(kest::ComponentList(*setSpecifier));
+    components_ = kest::ComponentList(specifier_);
+    setKind_ = kest::getNamingScheme(components_);
+    findBands(codecs);
+    if (setKind_ == kest::SchemePoProduct && findFile != nullptr) {
+        addMetadataTextFile(*findFile);
+    }
+}
+
+ReadFile::KestMultispectralReadFile(const ReadFile& other)
+    : geoTolerance_(other.geoTolerance_),
+      codec_(other.codec_),
+      specifier_(other.specifier_),
+      components_(specifier_),
+      bands_(other.bands_),
+      buckets_(other.buckets_),
+      files_(other.files_),
+      setKind_(other.setKind_),
+      propertySet_(std::make_shared<PropertySet>(*other.propertySet_)) {}
+
+ReadFile::~KestMultispectralReadFile() = default;
+
+ReadFile::Codecs ReadFile::keepReadable(const kest::ComponentList& listed) {
+    Codecs codecs(static_cast<std::size_t>(listed.count()), nullptr);
+    kest::ComponentListBuilder kept;
+    for (int i = 0; i < listed.count(); ++i) {
+        Pyxis::FileSpecifier component;
+        int frame = 0;
+        if (!listed.get(i, component, frame)) {
+            continue;
+        }
+        const Pyxis::ImageFormatCodec*& codec = codecs[static_cast<std::size_t>(i)];
+        Pyxis::FileReadDescriptor::findImageFileCodec(component, codec);
+        if (codec == nullptr) {
+            continue;
+        }
+        Pyxis::FileSpecifier file;
+        kest::appendComponent(component, frame, file);
+        files_.push_back(file);
+        kept.append(component, frame);
+    }
+    specifier_ = kept.specifier();
+    return codecs;
+}
+
+void ReadFile::findBands(const Codecs& codecs) {
+    kest::BandCollector collector(setKind_, geoTolerance_);
+    for (int i = 0; i < components_.count(); ++i) {
+        Pyxis::FileSpecifier component;
+        int frame = 0;
+        components_.get(i, component, frame);
+        // By place in the list as it was given, although unreadable components have left it: the
+        // pairing is part of what hosts see of a set with gaps.
+        const Pyxis::ImageFormatCodec* codec = codecs[static_cast<std::size_t>(i)];
+        if (codec != nullptr) {
+            collector.add(i, component, frame, *codec);
+        }
+    }
+    collector.sort();
+    bands_ = collector.bands();
+    buckets_ = collector.buckets();
+}
+
+void ReadFile::addMetadataTextFile(Pyxis::FindFileInterface& findFile) {
+    Pyxis::FileSpecifier first;
+    int frame = 0;
+    components_.get(0, first, frame);
+    Pyxis::FileSpecifier metadata;
+    kest::getMetadataTextFile(first, metadata);
+    if (!findFile.findFile(codec_, first, metadata, metadata)) {
+        return;
+    }
+    files_.push_back(metadata);
+    const KestMultispectralMetadataTextFileProperty property(metadata);
+    propertySet_->appendProperty(&property);
+}
+
+const Pyxis::ImageFormatCodec* ReadFile::getCodec() const {
+    return codec_;
+}
+
+const Pyxis::FileSpecifier& ReadFile::getFileSpecifier() const {
+    return specifier_;
+}
+
+int ReadFile::getNumFiles() const {
+    return static_cast<int>(files_.size());
+}
+
+Pyxis::FileSpecifier ReadFile::getFile(int index) const {
+    return kest::answerOr(Pyxis::FileSpecifier(), [this, index] {
+        return index >= 0 && index < getNumFiles() ? files_[static_cast<std::size_t>(index)]
+                                                   : Pyxis::FileSpecifier();
+    });
+}
+
+int ReadFile::getNumFrames() const {
+    return static_cast<int>(bands_.size());
+}
+
+Pyxis::ReadImageFileFrameInterface* ReadFile::openFrame(int frameIndex) {
+    if (frameIndex < 0 || frameIndex >= getNumFrames()) {
+        return nullptr;
+    }
+    return kest::makeOrNull<Pyxis::ReadImageFileFrameInterface>([this, frameIndex] {
+        Pyxis::FileSpecifier component;
+        int frameNumber = 0;
+        getBandComponent(frameIndex, component, frameNumber);
+        return new KestMultispectralReadFileFrame(component, frameNumber, band(frameIndex).codec,
+                                                  this, frameIndex, propertySet_);
+    });
+}
+
+const kest::BandRecord& ReadFile::band(int index) const {
+    return checkedAt(bands_, index);
+}
+
+const kest::BucketRecord& ReadFile::bucket(int index) const {
+    return checkedAt(buckets_, index);
+}
+
+int ReadFile::getBandBucketIndex(int band) const {
+    return checkedAt(bands_, band).bucketIndex;
+}
+
+int ReadFile::getBandIndexInBucket(int band) const {
+    return checkedAt(bands_, band).indexInBucket;
+}
+
+int ReadFile::getNumBuckets(int /*band*/) const {
+    return static_cast<int>(buckets_.size());
+}
+
+void ReadFile::getBandBucketName(int band, Pyxis::StringBuffer& name) const {
+    name = bucket(getBandBucketIndex(band)).bucketName;
+}
+
+void ReadFile::getBandComponent(int band, Pyxis::FileSpecifier& component, int& frameNumber) const {
+    components_.get(checkedAt(bands_, band).componentIndex, component, frameNumber);
+}
+
+void ReadFile::getBandName(int band, Pyxis::StringBuffer& name) const {
+    name = checkedAt(bands_, band).bandName;
+}
+
+void ReadFile::getBandType(int band, kest::BandType& type) const {
+    type = checkedAt(bands_, band).bandType;
+}
+
+void ReadFile::getBandAssignment(int band, kest::BandAssignment& assignment) const {
+    assignment = checkedAt(bands_, band).bandAssignment;
+}
+
+void ReadFile::getReferenceName(Pyxis::StringBuffer& name) const {
+    Pyxis::FileSpecifier first;
+    int frame = 0;
+    components_.get(0, first, frame);
+    kest::getReferenceNameOfComponent(setKind_, first, name);
+}

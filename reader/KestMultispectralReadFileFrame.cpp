@@ -1,0 +1,94 @@
+#include "reader/KestMultispectralReadFileFrame.h"
+
+#include <utility>
+
+#include "properties/FramePropertySet.h"
+#include "properties/HostBoundary.h"
+#include "reader/KestMultispectralReadFile.h"
+
+using Frame = KestMultispectralReadFileFrame;
+
+Frame::KestMultispectralReadFileFrame(
+    const Pyxis::FileSpecifier& component, int frameNumber, const Pyxis::ImageFormatCodec* codec,
+    const KestMultispectralReadFile* reader, int frameIndex,
+    std::shared_ptr<KestMultispectralPropertySetIterator> propertySet)
+    : reader_(reader),
+      propertySet_(std::move(propertySet)),
+      frameIndex_(frameIndex),
+      component_(component),
+      componentFile_(codec->openImage(&component_)) {
+    if (componentFile_) {
+        componentFrame_.reset(componentFile_->openFrame(frameNumber));
+    }
+    if (!componentFrame_) {
+        throw 1;
+    }
+}
+
+Frame::~KestMultispectralReadFileFrame() = default;
+
+int Frame::getFrameIndex() const {
+    return frameIndex_;
+}
+
+bool Frame::frameOp1(int level) {
+    return kest::answerOr(false, [&] { return componentFrame_->frameOp1(level); });
+}
+void Frame::frameOp3(std::int32_t* width, std::int32_t* height) {
+    kest::attempt([&] { componentFrame_->frameOp3(width, height); });
+}
+std::int32_t Frame::frameOp4() {
+    return kest::answerOr(0, [&] { return componentFrame_->frameOp4(); });
+}
+std::int32_t Frame::frameOp5() {
+    return kest::answerOr(1, [&] { return componentFrame_->frameOp5(); });
+}
+std::int32_t Frame::frameOp6() {
+    return kest::answerOr(0, [&] { return componentFrame_->frameOp6(); });
+}
+std::int32_t Frame::frameOp7() {
+    return kest::answerOr(1, [&] { return componentFrame_->frameOp7(); });
+}
+std::int32_t Frame::frameOp8() {
+    return kest::answerOr(0, [&] { return componentFrame_->frameOp8(); });
+}
+std::int32_t Frame::frameOp9() {
+    return kest::answerOr(0, [&] { return componentFrame_->frameOp9(); });
+}
+std::int32_t Frame::frameOp10() {
+    return kest::answerOr(0, [&] { return componentFrame_->frameOp10(); });
+}
+void Frame::frameOp11(int /*channel*/, Pyxis::ChannelRange* range) {
+    // Always the first channel, whichever was asked for: hosts of this plug-in rely on it.
+    kest::attempt([&] { componentFrame_->frameOp11(0, range); });
+}
+const Pyxis::ColourTable* Frame::frameOp12() {
+    return kest::answerOr<const Pyxis::ColourTable*>(nullptr,
+                                                     [&] { return componentFrame_->frameOp12(); });
+}
+bool Frame::frameOp13(int level, Pyxis::PixelRequest* request) {
+    return kest::answerOr(false, [&] { return componentFrame_->frameOp13(level, request); });
+}
+void* Frame::frameOp15(void* argument) {
+    return kest::answerOr<void*>(nullptr, [&] { return componentFrame_->frameOp15(argument); });
+}
+void* Frame::frameOp16(int argument) {
+    return kest::answerOr<void*>(nullptr, [&] { return componentFrame_->frameOp16(argument); });
+}
+
+Pyxis::FormatCodecPropertySetIterator* Frame::getProperties() {
+    return kest::makeOrNull<Pyxis::FormatCodecPropertySetIterator>([this] {
+        const kest::BandRecord& record = reader_->band(frameIndex_);
+        kest::BandFacts facts;
+        reader_->getReferenceName(facts.referenceName);
+        reader_->getBandComponent(frameIndex_, facts.component, facts.frameNumber);
+        facts.bandName = record.bandName;
+        facts.indexInBucket = record.indexInBucket;
+        facts.bandType = record.bandType;
+        facts.bandAssignment = record.bandAssignment;
+        facts.bucketIndex = record.bucketIndex;
+        facts.numBuckets = reader_->getNumBuckets(frameIndex_);
+        facts.bucketName = reader_->bucket(record.bucketIndex).bucketName;
+        return kest::buildFramePropertySet(componentFrame_.get(), *propertySet_, facts).release();
+    });
+}

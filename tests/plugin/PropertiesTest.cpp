@@ -1,0 +1,196 @@
+#include <gmock/gmock.h>
+
+#include <array>
+#include <filesystem>
+#include <fstream>
+
+#include "fakes/Fakes.h"
+#include "fakes/Sets.h"
+#include "properties/KestMultispectralBandNameProperty.h"
+#include "properties/KestMultispectralBandTypeProperty.h"
+#include "properties/KestMultispectralBucketProperty.h"
+#include "properties/KestMultispectralMetadataTextFileProperty.h"
+#include "properties/KestMultispectralReferenceNameProperty.h"
+#include "properties/PropertyNames.h"
+
+namespace {
+
+using Interface = Pyxis::FormatCodecPropertyInterface;
+using Pyxis::CharacterType;
+using Pyxis::toUtf8;
+using Pyxis::toWideBuffer;
+using testing::ElementsAre;
+
+std::string textOf(unsigned int id) {
+    Pyxis::StringBuffer text;
+    kest::loadResourceString(id, text);
+    return toUtf8(text);
+}
+
+/// Everything that a property tells of itself, value included.
+std::string describe(const Interface& property) {
+    std::string text = toUtf8(property.getName()) + "|" + toUtf8(property.getDescription());
+    for (const int number :
+         {static_cast<int>(property.getIdentifier()), static_cast<int>(property.getDataType()),
+          static_cast<int>(property.getUsage()), static_cast<int>(property.getLevel()),
+          int{property.isRequired()}, int{property.isContextSensitive()},
+          static_cast<int>(dynamic_cast<const KestMultispectralProperty&>(property)
+                               .multispectralPropertyId())}) {
+        text += "|" + std::to_string(number);
+    }
+    Pyxis::StringBuffer value;
+    Pyxis::FileSpecifier file;
+    if (const auto* string = dynamic_cast<const Pyxis::FormatCodecStringProperty*>(&property)) {
+        string->getValue(value);
+        text += "|" + std::to_string(string->maximumStringBytes()) + "|" +
+                std::to_string(static_cast<int>(string->getStringType()));
+    }
+    if (const auto* bucket = dynamic_cast<const KestMultispectralBucketProperty*>(&property)) {
+        bucket->getBucketName(value);
+        text += "|" + std::to_string(bucket->getBucketNum()) + "|" +
+                std::to_string(bucket->getNumBuckets());
+    }
+    if (const auto* name = dynamic_cast<const KestMultispectralBandNameProperty*>(&property)) {
+        name->getBandName(value);
+        name->getFile(file);
+        text += "|" + std::to_string(name->getBandIndex()) + "|" + std::to_string(name->getFrame());
+    }
+    if (const auto* type = dynamic_cast<const KestMultispectralBandTypeProperty*>(&property)) {
+        text += "|" + std::to_string(static_cast<int>(type->bandType())) + "|" +
+                std::to_string(static_cast<int>(type->bandAssignment()));
+    }
+    if (const auto* metadata =
+            dynamic_cast<const KestMultispectralMetadataTextFileProperty*>(&property)) {
+        text += metadata->getMetadataFile(file) ? "|valid" : "|invalid";
+    }
+    return text + "|" + toUtf8(value) + "|" + toUtf8(file.string());
+}
+
+TEST(PropertiesTest, TellWhatTheyWereMadeOfAndSoDoTheirClones) {
+    const fakes::EnglishTexts texts;
+    const Pyxis::FileSpecifier file = Pyxis::fileSpecifier("/none.tif");
+    struct Row {
+        Interface* property;
+        unsigned int nameId;
+        const char* rest;  ///< after name and description
+    };
+    const std::array rows = {
+        Row{new KestMultispectralReferenceNameProperty(toWideBuffer("scene")), 18107,
+            "|0|1|1|3|0|0|0|0|0|scene|"},
+        Row{new KestMultispectralBucketProperty(1, 3, toWideBuffer("thermal")), 18111,
+            "|0|9|1|2|0|0|1|1|3|thermal|"},
+        Row{new KestMultispectralBandNameProperty(4, file, 7, toWideBuffer("red")), 18109,
+            "|0|9|1|1|0|0|2|4|7|red|/none.tif"},
+        Row{new KestMultispectralBandTypeProperty(kest::BandType::Panchromatic,
+                                                  kest::BandAssignment::BlueChannel),
+            18116, "|0|9|1|1|0|0|3|10|3||"},
+        Row{new KestMultispectralMetadataTextFileProperty(file), 18113,
+            "|0|1|1|3|0|0|4|2147483647|1|invalid||/none.tif"}};
+    for (const Row& row : rows) {
+        std::unique_ptr<Interface> original(row.property);
+        EXPECT_EQ(describe(*original),
+                  textOf(row.nameId) + "|" + textOf(row.nameId + 1) + row.rest);
+        const std::string told = describe(*original);
+        const std::unique_ptr<Interface> copy(original->clone());
+        original.reset();
+        EXPECT_EQ(describe(*copy), told);
+    }
+}
+
+TEST(PropertiesTest, MetadataTextIsTakenByteForByte) {
+    const auto directory = std::filesystem::temp_directory_path() / "kest_metadata_text";
+    std::filesystem::create_directories(directory);
+    const std::string path = (directory / "metadata.txt").string();
+    for (const std::string& text : {std::string(),
+                                    std::string("\xEF\xBB\xBF"
+                                                "a\r\nb"),
+                                    std::string("a\0b", 3), std::string(100000, 'x')}) {
+        std::ofstream(path, std::ios::binary) << text;
+        const KestMultispectralMetadataTextFileProperty property(Pyxis::fileSpecifier(path));
+        EXPECT_TRUE(property.isValid());
+        Pyxis::StringBuffer value;
+        property.getValue(value);
+        ASSERT_EQ(value.numDataBytes(), static_cast<int>(text.size()) + 1);
+        EXPECT_EQ(value.type(), CharacterType::Plain);
+        EXPECT_EQ(std::memcmp(value.data(), text.c_str(), text.size() + 1), 0);
+    }
+    for (const Pyxis::FileSpecifier& file :
+         {Pyxis::FileSpecifier(toWideBuffer(path), Pyxis::FileSpecifier::Type::Compound),
+          Pyxis::fileSpecifier(directory.string()), Pyxis::FileSpecifier()}) {
+        const KestMultispectralMetadataTextFileProperty property(file);
+        Pyxis::FileSpecifier given;
+        EXPECT_FALSE(property.getMetadataFile(given));
+        EXPECT_TRUE(given.isEqual(file));
+        Pyxis::StringBuffer value;
+        property.getValue(value);
+        EXPECT_EQ(value.numDataBytes(), 0);
+    }
+    std::filesystem::remove_all(directory);
+}
+
+TEST(PropertySetTest, KeepsClonesOfSinglePropertiesAndOfWholeSets) {
+    KestMultispectralPropertySetIterator source;
+    source.appendProperty(std::make_unique<fakes::PlainProperty>("a").get());
+    source.appendProperty(std::make_unique<fakes::PlainProperty>("b").get());
+    KestMultispectralPropertySetIterator set(source);
+    set.appendProperties(nullptr);
+    set.appendProperties(&source);
+    EXPECT_TRUE(source.endOfList());
+    EXPECT_THAT(fakes::namesIn(set), ElementsAre("a", "b", "a", "b"));
+    EXPECT_EQ(source.numProperties(), 2);
+}
+
+/// Publishes one property that cannot be handed out between two that can.
+class GappySet : public KestMultispectralPropertySetIterator {
+  public:
+    Interface* openProperty() override {
+        opened_ = opened_ + 1;
+        return opened_ == 2 ? nullptr : KestMultispectralPropertySetIterator::openProperty();
+    }
+    using KestMultispectralPropertySetIterator::openProperty;
+
+  private:
+    int opened_ = 0;
+};
+
+TEST(PropertySetTest, LeavesOutWhatTheSourceCannotHandOut) {
+    GappySet source;
+    for (const char* name : {"a", "b", "c"}) {
+        source.appendProperty(std::make_unique<fakes::PlainProperty>(name).get());
+    }
+    KestMultispectralPropertySetIterator set;
+    set.appendProperties(&source);
+    EXPECT_THAT(fakes::namesIn(set), ElementsAre("a", "c"));
+}
+
+TEST(PropertyNamesTest, MatchExactlyAndOnlyInOneWidth) {
+    const fakes::EnglishTexts texts;
+    using Id = kest::MultispectralPropertyId;
+    using Identifier = Interface::PropertyIdentifier;
+    Pyxis::StringBuffer name = toWideBuffer("kept");
+    for (const int id : {-1, 5}) {
+        EXPECT_FALSE(kest::multispectralPropertyName(static_cast<Id>(id), name));
+        EXPECT_EQ(toUtf8(name), "kept");
+    }
+    const auto supported = [](const Pyxis::StringBuffer& text) {
+        return kest::isSupportedMultispectralProperty(Identifier::Custom, &text);
+    };
+    for (int id = 0; id < 5; ++id) {
+        ASSERT_TRUE(kest::multispectralPropertyName(static_cast<Id>(id), name));
+        EXPECT_TRUE(supported(name)) << id;
+        // Neither a terminator nor an even number of bytes is relied upon.
+        EXPECT_TRUE(supported({name.numDataBytes() - 1, name.data(), CharacterType::Wide}));
+        EXPECT_FALSE(supported({name.numDataBytes() - 4, name.data(), CharacterType::Wide}));
+        Pyxis::StringBuffer narrow;
+        Pyxis::StringBuffer::convertString(name, narrow, CharacterType::Plain);
+        EXPECT_FALSE(supported(narrow));
+    }
+    EXPECT_FALSE(supported(toWideBuffer("band Name")));
+    EXPECT_FALSE(supported(toWideBuffer("Band name ")));
+    EXPECT_FALSE(supported(Pyxis::StringBuffer()));
+    EXPECT_FALSE(kest::isSupportedMultispectralProperty(Identifier::Custom, nullptr));
+    EXPECT_TRUE(kest::isSupportedMultispectralProperty(Identifier::GeoCorrelation, nullptr));
+    EXPECT_FALSE(kest::isSupportedMultispectralProperty(static_cast<Identifier>(3), &name));
+}
+
+}  // namespace
