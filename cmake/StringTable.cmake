@@ -5,6 +5,8 @@
 # are the same; a quote is written twice there. The strings bear no L: windres would take their
 # bytes for characters, whatever the code page.
 file(READ ${TEXTS} texts)
+string(ASCII 239 187 191 byteOrderMark)
+string(REGEX REPLACE "^${byteOrderMark}" "" texts "${texts}")
 string(REPLACE "\r" "" texts "\n${texts}\n")
 string(REGEX REPLACE "\n#[^\n]*" "\n" texts "${texts}")
 if(texts MATCHES "\n([^0-9\n][^\n]*|[0-9]+[^0-9 \t\n][^\n]*|[0-9]+)\n")

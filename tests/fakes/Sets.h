@@ -25,7 +25,8 @@ inline Pyxis::FileSpecifier setOf(std::initializer_list<std::string_view> paths,
 /// The English texts, for as long as it lives.
 struct EnglishTexts {
     EnglishTexts() {
-        kest::setResourceFileName(Pyxis::fileSpecifier(KEST_RESOURCES "/kestmultispectral-en.txt"));
+        kest::setResourceFileName(
+            Pyxis::fileSpecifier(KEST_RESOURCES "/kestmultispectral-en" KEST_RESOURCE_SUFFIX));
     }
     ~EnglishTexts() { kest::setResourceFileName(Pyxis::FileSpecifier()); }
 };
