@@ -14,13 +14,10 @@ bool isCompound(const Pyxis::FileSpecifier& file) {
     return file.type() == Pyxis::FileSpecifier::Type::Compound;
 }
 
-/// Whether a codec reads the file; one that throws does not.
+/// Whether a codec reads the file.
 bool findCodec(const Pyxis::FileSpecifier& file, const Pyxis::ImageFormatCodec*& codec) {
-    return kest::answerOr(false, [&] {
-        return Pyxis::FileReadDescriptor::findImageFileCodec(file, codec) ==
-                   Decodability::Decodable &&
-               codec != nullptr;
-    });
+    return Pyxis::FileReadDescriptor::findImageFileCodec(file, codec) == Decodability::Decodable &&
+           codec != nullptr;
 }
 
 }  // namespace
@@ -50,7 +47,8 @@ Decodability Codec::decodabilityOf(const kest::ComponentList& components) const 
             break;
         }
         const Pyxis::ImageFormatCodec* codec = nullptr;
-        if (!findCodec(component, codec)) {
+        // A codec that throws is one that does not read the component.
+        if (!kest::answerOr(false, [&] { return findCodec(component, codec); })) {
             result = Decodability::Decodable;
             continue;
         }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "codec/strings/StringResources.h"
+#include "fakes/Resources.h"
 #include "host/Text.h"
 #include "pyxis/FormatCodecPropertySetIterator.h"
 #include "sets/ComponentList.h"
@@ -24,10 +25,7 @@ inline Pyxis::FileSpecifier setOf(std::initializer_list<std::string_view> paths,
 
 /// The English texts, for as long as it lives.
 struct EnglishTexts {
-    EnglishTexts() {
-        kest::setResourceFileName(
-            Pyxis::fileSpecifier(KEST_RESOURCES "/kestmultispectral-en" KEST_RESOURCE_SUFFIX));
-    }
+    EnglishTexts() { kest::setResourceFileName(Pyxis::fileSpecifier(stringModule("en"))); }
     ~EnglishTexts() { kest::setResourceFileName(Pyxis::FileSpecifier()); }
 };
 

@@ -10,6 +10,7 @@
 #include "properties/KestMultispectralBandTypeProperty.h"
 #include "properties/KestMultispectralBucketProperty.h"
 #include "properties/KestMultispectralMetadataTextFileProperty.h"
+#include "properties/KestMultispectralPropertySetIterator.h"
 #include "properties/KestMultispectralReferenceNameProperty.h"
 #include "properties/PropertyNames.h"
 

@@ -5,11 +5,9 @@
 
 #include "Modules.h"
 #include "codec/KestMultispectralCodec.h"
-#include "codec/KestMultispectralFormatCodecApiVersion.h"
 #include "fakes/Fakes.h"
 #include "platform/Platform.h"
 #include "properties/KestMultispectralBandNameProperty.h"
-#include "properties/KestMultispectralBucketProperty.h"
 
 namespace {
 
@@ -40,16 +38,6 @@ TEST(ModuleTest, IsShippedWithTheFourNumbersOfTheProject) {
         version += std::to_string(HIWORD(word)) + "." + std::to_string(LOWORD(word)) + ".";
     }
     EXPECT_EQ(version, KEST_VERSION ".");
-}
-
-TEST(ModuleTest, ExportsItsEntryUndecorated) {
-    HMODULE module = GetModuleHandleW(L"kestmultispectralcodec54.dll");
-    const auto entry = reinterpret_cast<decltype(&KestMultispectralCodecApiVersion)>(
-        reinterpret_cast<void*>(GetProcAddress(module, "KestMultispectralCodecApiVersion")));
-    ASSERT_NE(entry, nullptr);
-    EXPECT_EQ(entry(), KestMultispectralCodecApiVersion());
-    EXPECT_EQ(entry()->majorVersion(), 6);
-    EXPECT_EQ(entry()->minorVersion(), 0);
 }
 
 /// The program plays the host: what it makes is cast in the module and the other way round,

@@ -1,0 +1,17 @@
+# The module MODULE shows its entry, the codec and the property classes, and nothing else.
+execute_process(COMMAND ${NM} --dynamic --defined-only --demangle ${MODULE}
+    OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
+string(STRIP "${symbols}" symbols)
+string(REPLACE ";" "," symbols "${symbols}")
+string(REPLACE "\n" ";" symbols "${symbols}")
+set(shown 0)
+foreach(symbol IN LISTS symbols)
+    string(REGEX REPLACE "^[0-9a-f]+ [A-Za-z] " "" name "${symbol}")
+    if(NOT name MATCHES "^(typeinfo for |typeinfo name for |vtable for )?KestMultispectral(Codec(::|$)|([A-Z][A-Za-z]*)?Property(::|$)|CodecApiVersion$)")
+        message(SEND_ERROR "shown but not meant to be: ${name}")
+    endif()
+    math(EXPR shown "${shown} + 1")
+endforeach()
+if(shown LESS 50)
+    message(SEND_ERROR "only ${shown} symbols are shown: the classes are missing")
+endif()

@@ -1,0 +1,146 @@
+#include "bands/NamingScheme.h"
+
+#include <gtest/gtest.h>
+
+#include "fakes/Fakes.h"
+
+namespace {
+
+fakes::FrameFacts describedFrame(fakes::PropertyPointer description) {
+    fakes::FrameFacts frame = fakes::bandFrame();
+    frame.properties.push_back(std::move(description));
+    return frame;
+}
+
+Pyxis::FileSpecifier setOf(const std::vector<std::string>& paths) {
+    kest::ComponentListBuilder builder;
+    for (const std::string& path : paths) {
+        builder.append(Pyxis::fileSpecifier(path), 0);
+    }
+    return builder.specifier();
+}
+
+/// Reads band-list TIFF files of both kinds ("/qb.tif", "/list.tif"), other TIFF files, and NITF.
+class NamingSchemeTest : public testing::Test {
+  protected:
+    NamingSchemeTest() {
+        using fakes::property;
+        using fakes::StringProperty;
+        const std::string list = fakes::kBandListHeader + "  (1, 2)";
+        quickBird_.add("/qb.tif", fakes::bandFrame());
+        tiff_.add("/list.tif", describedFrame(property<StringProperty>("property 9", list)));
+        tiff_.add("/bare.tif",
+                  describedFrame(property<StringProperty>("property 9", fakes::kBandListHeader)));
+        tiff_.add("/short.tif", describedFrame(property<StringProperty>("property 9", "{\n")));
+        tiff_.add("/other.tif", describedFrame(property<StringProperty>("property 8", list)));
+        tiff_.add("/plain.tif",
+                  describedFrame(fakes::property<fakes::PlainProperty>("property 9")));
+        nitf_.add("/a.ntf", fakes::bandFrame());
+        nitf_.add("/po_1_red_00.ntf", fakes::bandFrame());
+    }
+
+    fakes::World world_;
+    fakes::QBTiffCodec quickBird_{world_};
+    fakes::TiffCodec tiff_{world_};
+    fakes::NitfCodec nitf_{world_};
+};
+
+}  // namespace
+
+TEST_F(NamingSchemeTest, DecidesForTheWholeSet) {
+    const std::string scene = "/l71026029_02920000609_";
+    const struct {
+        std::vector<std::string> paths;
+        int scheme;
+    } cases[] = {
+        {{}, kest::SchemeNone},
+        {{"/scene"}, kest::SchemeNumbered},
+        {{"/scene_a", "/scene_b"}, kest::SchemeGeneric},
+        {{"/scene_01.tif", "/scene_02.tif"}, kest::SchemeNumbered},
+        {{"/b101", "/b201"}, kest::SchemeGeneric},
+        {{"/x", "/y01", "/z02"}, kest::SchemeNumbered},
+        {{"/x", "/y01", "/z"}, kest::SchemeGeneric},
+        {{"/a00", "/a99", "/1", "/b99"}, kest::SchemeGeneric},
+        {{scene + "b10.TIF", scene + "B61.tif", scene + "b80"}, kest::SchemeLandsat7},
+        {{scene + "hrf.fst", scene + "HTM.FST"}, kest::SchemeLandsat7Fast},
+        {{scene + "b10.tif", scene + "b20.fst"}, kest::SchemeNumbered},
+        {{scene + "hrf.fst", scene + "b20.tif", scene + "htm.fst"}, kest::SchemeGeneric},
+        {{"/po_1_red_00.tif", "/PO_1_GRN_00.tif"}, kest::SchemePoProduct},
+        {{"/po_1_red_00.ntf", "/po_1_blu_00.NTF"}, kest::SchemePoProductNitf},
+        {{"/po_1_red_00.ntf", "/po_1_blu_00.tif"}, kest::SchemeGeneric},
+        {{"/qb.tif", "/list.tif", "/bare.tif"}, kest::SchemeQuickBird},
+        {{"/qb.tif", "/other.tif"}, kest::SchemeGeneric},
+        {{"/a.ntf", "/a.ntf"}, kest::SchemeNitf},
+        {{"/a.ntf", "/b01.tif"}, kest::SchemeNumbered},
+    };
+    for (const auto& test : cases) {
+        EXPECT_EQ(kest::getNamingScheme(setOf(test.paths)), test.scheme)
+            << testing::PrintToString(test.paths);
+    }
+}
+
+TEST_F(NamingSchemeTest, KnowsProductNames) {
+    const std::string longRun(300, '7');
+    const struct {
+        std::string path;
+        bool po, landsat;
+    } cases[] = {
+        {"/d/po_123456_red_0000000.tif", true, false},
+        {"PO_7_PAN_", true, false},
+        {"po__nir_1", true, false},
+        {"po_1_red_" + longRun + "x", true, false},  // the cut name ends in digits
+        {"po_123456_red_0000000x", false, false},
+        {"po_123456_swir_01", false, false},
+        {"po_123456_red", false, false},
+        {"po_123456", false, false},
+        {"po_1x_red_1", false, false},
+        {"po", false, false},
+        {"pa_1_red_1", false, false},
+        {"L71026029_02920000609_B10.TIF", false, true},
+        {"l71026029_02920000609_mtl", false, true},
+        {"L7102602_02920000609_B10", false, false},
+        {"L710260290_02920000609_B10", false, false},
+        {"L71026029_0292000060_B10", false, false},
+        {"L71026029_02920000609_B60", false, false},
+        {"L71026029_02920000609_B100", false, false},
+        {"L71026029_02920000609_", false, false},
+        {"L71026029-02920000609_B10", false, false},
+        {"L5102602902920000609_B10", false, false},
+        {"", false, false},
+    };
+    for (const auto& test : cases) {
+        const Pyxis::FileSpecifier file = Pyxis::fileSpecifier(test.path);
+        EXPECT_EQ(kest::isPoProductName(file), test.po) << test.path;
+        EXPECT_EQ(kest::isLandsat7Name(file), test.landsat) << test.path;
+    }
+}
+
+TEST_F(NamingSchemeTest, RecognisesFilesByTheirCodec) {
+    const struct {
+        std::string path;
+        bool quickBird, nitf;
+    } cases[] = {
+        {"/qb.tif", true, false},     {"/list.tif", true, false},   {"/bare.tif", true, false},
+        {"/short.tif", false, false}, {"/other.tif", false, false}, {"/plain.tif", false, false},
+        {"/a.ntf", false, true},      {"/unknown", false, false},
+    };
+    for (const auto& test : cases) {
+        const Pyxis::FileSpecifier file = Pyxis::fileSpecifier(test.path);
+        EXPECT_EQ(kest::isQuickBirdFile(file), test.quickBird) << test.path;
+        EXPECT_EQ(kest::isNitfFile(file), test.nitf) << test.path;
+    }
+    EXPECT_EQ(world_.alive, 0);
+    world_.fail = [](std::string_view call) { return call == "getPropertyName"; };
+    EXPECT_FALSE(kest::isQuickBirdFile(Pyxis::fileSpecifier("/list.tif")));
+    EXPECT_TRUE(kest::isQuickBirdFile(Pyxis::fileSpecifier("/qb.tif")));
+}
+
+TEST_F(NamingSchemeTest, AsksCodecsOnlyWhenNamesTellNothing) {
+    int asked = 0;
+    world_.fail = [&asked](std::string_view call) {
+        asked += call == "isDecodableFile" ? 1 : 0;
+        return false;
+    };
+    EXPECT_EQ(kest::getNamingScheme(setOf({"/po_1_red_00.ntf"})), kest::SchemePoProductNitf);
+    EXPECT_EQ(asked, 0);
+}

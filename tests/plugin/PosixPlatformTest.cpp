@@ -1,0 +1,69 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "codec/strings/BufferText.h"
+#include "fakes/Resources.h"
+#include "platform/Platform.h"
+#include "platform/posix/StringTable.h"
+#include "platform/posix/Utf.h"
+
+namespace platform = kest::platform;
+
+TEST(PosixPlatformTest, ReadsTextsOfAnyContent) {
+    const struct {
+        std::string_view file;
+        platform::StringTable texts;
+    } cases[] = {
+        {"", {}},
+        {"# 1 comment\n1 one\n2\ttwo words\n", {{1, u"one"}, {2, u"two words"}}},
+        {"\xEF\xBB\xBF"
+         "1 one\r\n2  two\r\n3 last",
+         {{1, u"one"}, {2, u" two"}, {3, u"last"}}},
+        {"1 a\\nb\\tc\\\\n\\x\\", {{1, u"a\nb\tc\\n\\x\\"}}},
+        {"1 \n2\n3,x\n 4 x\nx 5\n-6 x\n65536 x\n99999999999 x\n65535 y", {{1, u""}, {65535, u"y"}}},
+        {"1 first\n1 second", {{1, u"first"}}},
+        {"1 \xC3\xBC\xE8\xB5\xA4\xF0\x9F\x9B\xB0", {{1, u"\u00FC\u8D64\U0001F6F0"}}},
+        {"1 \xFF\xC0\x80\xED\xA0\x80\xC3", {{1, std::u16string(7, u'\uFFFD')}}},
+    };
+    for (const auto& test : cases) {
+        EXPECT_EQ(platform::parseStringTable(test.file), test.texts) << test.file;
+    }
+}
+
+TEST(PosixPlatformTest, TurnsPathsBackIntoTheirBytes) {
+    for (const std::string path :
+         {"/data/\xC3\xBC.tif", "/\xF0\x9F\x9B\xB0", "/\xFF\x80\xC3", ""}) {
+        EXPECT_EQ(platform::pathBytes(Pyxis::utf8ToWide(path)), path);
+    }
+    const char16_t lone[] = {0xD800, u'a', 0xDC00, 0};
+    EXPECT_EQ(platform::pathBytes(lone),
+              "\xED\xA0\x80"
+              "a\xED\xB0\x80");
+}
+
+TEST(PosixPlatformTest, OpensRegularFilesOnlyAndNeverWaits) {
+    const fakes::TempFile place("pipe", "");
+    std::filesystem::remove(place.path());
+    ASSERT_EQ(mkfifo(place.path().c_str(), 0600), 0);
+    for (const std::string& path : {place.path(), std::string("/dev/zero"), std::string("/tmp")}) {
+        const std::u16string wide = Pyxis::utf8ToWide(path);
+        EXPECT_FALSE(platform::PlainFile::open(wide)) << path;
+        EXPECT_FALSE(platform::StringModule::load(wide)) << path;
+    }
+}
+
+TEST(PosixPlatformTest, RefusesAnOversizedStringModule) {
+    const fakes::TempFile temp("huge", "1 one\n");
+    const std::u16string path = Pyxis::utf8ToWide(temp.path());
+    EXPECT_TRUE(platform::StringModule::load(path));
+    std::filesystem::resize_file(temp.path(), std::uintmax_t{8} << 20U);
+    EXPECT_FALSE(platform::StringModule::load(path));
+}
+
+TEST(PosixPlatformTest, CutsTextsTo255Characters) {
+    const std::string whole(255, 'x');
+    const fakes::TempFile temp("long", "1 " + whole + "\n2 " + whole + "y\n");
+    const fakes::TextsFrom texts(temp.path());
+    EXPECT_EQ(fakes::text(1), whole);
+    EXPECT_EQ(fakes::text(2), whole);
+}

@@ -1,0 +1,340 @@
+#include "reader/KestMultispectralReadFile.h"
+
+#include <gmock/gmock.h>
+
+#include <array>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+#include <random>
+
+#include "fakes/Fakes.h"
+#include "fakes/Sets.h"
+#include "properties/KestMultispectralBandNameProperty.h"
+#include "properties/KestMultispectralMetadataTextFileProperty.h"
+#include "reader/BucketIndex.h"
+
+namespace {
+
+using fakes::bandFrame;
+using fakes::FrameFacts;
+using fakes::setOf;
+using Pyxis::toUtf8;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Frame = std::unique_ptr<Pyxis::ReadImageFileFrameInterface>;
+using Properties = std::unique_ptr<Pyxis::FormatCodecPropertySetIterator>;
+
+/// One band a line: component, bucket, place in the bucket, number.
+std::vector<std::string> bandsOf(const KestMultispectralReadFile& file) {
+    std::vector<std::string> lines;
+    for (int i = 0; i < file.getNumFrames(); ++i) {
+        const kest::BandRecord& band = file.band(i);
+        lines.push_back(std::to_string(band.componentIndex) + " " +
+                        std::to_string(band.bucketIndex) + " " +
+                        std::to_string(band.indexInBucket) + " " + std::to_string(band.bandNumber));
+    }
+    return lines;
+}
+
+/// A FAST frame, named by that band file.
+FrameFacts fastFrame(std::string_view bandFile) {
+    FrameFacts frame = bandFrame();
+    frame.properties.push_back(fakes::property<fakes::FastBandFile>(bandFile));
+    return frame;
+}
+
+class ReadFileTest : public testing::Test {
+  protected:
+    KestMultispectralReadFile open(const Pyxis::FileSpecifier& set,
+                                   Pyxis::FindFileInterface* finder = nullptr) {
+        return {nullptr, &set, finder};
+    }
+
+    fakes::EnglishTexts texts_;
+    fakes::World world_;
+    fakes::Codec codec_{world_};
+};
+
+TEST_F(ReadFileTest, BandsAndBucketsAreSortedAndStayTogether) {
+    codec_.add("/L71195025_02520010730_B80.TIF", bandFrame(0.5));
+    codec_.add("/L71195025_02520010730_B30.TIF", bandFrame(1.0));
+    codec_.add("/L71195025_02520010730_B61.TIF", bandFrame(2.0));
+    codec_.add("/L71195025_02520010730_B10.TIF", bandFrame(1.0));
+    const KestMultispectralReadFile file =
+        open(setOf({"/L71195025_02520010730_B80.TIF", "/L71195025_02520010730_B30.TIF",
+                    "/L71195025_02520010730_B61.TIF", "/L71195025_02520010730_B10.TIF"}));
+    EXPECT_EQ(file.setKind(), 5);
+    EXPECT_THAT(bandsOf(file), ElementsAre("3 0 1 0", "1 0 0 2", "2 1 0 6", "0 2 0 8"));
+    EXPECT_EQ(file.bucket(0).bandCount, 2);
+    EXPECT_EQ(file.getNumBuckets(99), 3);
+    EXPECT_EQ(file.bucket(file.getBandBucketIndex(3)).bucketVector.x, 0.5);
+    Pyxis::StringBuffer name;
+    Pyxis::StringBuffer expected;
+    file.getBandBucketName(3, name);
+    kest::loadResourceString(18302, expected);
+    EXPECT_EQ(toUtf8(name), toUtf8(expected));
+    file.getReferenceName(name);
+    EXPECT_EQ(toUtf8(name), "L71195025_02520010730");
+    EXPECT_EQ(world_.alive, 0);
+}
+
+TEST_F(ReadFileTest, ComponentsAfterAGapTakeTheCodecOfTheirPlace) {
+    fakes::NitfCodec other(world_);
+    for (const char* path : {"/a01.tif", "/c03.tif"}) {
+        codec_.add(path, bandFrame());
+    }
+    codec_.add("/d04.tif", bandFrame());
+    other.add("/d04.tif", bandFrame());
+    KestMultispectralReadFile file =
+        open(setOf({"/a01.tif", "/unreadable", "/c03.tif", "/d04.tif"}));
+    ASSERT_EQ(file.getNumFiles(), 3);
+    EXPECT_TRUE(file.getFile(1).isEqual(setOf({"/c03.tif"})));
+    EXPECT_TRUE(file.getFileSpecifier().isEqual(setOf({"/a01.tif", "/c03.tif", "/d04.tif"})));
+    EXPECT_THAT(bandsOf(file), ElementsAre("0 0 0 1", "2 0 1 4"));
+    EXPECT_EQ(file.band(1).codec, &codec_);
+    for (const int outside : {-1, 3}) {
+        EXPECT_TRUE(file.getFile(outside).isEmpty());
+        EXPECT_EQ(file.openFrame(outside), nullptr);
+    }
+    // Unreadable components at the front leave the last codecs of the list unused.
+    EXPECT_EQ(open(setOf({"/unreadable", "/a01.tif"})).getNumFrames(), 0);
+}
+
+TEST_F(ReadFileTest, SetsWithoutUsableComponentsHaveNoFrames) {
+    FrameFacts noGeo;
+    noGeo.properties.push_back(fakes::property<fakes::PlainProperty>("other"));
+    FrameFacts noFrame = bandFrame();
+    noFrame.noFrame = true;
+    FrameFacts noProperties = bandFrame();
+    noProperties.noProperties = true;
+    codec_.add("/noGeo", noGeo);
+    codec_.add("/noFrame", noFrame);
+    codec_.add("/noProperties", noProperties);
+    codec_.add("/cannotOpen", fakes::FileFacts{true, {}});
+    const KestMultispectralReadFile file =
+        open(setOf({"/noGeo", "/noFrame", "/noProperties", "/cannotOpen"}));
+    EXPECT_EQ(file.getNumFiles(), 4);
+    EXPECT_EQ(file.getNumFrames(), 0);
+    for (const Pyxis::FileSpecifier& empty :
+         {Pyxis::FileSpecifier(), Pyxis::fileSpecifier("/noGeo"), setOf({"/unreadable"})}) {
+        const KestMultispectralReadFile none = open(empty);
+        EXPECT_EQ(none.getNumFiles() + none.getNumFrames() + none.setKind(), 0);
+        EXPECT_TRUE(none.getFileSpecifier().isEmpty());
+        Pyxis::StringBuffer name;
+        none.getReferenceName(name);
+        EXPECT_TRUE(name.isZero());
+    }
+    EXPECT_EQ(world_.alive, 0);
+}
+
+TEST_F(ReadFileTest, FastBandsAreNamedByTheirBandFileAndOpenedByTheirHeader) {
+    fakes::FastCodec fast(world_);
+    fast.add("/L71195025_02520010730_HRF.FST",
+             fakes::FileFacts{false,
+                              {fastFrame("L71195025_02520010730_B10.FST"), bandFrame(),
+                               fastFrame("L71195025_02520010730_B20.FST")}});
+    kest::ComponentListBuilder list;
+    for (const int frame : {2, 1, 0}) {
+        list.append(Pyxis::fileSpecifier("/L71195025_02520010730_HRF.FST"), frame);
+    }
+    KestMultispectralReadFile file = open(list.specifier());
+    EXPECT_THAT(bandsOf(file), ElementsAre("2 0 1 0", "0 0 0 1"));
+    const Frame frame(file.openFrame(1));
+    Pyxis::FileSpecifier component;
+    int number = -1;
+    file.getBandComponent(1, component, number);
+    EXPECT_EQ(number, 2);
+    EXPECT_EQ(toUtf8(component.string()), "/L71195025_02520010730_HRF.FST");
+}
+
+TEST_F(ReadFileTest, OnlyFastComponentsAreSearchedPastTheirGeoCorrelation) {
+    int opened = 0;
+    world_.fail = [&opened](std::string_view call) {
+        opened += call == "openProperty";
+        return call == "openProperty" && opened == 1;
+    };
+    FrameFacts frame = bandFrame();
+    frame.properties.insert(frame.properties.begin(),
+                            fakes::property<fakes::PlainProperty>("cannot be handed out"));
+    frame.properties.push_back(fakes::property<fakes::FastBandFile>("other_77.tif"));
+    codec_.add("/a01.tif", frame);
+    EXPECT_THAT(bandsOf(open(setOf({"/a01.tif"}))), ElementsAre("0 0 0 1"));
+    EXPECT_EQ(opened, 2);
+}
+
+TEST_F(ReadFileTest, MetadataTextFileNeedsAProductSetAndAFinderThatFindsIt) {
+    const auto directory = std::filesystem::temp_directory_path() / "kest_read_file";
+    std::filesystem::create_directories(directory);
+    std::ofstream(directory / "po_12_metadata.txt") << "text";
+    fakes::Finder finder(world_);
+    finder.directory = directory.string() + "/";
+    codec_.add("/po_12_red_0000000.tif", bandFrame());
+    codec_.add("/po_12_pan_0000000.tif", bandFrame());
+    codec_.add("/po_12_pan_0000000.ntf", bandFrame());
+    const Pyxis::FileSpecifier product =
+        setOf({"/po_12_red_0000000.tif", "/po_12_pan_0000000.tif"});
+
+    EXPECT_EQ(open(product).getNumFiles(), 2);
+    EXPECT_EQ(open(setOf({"/po_12_pan_0000000.ntf"}), &finder).getNumFiles(), 1);
+    KestMultispectralReadFile file = open(product, &finder);
+    EXPECT_THAT(world_.events,
+                testing::Contains("find po_12_metadata.txt by /po_12_red_0000000.tif"));
+    ASSERT_EQ(file.getNumFiles(), 3);
+    EXPECT_EQ(toUtf8(file.getFile(2).string()), finder.directory + "po_12_metadata.txt");
+    EXPECT_THAT(bandsOf(file), ElementsAre("1 0 1 0", "0 0 0 3"));
+    const Frame frame(file.openFrame(0));
+    const Properties properties(frame->getProperties());
+    EXPECT_THAT(fakes::namesIn(*properties), ElementsAre("", "Metadata text file", "Reference name",
+                                                         "Band name", "Band type", "Band group"));
+    world_.fail = [](std::string_view call) { return call == "findFile"; };
+    EXPECT_EQ(open(product, &finder).getNumFiles(), 2);
+    std::filesystem::remove_all(directory);
+}
+
+TEST_F(ReadFileTest, ClonesAreEqualAndIndependent) {
+    for (const char* path : {"/b02.tif", "/a01.tif"}) {
+        codec_.add(path, bandFrame());
+    }
+    auto original =
+        std::make_unique<KestMultispectralReadFile>(open(setOf({"/b02.tif", "/a01.tif"})));
+    KestMultispectralReadFile copy(*original);
+    const auto bands = bandsOf(*original);
+    original.reset();
+    EXPECT_THAT(bandsOf(copy), testing::ElementsAreArray(bands));
+    EXPECT_EQ(copy.setKind(), 2);
+    EXPECT_EQ(copy.getNumFiles(), 2);
+    EXPECT_EQ(copy.getNumBuckets(0), 1);
+    EXPECT_EQ(copy.openFrame(2), nullptr);
+    EXPECT_NE(Frame(copy.openFrame(1)), nullptr);
+}
+
+TEST_F(ReadFileTest, FramesHandRequestsOnUnchanged) {
+    FrameFacts facts = bandFrame();
+    facts.model = 2;
+    facts.bits = 24;
+    facts.format = 3;
+    codec_.add("/a01.tif", bandFrame());
+    codec_.add("/b02.tif", facts);
+    KestMultispectralReadFile file = open(setOf({"/a01.tif", "/b02.tif"}));
+    const Frame frame(file.openFrame(1));
+    EXPECT_EQ(frame->getFrameIndex(), 1);
+    EXPECT_TRUE(frame->frameOp1(0));
+    EXPECT_FALSE(frame->frameOp1(3));
+    EXPECT_EQ(world_.events.back(), "frameOp1 3");
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    frame->frameOp3(&width, &height);
+    const std::array answers = {width,
+                                height,
+                                frame->frameOp4(),
+                                frame->frameOp5(),
+                                frame->frameOp6(),
+                                frame->frameOp7(),
+                                frame->frameOp8(),
+                                frame->frameOp9(),
+                                frame->frameOp10()};
+    EXPECT_THAT(answers, ElementsAre(30, 31, 2, 50, 24, 3, 80, 90, 100));
+    Pyxis::ChannelRange range;
+    frame->frameOp11(5, &range);
+    EXPECT_EQ(range.minimum, 0.0);  // The channel that the component's frame was asked for.
+    EXPECT_EQ(range.maximum, 111.0);
+    EXPECT_NE(frame->frameOp12(), nullptr);
+    Pyxis::PixelRequest request;
+    EXPECT_TRUE(frame->frameOp13(4, &request));
+    EXPECT_EQ(request.x, 4);
+    EXPECT_EQ(frame->frameOp15(&request), &request);
+    EXPECT_NE(frame->frameOp16(16), nullptr);
+    EXPECT_EQ(frame->frameOp16(1), nullptr);
+}
+
+TEST_F(ReadFileTest, FramesAndPropertySetsStandOnTheirOwn) {
+    FrameFacts facts = bandFrame();
+    facts.properties.push_back(fakes::property<fakes::PlainProperty>("Band name"));
+    for (const char* path : {"/a01.tif", "/b02.tif"}) {
+        codec_.add(path, facts);
+    }
+    auto file = std::make_unique<KestMultispectralReadFile>(open(setOf({"/a01.tif", "/b02.tif"})));
+    Frame first(file->openFrame(0));
+    Frame second(file->openFrame(1));
+    world_.events.clear();
+    first.reset();
+    EXPECT_THAT(world_.events, ElementsAre("delete frame", "delete image"));
+    Properties one(second->getProperties());
+    const Properties other(second->getProperties());
+    one.reset();
+    second.reset();
+    file.reset();
+    EXPECT_THAT(fakes::namesIn(*other), ElementsAre("", "Band name", "Reference name", "Band name",
+                                                    "Band type", "Band group"));
+    other->start();
+    for (int i = 0; i < 3; ++i) {
+        other->step();
+    }
+    const auto* name =
+        dynamic_cast<const KestMultispectralBandNameProperty*>(other->openProperty());
+    ASSERT_NE(name, nullptr);
+    Pyxis::StringBuffer text;
+    name->getBandName(text);
+    EXPECT_EQ(toUtf8(text), "B02");
+    EXPECT_EQ(name->getBandIndex(), 1);
+    EXPECT_EQ(world_.alive, 0);
+}
+
+TEST_F(ReadFileTest, FrameWithoutComponentFrameIsNotOpened) {
+    for (const char* path : {"/a01.tif", "/b02.tif"}) {
+        codec_.add(path, bandFrame());
+    }
+    KestMultispectralReadFile file = open(setOf({"/a01.tif", "/b02.tif"}));
+    for (const char* lost : {"openImage", "openFrame"}) {
+        world_.fail = [lost](std::string_view call) { return call == lost; };
+        EXPECT_EQ(file.openFrame(0), nullptr) << lost;
+        EXPECT_EQ(world_.alive, 0) << lost;
+    }
+}
+
+TEST_F(ReadFileTest, WrongBandIndexEndsTheProgram) {
+    const KestMultispectralReadFile file = open(Pyxis::FileSpecifier());
+    EXPECT_DEATH(file.getBandBucketIndex(0), "");
+    EXPECT_DEATH(file.bucket(-1), "");
+}
+
+/// What a walk through all buckets would answer.
+int firstWithin(const std::vector<Pyxis::Vector2d>& sizes, const Pyxis::Vector2d& size) {
+    for (std::size_t i = 0; i < sizes.size(); ++i) {
+        if (std::abs(sizes[i].x - size.x) <= 1e-5 && std::abs(sizes[i].y - size.y) <= 1e-5) {
+            return static_cast<int>(i);
+        }
+    }
+    return -1;
+}
+
+TEST(BucketIndexTest, FindsTheFirstBucketWithinTheTolerance) {
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+    std::vector<Pyxis::Vector2d> asked = {
+        {0.0, 0.0}, {1e-5, -1e-5}, {-1.5e-5, 0.0}, {-0.75e-5, 0.0},    {0.0, 2e-5},
+        {1e11, 0},  {1e11, 1e-5},  {2e11, 0},      {1e308, 1e308},     {1e308, 1e308},
+        {kNone, 0}, {kNone, 0},    {0, kInfinity}, {-kInfinity, kNone}};
+    std::mt19937 random(7);
+    for (const double base : {0.0, 4e-5, -4e-5, 30.0, 1e6, 1.8e11}) {
+        for (int i = 0; i < 400; ++i) {
+            const auto offset = [&random] { return static_cast<int>(random() % 25) * 0.25e-5; };
+            asked.emplace_back(base + offset(), -base - offset());
+        }
+    }
+    kest::BucketIndex index(1e-5);
+    std::vector<Pyxis::Vector2d> sizes;
+    for (const Pyxis::Vector2d& size : asked) {
+        ASSERT_EQ(index.find(size), firstWithin(sizes, size)) << size.x << " " << size.y;
+        // Most are added even where one fits, so that several buckets compete.
+        if (index.find(size) < 0 || random() % 4 != 0) {
+            sizes.push_back(size);
+            index.add(size);
+        }
+    }
+    EXPECT_EQ(firstWithin(sizes, {1e-5, -1e-5}), 0);
+}
+
+}  // namespace
