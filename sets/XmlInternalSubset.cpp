@@ -15,6 +15,18 @@ bool startsWith(std::string_view text, std::size_t at, std::string_view prefix) 
     return text.substr(at, prefix.size()) == prefix;
 }
 
+/// The names, semicolons included, of the entity references in a text.
+std::vector<std::string_view> referencesIn(std::string_view text) {
+    std::vector<std::string_view> names;
+    for (std::size_t at = text.find('&'); at != std::string_view::npos; at = text.find('&', at)) {
+        const std::size_t end = text.find_first_of("&;", ++at);
+        if (end != std::string_view::npos && text[end] == ';') {
+            names.push_back(text.substr(at, end + 1 - at));
+        }
+    }
+    return names;
+}
+
 }  // namespace
 
 void InternalSubset::read(std::string_view text) {
@@ -94,31 +106,31 @@ bool InternalSubset::readEntity() {
     if (refersTo(value, name)) {
         return fault(at_, "circular entity declaration &%s", name);
     }
+    for (const std::string_view reference : referencesIn(value)) {
+        if (document_.entities_.count(reference) == 0) {
+            awaited_.insert(reference);
+        }
+    }
     table.emplace(name, value);
     document_.longestEntityName_ = std::max(document_.longestEntityName_, name.size());
     return skipTo(">");
 }
 
-/// Whether the entity references in `value` lead to the entity `name`.
+/// Whether the entity references in `value` lead to the entity `name`, which is not declared yet.
 bool InternalSubset::refersTo(std::string_view value, std::string_view name) const {
+    // Only an entity that an earlier one refers to can close a circle through others.
+    const bool isAwaited = awaited_.count(name) != 0;
     std::unordered_set<std::string_view> seen;
     std::vector<std::string_view> open{value};
     while (!open.empty()) {
         const std::string_view text = open.back();
         open.pop_back();
-        for (std::size_t at = text.find('&'); at != std::string_view::npos;
-             at = text.find('&', at + 1)) {
-            const std::size_t end =
-                text.substr(at + 1, document_.longestEntityName_ + name.size()).find(';');
-            if (end == std::string_view::npos) {
-                continue;
-            }
-            const std::string_view reference = text.substr(at + 1, end + 1);
+        for (const std::string_view reference : referencesIn(text)) {
             if (reference == name) {
                 return true;
             }
             const auto entity = document_.entities_.find(reference);
-            if (entity != document_.entities_.end() && seen.insert(reference).second) {
+            if (isAwaited && entity != document_.entities_.end() && seen.insert(reference).second) {
                 open.push_back(entity->second);
             }
         }

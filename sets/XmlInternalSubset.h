@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string_view>
+#include <unordered_set>
 
 #include "sets/XmlDecoder.h"
 #include "sets/XmlDocument.h"
@@ -30,6 +31,7 @@ class InternalSubset {
     Decoder& decoder_;
     std::string_view text_;
     std::size_t at_ = 0;
+    std::unordered_set<std::string_view> awaited_;  ///< referred to, not declared yet
 };
 
 }  // namespace kest::xml

@@ -1,0 +1,23 @@
+#include "host/codecs/GdalFormat.h"
+
+#include "host/codecs/OpenedFile.h"
+
+namespace Pyxis {
+
+GdalFormat::GdalFormat() = default;
+GdalFormat::~GdalFormat() = default;
+
+std::string GdalFormat::refuse(const std::string& /*path*/, const FileHead& /*head*/) const {
+    return {};
+}
+
+std::string GdalFormat::load(OpenedFile& file) const {
+    file.addBandsOf(file.mainDataset());
+    return {};
+}
+
+std::string GdalFormat::reject(OpenedFile& /*file*/) const {
+    return {};
+}
+
+}  // namespace Pyxis

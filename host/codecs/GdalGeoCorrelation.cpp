@@ -1,0 +1,105 @@
+#include "host/codecs/GdalGeoCorrelation.h"
+
+#include <cpl_conv.h>
+#include <gdal_priv.h>
+#include <ogr_spatialref.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+#include "host/codecs/Guarded.h"
+
+namespace Pyxis {
+namespace {
+
+/// The EPSG code of the system as a whole; 0 when it has none.
+int epsgCode(const OGRSpatialReference& system) {
+    const char* authority = system.GetAuthorityName(nullptr);
+    const char* code = system.GetAuthorityCode(nullptr);
+    if (authority == nullptr || code == nullptr || !EQUAL(authority, "EPSG")) {
+        return 0;
+    }
+    return static_cast<int>(std::clamp(std::strtol(code, nullptr, 10), 0L, 0x7fffffffL));
+}
+
+/// Formats that spell a system out, without a code, still mean a registered one.
+int identifiedCode(const OGRSpatialReference& system) {
+    const int code = epsgCode(system);
+    if (code != 0) {
+        return code;
+    }
+    OGRSpatialReference identified(system);
+    return identified.AutoIdentifyEPSG() == OGRERR_NONE ? epsgCode(identified) : 0;
+}
+
+/// One form for all, so that equal systems give equal texts.
+std::string wktOf(const OGRSpatialReference& system) {
+    const char* const options[] = {"FORMAT=WKT2_2018", "MULTILINE=NO", nullptr};
+    char* text = nullptr;
+    std::string wkt;
+    if (system.exportToWkt(&text, options) == OGRERR_NONE && text != nullptr) {
+        wkt = text;
+    }
+    CPLFree(text);
+    return wkt;
+}
+
+double determinant(const std::array<double, 6>& t) {
+    return t[1] * t[5] - t[2] * t[4];
+}
+
+}  // namespace
+
+Point2d GeoFacts::at(double column, double row) const {
+    return {transform[0] + column * transform[1] + row * transform[2],
+            transform[3] + column * transform[4] + row * transform[5]};
+}
+
+Vector2d GeoFacts::pixelSize() const {
+    return {std::hypot(transform[1], transform[4]), std::hypot(transform[2], transform[5])};
+}
+
+bool GeoFacts::mirrored() const {
+    return determinant(transform) > 0;
+}
+
+double GeoFacts::rotation() const {
+    const double angle = std::atan2(transform[4], transform[1]);
+    return mirrored() ? -angle : angle;
+}
+
+std::shared_ptr<const GeoFacts> readGeoFacts(GDALDataset& dataset) {
+    auto facts = std::make_shared<GeoFacts>();
+    if (dataset.GetGeoTransform(facts->transform.data()) != CE_None) {
+        return nullptr;
+    }
+    // Formats that always give a transform give this one when they know of none.
+    constexpr std::array<double, 6> kUnknown = {0, 1, 0, 0, 0, 1};
+    if (facts->transform == kUnknown) {
+        return nullptr;
+    }
+    const double area = determinant(facts->transform);
+    if (!std::isfinite(area) || area == 0.0 || !std::isfinite(facts->transform[0]) ||
+        !std::isfinite(facts->transform[3])) {
+        return nullptr;
+    }
+    facts->width = dataset.GetRasterXSize();
+    facts->height = dataset.GetRasterYSize();
+    const OGRSpatialReference* system = dataset.GetSpatialRef();
+    if (system != nullptr && !system->IsEmpty()) {
+        facts->system = wktOf(*system);
+        facts->code = identifiedCode(*system);
+    }
+    return facts;
+}
+
+GdalGeoCorrelation* GdalGeoCorrelation::clone() const {
+    return newOrNull<GdalGeoCorrelation>(*this);
+}
+
+GdalGeoTiffCorrelation* GdalGeoTiffCorrelation::clone() const {
+    return newOrNull<GdalGeoTiffCorrelation>(*this);
+}
+
+}  // namespace Pyxis

@@ -1,0 +1,132 @@
+#include "host/codecs/PixelWindow.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <optional>
+
+namespace Pyxis {
+namespace {
+
+struct SampleType {
+    SampleFormat format;
+    std::int32_t bits;
+    GDALDataType type;
+};
+
+/// What a buffer may hold. The first entry with a format and size is the one meant.
+constexpr SampleType kSampleTypes[] = {
+    {SampleFormat::UnsignedInteger, 8, GDT_Byte},
+    {SampleFormat::UnsignedInteger, 16, GDT_UInt16},
+    {SampleFormat::UnsignedInteger, 32, GDT_UInt32},
+    {SampleFormat::UnsignedInteger, 64, GDT_UInt64},
+    {SampleFormat::SignedInteger, 16, GDT_Int16},
+    {SampleFormat::SignedInteger, 32, GDT_Int32},
+    {SampleFormat::SignedInteger, 64, GDT_Int64},
+    {SampleFormat::Complex, 32, GDT_CInt16},
+    {SampleFormat::Complex, 64, GDT_CFloat32},
+    {SampleFormat::Complex, 64, GDT_CInt32},
+    {SampleFormat::Complex, 128, GDT_CFloat64},
+    {SampleFormat::FloatingPoint, 32, GDT_Float32},
+    {SampleFormat::FloatingPoint, 64, GDT_Float64},
+};
+
+/// Bytes that are meant signed; this version of GDAL has no type for them.
+bool holdsSignedBytes(GDALRasterBand& band) {
+    const char* meaning = band.GetMetadataItem("PIXELTYPE", "IMAGE_STRUCTURE");
+    return band.GetRasterDataType() == GDT_Byte && meaning != nullptr &&
+           EQUAL(meaning, "SIGNEDBYTE");
+}
+
+/// The type that the buffer shall hold; none when there is no such type or GDAL would convert to
+/// it wrongly.
+std::optional<GDALDataType> bufferType(GDALRasterBand& band, const PixelRequest& request) {
+    const GDALDataType own = band.GetRasterDataType();
+    const bool ownAsked = request.sampleFormat == sampleFormatOf(band) &&
+                          request.sampleBits == GDALGetDataTypeSizeBits(own);
+    if (request.sampleBits == 0 || ownAsked) {
+        return own;
+    }
+    const auto* found = std::find_if(
+        std::begin(kSampleTypes), std::end(kSampleTypes), [&request](const SampleType& sample) {
+            return sample.format == request.sampleFormat && sample.bits == request.sampleBits;
+        });
+    if (found == std::end(kSampleTypes) || holdsSignedBytes(band)) {
+        return std::nullopt;
+    }
+    return found->type;
+}
+
+bool windowInside(const GDALRasterBand& band, const PixelRequest& request) {
+    auto& sized = const_cast<GDALRasterBand&>(band);  // GDAL's getters are not const
+    return request.x >= 0 && request.y >= 0 && request.width > 0 && request.height > 0 &&
+           request.width <= sized.GetXSize() - request.x &&
+           request.height <= sized.GetYSize() - request.y;
+}
+
+struct Strides {
+    GSpacing pixel = 0;
+    GSpacing line = 0;
+};
+
+/// The strides in bytes; none when the samples would overlap or leave the buffer.
+std::optional<Strides> stridesInBuffer(const PixelRequest& request, int sampleBytes) {
+    if (request.buffer == nullptr || request.bufferWidth <= 0 || request.bufferHeight <= 0 ||
+        request.pixelStride < 0 || request.lineStride < 0) {
+        return std::nullopt;
+    }
+    const GSpacing columns = request.bufferWidth;
+    const GSpacing lines = request.bufferHeight;
+    Strides strides{request.pixelStride, request.lineStride};
+    if (strides.pixel == 0) {
+        strides.pixel = sampleBytes;
+    }
+    GSpacing lineBytes = 0;
+    if (__builtin_mul_overflow(strides.pixel, columns, &lineBytes)) {
+        return std::nullopt;
+    }
+    if (strides.line == 0) {
+        strides.line = lineBytes;
+    }
+    GSpacing toLastLine = 0;
+    GSpacing end = 0;
+    if (strides.pixel < sampleBytes || strides.line < sampleBytes ||
+        __builtin_mul_overflow(strides.line, lines - 1, &toLastLine) ||
+        __builtin_add_overflow(toLastLine, lineBytes - strides.pixel + sampleBytes, &end) ||
+        static_cast<std::uint64_t>(end) > request.bufferBytes) {
+        return std::nullopt;
+    }
+    return strides;
+}
+
+}  // namespace
+
+SampleFormat sampleFormatOf(GDALRasterBand& band) {
+    if (holdsSignedBytes(band)) {
+        return SampleFormat::SignedInteger;
+    }
+    const GDALDataType type = band.GetRasterDataType();
+    const auto* found =
+        std::find_if(std::begin(kSampleTypes), std::end(kSampleTypes),
+                     [type](const SampleType& sample) { return sample.type == type; });
+    return found == std::end(kSampleTypes) ? SampleFormat::UnsignedInteger : found->format;
+}
+
+bool readWindow(GDALRasterBand& band, const PixelRequest& request) {
+    const std::optional<GDALDataType> type = bufferType(band, request);
+    if (!type || !windowInside(band, request)) {
+        return false;
+    }
+    const std::optional<Strides> strides =
+        stridesInBuffer(request, GDALGetDataTypeSizeBytes(*type));
+    if (!strides) {
+        return false;
+    }
+    GDALRasterIOExtraArg nearest;
+    INIT_RASTERIO_EXTRA_ARG(nearest);
+    return band.RasterIO(GF_Read, request.x, request.y, request.width, request.height,
+                         request.buffer, request.bufferWidth, request.bufferHeight, *type,
+                         strides->pixel, strides->line, &nearest) == CE_None;
+}
+
+}  // namespace Pyxis

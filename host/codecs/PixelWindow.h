@@ -1,0 +1,16 @@
+#pragma once
+
+#include <gdal_priv.h>
+
+#include "pyxis/ReadImageFile.h"
+
+namespace Pyxis {
+
+/// How the samples of a band are to be read by a frame's users.
+SampleFormat sampleFormatOf(GDALRasterBand& band);
+
+/// Reads the window that `request` asks for out of a band or one of its overviews. False when
+/// window, buffer or sample type do not fit, or the pixels cannot be read.
+bool readWindow(GDALRasterBand& band, const PixelRequest& request);
+
+}  // namespace Pyxis

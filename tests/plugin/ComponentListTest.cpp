@@ -1,0 +1,132 @@
+#include "sets/ComponentList.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+#include "host/Text.h"
+
+namespace {
+
+using Pyxis::CharacterType;
+using Pyxis::FileSpecifier;
+using Pyxis::StringBuffer;
+
+FileSpecifier compound(std::string_view text, CharacterType type = CharacterType::Narrow) {
+    return {StringBuffer(static_cast<int>(text.size()),
+                         reinterpret_cast<const unsigned char*>(text.data()), type),
+            FileSpecifier::Type::Compound};
+}
+
+std::string textOf(const FileSpecifier& spec) {
+    return Pyxis::toUtf8(spec.string());
+}
+
+/// "path#frame" of a component, or "-".
+std::string component(const FileSpecifier& spec, int index) {
+    FileSpecifier file;
+    int frame = 77;
+    return kest::getComponent(spec, index, file, frame) ? textOf(file) + '#' + std::to_string(frame)
+                                                        : "-";
+}
+
+TEST(ComponentListTest, AppendsAndReadsBack) {
+    FileSpecifier spec;
+    kest::ComponentListBuilder builder;
+    const std::string_view paths[] = {
+        "/a/b.tif", "/\xC3\xA4/\xE6\x97\xA5\xF0\x9F\x9B\xB0 &<\"\n.tif", "/bytes\xFF\x80.tif"};
+    int frame = 0;
+    for (const std::string_view path : paths) {
+        kest::appendComponent(Pyxis::fileSpecifier(path), frame, spec);
+        builder.append(Pyxis::fileSpecifier(path), frame);
+        frame += 12;
+    }
+    EXPECT_EQ(textOf(builder.specifier()), textOf(spec));
+    EXPECT_EQ(spec.type(), FileSpecifier::Type::Compound);
+    EXPECT_EQ(kest::countComponents(spec), 3);
+    EXPECT_EQ(component(spec, 0), "/a/b.tif#0");
+    EXPECT_EQ(component(spec, 1), std::string(paths[1]) + "#12");
+    EXPECT_EQ(component(spec, 2), std::string(paths[2]) + "#24");
+    EXPECT_EQ(component(spec, 3), "-");
+    EXPECT_TRUE(builder.specifier().isEqual(spec));
+}
+
+TEST(ComponentListTest, WritesOneLineWithoutAnythingElse) {
+    FileSpecifier spec(Pyxis::toWideBuffer("<x>"), FileSpecifier::Type::PlainFile);
+    kest::appendComponent(Pyxis::fileSpecifier("a.tif"), 12, spec);
+    EXPECT_EQ(textOf(spec),
+              "<storage version=\"1.00\"><image><component><data><file path=\"a.tif\" "
+              "frame=\"12\"></file></data></component></image></storage>");
+}
+
+TEST(ComponentListTest, LeavesTextsThatHoldNoListAlone) {
+    for (const std::string_view text : {"not XML at all", "<storage></storage>"}) {
+        FileSpecifier spec = compound(text);
+        kest::appendComponent(Pyxis::fileSpecifier("a.tif"), 0, spec);
+        EXPECT_EQ(textOf(spec), text);
+        EXPECT_EQ(kest::countComponents(spec), 0);
+        EXPECT_EQ(component(spec, 0), "-");
+    }
+}
+
+TEST(ComponentListTest, CountsPlainSpecifiersAsOneComponentThatCannotBeRead) {
+    FileSpecifier file = Pyxis::fileSpecifier("kept");
+    int frame = 77;
+    EXPECT_EQ(kest::countComponents(FileSpecifier()), 0);
+    EXPECT_EQ(kest::countComponents(Pyxis::fileSpecifier("a.tif")), 1);
+    EXPECT_FALSE(kest::getComponent(Pyxis::fileSpecifier("a.tif"), 0, file, frame));
+    EXPECT_EQ(textOf(file), "kept");
+    EXPECT_EQ(frame, 77);
+}
+
+struct ReadCase {
+    std::string_view inside;  ///< between the tags of the image element
+    int index;
+    std::string_view component;
+};
+
+TEST(ComponentListTest, ReadsLeniently) {
+    constexpr ReadCase kCases[] = {
+        {"<component><data><file path='p'/></data></component>", 0, "p#0"},
+        {"<component><data><file path='p' frame='abc'/></data></component>", 0, "p#0"},
+        {"<component><data><file path='p' frame=' 7x'/></data></component>", 0, "p#7"},
+        {"<component><data><file path='p' frame='-3'/></data></component>", 0, "p#-3"},
+        {"<component><data><file path='p' frame='99999999999'/></data></component>", 0,
+         "p#2147483647"},
+        {"<component><data><file frame='2'/></data></component>", 0, "-"},
+        {"<component><data/></component>", 0, "-"},
+        {"<x/><component/><component><y/><data><z/><file path='p'/></data></component>", 1, "p#0"},
+        {"<component><data/><data><file path='p'/></data></component>", 0, "-"},
+        // A negative index asks the first component element itself.
+        {"<component path='odd'/>", -1, "odd#0"},
+        {"", -1, "-"},
+    };
+    for (const ReadCase& each : kCases) {
+        const std::string text = "<any><image>" + std::string(each.inside) + "</image></any>";
+        EXPECT_EQ(component(compound(text), each.index), each.component) << each.inside;
+    }
+}
+
+TEST(ComponentListTest, ResetsTheFrameOfAComponentWithoutPath) {
+    FileSpecifier file = Pyxis::fileSpecifier("kept");
+    int frame = 77;
+    EXPECT_FALSE(kest::getComponent(
+        compound("<a><image><component><data><file/></data></component></image></a>"), 0, file,
+        frame));
+    EXPECT_EQ(frame, 0);
+    EXPECT_EQ(textOf(file), "kept");
+}
+
+TEST(ComponentListTest, ReadsATruncatedListAsFarAsItGoes) {
+    const std::string text =
+        "<storage><image><component><data><file path='1'/></data></component>"
+        "<component><data><file path='2'/></data></compo";
+    EXPECT_EQ(kest::countComponents(compound(text)), 2);
+    EXPECT_EQ(component(compound(text), 1), "2#0");
+    const std::u16string wide = Pyxis::utf8ToWide(text);
+    const std::string_view bytes(reinterpret_cast<const char*>(wide.data()), 2 * wide.size() - 1);
+    EXPECT_EQ(component(compound(bytes, CharacterType::Wide), 1), "2#0");
+}
+
+}  // namespace
