@@ -10,7 +10,8 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
-# Headless: without a display and without the offers to install Mono and Gecko. File names outside
-# ASCII need a UTF-8 locale on the Linux side.
+# Headless: without a display, without the offers to install Mono and Gecko, and without entries in
+# the user's menu. File names outside ASCII need a UTF-8 locale on the Linux side.
 set(CMAKE_CROSSCOMPILING_EMULATOR env --unset=DISPLAY LC_ALL=C.UTF-8
-    WINEPREFIX=${CMAKE_BINARY_DIR}/wine WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml= wine)
+    WINEPREFIX=${CMAKE_BINARY_DIR}/wine WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml,winemenubuilder.exe=
+    wine)
