@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstring>
+#include <iterator>
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "bands/AsciiText.h"

@@ -40,8 +40,8 @@ int kindOf(const Pyxis::FileSpecifier& file, const platform::PathName& path) {
 bool haveDistinctNumbers(const std::vector<ComponentKind>& kinds) {
     std::array<bool, 101> seen{};
     return std::all_of(kinds.begin(), kinds.end(), [&seen](const ComponentKind& kind) {
-        bool& flag = seen.at(static_cast<std::size_t>(kind.trailingBandNumber + 1));
-        return !std::exchange(flag, true);
+        const int place = kind.trailingBandNumber + 1;
+        return !std::exchange(seen.at(static_cast<std::size_t>(place)), true);
     });
 }
 

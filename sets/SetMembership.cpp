@@ -52,6 +52,23 @@ void cornersByMapping(const FormatCodecGeoCorrelation& geo, InclusionData& data)
     data.lowerRight = map(width, 0);
 }
 
+/// Measures the first georeference among the properties; false when there is none.
+bool measureProperties(Pyxis::FormatCodecPropertySetIterator& properties, InclusionData& data) {
+    for (properties.start(); !properties.endOfList(); properties.step()) {
+        const auto* geo = dynamic_cast<const FormatCodecGeoCorrelation*>(properties.openProperty());
+        if (geo != nullptr) {
+            measureGeoreference(*geo, data);
+        }
+        properties.closeProperty();
+        if (geo != nullptr) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
 void measureGeoreference(const FormatCodecGeoCorrelation& geo, InclusionData& data) {
     geo.getCoordinateSystem(data.coordinateSystem);
     data.coordinateSystemCode = 0;
@@ -69,23 +86,6 @@ void measureGeoreference(const FormatCodecGeoCorrelation& geo, InclusionData& da
         cornersByMapping(geo, data);
     }
 }
-
-/// Measures the first georeference among the properties; false when there is none.
-bool measureProperties(Pyxis::FormatCodecPropertySetIterator& properties, InclusionData& data) {
-    for (properties.start(); !properties.endOfList(); properties.step()) {
-        const auto* geo = dynamic_cast<const FormatCodecGeoCorrelation*>(properties.openProperty());
-        if (geo != nullptr) {
-            measureGeoreference(*geo, data);
-        }
-        properties.closeProperty();
-        if (geo != nullptr) {
-            return true;
-        }
-    }
-    return false;
-}
-
-}  // namespace
 
 MeasureFault measureComponent(const Pyxis::FileSpecifier& file, int frame,
                               const Pyxis::ImageFormatCodec* codec, InclusionData& data) {

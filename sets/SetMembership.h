@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "pyxis/FileSpecifier.h"
+#include "pyxis/FormatCodecGeoCorrelation.h"
 #include "pyxis/Geometry.h"
 #include "pyxis/ImageFormatCodec.h"
 #include "pyxis/StringBuffer.h"
@@ -36,6 +37,9 @@ enum class MeasureFault {
     NoProperties,
     NoGeoreference,
 };
+
+/// Fills the corners and the coordinate system of `data`.
+void measureGeoreference(const Pyxis::FormatCodecGeoCorrelation& geo, InclusionData& data);
 
 /// Opens the component through its codec, measures it and closes it again.
 MeasureFault measureComponent(const Pyxis::FileSpecifier& file, int frame,

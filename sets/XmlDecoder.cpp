@@ -76,7 +76,7 @@ char* putUtf8(std::uint32_t value, char* out) {
     while (bytes < 6 && value >> (5 * bytes + 1) != 0) {
         ++bytes;
     }
-    *out++ = static_cast<char>(0xFF << (8 - bytes) | value >> (6 * (bytes - 1)));
+    *out++ = static_cast<char>(0xFFU << (8 - bytes) | value >> (6 * (bytes - 1)));
     for (std::size_t left = bytes - 1; left > 0; --left) {
         *out++ = static_cast<char>(0x80 | (value >> (6 * (left - 1)) & 0x3F));
     }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "bands/IntegerPattern.h"
 #include "bands/NamingScheme.h"
 #include "codec/strings/BufferText.h"
@@ -10,40 +12,32 @@
 
 namespace {
 
-using enum kest::BandType;
-using enum kest::BandAssignment;
+const std::string kNothing = "left over 6 1 -7, left over -7";
+const std::string kUnknown = "<18115> 0 0 9999, <18115> 9999";
+const std::string kGeneric = "<18106> 3 0 0 3, <18105> 2 2";
 
-/// What both questions answer of one band; the left-over values show what nobody wrote.
-struct Answer {
-    std::string name = "left over";
-    kest::BandType type = MidInfrared;
-    kest::BandAssignment assignment = RedChannel;
-    int number = -7;
-    std::string bucketName = "left over";
+/// Name, type, assignment and number of band ordinal 3, name and number of bucket ordinal 2; the
+/// left-over values show what nobody wrote.
+std::string identify(int scheme, const Pyxis::FileSpecifier& file, int frame) {
+    const Pyxis::StringBuffer leftOver = Pyxis::toWideBuffer("left over");
+    kest::BandTypeInfo info{kest::BandType::MidInfrared, kest::BandAssignment::RedChannel, -7,
+                            leftOver};
+    Pyxis::StringBuffer bucketName = leftOver;
     int bucketNumber = -7;
-
-    bool operator==(const Answer&) const = default;
-    friend void PrintTo(const Answer& answer, std::ostream* out) {
-        *out << answer.name << ' ' << static_cast<int>(answer.type) << ' '
-             << static_cast<int>(answer.assignment) << ' ' << answer.number << ", "
-             << answer.bucketName << ' ' << answer.bucketNumber;
-    }
-};
-
-const Answer kNothing;
-const Answer kUnknown{"<18115>", Unknown, NotAssigned, 9999, "<18115>", 9999};
-/// Band ordinal 3, bucket ordinal 2.
-const Answer kGeneric{"<18106> 3", Unknown, NotAssigned, 3, "<18105> 2", 2};
-
-Answer identify(int scheme, const Pyxis::FileSpecifier& file, int frame) {
-    Answer answer;
-    kest::BandTypeInfo info{answer.type, answer.assignment, answer.number,
-                            Pyxis::toWideBuffer(answer.name)};
-    Pyxis::StringBuffer bucketName = Pyxis::toWideBuffer(answer.bucketName);
     kest::getBandTypeInfo(scheme, 3, file, frame, info);
-    kest::getBucketInfo(scheme, 2, file, frame, 1.0, 2.0, bucketName, answer.bucketNumber);
-    return {Pyxis::toUtf8(info.bandName), info.bandType,      info.bandAssignment, info.bandNumber,
-            Pyxis::toUtf8(bucketName),    answer.bucketNumber};
+    kest::getBucketInfo(scheme, 2, file, frame, 1.0, 2.0, bucketName, bucketNumber);
+    std::ostringstream answer;
+    answer << Pyxis::toUtf8(info.bandName) << ' ' << static_cast<int>(info.bandType) << ' '
+           << static_cast<int>(info.bandAssignment) << ' ' << info.bandNumber << ", "
+           << Pyxis::toUtf8(bucketName) << ' ' << bucketNumber;
+    return answer.str();
+}
+
+/// Checks the answers for the frames of a file, from 0 on.
+void check(int scheme, const std::string& path, const std::vector<std::string>& answers) {
+    for (int frame = 0; const std::string& answer : answers) {
+        EXPECT_EQ(identify(scheme, Pyxis::fileSpecifier(path), frame++), answer) << path;
+    }
 }
 
 class BandIdentificationTest : public testing::Test {
@@ -77,40 +71,36 @@ TEST_F(BandIdentificationTest, GoesByTheFileName) {
     const std::string scene = "/l71026029_02920000609_";
     const struct {
         int scheme;
-        std::string path;
-        Answer answer;
-    } cases[] = {
-        {0, "/a.tif", kNothing},
-        {9, "/a.tif", kNothing},
-        {1, "/a.tif", kGeneric},
-        {2, "/scene_07.tif", {"B07", Unknown, NotAssigned, 7, "<18105> 2", 2}},
-        {2, "/scene-12", {"B12", Unknown, NotAssigned, 12, "<18105> 2", 2}},
-        {2, "/scene-8", {"B-8", Unknown, NotAssigned, -8, "<18105> 2", 2}},
-        {2, "/scene8x", {"B8x", Unknown, NotAssigned, 8, "<18105> 2", 2}},
-        {2, "/5", {"B5", Unknown, NotAssigned, 5, "<18105> 2", 2}},
-        {2, "/.tif", {"B", Unknown, NotAssigned, 0, "<18105> 2", 2}},
-        {3, "/po_1_red_0.tif", {"<18210>", Red, RedChannel, 3, "<18200>", 1}},
-        {3, "/po_1_Grn_0.tif", {"<18211>", Green, GreenChannel, 2, "<18200>", 1}},
-        {4, "/po_1_BLU_0.ntf", {"<18212>", Blue, BlueChannel, 1, "<18200>", 1}},
-        {4, "/po__nir_.ntf", {"<18213>", NearInfrared, NotAssigned, 4, "<18200>", 1}},
-        {3, "/po_1_pan_0.tif", {"<18214>", Panchromatic, NotAssigned, 0, "<18201>", 0}},
-        {3, "/po_1_xyz_0.tif", kUnknown},
-        {3, "/po", kUnknown},
-        {5, scene + "b10.tif", {"<18310>", Blue, BlueChannel, 0, "<18300>", 0}},
-        {5, scene + "b20.tif", {"<18311>", Green, GreenChannel, 1, "<18300>", 0}},
-        {5, scene + "b30.tif", {"<18312>", Red, RedChannel, 2, "<18300>", 0}},
-        {5, scene + "b40.tif", {"<18313>", NearInfrared, NotAssigned, 3, "<18300>", 0}},
-        {5, scene + "b50.tif", {"<18314>", MidInfrared, NotAssigned, 4, "<18300>", 0}},
-        {5, scene + "B61.tif", {"<18315>", ThermalLowGain, NotAssigned, 6, "<18301>", 1}},
-        {6, scene + "B62.fst", {"<18316>", ThermalHighGain, NotAssigned, 7, "<18301>", 1}},
-        {6, scene + "b70.fst", {"<18317>", MidInfrared, NotAssigned, 5, "<18300>", 0}},
-        {6, scene + "b80.fst", {"<18318>", Panchromatic, NotAssigned, 8, "<18302>", 2}},
-        {6, scene + "hrf.fst", kUnknown},
-        {5, "/short.tif", kUnknown},
-    };
+        std::string path, answer;
+    } cases[] = {{0, "/a.tif", kNothing},
+                 {9, "/a.tif", kNothing},
+                 {1, "/a.tif", kGeneric},
+                 {2, "/scene_07.tif", "B07 0 0 7, <18105> 2 2"},
+                 {2, "/scene-12", "B12 0 0 12, <18105> 2 2"},
+                 {2, "/scene-8", "B-8 0 0 -8, <18105> 2 2"},
+                 {2, "/scene8x", "B8x 0 0 8, <18105> 2 2"},
+                 {2, "/5", "B5 0 0 5, <18105> 2 2"},
+                 {2, "/.tif", "B 0 0 0, <18105> 2 2"},
+                 {3, "/po_1_red_0.tif", "<18210> 4 1 3, <18200> 1"},
+                 {3, "/po_1_Grn_0.tif", "<18211> 3 2 2, <18200> 1"},
+                 {4, "/po_1_BLU_0.ntf", "<18212> 2 3 1, <18200> 1"},
+                 {4, "/po__nir_.ntf", "<18213> 5 0 4, <18200> 1"},
+                 {3, "/po_1_pan_0.tif", "<18214> 10 0 0, <18201> 0"},
+                 {3, "/po_1_xyz_0.tif", kUnknown},
+                 {3, "/po", kUnknown},
+                 {5, scene + "b10.tif", "<18310> 2 3 0, <18300> 0"},
+                 {5, scene + "b20.tif", "<18311> 3 2 1, <18300> 0"},
+                 {5, scene + "b30.tif", "<18312> 4 1 2, <18300> 0"},
+                 {5, scene + "b40.tif", "<18313> 5 0 3, <18300> 0"},
+                 {5, scene + "b50.tif", "<18314> 6 0 4, <18300> 0"},
+                 {5, scene + "B61.tif", "<18315> 8 0 6, <18301> 1"},
+                 {6, scene + "B62.fst", "<18316> 9 0 7, <18301> 1"},
+                 {6, scene + "b70.fst", "<18317> 6 0 5, <18300> 0"},
+                 {6, scene + "b80.fst", "<18318> 10 0 8, <18302> 2"},
+                 {6, scene + "hrf.fst", kUnknown},
+                 {5, "/short.tif", kUnknown}};
     for (const auto& test : cases) {
-        EXPECT_EQ(identify(test.scheme, Pyxis::fileSpecifier(test.path), 0), test.answer)
-            << test.scheme << ' ' << test.path;
+        check(test.scheme, test.path, {test.answer});
     }
 }
 
@@ -125,39 +115,22 @@ TEST_F(BandIdentificationTest, GoesByTheQuickBirdBandList) {
     tiff_.add("/none", fakes::bandFrame());
     add(tiff_, "/tiff", "property 9", {fakes::kBandListHeader + "321"});
     add(nitf_, "/nitf", "property 9", {fakes::kBandListHeader + "321"});
-    const struct {
-        std::string path;
-        int frame;
-        Answer answer;
-    } cases[] = {
-        {"/1234", 0, {"<18321>", Blue, BlueChannel, 0, "<18324>", 1}},
-        {"/1234", 1, {"<18320>", Green, GreenChannel, 1, "<18324>", 1}},
-        {"/1234", 2, {"<18319>", Red, RedChannel, 2, "<18324>", 1}},
-        {"/1234", 3, {"<18322>", NearInfrared, NotAssigned, 3, "<18324>", 1}},
-        {"/1234", 4, {"<18115>", Unknown, NotAssigned, 9999, "<18324>", 1}},
-        {"/1234", -1, {"<18115>", Unknown, NotAssigned, 9999, "<18324>", 1}},
-        {"/321", 0, {"<18319>", Red, RedChannel, 2, "<18325>", 1}},
-        {"/321", 1, {"<18320>", Green, GreenChannel, 1, "<18325>", 1}},
-        {"/321", 2, {"<18321>", Blue, BlueChannel, 0, "<18325>", 1}},
-        {"/321", 3, {"<18115>", Unknown, NotAssigned, 9999, "<18325>", 1}},
-        {"/432", 0, {"<18322>", NearInfrared, RedChannel, 3, "<18326>", 1}},
-        {"/432", 1, {"<18319>", Red, GreenChannel, 2, "<18326>", 1}},
-        {"/432", 2, {"<18320>", Green, BlueChannel, 1, "<18326>", 1}},
-        {"/1", 0, {"<18323>", Panchromatic, NotAssigned, 0, "<18327>", 0}},
-        {"/1", 2, {"<18115>", Unknown, NotAssigned, 9999, "<18327>", 0}},
-        {"/tiff", 0, {"<18319>", Red, RedChannel, 2, "<18325>", 1}},
-        {"/12345", 0, kGeneric},
-        {"/21", 0, kGeneric},
-        {"/cut", 0, kGeneric},
-        {"/none", 0, kGeneric},
-        {"/nitf", 0, kGeneric},
-        {"/unknown", 0, kGeneric},
-    };
-    for (const auto& test : cases) {
-        EXPECT_EQ(identify(kest::SchemeQuickBird, Pyxis::fileSpecifier(test.path), test.frame),
-                  test.answer)
-            << test.path << ' ' << test.frame;
+    const int scheme = kest::SchemeQuickBird;
+    const std::string beyond = "<18115> 0 0 9999, ";
+    check(scheme, "/1234",
+          {"<18321> 2 3 0, <18324> 1", "<18320> 3 2 1, <18324> 1", "<18319> 4 1 2, <18324> 1",
+           "<18322> 5 0 3, <18324> 1", beyond + "<18324> 1"});
+    check(scheme, "/321",
+          {"<18319> 4 1 2, <18325> 1", "<18320> 3 2 1, <18325> 1", "<18321> 2 3 0, <18325> 1",
+           beyond + "<18325> 1"});
+    check(scheme, "/432",
+          {"<18322> 5 1 3, <18326> 1", "<18319> 4 2 2, <18326> 1", "<18320> 3 3 1, <18326> 1"});
+    check(scheme, "/1", {"<18323> 10 0 0, <18327> 0", beyond + "<18327> 0"});
+    check(scheme, "/tiff", {"<18319> 4 1 2, <18325> 1"});
+    for (const char* other : {"/12345", "/21", "/cut", "/none", "/nitf", "/unknown"}) {
+        check(scheme, other, {kGeneric});
     }
+    EXPECT_EQ(identify(scheme, Pyxis::fileSpecifier("/1"), -1), beyond + "<18327> 0");
     EXPECT_STREQ(kest::getQuickBirdBandList(Pyxis::fileSpecifier("/321")).get(), "321 ");
     world_.fail = [](std::string_view call) { return call == "getPropertyName"; };
     EXPECT_FALSE(kest::getQuickBirdBandList(Pyxis::fileSpecifier("/321")));
@@ -168,29 +141,14 @@ TEST_F(BandIdentificationTest, GoesByTheNitfBandLetter) {
     add(nitf_, "/letters", "property 10", {"R", "g", "B", "N", "m", "LU", ""});
     nitf_.add("/none", fakes::bandFrame());
     tiff_.add("/tiff", fakes::bandFrame());
-    const struct {
-        std::string path;
-        int frame;
-        Answer answer;
-    } cases[] = {
-        {"/letters", 0, {"<18210>", Red, RedChannel, 2, "<18200>", 1}},
-        {"/letters", 1, {"<18211>", Green, GreenChannel, 1, "<18200>", 1}},
-        {"/letters", 2, {"<18212>", Blue, BlueChannel, 0, "<18200>", 1}},
-        {"/letters", 3, {"<18213>", NearInfrared, NotAssigned, 3, "<18200>", 1}},
-        {"/letters", 4, {"<18214>", Panchromatic, NotAssigned, 0, "<18201>", 0}},
-        {"/letters", 5, kGeneric},
-        {"/letters", 6, kGeneric},
-        {"/none", 0, kNothing},
-        {"/tiff", 0, kNothing},
-        {"/unknown", 0, kNothing},
-    };
-    for (const auto& test : cases) {
-        EXPECT_EQ(identify(kest::SchemeNitf, Pyxis::fileSpecifier(test.path), test.frame),
-                  test.answer)
-            << test.path << ' ' << test.frame;
+    check(kest::SchemeNitf, "/letters",
+          {"<18210> 4 1 2, <18200> 1", "<18211> 3 2 1, <18200> 1", "<18212> 2 3 0, <18200> 1",
+           "<18213> 5 0 3, <18200> 1", "<18214> 10 0 0, <18201> 0", kGeneric, kGeneric});
+    for (const char* other : {"/none", "/tiff", "/unknown"}) {
+        check(kest::SchemeNitf, other, {kNothing});
     }
     world_.fail = [](std::string_view call) { return call == "getPropertyName"; };
-    EXPECT_EQ(identify(kest::SchemeNitf, Pyxis::fileSpecifier("/letters"), 0), kGeneric);
+    check(kest::SchemeNitf, "/letters", {kGeneric});
     EXPECT_EQ(world_.alive, 0);
 }
 
@@ -200,7 +158,7 @@ TEST_F(BandIdentificationTest, TakesOneComponentOfACompoundSpecifier) {
         builder.append(Pyxis::fileSpecifier("/po_1_" + std::string(code) + "_0"), 0);
     }
     // The band is number 3 counting from 0; the bucket goes by the first.
-    const Answer wanted{"<18212>", Blue, BlueChannel, 1, "<18201>", 0};
+    const std::string wanted = "<18212> 2 3 1, <18201> 0";
     EXPECT_EQ(identify(kest::SchemePoProduct, builder.specifier(), 0), wanted);
 }
 
@@ -211,19 +169,17 @@ TEST(IntegerPatternTest, NeverTrustsAPattern) {
         std::u16string pattern;
         int value;
         std::u16string text;
-    } cases[] = {
-        {u"Band %d", 3, u"Band 3"},
-        {u"", 3, u""},
-        {u"%i|%u", -1, u"-1|4294967295"},
-        {u"%05d|%-4d|%4d", -42, u"-0042|-42 | -42"},
-        {u"%+d|% d|%+ d", 7, u"+7| 7|+7"},
-        {u"100%% %d%%", 5, u"100% 5%"},
-        {u"%n%s%x %ld %", 1, u"%n%s%x %ld %"},
-        {u"%*d %.2d %5", 1, u"%*d %.2d %5"},
-        {longText, 1, cutText},
-        {longText + u"%d", 1, cutText},
-        {u"%99999999999999999999d", 1, std::u16string(254, u' ') + u"1"},
-    };
+    } cases[] = {{u"Band %d", 3, u"Band 3"},
+                 {u"", 3, u""},
+                 {u"%i|%u", -1, u"-1|4294967295"},
+                 {u"%05d|%-4d|%4d", -42, u"-0042|-42 | -42"},
+                 {u"%+d|% d|%+ d", 7, u"+7| 7|+7"},
+                 {u"100%% %d%%", 5, u"100% 5%"},
+                 {u"%n%s%x %ld %", 1, u"%n%s%x %ld %"},
+                 {u"%*d %.2d %5", 1, u"%*d %.2d %5"},
+                 {longText, 1, cutText},
+                 {longText + u"%d", 1, cutText},
+                 {u"%99999999999999999999d", 1, std::u16string(254, u' ') + u"1"}};
     for (const auto& test : cases) {
         EXPECT_EQ(kest::formatInteger(test.pattern, test.value), test.text);
     }

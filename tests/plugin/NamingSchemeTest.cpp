@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "fakes/Fakes.h"
 
 namespace {
@@ -52,27 +54,26 @@ TEST_F(NamingSchemeTest, DecidesForTheWholeSet) {
     const struct {
         std::vector<std::string> paths;
         int scheme;
-    } cases[] = {
-        {{}, kest::SchemeNone},
-        {{"/scene"}, kest::SchemeNumbered},
-        {{"/scene_a", "/scene_b"}, kest::SchemeGeneric},
-        {{"/scene_01.tif", "/scene_02.tif"}, kest::SchemeNumbered},
-        {{"/b101", "/b201"}, kest::SchemeGeneric},
-        {{"/x", "/y01", "/z02"}, kest::SchemeNumbered},
-        {{"/x", "/y01", "/z"}, kest::SchemeGeneric},
-        {{"/a00", "/a99", "/1", "/b99"}, kest::SchemeGeneric},
-        {{scene + "b10.TIF", scene + "B61.tif", scene + "b80"}, kest::SchemeLandsat7},
-        {{scene + "hrf.fst", scene + "HTM.FST"}, kest::SchemeLandsat7Fast},
-        {{scene + "b10.tif", scene + "b20.fst"}, kest::SchemeNumbered},
-        {{scene + "hrf.fst", scene + "b20.tif", scene + "htm.fst"}, kest::SchemeGeneric},
-        {{"/po_1_red_00.tif", "/PO_1_GRN_00.tif"}, kest::SchemePoProduct},
-        {{"/po_1_red_00.ntf", "/po_1_blu_00.NTF"}, kest::SchemePoProductNitf},
-        {{"/po_1_red_00.ntf", "/po_1_blu_00.tif"}, kest::SchemeGeneric},
-        {{"/qb.tif", "/list.tif", "/bare.tif"}, kest::SchemeQuickBird},
-        {{"/qb.tif", "/other.tif"}, kest::SchemeGeneric},
-        {{"/a.ntf", "/a.ntf"}, kest::SchemeNitf},
-        {{"/a.ntf", "/b01.tif"}, kest::SchemeNumbered},
-    };
+    } cases[] = {{{}, kest::SchemeNone},
+                 {{"/scene"}, kest::SchemeNumbered},
+                 {{"/scene_a", "/scene_b"}, kest::SchemeGeneric},
+                 {{"/scene_01.tif", "/scene_02.tif"}, kest::SchemeNumbered},
+                 {{"/b101", "/b201"}, kest::SchemeGeneric},
+                 {{"/x", "/y01", "/z02"}, kest::SchemeNumbered},
+                 {{"/a00", "/a99", "/1", "/b99"}, kest::SchemeGeneric},
+                 {{scene + "b10.TIF", scene + "B61.tif", scene + "b80"}, kest::SchemeLandsat7},
+                 {{scene + "hrf.fst", scene + "HTM.FST"}, kest::SchemeLandsat7Fast},
+                 {{scene + "b10.tif", scene + "b20.fst"}, kest::SchemeNumbered},
+                 {{scene + "hrf.fst", scene + "b20.tif", scene + "htm.fst"}, kest::SchemeGeneric},
+                 {{"/po_1_red_00.tif", "/PO_1_GRN_00.tif"}, kest::SchemePoProduct},
+                 {{"/po_1_red_00.ntf", "/po_1_blu_00.NTF"}, kest::SchemePoProductNitf},
+                 {{"/po_1_red_00.ntf", "/po_1_blu_00.tif"}, kest::SchemeGeneric},
+                 {{"/qb.tif", "/list.tif", "/bare.tif"}, kest::SchemeQuickBird},
+                 {{"/qb.tif", "/other.tif"}, kest::SchemeGeneric},
+                 {{"/qb.tif", "/short.tif"}, kest::SchemeGeneric},
+                 {{"/qb.tif", "/plain.tif"}, kest::SchemeGeneric},
+                 {{"/a.ntf", "/qb.tif"}, kest::SchemeGeneric},
+                 {{"/a.ntf", "/a.ntf"}, kest::SchemeNitf}};
     for (const auto& test : cases) {
         EXPECT_EQ(kest::getNamingScheme(setOf(test.paths)), test.scheme)
             << testing::PrintToString(test.paths);
@@ -80,59 +81,29 @@ TEST_F(NamingSchemeTest, DecidesForTheWholeSet) {
 }
 
 TEST_F(NamingSchemeTest, KnowsProductNames) {
-    const std::string longRun(300, '7');
-    const struct {
-        std::string path;
-        bool po, landsat;
-    } cases[] = {
-        {"/d/po_123456_red_0000000.tif", true, false},
-        {"PO_7_PAN_", true, false},
-        {"po__nir_1", true, false},
-        {"po_1_red_" + longRun + "x", true, false},  // the cut name ends in digits
-        {"po_123456_red_0000000x", false, false},
-        {"po_123456_swir_01", false, false},
-        {"po_123456_red", false, false},
-        {"po_123456", false, false},
-        {"po_1x_red_1", false, false},
-        {"po", false, false},
-        {"pa_1_red_1", false, false},
-        {"L71026029_02920000609_B10.TIF", false, true},
-        {"l71026029_02920000609_mtl", false, true},
-        {"L7102602_02920000609_B10", false, false},
-        {"L710260290_02920000609_B10", false, false},
-        {"L71026029_0292000060_B10", false, false},
-        {"L71026029_02920000609_B60", false, false},
-        {"L71026029_02920000609_B100", false, false},
-        {"L71026029_02920000609_", false, false},
-        {"L71026029-02920000609_B10", false, false},
-        {"L5102602902920000609_B10", false, false},
-        {"", false, false},
+    const auto expect = [](const std::string& paths, bool isPo, bool isLandsat) {
+        std::istringstream words(paths);
+        for (std::string path; words >> path;) {
+            EXPECT_EQ(kest::isPoProductName(Pyxis::fileSpecifier(path)), isPo) << path;
+            EXPECT_EQ(kest::isLandsat7Name(Pyxis::fileSpecifier(path)), isLandsat) << path;
+        }
     };
-    for (const auto& test : cases) {
-        const Pyxis::FileSpecifier file = Pyxis::fileSpecifier(test.path);
-        EXPECT_EQ(kest::isPoProductName(file), test.po) << test.path;
-        EXPECT_EQ(kest::isLandsat7Name(file), test.landsat) << test.path;
-    }
+    expect("/d/po_123456_red_0000000.tif PO_7_PAN_ po__nir_1", true, false);
+    expect("po_1_red_" + std::string(300, '7') + "x", true, false);  // cut to 255 characters
+    expect("L71026029_02920000609_B10.TIF l71026029_02920000609_mtl", false, true);
+    expect(
+        "po_123456_red_0000000x po_123456_swir_01 po_123456_red po_123456 po_1x_red_1 po "
+        "pa_1_red_1 L7102602_02920000609_B10 L710260290_02920000609_B10 "
+        "L71026029_0292000060_B10 L71026029_02920000609_B60 L71026029_02920000609_B100 "
+        "L71026029_02920000609_ L71026029-02920000609_B10 L5102602902920000609_B10 .tif",
+        false, false);
 }
 
-TEST_F(NamingSchemeTest, RecognisesFilesByTheirCodec) {
-    const struct {
-        std::string path;
-        bool quickBird, nitf;
-    } cases[] = {
-        {"/qb.tif", true, false},     {"/list.tif", true, false},   {"/bare.tif", true, false},
-        {"/short.tif", false, false}, {"/other.tif", false, false}, {"/plain.tif", false, false},
-        {"/a.ntf", false, true},      {"/unknown", false, false},
-    };
-    for (const auto& test : cases) {
-        const Pyxis::FileSpecifier file = Pyxis::fileSpecifier(test.path);
-        EXPECT_EQ(kest::isQuickBirdFile(file), test.quickBird) << test.path;
-        EXPECT_EQ(kest::isNitfFile(file), test.nitf) << test.path;
-    }
-    EXPECT_EQ(world_.alive, 0);
+TEST_F(NamingSchemeTest, ToleratesCodecsThatThrow) {
     world_.fail = [](std::string_view call) { return call == "getPropertyName"; };
     EXPECT_FALSE(kest::isQuickBirdFile(Pyxis::fileSpecifier("/list.tif")));
     EXPECT_TRUE(kest::isQuickBirdFile(Pyxis::fileSpecifier("/qb.tif")));
+    EXPECT_EQ(world_.alive, 0);
 }
 
 TEST_F(NamingSchemeTest, AsksCodecsOnlyWhenNamesTellNothing) {

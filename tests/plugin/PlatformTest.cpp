@@ -12,16 +12,14 @@ TEST(PlatformTest, SplitsNameAndExtensionOffAPath) {
     const std::u16string cutPart(platform::kMaxNamePart, u'x');
     const struct {
         std::u16string path, name, extension;
-    } cases[] = {
-        {u"", u"", u""},
-        {u"/data/scene_01.tif", u"scene_01", u".tif"},
-        {u"scene.tar.gz", u"scene.tar", u".gz"},
-        {u"/da.ta/scene", u"scene", u""},
-        {u"/data/.tif", u"", u".tif"},
-        {u"/data/", u"", u""},
-        {u"scene.", u"scene", u"."},
-        {u"/" + longPart + u"." + longPart, cutPart, u"." + cutPart.substr(1)},
-    };
+    } cases[] = {{u"", u"", u""},
+                 {u"/data/scene_01.tif", u"scene_01", u".tif"},
+                 {u"scene.tar.gz", u"scene.tar", u".gz"},
+                 {u"/da.ta/scene", u"scene", u""},
+                 {u"/data/.tif", u"", u".tif"},
+                 {u"/data/", u"", u""},
+                 {u"scene.", u"scene", u"."},
+                 {u"/" + longPart + u"." + longPart, cutPart, u"." + cutPart.substr(1)}};
     for (const auto& test : cases) {
         const platform::PathName split = platform::splitPathName(test.path);
         EXPECT_EQ(split.name, test.name);

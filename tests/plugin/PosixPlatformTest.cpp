@@ -23,8 +23,7 @@ TEST(PosixPlatformTest, ReadsTextsOfAnyContent) {
         {"1 \n2\n3,x\n 4 x\nx 5\n-6 x\n65536 x\n99999999999 x\n65535 y", {{1, u""}, {65535, u"y"}}},
         {"1 first\n1 second", {{1, u"first"}}},
         {"1 \xC3\xBC\xE8\xB5\xA4\xF0\x9F\x9B\xB0", {{1, u"\u00FC\u8D64\U0001F6F0"}}},
-        {"1 \xFF\xC0\x80\xED\xA0\x80\xC3", {{1, std::u16string(7, u'\uFFFD')}}},
-    };
+        {"1 \xFF\xC0\x80\xED\xA0\x80\xC3", {{1, std::u16string(7, u'\uFFFD')}}}};
     for (const auto& test : cases) {
         EXPECT_EQ(platform::parseStringTable(test.file), test.texts) << test.file;
     }

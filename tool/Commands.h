@@ -1,0 +1,16 @@
+#pragma once
+
+#include <CLI/App.hpp>
+
+#include "tool/Context.h"
+
+// Each adds one command, with its options and examples, to the command line. The command sets
+// `Context::action` when it is chosen.
+
+namespace kestms {
+
+void addListCommand(CLI::App& app, Context& context);
+void addCheckCommand(CLI::App& app, Context& context);
+void addInfoCommand(CLI::App& app, Context& context);
+
+}  // namespace kestms

@@ -1,0 +1,13 @@
+#include "tool/Failure.h"
+
+#include "tool/TerminalText.h"
+
+namespace kestms {
+
+Failure::Failure(ExitCode code, const std::string& reason)
+    : std::runtime_error(reason), code_(code) {}
+
+Failure::Failure(ExitCode code, const std::string& file, const std::string& reason)
+    : std::runtime_error(printable(file) + ": " + reason), code_(code) {}
+
+}  // namespace kestms

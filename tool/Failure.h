@@ -1,0 +1,33 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace kestms {
+
+/// What the tool's process answers; `kestms --help` lists the same.
+enum class ExitCode : int {
+    Success = 0,
+    NotDecodable = 1,  ///< the files do not make a set
+    Usage = 2,
+    CannotRead = 3,
+    CannotWrite = 4,
+    Unexpected = 5,
+    Interrupted = 130,
+};
+
+/// Ends a command. Its text is the one line that the user sees: the file, if one is to blame, and
+/// the reason.
+class Failure : public std::runtime_error {
+  public:
+    Failure(ExitCode code, const std::string& reason);
+    /// Control characters in the file's name are escaped.
+    Failure(ExitCode code, const std::string& file, const std::string& reason);
+
+    ExitCode code() const { return code_; }
+
+  private:
+    ExitCode code_;
+};
+
+}  // namespace kestms

@@ -1,0 +1,215 @@
+#include "tool/Inputs.h"
+
+#include <algorithm>
+#include <charconv>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <system_error>
+
+#include "codec/strings/BufferText.h"
+#include "host/Text.h"
+#include "host/codecs/Readability.h"
+#include "pyxis/FileReadDescriptor.h"
+#include "pyxis/ReadImageFile.h"
+#include "sets/ComponentList.h"
+#include "tool/InputText.h"
+#include "tool/Interrupt.h"
+#include "tool/RasterDirectory.h"
+
+namespace fs = std::filesystem;
+
+namespace kestms {
+namespace {
+
+constexpr const char* kStandardInput = "standard input";
+
+bool exists(const std::string& path) {
+    std::error_code error;
+    return fs::exists(path, error);
+}
+
+bool isDirectory(const std::string& path) {
+    std::error_code error;
+    return fs::is_directory(path, error);
+}
+
+/// "FILE#FRAME" taken apart; nothing when the argument does not end in "#" and digits.
+std::optional<Component> withFrame(const std::string& argument) {
+    const std::size_t mark = argument.rfind('#');
+    if (mark == std::string::npos || mark == 0 || mark + 1 == argument.size() ||
+        argument.find_first_not_of("0123456789", mark + 1) != std::string::npos) {
+        return std::nullopt;
+    }
+    Component component{argument.substr(0, mark), 0};
+    const char* end = argument.data() + argument.size();
+    if (std::from_chars(argument.data() + mark + 1, end, component.frame).ec != std::errc()) {
+        throw Failure(ExitCode::Usage, component.path, "the frame number is out of range");
+    }
+    return component;
+}
+
+/// Frames of the file; 1 when no codec reads it.
+int framesOf(const std::string& path) {
+    const Pyxis::FileSpecifier file = Pyxis::fileSpecifier(path);
+    const Pyxis::ImageFormatCodec* codec = nullptr;
+    if (Pyxis::FileReadDescriptor::findImageFileCodec(file, codec) !=
+        Pyxis::FormatDecodability::Decodable) {
+        return 1;
+    }
+    const std::unique_ptr<Pyxis::ReadImageFileInterface> image(codec->openImage(&file));
+    return image ? std::max(image->getNumFrames(), 1) : 1;
+}
+
+/// Turns arguments into components.
+class ArgumentReader {
+  public:
+    ArgumentReader(Context& context, MissingFile missing) : context_(context), missing_(missing) {}
+
+    void readArgument(const std::string& argument) {
+        if (argument == "-") {
+            readLines(readText(context_.in, kStandardInput), kStandardInput);
+        } else if (argument.starts_with('@') && !exists(argument)) {
+            readLines(readTextFile(argument.substr(1)), argument.substr(1));
+        } else {
+            readEntry(argument);
+        }
+    }
+
+    void readLines(std::string_view text, const std::string& name) {
+        const auto before = components_.size();
+        for (const std::string& line : linesOf(text)) {
+            readEntry(line);
+        }
+        if (components_.size() == before) {
+            throw Failure(ExitCode::CannotRead, name, "the list names no files");
+        }
+    }
+
+    const std::vector<Component>& components() const { return components_; }
+
+  private:
+    void readEntry(const std::string& entry) {
+        throwIfInterrupted();
+        if (isDirectory(entry)) {
+            for (const std::string& path : rasterFilesIn(entry)) {
+                addAllFrames(path);
+            }
+        } else if (const auto component = exists(entry) ? std::nullopt : withFrame(entry)) {
+            add(*component);
+        } else {
+            addAllFrames(entry);
+        }
+    }
+
+    void addAllFrames(const std::string& path) {
+        const int frames = framesOf(path);
+        for (int frame = 0; frame < frames; ++frame) {
+            add({path, frame});
+        }
+    }
+
+    void add(const Component& component) {
+        if (missing_ == MissingFile::Fail && !exists(component.path)) {
+            throw Failure(ExitCode::CannotRead, component.path, whyNotReadable(component.path));
+        }
+        components_.push_back(component);
+    }
+
+    Context& context_;
+    MissingFile missing_;
+    std::vector<Component> components_;
+};
+
+Pyxis::FileSpecifier documentOf(const std::string& text, const std::string& name) {
+    Pyxis::FileSpecifier set(kest::narrowBuffer(text), Pyxis::FileSpecifier::Type::Compound);
+    if (kest::countComponents(set) == 0) {
+        throw Failure(ExitCode::CannotRead, name, "the document lists no components");
+    }
+    return set;
+}
+
+/// The document that a single argument names; nothing when it names no document.
+std::optional<Pyxis::FileSpecifier> documentAt(const std::string& path) {
+    std::error_code error;
+    const fs::file_status status = fs::status(path, error);
+    // What a shell's process substitution hands over can be read only once.
+    if (fs::is_fifo(status) || (fs::is_regular_file(status) && fileLooksLikeXml(path))) {
+        const std::string text = readTextFile(path);
+        if (!looksLikeXml(text)) {
+            throw Failure(ExitCode::CannotRead, path, "not an XML document");
+        }
+        return documentOf(text, path);
+    }
+    const std::string extension = fs::path(path).extension().string();
+    if (fs::is_regular_file(status) && (extension == ".xml" || extension == ".XML")) {
+        throw Failure(ExitCode::CannotRead, path, "not an XML document");
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+Pyxis::FileSpecifier readSet(const std::vector<std::string>& arguments, Context& context,
+                             MissingFile missing) {
+    context.session();  // Codecs must be registered before files are looked at.
+    ArgumentReader reader(context, missing);
+    if (arguments.size() == 1 && arguments.front() == "-") {
+        const std::string text = readText(context.in, kStandardInput);
+        if (looksLikeXml(text)) {
+            return documentOf(text, kStandardInput);
+        }
+        reader.readLines(text, kStandardInput);
+        return setOf(reader.components());
+    }
+    if (arguments.size() == 1) {
+        if (auto document = documentAt(arguments.front())) {
+            return *document;
+        }
+    }
+    for (const std::string& argument : arguments) {
+        reader.readArgument(argument);
+    }
+    return setOf(reader.components());
+}
+
+std::vector<Component> componentsOf(const Pyxis::FileSpecifier& set) {
+    const kest::ComponentList list(set);
+    std::vector<Component> components(static_cast<std::size_t>(list.count()));
+    for (int i = 0; i < list.count(); ++i) {
+        Component& component = components[static_cast<std::size_t>(i)];
+        Pyxis::FileSpecifier file;
+        if (list.get(i, file, component.frame)) {
+            component.path = Pyxis::toUtf8(file.string());
+        }
+    }
+    return components;
+}
+
+Pyxis::FileSpecifier setOf(const std::vector<Component>& components) {
+    kest::ComponentListBuilder builder;
+    for (const Component& component : components) {
+        builder.append(Pyxis::fileSpecifier(component.path), component.frame);
+    }
+    return builder.specifier();
+}
+
+std::string whyNotReadable(const std::string& path) {
+    const std::string reason = Pyxis::whyNotReadable(Pyxis::fileSpecifier(path));
+    return reason.empty() ? "no codec reads it" : reason;
+}
+
+void refuseToOverwriteInput(const std::string& output, const Pyxis::FileSpecifier& set) {
+    if (!exists(output)) {
+        return;
+    }
+    for (const Component& component : componentsOf(set)) {
+        std::error_code error;
+        if (fs::equivalent(output, component.path, error)) {
+            throw Failure(ExitCode::Usage, output, "the output would overwrite an input");
+        }
+    }
+}
+
+}  // namespace kestms

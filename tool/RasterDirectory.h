@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kestms {
+
+/// Whether one name comes before another in natural order: runs of digits compare as numbers
+/// ("band2" before "band10"), everything else byte by byte.
+bool comesBefore(std::string_view left, std::string_view right);
+
+/// The paths of a directory's raster files in natural order of their names: regular files with an
+/// extension that promises a raster, and others that a registered codec reads. Hidden files are
+/// passed over. Throws a Failure with ExitCode::CannotRead when the directory cannot be read or
+/// holds none.
+std::vector<std::string> rasterFilesIn(const std::string& directory);
+
+}  // namespace kestms
