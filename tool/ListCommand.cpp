@@ -53,8 +53,11 @@ Pyxis::FileSpecifier purified(Context& context, const Pyxis::FileSpecifier& set)
 ExitCode list(Context& context, const ListOptions& options) {
     const MissingFile missing = options.purify ? MissingFile::Keep : MissingFile::Fail;
     Pyxis::FileSpecifier set = readSet(options.inputs, context, missing);
+    std::vector<Component> components = componentsOf(set);
+    if (components.size() < 2) {
+        throw Failure(ExitCode::NotDecodable, components.front().path, kTooFewBands);
+    }
     if (!options.keepPaths) {
-        std::vector<Component> components = componentsOf(set);
         for (Component& component : components) {
             component.path = component.path.empty() ? "" : absolutePath(component.path);
         }
@@ -62,10 +65,6 @@ ExitCode list(Context& context, const ListOptions& options) {
     }
     if (options.purify) {
         set = purified(context, set);
-    }
-    const std::vector<Component> components = componentsOf(set);
-    if (components.size() < 2) {
-        throw Failure(ExitCode::NotDecodable, components.front().path, kTooFewBands);
     }
     const std::string document = Pyxis::toUtf8(set.string()) + "\n";
     if (options.output.empty()) {

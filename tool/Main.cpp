@@ -6,11 +6,13 @@
 #include <iostream>
 #include <new>
 #include <string>
+#include <vector>
 
 #include "tool/Commands.h"
 #include "tool/Context.h"
 #include "tool/Failure.h"
 #include "tool/Interrupt.h"
+#include "tool/TerminalText.h"
 
 namespace kestms {
 namespace {
@@ -41,6 +43,7 @@ void addCommands(CLI::App& app, Context& context) {
     addListCommand(app, context);
     addCheckCommand(app, context);
     addInfoCommand(app, context);
+    addQuicklookCommand(app, context);
 }
 
 std::string oneLine(std::string text) {
@@ -60,6 +63,14 @@ void parse(int argc, const char* const* argv, Context& context, CLI::App& app) {
         command->fallthrough();
     }
     app.parse(argc, argv);
+}
+
+/// A word that is no command would otherwise read "A subcommand is required".
+std::string usageError(const CLI::App& app, const CLI::ParseError& error) {
+    const std::vector<std::string> rest = app.remaining();
+    const bool noCommand = app.get_subcommands().empty() && !rest.empty();
+    return (noCommand ? printable(rest.front()) + ": no such command" : error.what()) +
+           std::string(" (see kestms --help)");
 }
 
 int answer(const Context& context, ExitCode code, const std::string& text) {
@@ -85,7 +96,7 @@ int runParsed(int argc, const char* const* argv, Context& context) {
         app.exit(success, context.out, context.err);
         return static_cast<int>(flushed(context, ExitCode::Success));
     } catch (const CLI::ParseError& error) {
-        return answer(context, ExitCode::Usage, std::string(error.what()) + " (see kestms --help)");
+        return answer(context, ExitCode::Usage, usageError(app, error));
     }
     return static_cast<int>(flushed(context, context.action()));
 }

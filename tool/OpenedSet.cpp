@@ -9,6 +9,7 @@
 #include "properties/KestMultispectralMetadataTextFileProperty.h"
 #include "properties/KestMultispectralReferenceNameProperty.h"
 #include "pyxis/FormatCodecGeoCorrelation.h"
+#include "sets/ComponentList.h"
 #include "sets/SetMembership.h"
 #include "tool/Diagnosis.h"
 #include "tool/Inputs.h"
@@ -25,6 +26,12 @@ std::string textOf(Getter getter) {
     Pyxis::StringBuffer text;
     getter(text);
     return toUtf8(text);
+}
+
+/// Of a plain file, or of a list of one component.
+std::string pathOf(const Pyxis::FileSpecifier& file) {
+    return file.type() == Pyxis::FileSpecifier::Type::Compound ? componentsOf(file).at(0).path
+                                                               : toUtf8(file.string());
 }
 
 Georeference georeferenceOf(const Pyxis::FormatCodecGeoCorrelation& geo) {
@@ -137,7 +144,7 @@ OpenedSet::OpenedSet(Session& session, const Pyxis::FileSpecifier& set) {
     }
     view_.scheme = reader->setKind();
     for (int i = 0; i < image_->getNumFiles(); ++i) {
-        view_.files.push_back(toUtf8(image_->getFile(i).string()));
+        view_.files.push_back(pathOf(image_->getFile(i)));
     }
     gatherBands(*reader);
     gatherBuckets(*reader);
@@ -173,22 +180,37 @@ void OpenedSet::gatherBuckets(const KestMultispectralReadFile& reader) {
     }
 }
 
-OpenedSet openSet(Context& context, const std::vector<std::string>& arguments) {
-    const Pyxis::FileSpecifier set = readSet(arguments, context, MissingFile::Fail);
-    OpenedSet opened(context.session(), set);
-    const std::vector<Component> given = componentsOf(set);
-    const std::vector<Component> taken = componentsOf(opened.specifier());
+namespace {
+
+void warnOfLeftOut(const Context& context, const Pyxis::FileSpecifier& given,
+                   const Pyxis::FileSpecifier& taken) {
+    const std::vector<Component> rest = componentsOf(taken);
     std::size_t next = 0;
     // The taken ones are the given ones in order, with some left out.
-    for (const Component& component : given) {
-        if (next < taken.size() && taken[next].path == component.path &&
-            taken[next].frame == component.frame) {
+    for (const Component& component : componentsOf(given)) {
+        if (next < rest.size() && rest[next].path == component.path &&
+            rest[next].frame == component.frame) {
             ++next;
         } else {
             context.warn(component.path, "left out: " + whyNotReadable(component.path));
         }
     }
-    return opened;
+}
+
+}  // namespace
+
+OpenedSet openSet(Context& context, const std::vector<std::string>& arguments) {
+    const Pyxis::FileSpecifier given = readSet(arguments, context, MissingFile::Fail);
+    OpenedSet opened(context.session(), given);
+    if (kest::countComponents(opened.specifier()) == kest::countComponents(given)) {
+        return opened;
+    }
+    warnOfLeftOut(context, given, opened.specifier());
+    // Components that follow an unreadable one may lose their bands; the codec's own remedy is a
+    // list without it.
+    Pyxis::FileSpecifier pure = given;
+    context.session().codec().purifyFileSet(pure);
+    return {context.session(), pure};
 }
 
 }  // namespace kestms

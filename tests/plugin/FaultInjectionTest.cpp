@@ -266,7 +266,7 @@ TEST(FaultInjectionTest, CloneGivesNullWheneverMemoryFails) {
             memoryFault = {};
             ASSERT_NE(reached, copy != nullptr);
         }
-        EXPECT_GT(n, 2);
+        EXPECT_GE(n, 2);  // more where the host's library takes its memory from here, too
     }
 }
 
