@@ -18,7 +18,6 @@ std::shared_ptr<OpenedFile> openSpecifier(const GdalFormat& format, const FileSp
     if (!opened) {
         return nullptr;
     }
-    const OpenedFile::Use use = opened->use();
     why = format.reject(*opened);
     return why.empty() ? opened : nullptr;
 }

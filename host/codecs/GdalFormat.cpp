@@ -16,8 +16,12 @@ std::string GdalFormat::load(OpenedFile& file) const {
     return {};
 }
 
-std::string GdalFormat::reject(OpenedFile& /*file*/) const {
+std::string GdalFormat::reject(const OpenedFile& /*file*/) const {
     return {};
+}
+
+bool GdalFormat::mayBeKept() const {
+    return true;
 }
 
 bool GdalFormat::hasOverviews() const {
