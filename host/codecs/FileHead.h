@@ -20,7 +20,7 @@ struct FileState {
 
 /// The state of a file and of the files beside it that GDAL may look at.
 struct FileStamp {
-    static constexpr std::array kWorldFileExtensions = {".tfw", ".TFW", ".tifw", ".wld"};
+    static constexpr std::array kWorldFileExtensions = {".tfw", ".TFW", ".wld"};
 
     FileState file;
     std::array<FileState, kWorldFileExtensions.size()> worldFiles;

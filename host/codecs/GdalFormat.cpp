@@ -24,6 +24,10 @@ bool GdalFormat::mayBeKept() const {
     return true;
 }
 
+std::string GdalFormat::systemKey(const std::string& /*path*/) const {
+    return {};
+}
+
 bool GdalFormat::hasOverviews() const {
     return true;
 }

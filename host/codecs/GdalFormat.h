@@ -51,6 +51,9 @@ class GdalFormat {
     virtual std::string reject(const OpenedFile& file) const;
     /// Whether an opened file may be given out again for as long as the file itself stays as it is.
     virtual bool mayBeKept() const;
+    /// Bytes that alone decide which coordinate system GDAL finds in the file; empty when there are
+    /// no such bytes. Working a system out costs far more than opening the file.
+    virtual std::string systemKey(const std::string& path) const;
     /// Whether GDAL may look for reduced-resolution levels.
     virtual bool hasOverviews() const;
     /// Appends the properties of a frame, geo-correlation first.

@@ -21,7 +21,7 @@ class HandlePool {
     /// Closes every file that nobody is using at the moment.
     void closeIdle();
 
-    /// At most this many datasets stay open: no more than a quarter of what the process may open.
+    /// At most this many files stay open: no more than a quarter of what the process may open.
     static std::size_t limit();
 
   private:

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "host/codecs/GdalFormat.h"
 #include "host/codecs/GdalOpen.h"
+#include "host/codecs/Guarded.h"
 #include "host/codecs/HandlePool.h"
 #include "host/codecs/PixelWindow.h"
 
@@ -87,6 +89,10 @@ std::string OpenedFile::load() {
     if (why.empty() && frames_.empty()) {
         why = "holds no raster";
     }
+    if (const std::string key = format_.systemKey(absolutePath_); !key.empty()) {
+        // Cheap while the file is open; later it may have to open again.
+        geoFacts_.front() = readGeoFacts(*datasets_.front(), key);
+    }
     HandlePool::instance().used(*this);
     return why;
 }
@@ -159,16 +165,18 @@ std::shared_ptr<const GeoFacts> OpenedFile::geoFacts(int index) {
     if (use.band() == nullptr) {
         return nullptr;
     }
-    geoFacts_[part] = readGeoFacts(*datasets_[part]);
+    geoFacts_[part] = readGeoFacts(*datasets_[part], format_.systemKey(absolutePath_));
     return *geoFacts_[part];
 }
 
-OpenedFile::Use::Use(OpenedFile& file, int frame) : lock_(file.mutex_), band_(nullptr) {
-    const FrameFacts& facts = file.frame(frame);
-    if (file.openAgain()) {
-        band_ = file.datasets_[facts.part]->GetRasterBand(facts.band);
-        HandlePool::instance().used(file);
-    }
-}
+OpenedFile::Use::Use(OpenedFile& file, int frame)
+    : lock_(file.mutex_), band_(guarded<GDALRasterBand*>(nullptr, [&]() -> GDALRasterBand* {
+          if (!file.openAgain()) {
+              return nullptr;
+          }
+          HandlePool::instance().used(file);
+          const FrameFacts& facts = file.frame(frame);
+          return file.datasets_[facts.part]->GetRasterBand(facts.band);
+      })) {}
 
 }  // namespace Pyxis

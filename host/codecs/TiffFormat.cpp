@@ -2,6 +2,7 @@
 
 #include "host/codecs/GdalFormat.h"
 #include "host/codecs/GdalProperties.h"
+#include "host/codecs/GeoKeys.h"
 #include "host/codecs/OpenedFile.h"
 
 namespace Pyxis {
@@ -59,6 +60,7 @@ class TiffFormat : public GdalFormat {
         return file.numFrames() > 0 && endsBeforePixels(file, file.size()) ? "the file is cut short"
                                                                            : "";
     }
+    std::string systemKey(const std::string& path) const override { return geoKeys(path); }
     void describe(OpenedFile& file, int frame, GdalPropertySet& properties) const override {
         if (const auto facts = file.geoFacts(frame)) {
             const GdalGeoTiffCorrelation correlation(facts);
