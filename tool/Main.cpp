@@ -43,6 +43,7 @@ void addCommands(CLI::App& app, Context& context) {
     addListCommand(app, context);
     addCheckCommand(app, context);
     addInfoCommand(app, context);
+    addQuicklookCommand(app, context);
 }
 
 std::string oneLine(std::string text) {

@@ -2,11 +2,13 @@
 
 #include <string>
 
+#include "host/codecs/Export.h"
+
 namespace Pyxis {
 
 /// Catches what GDAL says on this thread for as long as the object lives, so that nothing is
 /// printed, and keeps the last error's words. Captures nest; they end in reverse order.
-class ErrorCapture {
+class PYXIS_CODECS_API ErrorCapture {
   public:
     ErrorCapture();
     ErrorCapture(const ErrorCapture&) = delete;

@@ -64,6 +64,9 @@ class FastFormat final : public GdalFormat {
     bool matches(std::string_view head) const override { return looksLikeFastHeader(head); }
     std::string refuse(const std::string& path, const FileHead& head) const override;
     std::string load(OpenedFile& file) const override;
+    /// The format has none of its own, and this driver would take a file of any format beside the
+    /// header for them.
+    bool hasOverviews() const override { return false; }
     void describe(OpenedFile& file, int frame, GdalPropertySet& properties) const override;
 };
 

@@ -20,4 +20,8 @@ std::string GdalFormat::reject(OpenedFile& /*file*/) const {
     return {};
 }
 
+bool GdalFormat::hasOverviews() const {
+    return true;
+}
+
 }  // namespace Pyxis

@@ -48,6 +48,8 @@ class GdalFormat {
     virtual std::string load(OpenedFile& file) const;
     /// Why an opened file is not of this format; empty when it is.
     virtual std::string reject(OpenedFile& file) const;
+    /// Whether GDAL may look for reduced-resolution levels.
+    virtual bool hasOverviews() const;
     /// Appends the properties of a frame, geo-correlation first. The caller holds the file's lock.
     virtual void describe(OpenedFile& file, int frame, GdalPropertySet& properties) const = 0;
 

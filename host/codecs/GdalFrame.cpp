@@ -38,7 +38,11 @@ GDALRasterBand* GdalFrame::level(int number) {
     if (number == 0) {
         return &band;
     }
-    return number > 0 && number <= band.GetOverviewCount() ? band.GetOverview(number - 1) : nullptr;
+    return number > 0 && number <= numOverviews(band) ? band.GetOverview(number - 1) : nullptr;
+}
+
+int GdalFrame::numOverviews(GDALRasterBand& band) const {
+    return format_.hasOverviews() ? band.GetOverviewCount() : 0;
 }
 
 bool GdalFrame::frameOp1(int number) {
@@ -81,7 +85,7 @@ std::int32_t GdalFrame::frameOp7() {
 
 std::int32_t GdalFrame::frameOp8() {
     const OpenedFile::Use use = file_->use();
-    return file_->band(index_).GetOverviewCount();
+    return numOverviews(file_->band(index_));
 }
 
 std::int32_t GdalFrame::frameOp9() {
@@ -121,7 +125,9 @@ bool GdalFrame::frameOp13(int number, PixelRequest* request) {
     }
     const OpenedFile::Use use = file_->use();
     GDALRasterBand* band = level(number);
-    return band != nullptr && readWindow(*band, *request);
+    return guarded(false, [&] {
+        return band != nullptr && readWindow(*band, *request, format_.hasOverviews());
+    });
 }
 
 FormatCodecPropertySetIterator* GdalFrame::getProperties() {

@@ -37,6 +37,7 @@ class GdalFrame final : public ReadImageFileFrameInterface {
   private:
     /// The band, or its reduced-resolution level; null when there is no such level.
     GDALRasterBand* level(int number);
+    int numOverviews(GDALRasterBand& band) const;
     void readColours(GDALRasterBand& band);
 
     std::shared_ptr<OpenedFile> file_;

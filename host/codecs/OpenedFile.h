@@ -50,9 +50,7 @@ class OpenedFile {
     /// The files that the image is made of, the opened one first.
     const std::vector<std::string>& files() const { return files_; }
     int numFrames() const { return static_cast<int>(frames_.size()); }
-    FrameSource& frame(int index) {
-        return frames_.at(static_cast<std::size_t>(index));
-    }
+    FrameSource& frame(int index) { return frames_.at(static_cast<std::size_t>(index)); }
     GDALDataset& mainDataset() { return *datasets_.front(); }
 
     // The rest is for the holder of a `Use`, and for formats while they load.

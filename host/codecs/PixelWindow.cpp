@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <iterator>
 #include <optional>
+#include <vector>
 
 namespace Pyxis {
 namespace {
@@ -99,6 +101,34 @@ std::optional<Strides> stridesInBuffer(const PixelRequest& request, int sampleBy
     return strides;
 }
 
+/// The source line or column in the middle of a sample's share of `size`.
+int nearest(int sample, int size, int samples) {
+    return static_cast<int>((2 * static_cast<std::int64_t>(sample) + 1) * size /
+                            (2 * static_cast<std::int64_t>(samples)));
+}
+
+/// Resamples line by line from lines at full size.
+bool readReduced(GDALRasterBand& band, const PixelRequest& request, GDALDataType type,
+                 const Strides& strides) {
+    const auto sampleBytes = static_cast<std::size_t>(GDALGetDataTypeSizeBytes(type));
+    std::vector<unsigned char> line(static_cast<std::size_t>(request.width) * sampleBytes);
+    auto* target = static_cast<unsigned char*>(request.buffer);
+    for (int row = 0; row < request.bufferHeight; ++row) {
+        const int source = request.y + nearest(row, request.height, request.bufferHeight);
+        if (band.RasterIO(GF_Read, request.x, source, request.width, 1, line.data(), request.width,
+                          1, type, 0, 0, nullptr) != CE_None) {
+            return false;
+        }
+        for (int column = 0; column < request.bufferWidth; ++column) {
+            const auto from =
+                static_cast<std::size_t>(nearest(column, request.width, request.bufferWidth));
+            std::memcpy(target + row * strides.line + column * strides.pixel,
+                        line.data() + from * sampleBytes, sampleBytes);
+        }
+    }
+    return true;
+}
+
 }  // namespace
 
 SampleFormat sampleFormatOf(GDALRasterBand& band) {
@@ -112,7 +142,7 @@ SampleFormat sampleFormatOf(GDALRasterBand& band) {
     return found == std::end(kSampleTypes) ? SampleFormat::UnsignedInteger : found->format;
 }
 
-bool readWindow(GDALRasterBand& band, const PixelRequest& request) {
+bool readWindow(GDALRasterBand& band, const PixelRequest& request, bool overviews) {
     const std::optional<GDALDataType> type = bufferType(band, request);
     if (!type || !windowInside(band, request)) {
         return false;
@@ -122,11 +152,14 @@ bool readWindow(GDALRasterBand& band, const PixelRequest& request) {
     if (!strides) {
         return false;
     }
-    GDALRasterIOExtraArg nearest;
-    INIT_RASTERIO_EXTRA_ARG(nearest);
+    const bool reduced =
+        request.bufferWidth < request.width || request.bufferHeight < request.height;
+    if (reduced && !overviews) {
+        return readReduced(band, request, *type, *strides);
+    }
     return band.RasterIO(GF_Read, request.x, request.y, request.width, request.height,
                          request.buffer, request.bufferWidth, request.bufferHeight, *type,
-                         strides->pixel, strides->line, &nearest) == CE_None;
+                         strides->pixel, strides->line, nullptr) == CE_None;
 }
 
 }  // namespace Pyxis

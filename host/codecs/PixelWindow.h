@@ -10,7 +10,8 @@ namespace Pyxis {
 SampleFormat sampleFormatOf(GDALRasterBand& band);
 
 /// Reads the window that `request` asks for out of a band or one of its overviews. False when
-/// window, buffer or sample type do not fit, or the pixels cannot be read.
-bool readWindow(GDALRasterBand& band, const PixelRequest& request);
+/// window, buffer or sample type do not fit, or the pixels cannot be read. Without `overviews` GDAL
+/// is kept from looking for any when the window is reduced.
+bool readWindow(GDALRasterBand& band, const PixelRequest& request, bool overviews);
 
 }  // namespace Pyxis

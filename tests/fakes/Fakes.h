@@ -37,7 +37,18 @@ class Fault {
 
 /// What happened, in order, and how many host objects are alive.
 struct World {
+    World() = default;
+    World(const World&) = delete;
+    World& operator=(const World&) = delete;
+    /// Closes the images that nobody deleted, as the host does.
+    ~World() {
+        while (!images.empty()) {
+            delete images.back();
+        }
+    }
+
     std::vector<std::string> events;
+    std::vector<Pyxis::ReadImageFileInterface*> images;
     int alive = 0;
     /// Called at every host call that may fail, with its name; answers whether the call fails, as
     /// a bool or a Fault.
@@ -253,9 +264,11 @@ class Image : public Pyxis::ReadImageFileInterface {
     Image(World& world, const Pyxis::ImageFormatCodec* codec, Pyxis::FileSpecifier file,
           FileFacts facts)
         : world_(world), codec_(codec), file_(std::move(file)), facts_(std::move(facts)) {
+        world_.images.push_back(this);
         ++world_.alive;
     }
     ~Image() override {
+        std::erase(world_.images, this);
         --world_.alive;
         world_.note("delete image");
     }
@@ -373,24 +386,23 @@ PropertyPointer property(Arguments&&... arguments) {
     return std::make_shared<Property>(std::forward<Arguments>(arguments)...);
 }
 
-/// Finds every file, in one directory.
+/// Finds the same file for every name.
 class Finder : public Pyxis::FindFileInterface {
   public:
-    explicit Finder(World& world) : world_(world) {}
+    Finder(World& world, std::string path) : world_(world), path_(std::move(path)) {}
     bool findFile(const Pyxis::ImageFormatCodec*, const Pyxis::FileSpecifier& base,
                   const Pyxis::FileSpecifier& name, Pyxis::FileSpecifier& found) override {
         if (world_.fails("findFile")) {
             return false;
         }
         world_.note("find " + Pyxis::toUtf8(name.string()) + " by " + Pyxis::toUtf8(base.string()));
-        found = Pyxis::fileSpecifier(directory + Pyxis::toUtf8(name.string()));
+        found = Pyxis::fileSpecifier(path_);
         return true;
     }
 
-    std::string directory = "/found/";
-
   private:
     World& world_;
+    std::string path_;
 };
 
 /// A frame that lies at the origin of coordinate system 32632, with that pixel size.

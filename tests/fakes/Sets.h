@@ -1,12 +1,8 @@
 #pragma once
 
-#include <initializer_list>
-#include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include "codec/strings/StringResources.h"
 #include "host/Text.h"
 #include "pyxis/FormatCodecPropertySetIterator.h"
 #include "sets/ComponentList.h"
@@ -14,21 +10,13 @@
 namespace fakes {
 
 /// The component list of those files; the frame is the same in all.
-inline Pyxis::FileSpecifier setOf(std::initializer_list<std::string_view> paths, int frame = 0) {
+inline Pyxis::FileSpecifier setOf(const std::vector<std::string>& paths, int frame = 0) {
     kest::ComponentListBuilder list;
-    for (const std::string_view path : paths) {
+    for (const std::string& path : paths) {
         list.append(Pyxis::fileSpecifier(path), frame);
     }
     return list.specifier();
 }
-
-/// The English texts, for as long as it lives.
-struct EnglishTexts {
-    EnglishTexts() {
-        kest::setResourceFileName(Pyxis::fileSpecifier(KEST_RESOURCES "/kestmultispectral-en.txt"));
-    }
-    ~EnglishTexts() { kest::setResourceFileName(Pyxis::FileSpecifier()); }
-};
 
 /// The names of the properties of a set, in its order.
 inline std::vector<std::string> namesIn(Pyxis::FormatCodecPropertySetIterator& set) {

@@ -3,6 +3,8 @@
 
 #include <array>
 #include <cmath>
+#include <cstring>
+#include <limits>
 
 #include "Opened.h"
 #include "host/codecs/Readability.h"
@@ -124,6 +126,184 @@ TEST_F(TiffCodec, CornersComeFromTheGeotransform) {
             expectCorners(cornersByFormula(*geo));
         }
     }
+}
+
+TEST_F(TiffCodec, PublishesWhatTheFileSaysOfItsPlace) {
+    const auto placeOf = [&](const fakes::Raster& raster) {
+        const Opened opened(fakes::writeRaster(directory / "raster.tif", raster));
+        const auto* geo = opened.property<FormatCodecGeoCorrelation>();
+        int code = -1;
+        StringBuffer text;
+        if (geo != nullptr) {
+            geo->getCoordinateSystemCode(code);
+            geo->getCoordinateSystem(text);
+            EXPECT_EQ(geo->hasCoordinateSystemCode(), code > 0);
+        }
+        return std::pair(geo != nullptr, std::to_string(code) + " " + toUtf8(text).substr(0, 8));
+    };
+    EXPECT_EQ(placeOf({}), std::pair(true, std::string("32632 PROJCRS[")));
+    EXPECT_EQ(placeOf({.epsg = 4326}), std::pair(true, std::string("4326 GEOGCRS[")));
+    EXPECT_EQ(placeOf({.epsg = 0}), std::pair(true, std::string("-1 ")));
+    EXPECT_FALSE(placeOf({.transform = std::nullopt}).first);
+
+    // Ground control points alone.
+    const std::string path =
+        fakes::writeRaster(directory / "points.tif", {.transform = std::nullopt, .epsg = 0});
+    {
+        const GDALDatasetUniquePtr dataset(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE));
+        char none[] = "";
+        const GDAL_GCP points[] = {{none, none, 0, 0, 500000, 4600000, 0},
+                                   {none, none, 12, 0, 500360, 4600000, 0},
+                                   {none, none, 12, 8, 500360, 4599760, 0}};
+        OGRSpatialReference system;
+        system.importFromEPSG(32632);
+        ASSERT_EQ(dataset->SetGCPs(3, points, &system), CE_None);
+    }
+    EXPECT_EQ(Opened(path).property<FormatCodecGeoCorrelation>(), nullptr);
+}
+
+/// What callers ask a TIFF codec for by number 9.
+template <typename Codec>
+std::string describedBy(const ImageFormatCodec* codec, const std::string& path) {
+    const auto* tiff = dynamic_cast<const Codec*>(codec);
+    if (tiff == nullptr) {
+        return "another codec";
+    }
+    StringBuffer name, value;
+    tiff->getPropertyName(9, name);
+    FileReadDescriptor file(fileSpecifier(path), codec);
+    const std::unique_ptr<FormatCodecPropertyInterface> found(file.getProperty(name));
+    if (const auto* text = dynamic_cast<const FormatCodecStringProperty*>(found.get())) {
+        text->getValue(value);
+        EXPECT_EQ(value.type(), CharacterType::Narrow);
+        return toUtf8(value);
+    }
+    return "none";
+}
+
+TEST_F(TiffCodec, BandListMakesAQuickBirdFile) {
+    const std::string list = "{\n  bandList = \n(3, 2, 1)\n}";
+    const auto path = [&](const std::string& description) {
+        return fakes::writeRaster(directory / "described.tif", {.description = description});
+    };
+    EXPECT_EQ(describedBy<QBTiffFormatCodec>(codecOf(path(list)), path(list)), list);
+    for (const char* other : {"scene", "{\n  bandList =\n(3, 2, 1)\n}", "a {\n  bandList = \n"}) {
+        EXPECT_EQ(describedBy<TiffFormatCodec>(codecOf(path(other)), path(other)), other);
+    }
+    EXPECT_EQ(describedBy<TiffFormatCodec>(codecOf(path("")), path("")), "none");
+    StringBuffer name = toWideBuffer("before");
+    dynamic_cast<const TiffFormatCodec&>(*codecOf(path(""))).getPropertyName(10, name);
+    EXPECT_TRUE(name.isZero());
+}
+
+TEST(TiffCodecAlone, ReadsQuickBirdFilesWhenTheirOwnCodecIsAway) {
+    const fakes::TempDirectory directory;
+    const StandardCodecs codecs(StandardCodecs::QuickBird::Without);
+    const std::string list = "{\n  bandList = \n1\n}";
+    const std::string path = fakes::writeRaster(directory / "q.tif", {.description = list});
+    EXPECT_EQ(describedBy<TiffFormatCodec>(codecOf(path), path), list);
+}
+
+TEST_F(TiffCodec, WindowsAreReadOrRefused) {
+    const std::string path = fakes::writeRaster(
+        directory / "raster.tif", {.bands = 1, .type = GDT_Int16, .options = {"TILED=YES"}});
+    const Opened opened(path);
+    alignas(8) std::array<unsigned char, 64> buffer{};
+    struct Case {
+        const char* name;
+        PixelRequest request;
+        bool readable;
+    };
+    const auto window = [&](int x, int y, int width, int height) {
+        return PixelRequest{.x = x,
+                            .y = y,
+                            .width = width,
+                            .height = height,
+                            .bufferWidth = 2,
+                            .bufferHeight = 2,
+                            .buffer = buffer.data(),
+                            .bufferBytes = buffer.size()};
+    };
+    const auto with = [&](auto change) {
+        PixelRequest request = window(1, 2, 2, 2);
+        change(request);
+        return request;
+    };
+    constexpr int kMax = std::numeric_limits<int>::max();
+    constexpr std::ptrdiff_t kFar = std::numeric_limits<std::ptrdiff_t>::max();
+    const Case cases[] = {
+        {"last corner", window(10, 6, 2, 2), true},
+        {"past the right", window(11, 6, 2, 2), false},
+        {"past the bottom", window(10, 7, 2, 2), false},
+        {"negative", window(-1, 0, 2, 2), false},
+        {"empty", window(0, 0, 0, 2), false},
+        {"overflow", window(1, 1, kMax, kMax), false},
+        {"exact room", with([](auto& r) { r.bufferBytes = 8; }), true},
+        {"a byte short", with([](auto& r) { r.bufferBytes = 7; }), false},
+        {"no buffer", with([](auto& r) { r.buffer = nullptr; }), false},
+        {"no buffer lines", with([](auto& r) { r.bufferHeight = 0; }), false},
+        {"huge buffer", with([](auto& r) { r.bufferWidth = r.bufferHeight = kMax; }), false},
+        {"strides", with([](auto& r) { r.pixelStride = 4, r.lineStride = 58; }), true},
+        {"stride past the end", with([](auto& r) { r.pixelStride = 4, r.lineStride = 59; }), false},
+        {"overlapping samples", with([](auto& r) { r.pixelStride = 1; }), false},
+        {"backward", with([](auto& r) { r.lineStride = -4; }), false},
+        {"endless stride", with([](auto& r) { r.pixelStride = kFar; }), false},
+        {"endless line", with([](auto& r) { r.lineStride = kFar; }), false},
+        {"bytes", with([](auto& r) { r.sampleBits = 8; }), true},
+        {"odd size", with([](auto& r) { r.sampleBits = 12; }), false},
+    };
+    for (const Case& c : cases) {
+        PixelRequest request = c.request;
+        EXPECT_EQ(opened.frame->frameOp13(0, &request), c.readable) << c.name;
+    }
+    EXPECT_FALSE(opened.frame->frameOp13(0, nullptr));
+
+    PixelRequest request = with([](auto& r) {
+        r.pixelStride = 8, r.lineStride = 16;
+        r.sampleFormat = SampleFormat::FloatingPoint, r.sampleBits = 32;
+    });
+    EXPECT_FALSE(opened.frame->frameOp13(1, &request));
+    ASSERT_TRUE(opened.frame->frameOp13(0, &request));
+    for (int i = 0; i < 4; ++i) {
+        float sample = 0;
+        std::memcpy(&sample, buffer.data() + i * 8, sizeof sample);
+        EXPECT_EQ(sample, fakes::sampleAt(1, 1 + i % 2, 2 + i / 2, true));
+    }
+}
+
+TEST_F(TiffCodec, ShowsReducedLevelsRangeAndColours) {
+    const std::string path = fakes::writeRaster(directory / "raster.tif", {.palette = true});
+    {
+        const GDALDatasetUniquePtr dataset(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE));
+        const int half = 2;
+        dataset->GetRasterBand(1)->SetNoDataValue(9);
+        ASSERT_EQ(dataset->BuildOverviews("NEAREST", 1, &half, 0, nullptr, nullptr, nullptr),
+                  CE_None);
+    }
+    const Opened opened(path);
+    EXPECT_EQ(opened.frame->frameOp8(), 1);
+    EXPECT_TRUE(opened.frame->frameOp1(0) && opened.frame->frameOp1(1));
+    EXPECT_FALSE(opened.frame->frameOp1(2) || opened.frame->frameOp1(-1));
+    std::array<unsigned char, 24> bytes{};
+    PixelRequest request{.width = 6,
+                         .height = 4,
+                         .bufferWidth = 6,
+                         .bufferHeight = 4,
+                         .buffer = bytes.data(),
+                         .bufferBytes = bytes.size()};
+    EXPECT_TRUE(opened.frame->frameOp13(1, &request));
+    request.width = 7;
+    EXPECT_FALSE(opened.frame->frameOp13(1, &request));
+    ChannelRange range;
+    opened.frame->frameOp11(1, &range);
+    EXPECT_EQ(range.maximum, 0);
+    opened.frame->frameOp11(0, &range);
+    EXPECT_EQ(range.maximum, 255);
+    EXPECT_TRUE(range.hasNoData && range.noData == 9);
+    const ColourTable* colours = opened.frame->frameOp12();
+    ASSERT_NE(colours, nullptr);
+    EXPECT_EQ(std::vector(colours->entries + 4, colours->entries + 8),
+              (std::vector<std::uint8_t>{255, 1, 2, 255}));
 }
 
 }  // namespace

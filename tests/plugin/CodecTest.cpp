@@ -4,6 +4,7 @@
 
 #include "codec/KestMultispectralFormatCodecApiVersion.h"
 #include "fakes/Fakes.h"
+#include "fakes/Resources.h"
 #include "fakes/Sets.h"
 #include "pyxis/FileReadDescriptor.h"
 
@@ -61,13 +62,17 @@ TEST(CodecTest, TextsComeFromTheModuleThatTheHostNames) {
     };
     const std::vector<std::string> none(4);
     EXPECT_EQ(texts(), none);
-    codec->setResourceFileName(Pyxis::fileSpecifier(KEST_RESOURCES "/kestmultispectral-en.txt"));
+    codec->setResourceFileName(Pyxis::fileSpecifier(fakes::stringModule("en")));
     const auto english = texts();
     EXPECT_THAT(english, testing::Each(testing::Not("")));
-    codec->setResourceFileName(Pyxis::fileSpecifier(KEST_RESOURCES "/kestmultispectral-ja.txt"));
+    codec->setResourceFileName(Pyxis::fileSpecifier(fakes::stringModule("ja")));
     EXPECT_NE(texts(), english);
     codec->setResourceFileName(Pyxis::FileSpecifier());
     EXPECT_EQ(texts(), none);
+    Pyxis::StringBuffer otherCase = Pyxis::toWideBuffer("BAND NAME");
+    codec->setResourceFileName(Pyxis::fileSpecifier(fakes::stringModule("en")));
+    EXPECT_FALSE(codec->isSupportedProperty({}, &otherCase));
+    codec->setResourceFileName(Pyxis::FileSpecifier());
 }
 
 class CodecSetTest : public testing::Test {
@@ -134,7 +139,7 @@ TEST_F(CodecSetTest, HostFindsTheCodecThroughItsRegistry) {
 
 TEST_F(CodecSetTest, OpensWithAndWithoutAFinderAndClonesItsOwnImages) {
     const Pyxis::FileSpecifier set = setOf({"/a01.tif", "/b02.tif", "/other.tif"});
-    fakes::Finder finder(world_);
+    fakes::Finder finder(world_, "/none");
     for (const Image& image :
          {Image(codec_.openImage(&set)), Image(codec_.openImage(&set, finder))}) {
         ASSERT_NE(image, nullptr);

@@ -2,14 +2,13 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <limits>
 #include <new>
 
 #include "codec/KestMultispectralCodec.h"
 #include "fakes/Fakes.h"
+#include "fakes/Resources.h"
 #include "fakes/Sets.h"
 #include "properties/KestMultispectralProperty.h"
 
@@ -28,8 +27,12 @@ struct MemoryFault {
     }
 } memoryFault;
 
+void* allocateOrNull(std::size_t size) noexcept {
+    return memoryFault.failsNow() ? nullptr : std::malloc(size == 0 ? 1 : size);
+}
+
 void* allocate(std::size_t size) {
-    void* memory = memoryFault.failsNow() ? nullptr : std::malloc(size == 0 ? 1 : size);
+    void* memory = allocateOrNull(size);
     if (memory == nullptr) {
         throw std::bad_alloc();
     }
@@ -43,6 +46,12 @@ void* operator new(std::size_t size) {
 }
 void* operator new[](std::size_t size) {
     return allocate(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return allocateOrNull(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return allocateOrNull(size);
 }
 void operator delete(void* memory) noexcept {
     std::free(memory);
@@ -68,20 +77,17 @@ struct Scene {
         for (const char* path : {"/po_1_red_0.tif", "/po_1_pan_0.tif", "/po_1_nir_0.tif"}) {
             host.add(path, fakes::bandFrame());
         }
-        const auto directory = std::filesystem::temp_directory_path() / "kest_fault_injection";
-        std::filesystem::create_directories(directory);
-        std::ofstream(directory / "po_1_metadata.txt") << std::string(100, 'x');
-        finder.directory = directory.string() + "/";
         opened.reset(codec.openImage(&set, finder));
         openedFrame.reset(opened->openFrame(1));
         ownProperties.reset(openedFrame->getProperties());
         aliveBefore = world.alive;
     }
 
-    fakes::EnglishTexts texts;
+    fakes::TextsFrom texts{fakes::stringModule("numbers")};
     fakes::World world;
     fakes::Codec host{world};
-    fakes::Finder finder{world};
+    fakes::TempFile metadata{"faults", std::string(100, 'x')};
+    fakes::Finder finder{world, metadata.path()};
     KestMultispectralCodec codec;
     const Pyxis::FileSpecifier listed =
         fakes::setOf({"/po_1_red_0.tif", "/po_1_pan_0.tif", "/po_1_nir_0.tif"});
@@ -260,7 +266,7 @@ TEST(FaultInjectionTest, CloneGivesNullWheneverMemoryFails) {
             memoryFault = {};
             ASSERT_NE(reached, copy != nullptr);
         }
-        EXPECT_GT(n, 2);
+        EXPECT_GE(n, 2);  // more where the host's library takes its memory from here, too
     }
 }
 

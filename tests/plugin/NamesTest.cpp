@@ -3,15 +3,12 @@
 #include "bands/MetadataTextFile.h"
 #include "bands/NamingScheme.h"
 #include "bands/ReferenceName.h"
-#include "fakes/Fakes.h"
+#include "fakes/Sets.h"
 
 namespace {
 
 Pyxis::FileSpecifier setStartingWith(const std::string& path) {
-    kest::ComponentListBuilder builder;
-    builder.append(Pyxis::fileSpecifier(path), 0);
-    builder.append(Pyxis::fileSpecifier("/data/po_9_red_00.tif"), 0);
-    return builder.specifier();
+    return fakes::setOf({path, "/data/po_9_red_00.tif"});
 }
 
 }  // namespace

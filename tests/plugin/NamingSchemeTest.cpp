@@ -5,21 +5,16 @@
 #include <sstream>
 
 #include "fakes/Fakes.h"
+#include "fakes/Sets.h"
 
 namespace {
+
+using fakes::setOf;
 
 fakes::FrameFacts describedFrame(fakes::PropertyPointer description) {
     fakes::FrameFacts frame = fakes::bandFrame();
     frame.properties.push_back(std::move(description));
     return frame;
-}
-
-Pyxis::FileSpecifier setOf(const std::vector<std::string>& paths) {
-    kest::ComponentListBuilder builder;
-    for (const std::string& path : paths) {
-        builder.append(Pyxis::fileSpecifier(path), 0);
-    }
-    return builder.specifier();
 }
 
 /// Reads band-list TIFF files of both kinds ("/qb.tif", "/list.tif"), other TIFF files, and NITF.

@@ -4,12 +4,11 @@
 
 #include <array>
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 #include <limits>
 #include <random>
 
 #include "fakes/Fakes.h"
+#include "fakes/Resources.h"
 #include "fakes/Sets.h"
 #include "properties/KestMultispectralBandNameProperty.h"
 #include "properties/KestMultispectralMetadataTextFileProperty.h"
@@ -52,7 +51,7 @@ class ReadFileTest : public testing::Test {
         return {nullptr, &set, finder};
     }
 
-    fakes::EnglishTexts texts_;
+    fakes::TextsFrom texts_{fakes::stringModule("numbers")};
     fakes::World world_;
     fakes::Codec codec_{world_};
 };
@@ -71,10 +70,8 @@ TEST_F(ReadFileTest, BandsAndBucketsAreSortedAndStayTogether) {
     EXPECT_EQ(file.getNumBuckets(99), 3);
     EXPECT_EQ(file.bucket(file.getBandBucketIndex(3)).bucketVector.x, 0.5);
     Pyxis::StringBuffer name;
-    Pyxis::StringBuffer expected;
     file.getBandBucketName(3, name);
-    kest::loadResourceString(18302, expected);
-    EXPECT_EQ(toUtf8(name), toUtf8(expected));
+    EXPECT_EQ(toUtf8(name), "<18302>");
     file.getReferenceName(name);
     EXPECT_EQ(toUtf8(name), "L71195025_02520010730");
     EXPECT_EQ(world_.alive, 0);
@@ -165,11 +162,7 @@ TEST_F(ReadFileTest, OnlyFastComponentsAreSearchedPastTheirGeoCorrelation) {
 }
 
 TEST_F(ReadFileTest, MetadataTextFileNeedsAProductSetAndAFinderThatFindsIt) {
-    const auto directory = std::filesystem::temp_directory_path() / "kest_read_file";
-    std::filesystem::create_directories(directory);
-    std::ofstream(directory / "po_12_metadata.txt") << "text";
-    fakes::Finder finder(world_);
-    finder.directory = directory.string() + "/";
+    fakes::Finder finder(world_, "/found.txt");
     codec_.add("/po_12_red_0000000.tif", bandFrame());
     codec_.add("/po_12_pan_0000000.tif", bandFrame());
     codec_.add("/po_12_pan_0000000.ntf", bandFrame());
@@ -182,15 +175,14 @@ TEST_F(ReadFileTest, MetadataTextFileNeedsAProductSetAndAFinderThatFindsIt) {
     EXPECT_THAT(world_.events,
                 testing::Contains("find po_12_metadata.txt by /po_12_red_0000000.tif"));
     ASSERT_EQ(file.getNumFiles(), 3);
-    EXPECT_EQ(toUtf8(file.getFile(2).string()), finder.directory + "po_12_metadata.txt");
+    EXPECT_EQ(toUtf8(file.getFile(2).string()), "/found.txt");
     EXPECT_THAT(bandsOf(file), ElementsAre("1 0 1 0", "0 0 0 3"));
     const Frame frame(file.openFrame(0));
     const Properties properties(frame->getProperties());
-    EXPECT_THAT(fakes::namesIn(*properties), ElementsAre("", "Metadata text file", "Reference name",
-                                                         "Band name", "Band type", "Band group"));
+    EXPECT_THAT(fakes::namesIn(*properties),
+                ElementsAre("", "<18113>", "<18107>", "<18109>", "<18116>", "<18111>"));
     world_.fail = [](std::string_view call) { return call == "findFile"; };
     EXPECT_EQ(open(product, &finder).getNumFiles(), 2);
-    std::filesystem::remove_all(directory);
 }
 
 TEST_F(ReadFileTest, ClonesAreEqualAndIndependent) {
@@ -251,7 +243,7 @@ TEST_F(ReadFileTest, FramesHandRequestsOnUnchanged) {
 
 TEST_F(ReadFileTest, FramesAndPropertySetsStandOnTheirOwn) {
     FrameFacts facts = bandFrame();
-    facts.properties.push_back(fakes::property<fakes::PlainProperty>("Band name"));
+    facts.properties.push_back(fakes::property<fakes::PlainProperty>("<18109>"));
     for (const char* path : {"/a01.tif", "/b02.tif"}) {
         codec_.add(path, facts);
     }
@@ -266,8 +258,8 @@ TEST_F(ReadFileTest, FramesAndPropertySetsStandOnTheirOwn) {
     one.reset();
     second.reset();
     file.reset();
-    EXPECT_THAT(fakes::namesIn(*other), ElementsAre("", "Band name", "Reference name", "Band name",
-                                                    "Band type", "Band group"));
+    EXPECT_THAT(fakes::namesIn(*other),
+                ElementsAre("", "<18109>", "<18107>", "<18109>", "<18116>", "<18111>"));
     other->start();
     for (int i = 0; i < 3; ++i) {
         other->step();

@@ -1,0 +1,125 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Opened.h"
+#include "host/codecs/Readability.h"
+
+namespace {
+
+using namespace Pyxis;
+using testing::HasSubstr;
+
+class FastCodec : public testing::Test {
+  protected:
+    FastCodec() {
+        for (int band = 1; band <= 3; ++band) {
+            const std::string& name = product.bandFiles[static_cast<std::size_t>(band) - 1];
+            fakes::writeFile(directory / name, fakes::fastBand(product, band));
+        }
+        writeHeader(product);
+    }
+
+    void writeHeader(const fakes::FastHeader& facts) const {
+        fakes::writeFile(header, fakes::fastHeaderText(facts));
+    }
+    static std::string bandFile(const Opened& opened) {
+        StringBuffer value;
+        opened.property<FASTBandFilenameProperty>()->getValue(value);
+        return toUtf8(value);
+    }
+
+    fakes::TempDirectory directory;
+    fakes::FastHeader product{.bandFiles = {"L7_B10.FST", "L7_B20.FST", "L7_B30.FST"}};
+    std::string header = directory / "L7_HRF.FST";
+    StandardCodecs codecs;
+};
+
+TEST_F(FastCodec, BandsNameTheirFilesAndTellWhereTheyLie) {
+    for (int i = 0; i < 3; ++i) {
+        const Opened opened(header, i);
+        ASSERT_NE(opened.frame, nullptr) << whyNotReadable(fileSpecifier(header));
+        EXPECT_NE(dynamic_cast<const FASTFormatCodec*>(opened.codec), nullptr);
+        const std::string bytes = fakes::fastBand(product, i + 1);
+        EXPECT_EQ(opened.pixels(), std::vector<unsigned char>(bytes.begin(), bytes.end()));
+        EXPECT_EQ(bandFile(opened), product.bandFiles[static_cast<std::size_t>(i)]);
+        EXPECT_EQ(opened.image->getNumFiles(), 4);
+        EXPECT_EQ(toUtf8(opened.image->getFile(i + 1).string()),
+                  directory / product.bandFiles[static_cast<std::size_t>(i)]);
+        const auto* geo = opened.property<FormatCodecGeoCorrelation>();
+        ASSERT_NE(geo, nullptr);
+        Point3d origin;
+        Vector2d size;
+        int code = 0;
+        geo->getOrigin(origin);
+        geo->getPixelSize(size);
+        geo->getCoordinateSystemCode(code);
+        EXPECT_NEAR(origin.x, 500000, 1e-6);
+        EXPECT_NEAR(origin.y, 5600000 - 8 * 30, 1e-6);
+        EXPECT_NEAR(size.x, 30, 1e-9);
+        EXPECT_EQ(code, 32632);
+    }
+}
+
+TEST_F(FastCodec, MissingBandFileLeavesItsFrameOut) {
+    std::filesystem::remove(directory / "L7_B20.FST");
+    const Opened opened(header, 1);
+    ASSERT_EQ(opened.image->getNumFrames(), 2);
+    EXPECT_EQ(bandFile(opened), "L7_B30.FST");
+}
+
+/// A virtual raster named like overviews would lead GDAL anywhere.
+TEST_F(FastCodec, ReducedReadTakesThePixelsThemselves) {
+    fakes::writeRaster(directory / "other.tif", {.width = 6, .height = 4});
+    fakes::writeFile(header + ".ovr",
+                     "<VRTDataset rasterXSize=\"6\" rasterYSize=\"4\"><VRTRasterBand "
+                     "dataType=\"Byte\" band=\"1\"><SimpleSource><SourceFilename>" +
+                         (directory / "other.tif") +
+                         "</SourceFilename></SimpleSource></VRTRasterBand></VRTDataset>");
+    const Opened opened(header);
+    EXPECT_EQ(opened.frame->frameOp8(), 0);
+    std::vector<unsigned char> bytes(6 * 4);
+    PixelRequest request{.width = 12,
+                         .height = 8,
+                         .bufferWidth = 6,
+                         .bufferHeight = 4,
+                         .buffer = bytes.data(),
+                         .bufferBytes = bytes.size()};
+    ASSERT_TRUE(opened.frame->frameOp13(0, &request));
+    EXPECT_EQ(bytes[0], fakes::sampleAt(1, 1, 1, false));
+    EXPECT_EQ(bytes[23], fakes::sampleAt(1, 11, 7, false));
+}
+
+TEST_F(FastCodec, DamagedOrHostileHeadersAreRefusedWithAReason) {
+    const auto refused = [&](const fakes::FastHeader& facts, const char* reason) {
+        writeHeader(facts);
+        EXPECT_EQ(codecOf(header), nullptr) << reason;
+        EXPECT_THAT(whyNotReadable(fileSpecifier(header)), HasSubstr(reason));
+    };
+    const auto named = [&](const std::string& name) {
+        fakes::FastHeader facts = product;
+        facts.bandFiles[1] = name;
+        return facts;
+    };
+    std::filesystem::create_directory(directory / "sub");
+    fakes::writeFile(directory / "sub/x.FST", fakes::fastBand(product, 2));
+    refused(named("/etc/passwd"), "outside its directory");
+    refused(named("../L7_B20.FST"), "outside its directory");
+    refused(named("sub/x.FST"), "outside its directory");
+    refused(named("sub"), "not a regular file");
+    refused({.bandFiles = {"none.FST"}}, "Failed to find");
+    fakes::FastHeader big = product;
+    big.width = 99999;
+    big.height = 99999;
+    refused(big, "shorter than its header says");
+    big.width = 0;
+    refused(big, "");
+    for (const std::size_t length : {1000U, 1100U, 1600U}) {
+        fakes::writeFile(header, fakes::fastHeaderText(product).substr(0, length));
+        EXPECT_EQ(codecOf(header), nullptr) << length;
+        EXPECT_NE(whyNotReadable(fileSpecifier(header)), "") << length;
+    }
+    fakes::writeFile(header, fakes::fastHeaderText(product).substr(0, 3100));
+    EXPECT_EQ(Opened(header).property<FormatCodecGeoCorrelation>(), nullptr);
+}
+
+}  // namespace

@@ -1,0 +1,80 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+#include "Modules.h"
+#include "codec/KestMultispectralCodec.h"
+#include "fakes/Fakes.h"
+#include "platform/Platform.h"
+#include "properties/KestMultispectralBandNameProperty.h"
+
+namespace {
+
+TEST(ModuleTest, TellsTheVersionInItsResource) {
+    const KestMultispectralCodec codec;
+    unsigned int major = 0;
+    unsigned int minor = 0;
+    unsigned int build = 0;
+    codec.getLibVersionInfo(major, minor, build);
+    EXPECT_EQ(std::vector({major, minor, build}), std::vector({3U, 2U, 7U}));
+    for (const char16_t* without : {u"no such module.dll", u"PyxisImaging.dll"}) {
+        const kest::platform::ModuleVersion none = kest::platform::moduleVersion(without);
+        EXPECT_EQ(none.major + none.minor + none.build, 0U);
+    }
+}
+
+TEST(ModuleTest, IsShippedWithTheFourNumbersOfTheProject) {
+    const std::wstring path = programDirectory().parent_path() / L"kestmultispectralcodec54.dll";
+    std::vector<char> block(GetFileVersionInfoSizeW(path.c_str(), nullptr));
+    ASSERT_TRUE(
+        GetFileVersionInfoW(path.c_str(), 0, static_cast<DWORD>(block.size()), block.data()));
+    void* record = nullptr;
+    UINT size = 0;
+    ASSERT_TRUE(VerQueryValueW(block.data(), L"\\", &record, &size));
+    const auto& info = *static_cast<const VS_FIXEDFILEINFO*>(record);
+    std::string version;
+    for (const DWORD word : {info.dwFileVersionMS, info.dwFileVersionLS}) {
+        version += std::to_string(HIWORD(word)) + "." + std::to_string(LOWORD(word)) + ".";
+    }
+    EXPECT_EQ(version, KEST_VERSION ".");
+}
+
+/// The program plays the host: what it makes is cast in the module and the other way round,
+/// either frees what the other made, and what a host codec throws ends in the module.
+TEST(ModuleTest, SharesObjectsCastsAndExceptionsWithTheHost) {
+    fakes::World world;
+    {
+        fakes::NitfCodec nitf(world);
+        nitf.add("C:\\data\\a.ntf", fakes::bandFrame());
+        nitf.add("C:\\data/b.ntf", fakes::bandFrame());
+        const KestMultispectralCodec codec;
+        const Pyxis::FileSpecifier set(
+            Pyxis::toWideBuffer("<storage version=\"1.00\"><image>"
+                                "<component><data><file path=\"C:\\data\\a.ntf\" frame=\"0\"/>"
+                                "</data></component>"
+                                "<component><data><file path=\"C:\\data/b.ntf\" frame=\"0\"/>"
+                                "</data></component></image></storage>"),
+            Pyxis::FileSpecifier::Type::Compound);
+        EXPECT_EQ(codec.isDecodableFile(set, nullptr), Pyxis::FormatDecodability::Decodable);
+        const std::unique_ptr<Pyxis::ReadImageFileInterface> image(codec.openImage(&set));
+        ASSERT_EQ(image->getNumFrames(), 2);
+        const std::unique_ptr<Pyxis::ReadImageFileFrameInterface> frame(image->openFrame(1));
+        const std::unique_ptr<Pyxis::FormatCodecPropertySetIterator> properties(
+            frame->getProperties());
+        int found = 0;
+        for (properties->start(); !properties->endOfList(); properties->step()) {
+            const std::unique_ptr<Pyxis::FormatCodecPropertyInterface> copy(
+                properties->openProperty()->clone());
+            found += dynamic_cast<const KestMultispectralBandNameProperty*>(copy.get()) != nullptr;
+            found += dynamic_cast<const KestMultispectralProperty*>(copy.get()) != nullptr;
+            properties->closeProperty();
+        }
+        EXPECT_EQ(found, 1 + 4);
+        world.fail = [](std::string_view) { return fakes::Fault::Throw; };
+        EXPECT_EQ(image->openFrame(0), nullptr);
+    }
+    EXPECT_EQ(world.alive, 0);
+}
+
+}  // namespace

@@ -1,0 +1,77 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <map>
+#include <string>
+
+#include "Modules.h"
+#include "codec/KestMultispectralCodec.h"
+#include "platform/Platform.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(TextModuleTest, CutsAt255CharactersAndSwitchesWhileLoaded) {
+    KestMultispectralCodec codec;
+    Pyxis::StringBuffer text;
+    const auto name = [&] {
+        codec.getFormatName(text);
+        return Pyxis::toUtf8(text);
+    };
+    const fs::path copy = fs::temp_directory_path() / L"kest \u65e5\u672c.dll";
+    fs::copy_file(programDirectory() / "long.dll", copy, fs::copy_options::overwrite_existing);
+    EXPECT_EQ(name(), "");
+    codec.setResourceFileName(specifierOf(copy));
+    EXPECT_EQ(name(), std::string(255, 'a'));
+    codec.getDescriptionText(text);
+    EXPECT_EQ(Pyxis::toUtf8(text), std::string(255, 'a'));
+    codec.getCopyrightText(text);
+    EXPECT_EQ(text.numDataBytes(), 2);  // no such text
+    codec.setResourceFileName(specifierOf(programDirectory() / "other.dll"));
+    EXPECT_EQ(name(), "other \"text\" [1;2]");
+    EXPECT_TRUE(fs::remove(copy));  // nobody holds the first one any more
+    codec.setResourceFileName(specifierOf(copy));
+    EXPECT_EQ(name(), "");
+}
+
+/// The texts of a file as the other system reads them.
+std::map<unsigned int, std::u16string> textsIn(const fs::path& path) {
+    std::map<unsigned int, std::u16string> texts;
+    std::ifstream file(path);
+    for (std::string line; std::getline(file, line);) {
+        if (line.empty() || line.front() == '#') {
+            continue;
+        }
+        std::size_t end = 0;
+        const auto id = static_cast<unsigned int>(std::stoul(line, &end));
+        std::string text = line.substr(end + 1);
+        for (std::size_t at = 0; (at = text.find('\\', at)) != std::string::npos; ++at) {
+            const char escape = text[at + 1];
+            text.replace(at, 2, 1, escape == 'n' ? '\n' : escape == 't' ? '\t' : escape);
+        }
+        texts[id] = Pyxis::utf8ToWide(text);
+    }
+    return texts;
+}
+
+TEST(TextModuleTest, HoldsEveryTextOfItsLanguage) {
+    int languages = 0;
+    for (const fs::directory_entry& entry : fs::directory_iterator(KEST_RESOURCES)) {
+        const fs::path name = entry.path().stem().concat(".dll");
+        const auto module = kest::platform::StringModule::load(
+            (programDirectory().parent_path() / name).u16string());
+        ASSERT_NE(module, nullptr) << name;
+        const auto texts = textsIn(entry.path());
+        EXPECT_GE(texts.size(), 30U) << name;
+        for (const auto& [id, text] : texts) {
+            std::array<char16_t, 256> buffer{};
+            EXPECT_EQ(module->loadString(id, buffer.data(), 256), static_cast<int>(text.size()));
+            EXPECT_EQ(std::u16string(buffer.data()), text) << name << " " << id;
+        }
+        ++languages;
+    }
+    EXPECT_GE(languages, 2);
+}
+
+}  // namespace

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace kestms {
+
+/// A picture of red, green, blue and alpha samples, 8 bits each.
+class Picture {
+  public:
+    using Pixel = std::array<std::uint8_t, 4>;
+
+    /// Transparent throughout.
+    Picture(int width, int height);
+
+    int width() const { return width_; }
+    int height() const { return height_; }
+    Pixel& at(int column, int row);
+
+    /// Writes a PNG file in one step: there is a whole one afterwards, or none. Throws a Failure
+    /// with ExitCode::CannotWrite.
+    void writePng(const std::string& path) const;
+
+  private:
+    int width_;
+    int height_;
+    std::vector<Pixel> pixels_;
+};
+
+}  // namespace kestms
