@@ -57,7 +57,8 @@ void parse(int argc, const char* const* argv, Context& context, CLI::App& app) {
     app.require_subcommand(1);
     app.set_version_flag("--version", std::string("kestms ") + KESTMS_VERSION);
     app.add_option("--language", context.language,
-                   "Language of band names and other texts (default: the environment's)");
+                   "Language of band names and other texts (default: the environment's)")
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     app.footer(kFooter);
     addCommands(app, context);
     for (CLI::App* command : app.get_subcommands({})) {

@@ -1,0 +1,187 @@
+#include "tool/Inputs.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <thread>
+
+#include "tests/tool/RunTool.h"
+#include "tool/RasterDirectory.h"
+
+namespace kestms {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class Inputs : public testing::Test {
+  protected:
+    Inputs() {
+        for (const char* name : {"b10.tif", "b2.tif", "b1.tif"}) {
+            fakes::writeRaster(directory_ / name);
+        }
+        fakes::Raster stack;
+        stack.bands = 3;
+        fakes::writeRaster(directory_ / "stack.tif", stack);
+    }
+
+    /// The components that arguments name, as "NAME#FRAME"; names relative to the directory.
+    std::vector<std::string> named(const std::vector<std::string>& arguments,
+                                   const std::string& input = {}) {
+        std::istringstream in(input);
+        std::ostringstream ignored;
+        Context context(in, ignored, ignored);
+        std::vector<std::string> names;
+        for (const Component& each : componentsOf(readSet(arguments, context, MissingFile::Fail))) {
+            names.push_back(each.path.substr(directory_.path().size() + 1) + "#" +
+                            std::to_string(each.frame));
+        }
+        return names;
+    }
+
+    fakes::TempDirectory directory_;
+};
+
+TEST_F(Inputs, TakeFilesFramesAndLists) {
+    const std::string one = directory_ / "b1.tif";
+    const std::string stack = directory_ / "stack.tif";
+    EXPECT_THAT(named({one, stack}),
+                ElementsAre("b1.tif#0", "stack.tif#0", "stack.tif#1", "stack.tif#2"));
+    EXPECT_THAT(named({stack + "#2", one + "#0"}), ElementsAre("stack.tif#2", "b1.tif#0"));
+    EXPECT_THAT(named({"-"}, stack + "#1\r\n\n" + one), ElementsAre("stack.tif#1", "b1.tif#0"));
+    EXPECT_THAT(named({one, "-"}, stack + "#1"), ElementsAre("b1.tif#0", "stack.tif#1"));
+    fakes::writeFile(directory_ / "list.txt", one + "\n" + stack + "#2\n");
+    EXPECT_THAT(named({"@" + (directory_ / "list.txt")}), ElementsAre("b1.tif#0", "stack.tif#2"));
+}
+
+TEST_F(Inputs, PreferAFileOfThatVeryName) {
+    fakes::writeRaster(directory_ / "odd#7");
+    EXPECT_THAT(named({directory_ / "odd#7", directory_ / "odd#7#0"}),
+                ElementsAre("odd#7#0", "odd#7#0"));
+}
+
+TEST_F(Inputs, TakeTheRastersOfADirectoryInNaturalOrder) {
+    fakes::Raster nitf;
+    nitf.driver = "NITF";
+    nitf.transform.reset();
+    nitf.epsg = 0;
+    fakes::writeRaster(directory_ / "noextension", nitf);
+    fakes::writeFile(directory_ / "damaged.TIF", "II");
+    for (const char* name : {"MTL.txt", "set.xml", ".hidden.tif", "other"}) {
+        fakes::writeFile(directory_ / name, "text");
+    }
+    std::filesystem::create_directory(directory_ / "sub.tif");
+    EXPECT_THAT(named({directory_.path()}),
+                ElementsAre("b1.tif#0", "b2.tif#0", "b10.tif#0", "damaged.TIF#0", "noextension#0",
+                            "stack.tif#0", "stack.tif#1", "stack.tif#2"));
+}
+
+TEST_F(Inputs, OrderNamesByTheirNumbers) {
+    const std::vector<std::string> ordered = {"",
+                                              "a",
+                                              "a01",
+                                              "a1",
+                                              "a1b",
+                                              "a2",
+                                              "a09x",
+                                              "a10",
+                                              "a99999999999999999999",
+                                              "a100000000000000000000",
+                                              "b",
+                                              "é"};
+    for (std::size_t i = 0; i < ordered.size(); ++i) {
+        for (std::size_t j = 0; j < ordered.size(); ++j) {
+            EXPECT_EQ(comesBefore(ordered[i], ordered[j]), i < j)
+                << ordered[i] << " " << ordered[j];
+        }
+    }
+}
+
+TEST_F(Inputs, TakeADocumentFromFileStandardInputAndPipe) {
+    const std::string document =
+        runTool({"list", directory_ / "b1.tif", directory_ / "b2.tif"}).out;
+    fakes::writeFile(directory_ / "set", document);
+    std::string utf16 = "\xFF\xFE";
+    for (const char c : document) {
+        utf16 += {c, '\0'};
+    }
+    fakes::writeFile(directory_ / "utf16.xml", utf16);
+    const auto expected = ElementsAre("b1.tif#0", "b2.tif#0");
+    EXPECT_THAT(named({directory_ / "set"}), expected);
+    EXPECT_THAT(named({directory_ / "utf16.xml"}), expected);
+    EXPECT_THAT(named({"-"}, "\xEF\xBB\xBF \n" + document), expected);
+    const std::string pipe = directory_ / "pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    std::thread writer([&] { fakes::writeFile(pipe, document); });
+    EXPECT_THAT(named({pipe}), expected);
+    writer.join();
+}
+
+TEST_F(Inputs, FailInOneLineThatNamesTheFileAndTheReason) {
+    std::filesystem::create_directory(directory_ / "empty");
+    fakes::writeFile(directory_ / "text.xml", "no markup");
+    fakes::writeFile(directory_ / "other.xml", "<a><b/></a>");
+    fakes::writeFile(directory_ / "text.txt", "text");
+    fakes::writeFile(directory_ / "blank.tif", "");
+    const std::string good = directory_ / "b1.tif";
+    struct Case {
+        std::vector<std::string> arguments;
+        int code;
+        std::string file;
+        std::string reason;
+    };
+    const Case cases[] = {
+        {{directory_ / "none.tif"}, 3, "none.tif", "No such file or directory"},
+        {{good, directory_ / "none.tif#1"}, 3, "none.tif", "No such file or directory"},
+        {{directory_ / "none\n.tif"}, 3, "none\\n.tif", "No such file or directory"},
+        {{"@" + (directory_ / "none.txt")}, 3, "none.txt", "No such file or directory"},
+        {{"@" + (directory_ / "blank.tif")}, 3, "blank.tif", "the list names no files"},
+        {{directory_ / "empty"}, 3, "empty", "the directory holds no raster files"},
+        {{directory_ / "text.xml"}, 3, "text.xml", "not an XML document"},
+        {{directory_ / "other.xml"}, 3, "other.xml", "the document lists no components"},
+        {{good, directory_ / "text.txt"}, 3, "text.txt", "no known raster format"},
+        {{good, directory_ / "blank.tif"}, 3, "blank.tif", "the file is empty"},
+        {{good}, 1, "b1.tif", "a set needs at least two bands"},
+        {{good, good + "#4"}, 1, "b1.tif", "there is no frame 4"},
+        {{good + "#99999999999"}, 2, "b1.tif", "the frame number is out of range"},
+    };
+    for (const Case& each : cases) {
+        std::vector<std::string> arguments = each.arguments;
+        arguments.insert(arguments.begin(), "info");
+        const Outcome outcome = runTool(arguments);
+        EXPECT_EQ(outcome.code, each.code) << each.file;
+        EXPECT_EQ(outcome.err, "kestms: " + (directory_ / each.file) + ": " + each.reason + "\n");
+        EXPECT_EQ(outcome.out, "");
+    }
+}
+
+TEST(CommandLine, AnswersWrongUsageWithCodeTwo) {
+    const std::pair<std::vector<std::string>, std::string> cases[] = {
+        {{}, "A subcommand is required"},
+        {{"frobnicate", "x"}, "frobnicate: no such command"},
+        {{"info"}, "is required"},
+        {{"info", "--bogus", "x"}, "--bogus"},
+        {{"info", "x", "--language", "tlh"}, "there are de, en, es, fr, ja"},
+    };
+    for (const auto& [arguments, reason] : cases) {
+        const Outcome outcome = runTool(arguments);
+        EXPECT_EQ(outcome.code, 2);
+        EXPECT_THAT(outcome.err, testing::AllOf(StartsWith("kestms: "), HasSubstr(reason)));
+        EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1);
+    }
+}
+
+TEST(CommandLine, ShowsHelpWithExamplesForEveryCommand) {
+    for (const char* command : {"list", "check", "info"}) {
+        const Outcome outcome = runTool({command, "--help"});
+        EXPECT_EQ(outcome.code, 0);
+        EXPECT_THAT(outcome.out, HasSubstr(std::string("Examples:\n  kestms ") + command));
+        EXPECT_THAT(runTool({"--help"}).out, HasSubstr(std::string("\n  ") + command));
+    }
+}
+
+}  // namespace
+}  // namespace kestms
