@@ -45,7 +45,7 @@ struct SampleSet {
     std::vector<TextFile> texts = {};
 };
 
-constexpr int kFine = 768;
+constexpr int kFine = 1024;
 constexpr int kNormal = 256;
 constexpr int kCoarse = 128;
 
@@ -67,8 +67,9 @@ const std::string kProductMetadata =
     "Pixel Size Y: 4.0000000000 meters\n"
     "Acquisition Date/Time: 2000-06-09 10:12 GMT\n";
 
-SampleFile nitf(const std::string& name, Spectrum band, const std::string& letter) {
-    return {name, {band}, kNormal, "NITF", {}, {"ICORDS=N", "IREPBAND=" + letter}};
+SampleFile nitf(const std::string& name, Spectrum band, const std::string& letter,
+                int pixels = kNormal) {
+    return {name, {band}, pixels, "NITF", {}, {"ICORDS=N", "IREPBAND=" + letter}};
 }
 
 SampleSet poProduct() {
@@ -81,7 +82,7 @@ SampleSet poProduct() {
          {"po_1234567_grn_0000000.tif", {Green}, kNormal},
          {"po_1234567_blu_0000000.tif", {Blue}, kNormal},
          {"po_1234567_nir_0000000.tif", {NearInfrared}, kNormal},
-         {"po_1234567_pan_0000000.tif", {Panchromatic}, 1024}},
+         {"po_1234567_pan_0000000.tif", {Panchromatic}, kFine}},
         {{"po_1234567_metadata.txt", kProductMetadata}}};
 }
 
@@ -159,7 +160,7 @@ SampleSet nitfLetters() {
         1024.0,
         Samples::ElevenBits,
         {nitf("north.ntf", Red, "R"), nitf("east.ntf", Green, "G"), nitf("south.ntf", Blue, "B"),
-         nitf("west.ntf", NearInfrared, "N"), nitf("middle.ntf", Panchromatic, "M")}};
+         nitf("west.ntf", NearInfrared, "N"), nitf("middle.ntf", Panchromatic, "M", kFine)}};
 }
 
 /// A header of the FAST format and the raw files of its bands.

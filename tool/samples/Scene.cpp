@@ -37,8 +37,8 @@ constexpr std::array<Spectra, static_cast<std::size_t>(Cover::Count)> kSpectra{{
     {22, 28, 33, 40, 46, 42, 62, 30},   // Sand
     {5, 9, 7, 40, 22, 11, 42, 9},       // Meadow
     {4, 9, 5, 52, 20, 8, 38, 9},        // GreenCrop
-    {9, 15, 20, 34, 33, 22, 52, 17},    // RipeCrop
-    {8, 12, 17, 24, 34, 30, 60, 14},    // BareSoil
+    {12, 18, 20, 34, 33, 22, 52, 18},   // RipeCrop
+    {11, 14, 17, 24, 34, 30, 60, 15},   // BareSoil
     {2.5, 4.5, 3, 30, 12, 5, 34, 4.5},  // Woods
     {14, 16, 18, 22, 26, 24, 48, 17},   // Rock
     {80, 82, 80, 70, 8, 5, 12, 80},     // Snow
@@ -54,9 +54,10 @@ double ramp(double from, double to, double value) {
 
 /// Height of the ground, 0 on the plain to 1 on the summit in the upper right.
 double height(double x, double y) {
-    const double distance = std::hypot(x - 0.86, (y - 0.13) * 1.1);
-    const double rise = 1.0 - ramp(0.02, 0.42, distance);
-    return rise * (0.55 + 0.75 * fractalNoise(x * 9, y * 9, 7));
+    const double ragged = 0.22 * (fractalNoise(x * 4, y * 4, 63) - 0.5);
+    const double distance = std::hypot(x - 0.88, (y - 0.10) * 1.1) + ragged;
+    const double rise = 1.0 - ramp(0.0, 0.40, distance);
+    return rise * (0.45 + 0.75 * fractalNoise(x * 9, y * 9, 7));
 }
 
 /// Below 0 is sea. The coast runs from the left edge to the lower right.
@@ -119,14 +120,14 @@ Cover coverAt(double x, double y) {
         return Cover::Sand;
     }
     if (up > 0.45) {
-        return up > 0.78 ? Cover::Snow : Cover::Rock;
+        return up > 0.80 ? Cover::Snow : Cover::Rock;
     }
     const double woods = fractalNoise(x * 6, y * 6, 41);
     if (up > 0.16 || woods > 0.62 || (river < 2.2 && woods > 0.45)) {
         return Cover::Woods;
     }
     const double town = std::hypot(x - 0.36, y - 0.46) + 0.10 * (woods - 0.5);
-    return town < 0.125 ? townCover(x, y) : fieldCover(x, y);
+    return town < 0.16 ? townCover(x, y) : fieldCover(x, y);
 }
 
 /// Light on a slope, 1 on the plain: the sun stands in the upper left.
