@@ -107,12 +107,10 @@ void Document::linkSibling(Element*& head, Element*& last, Element* element) {
 
 void Document::unlinkSibling(Element*& head, Element*& last, Element* element) {
     Element* before = nullptr;
-    Element** place = &head;
-    while (*place != element) {
-        before = *place;
-        place = &before->sibling_;
+    for (Element* each = head; each != nullptr && each != element; each = each->sibling_) {
+        before = each;
     }
-    *place = element->sibling_;
+    (before == nullptr ? head : before->sibling_) = element->sibling_;
     element->sibling_ = nullptr;
     if (last == element) {
         last = before;

@@ -28,12 +28,13 @@ void Picture::writePng(const std::string& path) const {
         output.fail("this GDAL writes no PNG files");
     }
     constexpr int kSamples = 4;
+    const GSpacing line = GSpacing{kSamples} * width_;
     const GDALDatasetUniquePtr raster(
         memory->Create("", width_, height_, kSamples, GDT_Byte, nullptr));
     auto* samples = const_cast<Pixel*>(pixels_.data());
     if (!raster ||
         raster->RasterIO(GF_Write, 0, 0, width_, height_, samples, width_, height_, GDT_Byte,
-                         kSamples, nullptr, kSamples, kSamples * width_, 1, nullptr) != CE_None) {
+                         kSamples, nullptr, kSamples, line, 1, nullptr) != CE_None) {
         output.fail(errors.message());
     }
     // The picture's file alone, without one that describes it.

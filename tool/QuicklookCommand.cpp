@@ -59,7 +59,8 @@ std::array<const BandView*, 3> bandsToShow(const SetView& set) {
 /// size that was asked for. A small scene is enlarged by a whole number.
 Pyxis::Size pictureSize(const BandView& band, int longest) {
     const int side = std::max({band.width, band.height, 1});
-    const double factor = side > longest ? static_cast<double>(longest) / side : longest / side;
+    const int times = std::max(longest / side, 1);
+    const double factor = side > longest ? static_cast<double>(longest) / side : times;
     const auto scaled = [factor](std::int32_t pixels) {
         return std::max(1, static_cast<int>(std::lround(pixels * factor)));
     };
