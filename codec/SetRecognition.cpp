@@ -36,7 +36,7 @@ Decodability Codec::decodabilityOf(const kest::ComponentList& components) const 
     if (components.count() < 2) {
         return Decodability::NotThisFormat;
     }
-    Decodability result = Decodability::Undetermined;
+    Decodability result = Decodability::Decodable;
     InclusionData criteria;
     int accepted = 0;
     for (int i = 0; i < components.count(); ++i) {
@@ -49,7 +49,6 @@ Decodability Codec::decodabilityOf(const kest::ComponentList& components) const 
         const Pyxis::ImageFormatCodec* codec = nullptr;
         // A codec that throws is one that does not read the component.
         if (!kest::answerOr(false, [&] { return findCodec(component, codec); })) {
-            result = Decodability::Decodable;
             continue;
         }
         const bool belongs = accepted == 0 ? initialzeSetCriteria(component, frame, codec, criteria)
@@ -58,7 +57,6 @@ Decodability Codec::decodabilityOf(const kest::ComponentList& components) const 
             result = Decodability::NotThisFormat;
             break;
         }
-        result = Decodability::Decodable;
         ++accepted;
     }
     return accepted < 2 ? Decodability::UndecodableSet : result;

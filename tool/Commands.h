@@ -13,5 +13,6 @@ void addListCommand(CLI::App& app, Context& context);
 void addCheckCommand(CLI::App& app, Context& context);
 void addInfoCommand(CLI::App& app, Context& context);
 void addQuicklookCommand(CLI::App& app, Context& context);
+void addSamplesCommand(CLI::App& app, Context& context);
 
 }  // namespace kestms

@@ -44,6 +44,7 @@ void addCommands(CLI::App& app, Context& context) {
     addCheckCommand(app, context);
     addInfoCommand(app, context);
     addQuicklookCommand(app, context);
+    addSamplesCommand(app, context);
 }
 
 std::string oneLine(std::string text) {

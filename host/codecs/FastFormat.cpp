@@ -64,6 +64,8 @@ class FastFormat final : public GdalFormat {
     bool matches(std::string_view head) const override { return looksLikeFastHeader(head); }
     std::string refuse(const std::string& path, const FileHead& head) const override;
     std::string load(OpenedFile& file) const override;
+    /// An image is made of several files, and one more may turn up.
+    bool mayBeKept() const override { return false; }
     /// The format has none of its own, and this driver would take a file of any format beside the
     /// header for them.
     bool hasOverviews() const override { return false; }
@@ -93,21 +95,20 @@ std::string FastFormat::load(OpenedFile& file) const {
         return why;
     }
     const std::vector<std::string> names = fastBandFileNames(head->bytes);
-    const std::vector<std::string> bandFiles = openedBandFiles(file);
-    file.addBandsOf(file.mainDataset());
-    // GDAL opens seven bands but lists six.
-    const std::size_t listed =
-        std::min(bandFiles.size(), static_cast<std::size_t>(file.numFrames()));
-    for (std::size_t i = 0; i < listed; ++i) {
-        if (endsBeforePixels(bandFiles[i], file.mainDataset())) {
-            return "shorter than its header says: " + nameOf(bandFiles[i]);
+    std::vector<std::string> namesOfBands;
+    for (const std::string& bandFile : openedBandFiles(file)) {
+        if (endsBeforePixels(bandFile, file.mainDataset())) {
+            return "shorter than its header says: " + nameOf(bandFile);
         }
-        file.addFile(bandFiles[i]);
-        file.frame(static_cast<int>(i)).ownText = nameInHeader(nameOf(bandFiles[i]), names);
+        file.addFile(bandFile);
+        namesOfBands.push_back(nameInHeader(nameOf(bandFile), names));
     }
-    if (listed < static_cast<std::size_t>(file.numFrames()) && !names.empty()) {
-        file.frame(static_cast<int>(listed)).ownText = names.back();
+    // GDAL opens seven bands but lists six.
+    const auto bands = static_cast<std::size_t>(file.mainDataset().GetRasterCount());
+    if (namesOfBands.size() < bands && !names.empty()) {
+        namesOfBands.push_back(names.back());
     }
+    file.addBandsOf(file.mainDataset(), namesOfBands);
     return {};
 }
 

@@ -8,17 +8,16 @@
 
 namespace Pyxis {
 
-std::shared_ptr<OpenedFile> openSpecifier(const GdalFormat& format, const FileSpecifier& file,
-                                          std::string& why) {
+std::shared_ptr<OpenedFile> openSpecifier(FileCache& cache, const GdalFormat& format,
+                                          const FileSpecifier& file, std::string& why) {
     if (file.type() != FileSpecifier::Type::PlainFile) {
         why = "not a plain file";
         return nullptr;
     }
-    std::shared_ptr<OpenedFile> opened = OpenedFile::open(format, toUtf8(file.string()), why);
+    std::shared_ptr<OpenedFile> opened = cache.open(format, toUtf8(file.string()), why);
     if (!opened) {
         return nullptr;
     }
-    const OpenedFile::Use use = opened->use();
     why = format.reject(*opened);
     return why.empty() ? opened : nullptr;
 }

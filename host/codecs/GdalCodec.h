@@ -1,9 +1,11 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
 #include "host/Text.h"
+#include "host/codecs/FileCache.h"
 #include "host/codecs/GdalFormat.h"
 #include "host/codecs/GdalImage.h"
 #include "host/codecs/Guarded.h"
@@ -11,10 +13,10 @@
 
 namespace Pyxis {
 
-/// The opened file behind a specifier; null, with the reason in `why`, when the format does not
-/// read it.
-std::shared_ptr<OpenedFile> openSpecifier(const GdalFormat& format, const FileSpecifier& file,
-                                          std::string& why);
+/// The opened file behind a specifier, out of the cache where that has it; null, with the reason in
+/// `why`, when the format does not read it.
+std::shared_ptr<OpenedFile> openSpecifier(FileCache& cache, const GdalFormat& format,
+                                          const FileSpecifier& file, std::string& why);
 
 /// Whether the format's list of extensions has that of the file.
 bool hasExtensionOf(const GdalFormat& format, const FileSpecifier& file);
@@ -24,7 +26,8 @@ bool hasExtensionOf(const GdalFormat& format, const FileSpecifier& file);
 template <typename Interface>
 class GdalCodec : public Interface {
   public:
-    explicit GdalCodec(const GdalFormat& format) : format_(format) {}
+    GdalCodec(const GdalFormat& format, std::shared_ptr<FileCache> cache)
+        : format_(format), cache_(std::move(cache)) {}
     GdalCodec(const GdalCodec&) = delete;
     GdalCodec& operator=(const GdalCodec&) = delete;
     ~GdalCodec() override { GdalImage::closeAllOf(*this); }
@@ -76,8 +79,8 @@ class GdalCodec : public Interface {
                                        FindFileInterface* /*finder*/) const override {
         return guarded(FormatDecodability::NotThisFormat, [&] {
             std::string why;
-            return openSpecifier(format_, file, why) ? FormatDecodability::Decodable
-                                                     : FormatDecodability::NotThisFormat;
+            return openSpecifier(*cache_, format_, file, why) ? FormatDecodability::Decodable
+                                                              : FormatDecodability::NotThisFormat;
         });
     }
     bool isEncodableImage(const DataModelAttributes& /*attributes*/, Size /*size*/) const override {
@@ -91,7 +94,7 @@ class GdalCodec : public Interface {
     ReadImageFileInterface* openImage(const FileSpecifier* file) const override {
         return guarded<ReadImageFileInterface*>(nullptr, [&]() -> ReadImageFileInterface* {
             std::string why;
-            auto opened = file != nullptr ? openSpecifier(format_, *file, why) : nullptr;
+            auto opened = file != nullptr ? openSpecifier(*cache_, format_, *file, why) : nullptr;
             return opened ? new GdalImage(*this, format_, *file, std::move(opened)) : nullptr;
         });
     }
@@ -108,6 +111,7 @@ class GdalCodec : public Interface {
 
   private:
     const GdalFormat& format_;
+    std::shared_ptr<FileCache> cache_;
 };
 
 /// The codecs that publish a property under a number.

@@ -16,7 +16,15 @@ std::string GdalFormat::load(OpenedFile& file) const {
     return {};
 }
 
-std::string GdalFormat::reject(OpenedFile& /*file*/) const {
+std::string GdalFormat::reject(const OpenedFile& /*file*/) const {
+    return {};
+}
+
+bool GdalFormat::mayBeKept() const {
+    return true;
+}
+
+std::string GdalFormat::systemKey(const std::string& /*path*/) const {
     return {};
 }
 

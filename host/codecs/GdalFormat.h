@@ -39,7 +39,8 @@ class GdalFormat {
     virtual const FormatTexts& texts() const = 0;
     /// GDAL's short name of the only driver that may open the files.
     virtual const char* driver() const = 0;
-    /// Whether a file that begins with these bytes (at most `kHeadBytes`) may be of this format.
+    /// Whether a file that begins with these bytes (at most `FileHead::kBytes`) may be of this
+    /// format.
     virtual bool matches(std::string_view head) const = 0;
     /// Why GDAL must not be given the file; empty when it may.
     virtual std::string refuse(const std::string& path, const FileHead& head) const;
@@ -47,13 +48,16 @@ class GdalFormat {
     /// empty when it can. The default: every band of the one dataset is a frame.
     virtual std::string load(OpenedFile& file) const;
     /// Why an opened file is not of this format; empty when it is.
-    virtual std::string reject(OpenedFile& file) const;
+    virtual std::string reject(const OpenedFile& file) const;
+    /// Whether an opened file may be given out again for as long as the file itself stays as it is.
+    virtual bool mayBeKept() const;
+    /// Bytes that alone decide which coordinate system GDAL finds in the file; empty when there are
+    /// no such bytes. Working a system out costs far more than opening the file.
+    virtual std::string systemKey(const std::string& path) const;
     /// Whether GDAL may look for reduced-resolution levels.
     virtual bool hasOverviews() const;
-    /// Appends the properties of a frame, geo-correlation first. The caller holds the file's lock.
+    /// Appends the properties of a frame, geo-correlation first.
     virtual void describe(OpenedFile& file, int frame, GdalPropertySet& properties) const = 0;
-
-    static constexpr std::size_t kHeadBytes = 5000;
 
   protected:
     GdalFormat();

@@ -1,7 +1,7 @@
 #include "host/codecs/GdalFrame.h"
 
-#include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "host/codecs/GdalFormat.h"
 #include "host/codecs/GdalProperties.h"
@@ -12,42 +12,24 @@ namespace Pyxis {
 
 GdalFrame::GdalFrame(std::shared_ptr<OpenedFile> file, const GdalFormat& format, int index)
     : file_(std::move(file)), format_(format), index_(index) {
-    const OpenedFile::Use use = file_->use();
-    readColours(file_->band(index_));
+    const std::vector<std::uint8_t>& colours = facts().colours;
+    colourTable_ = {static_cast<std::int32_t>(colours.size() / 4), colours.data()};
 }
 
-void GdalFrame::readColours(GDALRasterBand& band) {
-    const GDALColorTable* table = band.GetColorTable();
-    if (table == nullptr) {
-        return;
-    }
-    const auto byte = [](short value) {
-        return static_cast<std::uint8_t>(std::clamp<short>(value, 0, 255));
-    };
-    for (int i = 0; i < table->GetColorEntryCount(); ++i) {
-        GDALColorEntry entry{};
-        table->GetColorEntryAsRGB(i, &entry);
-        colours_.insert(colours_.end(),
-                        {byte(entry.c1), byte(entry.c2), byte(entry.c3), byte(entry.c4)});
-    }
-    colourTable_ = {table->GetColorEntryCount(), colours_.data()};
-}
-
-GDALRasterBand* GdalFrame::level(int number) {
-    GDALRasterBand& band = file_->band(index_);
+GDALRasterBand* GdalFrame::level(GDALRasterBand* band, int number) const {
     if (number == 0) {
-        return &band;
+        return band;
     }
-    return number > 0 && number <= numOverviews(band) ? band.GetOverview(number - 1) : nullptr;
+    return number > 0 && number <= numOverviews(band) ? band->GetOverview(number - 1) : nullptr;
 }
 
-int GdalFrame::numOverviews(GDALRasterBand& band) const {
-    return format_.hasOverviews() ? band.GetOverviewCount() : 0;
+int GdalFrame::numOverviews(GDALRasterBand* band) const {
+    return band != nullptr && format_.hasOverviews() ? band->GetOverviewCount() : 0;
 }
 
 bool GdalFrame::frameOp1(int number) {
-    const OpenedFile::Use use = file_->use();
-    return level(number) != nullptr;
+    const OpenedFile::Use use(*file_, index_);
+    return level(use.band(), number) != nullptr;
 }
 
 int GdalFrame::getFrameIndex() const {
@@ -55,17 +37,17 @@ int GdalFrame::getFrameIndex() const {
 }
 
 void GdalFrame::frameOp3(std::int32_t* width, std::int32_t* height) {
-    const OpenedFile::Use use = file_->use();
     if (width != nullptr) {
-        *width = file_->band(index_).GetXSize();
+        *width = facts().width;
     }
     if (height != nullptr) {
-        *height = file_->band(index_).GetYSize();
+        *height = facts().height;
     }
 }
 
 std::int32_t GdalFrame::frameOp4() {
-    const PixelModel model = colours_.empty() ? PixelModel::SingleChannel : PixelModel::Palette;
+    const PixelModel model =
+        facts().colours.empty() ? PixelModel::SingleChannel : PixelModel::Palette;
     return static_cast<std::int32_t>(model);
 }
 
@@ -74,66 +56,58 @@ std::int32_t GdalFrame::frameOp5() {
 }
 
 std::int32_t GdalFrame::frameOp6() {
-    const OpenedFile::Use use = file_->use();
-    return GDALGetDataTypeSizeBits(file_->band(index_).GetRasterDataType());
+    return GDALGetDataTypeSizeBits(facts().type);
 }
 
 std::int32_t GdalFrame::frameOp7() {
-    const OpenedFile::Use use = file_->use();
-    return static_cast<std::int32_t>(sampleFormatOf(file_->band(index_)));
+    return static_cast<std::int32_t>(facts().format);
 }
 
 std::int32_t GdalFrame::frameOp8() {
-    const OpenedFile::Use use = file_->use();
-    return numOverviews(file_->band(index_));
+    const OpenedFile::Use use(*file_, index_);
+    return numOverviews(use.band());
 }
 
 std::int32_t GdalFrame::frameOp9() {
-    const OpenedFile::Use use = file_->use();
-    int width = 0;
-    file_->band(index_).GetBlockSize(&width, nullptr);
-    return width;
+    return facts().blockWidth;
 }
 
 std::int32_t GdalFrame::frameOp10() {
-    const OpenedFile::Use use = file_->use();
-    int height = 0;
-    file_->band(index_).GetBlockSize(nullptr, &height);
-    return height;
+    return facts().blockHeight;
 }
 
 void GdalFrame::frameOp11(int channel, ChannelRange* range) {
     if (channel != 0 || range == nullptr) {
         return;
     }
-    const OpenedFile::Use use = file_->use();
-    GDALRasterBand& band = file_->band(index_);
+    const OpenedFile::Use use(*file_, index_);
+    GDALRasterBand* band = use.band();
+    if (band == nullptr) {
+        return;
+    }
     int hasNoData = FALSE;
-    range->minimum = band.GetMinimum(nullptr);
-    range->maximum = band.GetMaximum(nullptr);
-    range->noData = band.GetNoDataValue(&hasNoData);
+    range->minimum = band->GetMinimum(nullptr);
+    range->maximum = band->GetMaximum(nullptr);
+    range->noData = band->GetNoDataValue(&hasNoData);
     range->hasNoData = hasNoData != FALSE;
 }
 
 const ColourTable* GdalFrame::frameOp12() {
-    return colours_.empty() ? nullptr : &colourTable_;
+    return facts().colours.empty() ? nullptr : &colourTable_;
 }
 
 bool GdalFrame::frameOp13(int number, PixelRequest* request) {
-    if (request == nullptr) {
-        return false;
-    }
-    const OpenedFile::Use use = file_->use();
-    GDALRasterBand* band = level(number);
-    return guarded(false, [&] {
-        return band != nullptr && readWindow(*band, *request, format_.hasOverviews());
-    });
+    return request != nullptr && guarded(false, [&] {
+               const OpenedFile::Use use(*file_, index_);
+               GDALRasterBand* band = level(use.band(), number);
+               return band != nullptr &&
+                      readWindow(*band, facts().format, *request, format_.hasOverviews());
+           });
 }
 
 FormatCodecPropertySetIterator* GdalFrame::getProperties() {
     return guarded<FormatCodecPropertySetIterator*>(nullptr, [this] {
         auto properties = std::make_unique<GdalPropertySet>();
-        const OpenedFile::Use use = file_->use();
         format_.describe(*file_, index_, *properties);
         return properties.release();
     });

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <vector>
 
 #include "host/codecs/OpenedFile.h"
 #include "pyxis/ReadImageFile.h"
@@ -35,15 +34,14 @@ class GdalFrame final : public ReadImageFileFrameInterface {
     void* frameOp16(int argument) override;
 
   private:
+    const FrameFacts& facts() const { return file_->frame(index_); }
     /// The band, or its reduced-resolution level; null when there is no such level.
-    GDALRasterBand* level(int number);
-    int numOverviews(GDALRasterBand& band) const;
-    void readColours(GDALRasterBand& band);
+    GDALRasterBand* level(GDALRasterBand* band, int number) const;
+    int numOverviews(GDALRasterBand* band) const;
 
     std::shared_ptr<OpenedFile> file_;
     const GdalFormat& format_;
     int index_;
-    std::vector<std::uint8_t> colours_;
     ColourTable colourTable_;
 };
 

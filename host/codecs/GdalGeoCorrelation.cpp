@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <mutex>
+#include <unordered_map>
 
 #include "host/codecs/Guarded.h"
 
@@ -45,6 +47,40 @@ std::string wktOf(const OGRSpatialReference& system) {
     return wkt;
 }
 
+std::shared_ptr<const CoordinateSystem> systemOf(GDALDataset& dataset) {
+    auto found = std::make_shared<CoordinateSystem>();
+    const OGRSpatialReference* system = dataset.GetSpatialRef();
+    if (system != nullptr && !system->IsEmpty()) {
+        *found = {wktOf(*system), identifiedCode(*system)};
+    }
+    return found;
+}
+
+/// The systems of the keys met so far. Sets have one or two; past the limit it starts anew.
+std::shared_ptr<const CoordinateSystem> systemOf(GDALDataset& dataset, const std::string& key) {
+    constexpr std::size_t kMostSystems = 64;
+    static std::mutex mutex;
+    static auto* const known =
+        new std::unordered_map<std::string, std::shared_ptr<const CoordinateSystem>>;
+    if (key.empty()) {
+        return systemOf(dataset);
+    }
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        const auto place = known->find(key);
+        if (place != known->end()) {
+            return place->second;
+        }
+    }
+    std::shared_ptr<const CoordinateSystem> system = systemOf(dataset);
+    const std::lock_guard<std::mutex> lock(mutex);
+    if (known->size() >= kMostSystems) {
+        known->clear();
+    }
+    known->emplace(key, system);
+    return system;
+}
+
 double determinant(const std::array<double, 6>& t) {
     return t[1] * t[5] - t[2] * t[4];
 }
@@ -69,7 +105,7 @@ double GeoFacts::rotation() const {
     return mirrored() ? -angle : angle;
 }
 
-std::shared_ptr<const GeoFacts> readGeoFacts(GDALDataset& dataset) {
+std::shared_ptr<const GeoFacts> readGeoFacts(GDALDataset& dataset, const std::string& systemKey) {
     auto facts = std::make_shared<GeoFacts>();
     if (dataset.GetGeoTransform(facts->transform.data()) != CE_None) {
         return nullptr;
@@ -86,11 +122,7 @@ std::shared_ptr<const GeoFacts> readGeoFacts(GDALDataset& dataset) {
     }
     facts->width = dataset.GetRasterXSize();
     facts->height = dataset.GetRasterYSize();
-    const OGRSpatialReference* system = dataset.GetSpatialRef();
-    if (system != nullptr && !system->IsEmpty()) {
-        facts->system = wktOf(*system);
-        facts->code = identifiedCode(*system);
-    }
+    facts->system = systemOf(dataset, systemKey);
     return facts;
 }
 

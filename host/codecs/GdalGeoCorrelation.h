@@ -12,13 +12,17 @@ class GDALDataset;
 
 namespace Pyxis {
 
+struct CoordinateSystem {
+    std::string text;  ///< WKT2, on one line; empty when the file gives none
+    int code = 0;      ///< EPSG code; 0 when there is none
+};
+
 /// Where a raster lies, as its file says.
 struct GeoFacts {
     std::array<double, 6> transform{};  ///< GDAL's: x0, xColumn, xRow, y0, yColumn, yRow
     std::int32_t width = 0;
     std::int32_t height = 0;
-    std::string system;  ///< WKT2, on one line; empty when the file gives none
-    int code = 0;        ///< EPSG code; 0 when there is none
+    std::shared_ptr<const CoordinateSystem> system;  ///< never null
 
     /// World position of a place in the raster, counted in pixels from its first corner.
     Point2d at(double column, double row) const;
@@ -30,8 +34,9 @@ struct GeoFacts {
 };
 
 /// Null when the raster has no usable geotransform: ground control points alone do not tell where
-/// each corner lies.
-std::shared_ptr<const GeoFacts> readGeoFacts(GDALDataset& dataset);
+/// each corner lies. Rasters with the same `systemKey` have the same coordinate system, which is
+/// then worked out once; an empty key tells nothing.
+std::shared_ptr<const GeoFacts> readGeoFacts(GDALDataset& dataset, const std::string& systemKey);
 
 /// The name and description of every geo-correlation here.
 struct GeoCorrelationTexts {
@@ -63,12 +68,12 @@ class GdalGeoCorrelationBase : public Base {
         scale = Vector2d(1.0, facts_->mirrored() ? -1.0 : 1.0);
     }
     void getCoordinateSystem(StringBuffer& text) const override {
-        text = toWideBuffer(facts_->system);
+        text = toWideBuffer(facts_->system->text);
     }
-    bool hasCoordinateSystemCode() const override { return facts_->code > 0; }
+    bool hasCoordinateSystemCode() const override { return facts_->system->code > 0; }
     void getCoordinateSystemCode(int& code) const override {
-        if (facts_->code > 0) {
-            code = facts_->code;
+        if (facts_->system->code > 0) {
+            code = facts_->system->code;
         }
     }
     void getImageSize(std::int32_t& width, std::int32_t& height) const override {

@@ -32,12 +32,7 @@ std::string imageSubheader(GDALDataset& dataset) {
 
 /// Adds the bands of an image segment with their letters; a band without one has an empty text.
 void addSegment(OpenedFile& file, GDALDataset& dataset, bool version20) {
-    const std::vector<std::string> letters =
-        bandRepresentations(imageSubheader(dataset), version20);
-    for (std::size_t band = 0; band < static_cast<std::size_t>(dataset.GetRasterCount()); ++band) {
-        file.addFrame({&dataset, static_cast<int>(band) + 1,
-                       band < letters.size() ? letters[band] : std::string()});
-    }
+    file.addBandsOf(dataset, bandRepresentations(imageSubheader(dataset), version20));
 }
 
 class NitfFormat final : public GdalFormat {
@@ -77,8 +72,7 @@ std::string NitfFormat::load(OpenedFile& file) const {
         return "holds more than " + std::to_string(kMaxSegments) + " image segments";
     }
     for (int i = 0; i < segments; ++i) {
-        if (GDALDataset* segment = file.openPart(
-                *this, "NITF_IM:" + std::to_string(i) + ":" + first.GetDescription())) {
+        if (GDALDataset* segment = file.openPart("NITF_IM:" + std::to_string(i) + ":%s")) {
             addSegment(file, *segment, version20);
         }
     }

@@ -1,130 +1,66 @@
 #include "host/codecs/OpenedFile.h"
 
-#include <cpl_conv.h>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstring>
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "host/codecs/GdalFormat.h"
+#include "host/codecs/GdalOpen.h"
+#include "host/codecs/Guarded.h"
+#include "host/codecs/HandlePool.h"
+#include "host/codecs/PixelWindow.h"
 
 namespace Pyxis {
 namespace {
 
-/// A configuration option of GDAL for this thread, put back at the end.
-class ThreadOption {
-  public:
-    ThreadOption(const char* key, const char* value) : key_(key) {
-        const char* before = CPLGetThreadLocalConfigOption(key, nullptr);
-        if (before != nullptr) {
-            before_ = before;
-        }
-        CPLSetThreadLocalConfigOption(key, value);
+std::vector<std::uint8_t> coloursOf(GDALRasterBand& band) {
+    std::vector<std::uint8_t> colours;
+    const GDALColorTable* table = band.GetColorTable();
+    const auto byte = [](short value) {
+        return static_cast<std::uint8_t>(std::clamp<short>(value, 0, 255));
+    };
+    for (int i = 0; table != nullptr && i < table->GetColorEntryCount(); ++i) {
+        GDALColorEntry entry{};
+        table->GetColorEntryAsRGB(i, &entry);
+        colours.insert(colours.end(),
+                       {byte(entry.c1), byte(entry.c2), byte(entry.c3), byte(entry.c4)});
     }
-    ThreadOption(const ThreadOption&) = delete;
-    ThreadOption& operator=(const ThreadOption&) = delete;
-    ~ThreadOption() { CPLSetThreadLocalConfigOption(key_, before_ ? before_->c_str() : nullptr); }
-
-  private:
-    const char* key_;
-    std::optional<std::string> before_;
-};
-
-void registerDrivers() {
-    static std::once_flag once;
-    std::call_once(once, GDALAllRegister);
+    return colours;
 }
 
-/// A relative path could read as one of the drivers' own names for parts of files.
-std::string plainName(const std::string& path) {
-    return path.front() == '/' ? path : "./" + path;
-}
-
-/// The files that GDAL may look at beside the one it opens: the file itself and, where there is
-/// one, its world file. Naming them keeps GDAL from reading whole directories, and from following
-/// auxiliary files and overviews of any format to wherever those point.
-CPLStringList allowedSiblings(const std::string& path) {
-    CPLStringList names;
-    names.AddString(CPLGetFilename(path.c_str()));
-    const std::size_t dot = path.rfind('.');
-    const std::size_t slash = path.rfind('/');
-    if (dot == std::string::npos || (slash != std::string::npos && dot < slash)) {
-        return names;
-    }
-    for (const char* extension : {".tfw", ".TFW", ".tifw", ".wld"}) {
-        const std::string worldFile = path.substr(0, dot) + extension;
-        if (access(worldFile.c_str(), R_OK) == 0) {
-            names.AddString(CPLGetFilename(worldFile.c_str()));
-        }
-    }
-    return names;
-}
-
-/// Opens without ever writing beside the file: what GDAL computes about it is not stored.
-GDALDatasetUniquePtr openWith(const GdalFormat& format, const std::string& name,
-                              const CPLStringList& siblings) {
-    const ThreadOption noAuxiliaryFiles("GDAL_PAM_ENABLED", "NO");
-    const char* const drivers[] = {format.driver(), nullptr};
-    return GDALDatasetUniquePtr(
-        GDALDataset::Open(name.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR,
-                          drivers, nullptr, siblings.List()));
-}
-
-/// Metadata inside a file can name any other one as the place of its overviews.
-bool namesForeignOverviews(GDALDataset& dataset) {
-    return dataset.GetMetadataItem("OVERVIEW_FILE", "OVERVIEWS") != nullptr;
+FrameFacts factsOf(GDALRasterBand& band) {
+    FrameFacts facts;
+    facts.band = band.GetBand();
+    facts.width = band.GetXSize();
+    facts.height = band.GetYSize();
+    band.GetBlockSize(&facts.blockWidth, &facts.blockHeight);
+    facts.type = band.GetRasterDataType();
+    facts.format = sampleFormatOf(band);
+    facts.colours = coloursOf(band);
+    return facts;
 }
 
 }  // namespace
 
-std::optional<FileHead> readHead(const std::string& path, std::string& why) {
-    if (path.empty()) {
-        why = "no file name";
-        return std::nullopt;
-    }
-    if (path.rfind("/vsi", 0) == 0) {
-        why = "not a plain file";
-        return std::nullopt;
-    }
-    // A pipe or device must not block before it is known to be one.
-    const int descriptor = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0) {
-        why = std::strerror(errno);
-        return std::nullopt;
-    }
-    std::optional<FileHead> head;
-    struct stat status {};
-    if (fstat(descriptor, &status) != 0) {
-        why = std::strerror(errno);
-    } else if (S_ISDIR(status.st_mode)) {
-        why = "is a directory";
-    } else if (!S_ISREG(status.st_mode)) {
-        why = "not a regular file";
-    } else {
-        head.emplace();
-        head->size = static_cast<std::uint64_t>(status.st_size);
-        head->bytes.resize(GdalFormat::kHeadBytes);
-        const ssize_t got = pread(descriptor, head->bytes.data(), head->bytes.size(), 0);
-        head->bytes.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
-    }
-    close(descriptor);
-    return head;
-}
-
-OpenedFile::OpenedFile(std::string path, std::uint64_t size)
-    : path_(std::move(path)), size_(size), files_{path_} {}
+OpenedFile::OpenedFile(const GdalFormat& format, std::string path, std::string absolutePath)
+    : format_(format),
+      path_(std::move(path)),
+      absolutePath_(std::move(absolutePath)),
+      stamp_(stampOf(absolutePath_)),
+      files_{path_} {}
 
 OpenedFile::~OpenedFile() {
+    HandlePool::instance().forget(*this);
     const ErrorCapture silent;
     datasets_.clear();
 }
 
 std::shared_ptr<OpenedFile> OpenedFile::open(const GdalFormat& format, const std::string& path,
                                              std::string& why) {
-    const std::optional<FileHead> head = readHead(path, why);
+    // An absolute path cannot read as one of the drivers' own names for parts of files.
+    const std::string absolutePath = path.empty() ? path : std::filesystem::absolute(path).string();
+    const std::optional<FileHead> head = readHead(absolutePath, why);
     if (!head) {
         return nullptr;
     }
@@ -136,52 +72,111 @@ std::shared_ptr<OpenedFile> OpenedFile::open(const GdalFormat& format, const std
     if (!why.empty()) {
         return nullptr;
     }
-    registerDrivers();
-    const ErrorCapture errors;
-    std::shared_ptr<OpenedFile> file(new OpenedFile(path, head->size));
-    if (file->openPart(format, plainName(path)) == nullptr) {
-        why = errors.message().empty() ? std::string("damaged ") + format.texts().name + " file"
-                                       : errors.message();
-        return nullptr;
-    }
-    why = format.load(*file);
-    if (why.empty() && file->frames_.empty()) {
-        why = "holds no raster";
-    }
+    std::shared_ptr<OpenedFile> file(new OpenedFile(format, path, absolutePath));
+    why = file->load();
     return why.empty() ? file : nullptr;
 }
 
-GDALDataset* OpenedFile::openPart(const GdalFormat& format, const std::string& name) {
-    GDALDatasetUniquePtr dataset = openWith(format, name, allowedSiblings(path_));
+/// Why the file cannot be read; empty when it can.
+std::string OpenedFile::load() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    const ErrorCapture errors;
+    if (openPart("%s") == nullptr) {
+        return errors.message().empty() ? std::string("damaged ") + format_.texts().name + " file"
+                                        : errors.message();
+    }
+    std::string why = format_.load(*this);
+    if (why.empty() && frames_.empty()) {
+        why = "holds no raster";
+    }
+    if (const std::string key = format_.systemKey(absolutePath_); !key.empty()) {
+        // Cheap while the file is open; later it may have to open again.
+        geoFacts_.front() = readGeoFacts(*datasets_.front(), key);
+    }
+    HandlePool::instance().used(*this);
+    return why;
+}
+
+std::string OpenedFile::nameOfPart(std::string name) const {
+    return name.replace(name.find("%s"), 2, absolutePath_);
+}
+
+GDALDataset* OpenedFile::openPart(const std::string& name) {
+    GDALDatasetUniquePtr dataset =
+        openForReading(format_.driver(), nameOfPart(name), absolutePath_);
     if (!dataset) {
         return nullptr;
     }
-    if (namesForeignOverviews(*dataset)) {
-        CPLError(CE_Failure, CPLE_AppDefined, "names another file as its overviews");
-        return nullptr;
-    }
+    partNames_.push_back(name);
     datasets_.push_back(std::move(dataset));
+    geoFacts_.emplace_back();
     return datasets_.back().get();
 }
 
-GDALRasterBand& OpenedFile::band(int index) {
-    const FrameSource& source = frame(index);
-    return *source.dataset->GetRasterBand(source.band);
+void OpenedFile::addBandsOf(GDALDataset& dataset, const std::vector<std::string>& ownTexts) {
+    const auto part = std::find_if(datasets_.begin(), datasets_.end(),
+                                   [&dataset](const auto& own) { return own.get() == &dataset; });
+    for (int i = 0; i < dataset.GetRasterCount(); ++i) {
+        FrameFacts facts = factsOf(*dataset.GetRasterBand(i + 1));
+        facts.part = static_cast<std::size_t>(part - datasets_.begin());
+        const auto text = static_cast<std::size_t>(i);
+        facts.ownText = text < ownTexts.size() ? ownTexts[text] : std::string();
+        frames_.push_back(std::move(facts));
+    }
+}
+
+bool OpenedFile::closeIfIdle() {
+    const std::unique_lock<std::mutex> lock(mutex_, std::try_to_lock);
+    if (lock) {
+        const ErrorCapture silent;
+        datasets_.clear();
+    }
+    return lock.owns_lock();
+}
+
+/// False when the file has changed since it was first opened, so that what is known of it and its
+/// pixels would not agree.
+bool OpenedFile::openAgain() {
+    if (!datasets_.empty()) {
+        return true;
+    }
+    if (stampOf(absolutePath_) != stamp_) {
+        return false;
+    }
+    for (const std::string& name : partNames_) {
+        datasets_.push_back(openForReading(format_.driver(), nameOfPart(name), absolutePath_));
+        if (!datasets_.back()) {
+            datasets_.clear();
+            return false;
+        }
+    }
+    return true;
 }
 
 std::shared_ptr<const GeoFacts> OpenedFile::geoFacts(int index) {
-    GDALDataset* dataset = frame(index).dataset;
-    if (dataset != geoDataset_) {
-        geoFacts_ = readGeoFacts(*dataset);
-        geoDataset_ = dataset;
+    const std::size_t part = frame(index).part;
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        if (geoFacts_[part]) {
+            return *geoFacts_[part];
+        }
     }
-    return geoFacts_;
+    const Use use(*this, index);
+    if (use.band() == nullptr) {
+        return nullptr;
+    }
+    geoFacts_[part] = readGeoFacts(*datasets_[part], format_.systemKey(absolutePath_));
+    return *geoFacts_[part];
 }
 
-void OpenedFile::addBandsOf(GDALDataset& dataset) {
-    for (int band = 1; band <= dataset.GetRasterCount(); ++band) {
-        addFrame({&dataset, band, {}});
-    }
-}
+OpenedFile::Use::Use(OpenedFile& file, int frame)
+    : lock_(file.mutex_), band_(guarded<GDALRasterBand*>(nullptr, [&]() -> GDALRasterBand* {
+          if (!file.openAgain()) {
+              return nullptr;
+          }
+          HandlePool::instance().used(file);
+          const FrameFacts& facts = file.frame(frame);
+          return file.datasets_[facts.part]->GetRasterBand(facts.band);
+      })) {}
 
 }  // namespace Pyxis

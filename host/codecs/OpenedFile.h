@@ -2,6 +2,7 @@
 
 #include <gdal_priv.h>
 
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -9,21 +10,32 @@
 #include <vector>
 
 #include "host/codecs/ErrorCapture.h"
+#include "host/codecs/FileHead.h"
 #include "host/codecs/GdalGeoCorrelation.h"
+#include "pyxis/ReadImageFile.h"
 
 namespace Pyxis {
 
 class GdalFormat;
 
-/// One band of an opened file.
-struct FrameSource {
-    GDALDataset* dataset = nullptr;
-    int band = 0;         ///< GDAL's number, from 1
+/// What a frame answers without touching its file again.
+struct FrameFacts {
+    std::size_t part = 0;  ///< which of the file's datasets
+    int band = 0;          ///< GDAL's number, from 1
+    int width = 0;
+    int height = 0;
+    int blockWidth = 0;
+    int blockHeight = 0;
+    GDALDataType type = GDT_Unknown;
+    SampleFormat format = SampleFormat::UnsignedInteger;
+    std::vector<std::uint8_t> colours;  ///< red, green, blue, alpha; empty without a colour table
     std::string ownText;  ///< what the format itself tells of the band: a letter, a file's name
 };
 
-/// A file that GDAL has opened for reading. Several images may share it, on several threads; GDAL's
-/// datasets may not be used by two threads at once, so every use goes through `use`.
+/// A file that GDAL has opened for reading: what is known of it, and its datasets, which close
+/// when too many are open and open again when they are used. Several images may share it, on
+/// several threads; GDAL's datasets may not be used by two threads at once, so every use of them
+/// goes through `Use`.
 class OpenedFile {
   public:
     /// Opens a plain regular file with the format's driver. Null, with the reason in `why`, when
@@ -35,56 +47,66 @@ class OpenedFile {
     OpenedFile& operator=(const OpenedFile&) = delete;
     ~OpenedFile();
 
-    /// Holds the file for this thread and keeps GDAL silent.
-    struct Use {
-        explicit Use(std::mutex& mutex) : lock(mutex) {}
-        std::lock_guard<std::mutex> lock;
-        ErrorCapture errors;
-    };
-    Use use() { return Use(mutex_); }
-
     /// The path as it was given.
     const std::string& path() const { return path_; }
     /// Bytes in the opened file.
-    std::uint64_t size() const { return size_; }
+    std::uint64_t size() const { return stamp_.file.size; }
+    const FileStamp& stamp() const { return stamp_; }
     /// The files that the image is made of, the opened one first.
     const std::vector<std::string>& files() const { return files_; }
+    /// What the file says of itself as a whole.
+    const std::string& description() const { return description_; }
     int numFrames() const { return static_cast<int>(frames_.size()); }
-    FrameSource& frame(int index) { return frames_.at(static_cast<std::size_t>(index)); }
-    GDALDataset& mainDataset() { return *datasets_.front(); }
-
-    // The rest is for the holder of a `Use`, and for formats while they load.
-
-    /// The frame's band; it lives as long as the file is open.
-    GDALRasterBand& band(int index);
-    /// Where the frame lies, worked out once; null when it is not georeferenced.
+    const FrameFacts& frame(int index) const { return frames_.at(static_cast<std::size_t>(index)); }
+    /// Where the frame lies, worked out on the first request; null when it is not georeferenced or
+    /// the file is gone.
     std::shared_ptr<const GeoFacts> geoFacts(int index);
-    void addBandsOf(GDALDataset& dataset);
-    void addFrame(FrameSource frame) { frames_.push_back(std::move(frame)); }
+
+    /// Holds the datasets for this thread, open, and keeps GDAL silent.
+    class Use {
+      public:
+        Use(OpenedFile& file, int frame);
+        /// Null when the file could not be opened again or has changed.
+        GDALRasterBand* band() const { return band_; }
+
+      private:
+        std::lock_guard<std::mutex> lock_;
+        ErrorCapture errors_;
+        GDALRasterBand* band_;
+    };
+
+    /// Closes the datasets unless somebody is using them; answers whether they are closed.
+    bool closeIfIdle();
+
+    // For formats, while they load.
+
+    GDALDataset& mainDataset() { return *datasets_.front(); }
+    /// Opens another dataset of the same file by the driver's own name for it, with "%s" where the
+    /// path goes; null on failure.
+    GDALDataset* openPart(const std::string& name);
+    /// Adds a dataset's bands as frames, each with its own text as far as there are any.
+    void addBandsOf(GDALDataset& dataset, const std::vector<std::string>& ownTexts = {});
     void addFile(std::string path) { files_.push_back(std::move(path)); }
-    /// Opens another dataset of the same file by the driver's own name for it; null on failure.
-    GDALDataset* openPart(const GdalFormat& format, const std::string& name);
+    void setDescription(std::string text) { description_ = std::move(text); }
 
   private:
-    OpenedFile(std::string path, std::uint64_t size);
+    OpenedFile(const GdalFormat& format, std::string path, std::string absolutePath);
+    std::string load();
+    bool openAgain();
+    std::string nameOfPart(std::string name) const;
 
-    std::mutex mutex_;
+    const GdalFormat& format_;
     std::string path_;
-    std::uint64_t size_;
+    std::string absolutePath_;
+    FileStamp stamp_;
     std::vector<std::string> files_;
+    std::string description_;
+    std::vector<FrameFacts> frames_;
+
+    std::mutex mutex_;  // guards what follows
+    std::vector<std::string> partNames_;
     std::vector<GDALDatasetUniquePtr> datasets_;
-    std::vector<FrameSource> frames_;
-    GDALDataset* geoDataset_ = nullptr;
-    std::shared_ptr<const GeoFacts> geoFacts_;
+    std::vector<std::optional<std::shared_ptr<const GeoFacts>>> geoFacts_;  // one a dataset
 };
-
-/// What is known of a file before GDAL sees it.
-struct FileHead {
-    std::string bytes;       ///< the first ones, `GdalFormat::kHeadBytes` where there are so many
-    std::uint64_t size = 0;  ///< of the whole file
-};
-
-/// The head of a plain regular file. Nothing, with the reason in `why`, for anything else.
-std::optional<FileHead> readHead(const std::string& path, std::string& why);
 
 }  // namespace Pyxis

@@ -42,10 +42,10 @@ bool holdsSignedBytes(GDALRasterBand& band) {
 
 /// The type that the buffer shall hold; none when there is no such type or GDAL would convert to
 /// it wrongly.
-std::optional<GDALDataType> bufferType(GDALRasterBand& band, const PixelRequest& request) {
-    const GDALDataType own = band.GetRasterDataType();
-    const bool ownAsked = request.sampleFormat == sampleFormatOf(band) &&
-                          request.sampleBits == GDALGetDataTypeSizeBits(own);
+std::optional<GDALDataType> bufferType(GDALDataType own, SampleFormat format,
+                                       const PixelRequest& request) {
+    const bool ownAsked =
+        request.sampleFormat == format && request.sampleBits == GDALGetDataTypeSizeBits(own);
     if (request.sampleBits == 0 || ownAsked) {
         return own;
     }
@@ -53,7 +53,8 @@ std::optional<GDALDataType> bufferType(GDALRasterBand& band, const PixelRequest&
         std::begin(kSampleTypes), std::end(kSampleTypes), [&request](const SampleType& sample) {
             return sample.format == request.sampleFormat && sample.bits == request.sampleBits;
         });
-    if (found == std::end(kSampleTypes) || holdsSignedBytes(band)) {
+    if (found == std::end(kSampleTypes) ||
+        (own == GDT_Byte && format == SampleFormat::SignedInteger)) {
         return std::nullopt;
     }
     return found->type;
@@ -142,8 +143,9 @@ SampleFormat sampleFormatOf(GDALRasterBand& band) {
     return found == std::end(kSampleTypes) ? SampleFormat::UnsignedInteger : found->format;
 }
 
-bool readWindow(GDALRasterBand& band, const PixelRequest& request, bool overviews) {
-    const std::optional<GDALDataType> type = bufferType(band, request);
+bool readWindow(GDALRasterBand& band, SampleFormat format, const PixelRequest& request,
+                bool overviews) {
+    const std::optional<GDALDataType> type = bufferType(band.GetRasterDataType(), format, request);
     if (!type || !windowInside(band, request)) {
         return false;
     }

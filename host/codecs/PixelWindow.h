@@ -11,7 +11,8 @@ SampleFormat sampleFormatOf(GDALRasterBand& band);
 
 /// Reads the window that `request` asks for out of a band or one of its overviews. False when
 /// window, buffer or sample type do not fit, or the pixels cannot be read. Without `overviews` GDAL
-/// is kept from looking for any when the window is reduced.
-bool readWindow(GDALRasterBand& band, const PixelRequest& request, bool overviews);
+/// is kept from looking for any when the window is reduced. `format` is that of the band's samples.
+bool readWindow(GDALRasterBand& band, SampleFormat format, const PixelRequest& request,
+                bool overviews);
 
 }  // namespace Pyxis

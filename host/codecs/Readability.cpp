@@ -19,9 +19,10 @@ std::string whyNotReadable(const FileSpecifier& file) {
     if (head->bytes.empty()) {
         return "the file is empty";
     }
+    FileCache unused;
     for (const GdalFormat* format : {&tiffFormat(), &nitfFormat(), &fastFormat()}) {
         if (format->matches(head->bytes)) {
-            openSpecifier(*format, file, why);
+            openSpecifier(unused, *format, file, why);
             return why;
         }
     }

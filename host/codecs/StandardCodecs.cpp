@@ -7,12 +7,13 @@
 namespace Pyxis {
 
 StandardCodecs::StandardCodecs(QuickBird quickBird) {
+    const auto cache = std::make_shared<FileCache>();
     if (quickBird == QuickBird::With) {
-        add(std::make_unique<NumberedPropertyCodec<QBTiffFormatCodec>>(quickBirdFormat()));
+        add(std::make_unique<NumberedPropertyCodec<QBTiffFormatCodec>>(quickBirdFormat(), cache));
     }
-    add(std::make_unique<NumberedPropertyCodec<TiffFormatCodec>>(tiffFormat()));
-    add(std::make_unique<NumberedPropertyCodec<NITFFormatCodec>>(nitfFormat()));
-    add(std::make_unique<GdalCodec<FASTFormatCodec>>(fastFormat()));
+    add(std::make_unique<NumberedPropertyCodec<TiffFormatCodec>>(tiffFormat(), cache));
+    add(std::make_unique<NumberedPropertyCodec<NITFFormatCodec>>(nitfFormat(), cache));
+    add(std::make_unique<GdalCodec<FASTFormatCodec>>(fastFormat(), cache));
 }
 
 StandardCodecs::~StandardCodecs() = default;

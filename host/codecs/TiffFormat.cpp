@@ -2,6 +2,7 @@
 
 #include "host/codecs/GdalFormat.h"
 #include "host/codecs/GdalProperties.h"
+#include "host/codecs/GeoKeys.h"
 #include "host/codecs/OpenedFile.h"
 
 namespace Pyxis {
@@ -14,19 +15,11 @@ constexpr std::array kMagics = {"II\x2a\x00"sv, "MM\x00\x2a"sv, "II\x2b\x00"sv, 
 
 constexpr std::string_view kBandListHead = "{\n  bandList = \n";
 
-std::string_view imageDescription(OpenedFile& file) {
-    const char* text = file.mainDataset().GetMetadataItem("TIFFTAG_IMAGEDESCRIPTION");
-    return text == nullptr ? std::string_view() : std::string_view(text);
-}
-
-bool holdsBandList(OpenedFile& file) {
-    return imageDescription(file).substr(0, kBandListHead.size()) == kBandListHead;
-}
-
 /// A file that was cut short keeps its directory when that stands before the pixels. The last block
 /// of the last band tells, as writers put the blocks in order.
 bool endsBeforePixels(OpenedFile& file, std::uint64_t fileSize) {
-    GDALRasterBand& band = file.band(file.numFrames() - 1);
+    GDALDataset& dataset = file.mainDataset();
+    GDALRasterBand& band = *dataset.GetRasterBand(dataset.GetRasterCount());
     int blockWidth = 1;
     int blockHeight = 1;
     band.GetBlockSize(&blockWidth, &blockHeight);
@@ -60,16 +53,20 @@ class TiffFormat : public GdalFormat {
         return std::find(kMagics.begin(), kMagics.end(), head.substr(0, 4)) != kMagics.end();
     }
     std::string load(OpenedFile& file) const override {
-        file.addBandsOf(file.mainDataset());
+        GDALDataset& dataset = file.mainDataset();
+        file.addBandsOf(dataset);
+        const char* description = dataset.GetMetadataItem("TIFFTAG_IMAGEDESCRIPTION");
+        file.setDescription(description != nullptr ? description : "");
         return file.numFrames() > 0 && endsBeforePixels(file, file.size()) ? "the file is cut short"
                                                                            : "";
     }
+    std::string systemKey(const std::string& path) const override { return geoKeys(path); }
     void describe(OpenedFile& file, int frame, GdalPropertySet& properties) const override {
         if (const auto facts = file.geoFacts(frame)) {
             const GdalGeoTiffCorrelation correlation(facts);
             properties.append(&correlation);
         }
-        const std::string_view text = imageDescription(file);
+        const std::string& text = file.description();
         if (!text.empty()) {
             const GdalStringProperty description(texts().ownProperty,
                                                  "Description of the image in its file", text);
@@ -89,8 +86,10 @@ class QuickBirdFormat final : public TiffFormat {
         }();
         return kTexts;
     }
-    std::string reject(OpenedFile& file) const override {
-        return holdsBandList(file) ? "" : "the image description holds no band list";
+    std::string reject(const OpenedFile& file) const override {
+        return file.description().rfind(kBandListHead, 0) == 0
+                   ? ""
+                   : "the image description holds no band list";
     }
 };
 

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include "codec/KestMultispectralCodec.h"
 #include "codec/strings/BufferText.h"
 #include "fakes/Resources.h"
 #include "platform/Platform.h"
@@ -8,6 +9,18 @@
 #include "platform/posix/Utf.h"
 
 namespace platform = kest::platform;
+
+TEST(PosixPlatformTest, CodecReleasesTheTextsWhenItGoes) {
+    const fakes::TempFile file("texts", "18210 one");
+    const fakes::TextsFrom texts(file.path());
+    {
+        const KestMultispectralCodec codec;
+        EXPECT_EQ(fakes::text(18210), "one");
+        std::ofstream(file.path()) << "18210 two";
+        EXPECT_EQ(fakes::text(18210), "one");
+    }
+    EXPECT_EQ(fakes::text(18210), "two");
+}
 
 TEST(PosixPlatformTest, ReadsTextsOfAnyContent) {
     const struct {

@@ -132,13 +132,17 @@ TEST(PropertySetTest, KeepsClonesOfSinglePropertiesAndOfWholeSets) {
 class GappySet : public KestMultispectralPropertySetIterator {
   public:
     Interface* openProperty() override {
-        opened_ = opened_ + 1;
-        return opened_ == 2 ? nullptr : KestMultispectralPropertySetIterator::openProperty();
+        ++open_;
+        return ++opened_ == 2 ? nullptr : KestMultispectralPropertySetIterator::openProperty();
     }
     using KestMultispectralPropertySetIterator::openProperty;
+    void closeProperty() override { --open_; }
+
+    bool isAllClosed() const { return open_ == 0; }
 
   private:
     int opened_ = 0;
+    int open_ = 0;
 };
 
 TEST(PropertySetTest, LeavesOutWhatTheSourceCannotHandOut) {
@@ -149,6 +153,7 @@ TEST(PropertySetTest, LeavesOutWhatTheSourceCannotHandOut) {
     KestMultispectralPropertySetIterator set;
     set.appendProperties(&source);
     EXPECT_THAT(fakes::namesIn(set), ElementsAre("a", "c"));
+    EXPECT_TRUE(source.isAllClosed());
 }
 
 TEST(PropertyNamesTest, MatchExactlyAndOnlyInOneWidth) {

@@ -77,6 +77,40 @@ TEST_F(ReadFileTest, BandsAndBucketsAreSortedAndStayTogether) {
     EXPECT_EQ(world_.alive, 0);
 }
 
+TEST_F(ReadFileTest, BandsOfOneNumberKeepTheirOrder) {
+    kest::ComponentListBuilder list;
+    for (int i = 0; i < 60; ++i) {
+        const std::string path =
+            "/L7" + std::to_string(1000000 + i) + "_12345678901_" + (i % 2 == 0 ? "MTL" : "B40");
+        codec_.add(path, bandFrame(1.0 + i));
+        list.append(Pyxis::fileSpecifier(path), 0);
+    }
+    const KestMultispectralReadFile file = open(list.specifier());
+    ASSERT_EQ(file.getNumFrames(), 60);
+    for (int i = 0; i < 60; ++i) {
+        EXPECT_EQ(file.band(i).componentIndex, i < 30 ? 2 * i + 1 : 2 * (i - 30));
+        EXPECT_EQ(file.band(i).bucketIndex, i);
+    }
+}
+
+TEST_F(ReadFileTest, BandsAreNamedByTheirOrdinalWhileTheFrameIsOpen) {
+    fakes::NitfCodec nitf(world_);
+    FrameFacts red = bandFrame();
+    red.properties.push_back(fakes::property<fakes::StringProperty>("property 10", "R"));
+    FrameFacts other = bandFrame(2.0);
+    other.properties.push_back(fakes::property<fakes::StringProperty>("property 10", "LU"));
+    nitf.add("/n", fakes::FileFacts{false, {red, other, bandFrame(3.0)}});
+    kest::ComponentListBuilder list;
+    for (const int frame : {0, 1, 2}) {
+        list.append(Pyxis::fileSpecifier("/n"), frame);
+    }
+    const KestMultispectralReadFile file = open(list.specifier());
+    EXPECT_THAT(bandsOf(file), ElementsAre("2 0 0 0", "0 1 0 2", "1 2 0 2"));
+    EXPECT_EQ(file.bucket(2).bucketNumber, 2);
+    EXPECT_THAT(std::vector(world_.events.begin(), world_.events.begin() + 3),
+                ElementsAre("open /n", "delete properties", "open /n"));
+}
+
 TEST_F(ReadFileTest, ComponentsAfterAGapTakeTheCodecOfTheirPlace) {
     fakes::NitfCodec other(world_);
     for (const char* path : {"/a01.tif", "/c03.tif"}) {
@@ -177,7 +211,8 @@ TEST_F(ReadFileTest, MetadataTextFileNeedsAProductSetAndAFinderThatFindsIt) {
     ASSERT_EQ(file.getNumFiles(), 3);
     EXPECT_EQ(toUtf8(file.getFile(2).string()), "/found.txt");
     EXPECT_THAT(bandsOf(file), ElementsAre("1 0 1 0", "0 0 0 3"));
-    const Frame frame(file.openFrame(0));
+    KestMultispectralReadFile copy(file);
+    const Frame frame(copy.openFrame(0));
     const Properties properties(frame->getProperties());
     EXPECT_THAT(fakes::namesIn(*properties),
                 ElementsAre("", "<18113>", "<18107>", "<18109>", "<18116>", "<18111>"));

@@ -1,0 +1,76 @@
+#include "host/codecs/FileCache.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "host/codecs/GdalFormat.h"
+#include "host/codecs/HandlePool.h"
+#include "host/codecs/OpenedFile.h"
+
+namespace Pyxis {
+namespace {
+
+/// Whether the process can open no more files.
+bool descriptorsExhausted() {
+    const int probe = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    if (probe >= 0) {
+        close(probe);
+        return false;
+    }
+    return errno == EMFILE || errno == ENFILE;
+}
+
+}  // namespace
+
+std::shared_ptr<OpenedFile> FileCache::open(const GdalFormat& format, const std::string& path,
+                                            std::string& why) {
+    // Codecs that share a driver share its opened files.
+    const std::string key = std::string(format.driver()) + ":" + path;
+    std::shared_ptr<OpenedFile> file = find(key, path);
+    if (file) {
+        return file;
+    }
+    file = OpenedFile::open(format, path, why);
+    if (!file && descriptorsExhausted()) {
+        HandlePool::instance().closeIdle();
+        file = OpenedFile::open(format, path, why);
+    }
+    if (file && format.mayBeKept() && file->stamp().settled()) {
+        keep(key, file);
+    }
+    return file;
+}
+
+std::shared_ptr<OpenedFile> FileCache::find(const std::string& key, const std::string& path) {
+    std::shared_ptr<OpenedFile> changed;  // outlives the lock: closing takes a while
+    const std::lock_guard<std::mutex> lock(mutex_);
+    const auto place = places_.find(key);
+    if (place == places_.end()) {
+        return nullptr;
+    }
+    if (place->second->file->stamp() == stampOf(path)) {
+        entries_.splice(entries_.begin(), entries_, place->second);
+        return place->second->file;
+    }
+    changed = place->second->file;
+    entries_.erase(place->second);
+    places_.erase(place);
+    return nullptr;
+}
+
+void FileCache::keep(const std::string& key, const std::shared_ptr<OpenedFile>& file) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (places_.count(key) != 0) {
+        return;  // another thread was faster
+    }
+    entries_.push_front({key, file});
+    places_.emplace(key, entries_.begin());
+    if (entries_.size() > kMostFiles) {
+        places_.erase(entries_.back().key);
+        entries_.pop_back();
+    }
+}
+
+}  // namespace Pyxis

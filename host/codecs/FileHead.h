@@ -1,0 +1,50 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace Pyxis {
+
+/// Tells one state of a file from another.
+struct FileState {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;  ///< 0: there is no such file
+    std::uint64_t size = 0;
+    std::int64_t modified = 0;  ///< nanoseconds since 1970, as far as the file system keeps them
+    std::int64_t changed = 0;
+
+    bool operator==(const FileState&) const = default;
+};
+
+/// The state of a file and of the files beside it that GDAL may look at.
+struct FileStamp {
+    static constexpr std::array kWorldFileExtensions = {".tfw", ".TFW", ".wld"};
+
+    FileState file;
+    std::array<FileState, kWorldFileExtensions.size()> worldFiles;
+
+    bool operator==(const FileStamp&) const = default;
+    /// Whether a later change is sure to show: the clock of the file system has ticked since the
+    /// last one.
+    bool settled() const;
+};
+
+FileStamp stampOf(const std::string& path);
+
+/// The path with another extension; empty when its name has none.
+std::string withExtension(const std::string& path, const char* extension);
+
+/// What is known of a file before GDAL sees it.
+struct FileHead {
+    std::string bytes;       ///< the first ones, `kBytes` where there are so many
+    std::uint64_t size = 0;  ///< of the whole file
+
+    static constexpr std::size_t kBytes = 5000;
+};
+
+/// The head of a plain regular file. Nothing, with the reason in `why`, for anything else.
+std::optional<FileHead> readHead(const std::string& path, std::string& why);
+
+}  // namespace Pyxis

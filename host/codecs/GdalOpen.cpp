@@ -1,0 +1,67 @@
+#include "host/codecs/GdalOpen.h"
+
+#include <cpl_conv.h>
+#include <unistd.h>
+
+#include <mutex>
+#include <optional>
+
+#include "host/codecs/FileHead.h"
+
+namespace Pyxis {
+namespace {
+
+/// A configuration option of GDAL for this thread, put back at the end.
+class ThreadOption {
+  public:
+    ThreadOption(const char* key, const char* value) : key_(key) {
+        const char* before = CPLGetThreadLocalConfigOption(key, nullptr);
+        if (before != nullptr) {
+            before_ = before;
+        }
+        CPLSetThreadLocalConfigOption(key, value);
+    }
+    ThreadOption(const ThreadOption&) = delete;
+    ThreadOption& operator=(const ThreadOption&) = delete;
+    ~ThreadOption() { CPLSetThreadLocalConfigOption(key_, before_ ? before_->c_str() : nullptr); }
+
+  private:
+    const char* key_;
+    std::optional<std::string> before_;
+};
+
+/// The files that GDAL may look at beside the one it opens: the file itself and, where there is
+/// one, its world file. Naming them keeps GDAL from reading whole directories, and from following
+/// auxiliary files and overviews of any format to wherever those point.
+CPLStringList allowedSiblings(const std::string& path) {
+    CPLStringList names;
+    names.AddString(CPLGetFilename(path.c_str()));
+    for (const char* extension : FileStamp::kWorldFileExtensions) {
+        const std::string worldFile = withExtension(path, extension);
+        if (!worldFile.empty() && access(worldFile.c_str(), R_OK) == 0) {
+            names.AddString(CPLGetFilename(worldFile.c_str()));
+        }
+    }
+    return names;
+}
+
+}  // namespace
+
+GDALDatasetUniquePtr openForReading(const char* driver, const std::string& name,
+                                    const std::string& path) {
+    static std::once_flag registered;
+    std::call_once(registered, GDALAllRegister);
+    const ThreadOption noAuxiliaryFiles("GDAL_PAM_ENABLED", "NO");
+    const char* const drivers[] = {driver, nullptr};
+    GDALDatasetUniquePtr dataset(
+        GDALDataset::Open(name.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR,
+                          drivers, nullptr, allowedSiblings(path).List()));
+    // Metadata inside a file can name any other one as the place of its overviews.
+    if (dataset && dataset->GetMetadataItem("OVERVIEW_FILE", "OVERVIEWS") != nullptr) {
+        CPLError(CE_Failure, CPLE_AppDefined, "names another file as its overviews");
+        dataset.reset();
+    }
+    return dataset;
+}
+
+}  // namespace Pyxis

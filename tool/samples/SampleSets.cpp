@@ -1,0 +1,271 @@
+#include "tool/samples/SampleSets.h"
+
+#include <filesystem>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "host/Text.h"
+#include "sets/ComponentList.h"
+#include "tool/Failure.h"
+#include "tool/Interrupt.h"
+#include "tool/OutputFile.h"
+#include "tool/samples/FastHeaderText.h"
+#include "tool/samples/SampleRaster.h"
+
+namespace fs = std::filesystem;
+
+namespace kestms::samples {
+namespace {
+
+using enum Spectrum;
+
+/// A raster file of a set: its bands, all of one pixel size.
+struct SampleFile {
+    std::string name;
+    std::vector<Spectrum> bands;
+    int pixels;  ///< along each side of the scene
+    std::string driver = "GTiff";
+    std::string description = {};           ///< image description
+    std::vector<std::string> options = {};  ///< creation options of the driver
+};
+
+/// A file of another kind: its name and content.
+struct TextFile {
+    std::string name;
+    std::string content;
+};
+
+struct SampleSet {
+    std::string directory;
+    std::string title;
+    double extent;  ///< metres along each side of the scene
+    Samples samples;
+    std::vector<SampleFile> files;
+    std::vector<TextFile> texts = {};
+};
+
+constexpr int kFine = 1024;
+constexpr int kNormal = 256;
+constexpr int kCoarse = 128;
+
+const std::string kScene = "L71026029_02920000609_";
+
+std::string bandList(const std::string& digits) {
+    return "{\n  bandList = \n  (\n    " + digits + "\n  )\n}\n";
+}
+
+const std::string kProductMetadata =
+    "Product Order Number: 1234567\n"
+    "Sensor Type: Satellite\n"
+    "Processing Level: Standard Geometrically Corrected\n"
+    "Image Type: PAN/MSI\n"
+    "Interpolation Method: Cubic Convolution\n"
+    "Datum: WGS84\n"
+    "Map Projection: Universal Transverse Mercator, zone 32 north\n"
+    "Pixel Size X: 4.0000000000 meters\n"
+    "Pixel Size Y: 4.0000000000 meters\n"
+    "Acquisition Date/Time: 2000-06-09 10:12 GMT\n";
+
+SampleFile nitf(const std::string& name, Spectrum band, const std::string& letter,
+                int pixels = kNormal) {
+    return {name, {band}, pixels, "NITF", {}, {"ICORDS=N", "IREPBAND=" + letter}};
+}
+
+SampleSet poProduct() {
+    return {
+        "po-product",
+        "A \"po_\" product with its metadata text file: four bands and a finer panchromatic one",
+        1024.0,
+        Samples::ElevenBits,
+        {{"po_1234567_red_0000000.tif", {Red}, kNormal},
+         {"po_1234567_grn_0000000.tif", {Green}, kNormal},
+         {"po_1234567_blu_0000000.tif", {Blue}, kNormal},
+         {"po_1234567_nir_0000000.tif", {NearInfrared}, kNormal},
+         {"po_1234567_pan_0000000.tif", {Panchromatic}, kFine}},
+        {{"po_1234567_metadata.txt", kProductMetadata}}};
+}
+
+SampleSet poProductNitf() {
+    return {"po-nitf",
+            "The same product as NITF files",
+            1024.0,
+            Samples::ElevenBits,
+            {nitf("po_1234567_red_0000000.ntf", Red, "M"),
+             nitf("po_1234567_grn_0000000.ntf", Green, "M"),
+             nitf("po_1234567_blu_0000000.ntf", Blue, "M"),
+             nitf("po_1234567_nir_0000000.ntf", NearInfrared, "M")}};
+}
+
+SampleSet landsat7() {
+    return {"landsat7",
+            "An \"L7\" product with three pixel sizes: reflective, thermal and panchromatic bands",
+            7680.0,
+            Samples::EightBits,
+            {{kScene + "B10.TIF", {Blue}, kNormal},
+             {kScene + "B20.TIF", {Green}, kNormal},
+             {kScene + "B30.TIF", {Red}, kNormal},
+             {kScene + "B40.TIF", {NearInfrared}, kNormal},
+             {kScene + "B50.TIF", {ShortWave1}, kNormal},
+             {kScene + "B61.TIF", {Thermal}, kCoarse},
+             {kScene + "B62.TIF", {Thermal}, kCoarse},
+             {kScene + "B70.TIF", {ShortWave2}, kNormal},
+             {kScene + "B80.TIF", {Panchromatic}, 2 * kNormal}}};
+}
+
+SampleSet numbered() {
+    return {"numbered",
+            "Files told apart by the two digits at the end of their names",
+            7680.0,
+            Samples::EightBits,
+            {{"scene_01.tif", {Blue}, kNormal},
+             {"scene_02.tif", {Green}, kNormal},
+             {"scene_03.tif", {Red}, kNormal},
+             {"scene_10.tif", {NearInfrared}, kNormal}}};
+}
+
+SampleSet generic() {
+    return {"generic",
+            "Files whose names follow no convention",
+            7680.0,
+            Samples::EightBits,
+            {{"visible.tif", {Panchromatic}, kNormal},
+             {"infrared.tif", {NearInfrared}, kNormal},
+             {"thermal.tif", {Thermal}, kCoarse}}};
+}
+
+SampleSet quickBird(const std::string& list, const std::string& digits,
+                    const std::vector<Spectrum>& bands) {
+    return {"quickbird-" + list,
+            "A QuickBird TIFF file with the band list " + digits,
+            716.8,
+            Samples::ElevenBits,
+            {{"scene.tif", bands, kNormal, "GTiff", bandList(digits)}}};
+}
+
+SampleSet quickBirdPanchromatic() {
+    const std::string list = bandList("1");
+    return {"quickbird-1",
+            "Two QuickBird TIFF files with a panchromatic band each",
+            716.8,
+            Samples::ElevenBits,
+            {{"march.tif", {Panchromatic}, kFine, "GTiff", list},
+             {"june.tif", {Panchromatic}, kFine, "GTiff", list}}};
+}
+
+SampleSet nitfLetters() {
+    return {
+        "nitf",
+        "NITF files whose bands bear the letters R, G, B, N and M",
+        1024.0,
+        Samples::ElevenBits,
+        {nitf("north.ntf", Red, "R"), nitf("east.ntf", Green, "G"), nitf("south.ntf", Blue, "B"),
+         nitf("west.ntf", NearInfrared, "N"), nitf("middle.ntf", Panchromatic, "M", kFine)}};
+}
+
+/// A header of the FAST format and the raw files of its bands.
+struct FastPart {
+    std::string header;
+    std::vector<SampleFile> bands;
+};
+
+std::vector<FastPart> fastParts() {
+    const auto band = [](const char* code, Spectrum spectrum, int pixels) {
+        return SampleFile{kScene + code + ".FST", {spectrum}, pixels};
+    };
+    return {{kScene + "HRF.FST",
+             {band("B10", Blue, kNormal), band("B20", Green, kNormal), band("B30", Red, kNormal),
+              band("B40", NearInfrared, kNormal), band("B50", ShortWave1, kNormal),
+              band("B70", ShortWave2, kNormal)}},
+            {kScene + "HTM.FST", {band("B61", Thermal, kCoarse), band("B62", Thermal, kCoarse)}},
+            {kScene + "HPN.FST", {band("B80", Panchromatic, 2 * kNormal)}}};
+}
+
+std::vector<SampleSet> sampleSets() {
+    return {poProduct(),
+            poProductNitf(),
+            landsat7(),
+            numbered(),
+            generic(),
+            quickBird("1234", "1, 2, 3, 4", {Blue, Green, Red, NearInfrared}),
+            quickBird("321", "3, 2, 1", {Red, Green, Blue}),
+            quickBird("432", "4, 3, 2", {NearInfrared, Red, Green}),
+            quickBirdPanchromatic(),
+            nitfLetters()};
+}
+
+std::string madeDirectory(const fs::path& directory) {
+    std::error_code error;
+    fs::create_directories(directory, error);
+    if (!fs::is_directory(directory)) {
+        throw Failure(ExitCode::CannotWrite, directory.string(),
+                      error ? error.message() : "is no directory");
+    }
+    return fs::absolute(directory).lexically_normal().string();
+}
+
+void writeText(const fs::path& path, const std::string& content) {
+    OutputFile file(path.string());
+    file.write(content);
+    file.commit();
+}
+
+void writeList(const std::string& directory, const kest::ComponentListBuilder& list) {
+    writeText(fs::path(directory) / "set.xml", Pyxis::toUtf8(list.specifier().string()) + "\n");
+}
+
+void writeSet(const fs::path& parent, const SampleSet& set) {
+    const std::string directory = madeDirectory(parent / set.directory);
+    kest::ComponentListBuilder list;
+    for (const SampleFile& file : set.files) {
+        throwIfInterrupted();
+        const std::string path = (fs::path(directory) / file.name).string();
+        writeRaster(path, {file.bands, file.pixels, set.extent, set.samples, file.driver,
+                           file.description, file.options});
+        for (int frame = 0; frame < static_cast<int>(file.bands.size()); ++frame) {
+            list.append(Pyxis::fileSpecifier(path), frame);
+        }
+    }
+    for (const TextFile& text : set.texts) {
+        writeText(fs::path(directory) / text.name, text.content);
+    }
+    writeList(directory, list);
+}
+
+void writeFastSet(const fs::path& parent, double extent) {
+    const std::string directory = madeDirectory(parent / "landsat7-fast");
+    kest::ComponentListBuilder list;
+    for (const FastPart& part : fastParts()) {
+        throwIfInterrupted();
+        const int pixels = part.bands.front().pixels;
+        FastProduct product{{}, pixels, pixels, kOrigin.x, kOrigin.y, extent / pixels};
+        const fs::path header = fs::path(directory) / part.header;
+        for (const SampleFile& band : part.bands) {
+            const SampleRaster raster{band.bands, pixels, extent, Samples::EightBits};
+            writeText(fs::path(directory) / band.name, rawSamples(raster));
+            list.append(Pyxis::fileSpecifier(header.string()),
+                        static_cast<int>(product.bandFiles.size()));
+            product.bandFiles.push_back(band.name);
+        }
+        writeText(header, fastHeaderText(product));
+    }
+    writeList(directory, list);
+}
+
+}  // namespace
+
+void writeSamples(const std::string& directory) {
+    const fs::path parent = madeDirectory(directory);
+    std::string readme =
+        "Sample sets, one a directory. All show the same made-up scene; set.xml lists the files\n"
+        "of each set, with absolute paths.\n\n";
+    for (const SampleSet& set : sampleSets()) {
+        writeSet(parent, set);
+        readme += set.directory + ": " + set.title + "\n";
+    }
+    writeFastSet(parent, landsat7().extent);
+    readme += "landsat7-fast: The \"L7\" product as FAST headers with raw band files\n";
+    writeText(parent / "README.txt", readme);
+}
+
+}  // namespace kestms::samples
