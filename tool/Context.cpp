@@ -17,7 +17,7 @@ Session& Context::session() {
 }
 
 void Context::warn(const std::string& file, const std::string& reason) const {
-    note(printable(file) + ": " + reason);
+    note(printableName(file) + ": " + reason);
 }
 
 void Context::note(const std::string& text) const {

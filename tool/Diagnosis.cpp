@@ -162,7 +162,11 @@ void failUndecodable(const Diagnosis& diagnosis) {
     if (blamed != components.end()) {
         const ExitCode code =
             blamed->verdict == Verdict::Unreadable ? ExitCode::CannotRead : ExitCode::NotDecodable;
-        throw Failure(code, blamed->component.path, blamed->detail);
+        const auto position = blamed - components.begin();
+        throw Failure(code,
+                      blamed->verdict == Verdict::NoPath ? "component " + std::to_string(position)
+                                                         : blamed->component.path,
+                      blamed->detail);
     }
     if (components.size() == 1) {
         throw Failure(ExitCode::NotDecodable, components.front().component.path, kTooFewBands);

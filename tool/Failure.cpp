@@ -8,6 +8,7 @@ Failure::Failure(ExitCode code, const std::string& reason)
     : std::runtime_error(reason), code_(code) {}
 
 Failure::Failure(ExitCode code, const std::string& file, const std::string& reason)
-    : std::runtime_error(printable(file) + ": " + reason), code_(code) {}
+    : std::runtime_error((file.empty() ? "''" : printableName(file)) + ": " + reason),
+      code_(code) {}
 
 }  // namespace kestms

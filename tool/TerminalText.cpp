@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <climits>
 #include <cstdint>
 #include <cstdio>
 #include <utility>
@@ -108,6 +109,10 @@ std::string printable(std::string_view utf8) {
     return text;
 }
 
+std::string printableName(std::string_view utf8) {
+    return utf8.size() <= PATH_MAX ? printable(utf8) : printable(utf8.substr(0, PATH_MAX)) + "...";
+}
+
 std::size_t displayWidth(std::string_view utf8) {
     std::size_t width = 0;
     for (const char32_t character : decode(utf8)) {
@@ -128,7 +133,7 @@ TextTable::TextTable(std::vector<Column> columns) {
 void TextTable::addRow(const std::vector<std::string>& cells) {
     std::vector<std::string>& row = rows_.emplace_back();
     for (const std::string& cell : cells) {
-        row.push_back(printable(cell));
+        row.push_back(printableName(cell));
     }
     row.resize(aligns_.size());
 }

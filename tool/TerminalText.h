@@ -13,12 +13,15 @@ namespace kestms {
 /// escapes (`\n`, `\x1b`, `\u202e`).
 std::string printable(std::string_view utf8);
 
+/// The same for a file's name, cut after as many bytes as a path can have.
+std::string printableName(std::string_view utf8);
+
 /// The number of terminal columns that the text takes: two for East Asian wide characters, none
 /// for combining marks.
 std::size_t displayWidth(std::string_view utf8);
 
 /// Rows of cells under a heading, columns aligned by display width and set apart by two blanks;
-/// no row ends in blanks. Cells are escaped with `printable`.
+/// no row ends in blanks. Cells are escaped with `printableName`.
 class TextTable {
   public:
     enum class Align { Left, Right };

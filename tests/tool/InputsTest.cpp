@@ -5,6 +5,8 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <csignal>
+#include <streambuf>
 #include <thread>
 
 #include "tests/tool/RunTool.h"
@@ -171,6 +173,43 @@ TEST(CommandLine, AnswersWrongUsageWithCodeTwo) {
         EXPECT_EQ(outcome.code, 2);
         EXPECT_THAT(outcome.err, testing::AllOf(StartsWith("kestms: "), HasSubstr(reason)));
         EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1);
+    }
+}
+
+/// Standard input on which the user waits, and then interrupts.
+class InterruptingBuffer : public std::streambuf {
+    int_type underflow() override {
+        std::raise(SIGINT);
+        return traits_type::eof();
+    }
+};
+
+TEST(CommandLine, StopsWhenInterrupted) {
+    const fakes::TempDirectory directory;
+    const std::string output = directory / "set.xml";
+    const char* argv[] = {"kestms", "list", "-", "-o", output.c_str()};
+    InterruptingBuffer buffer;
+    std::istream in(&buffer);
+    std::ostringstream out;
+    std::ostringstream err;
+    EXPECT_EQ(run(5, argv, in, out, err), 130);
+    EXPECT_EQ(err.str(), "kestms: interrupted\n");
+    EXPECT_TRUE(std::filesystem::is_empty(directory.path()));
+}
+
+TEST(CommandLine, TellsOfOutputThatIsLost) {
+    const fakes::TempDirectory directory;
+    const auto files = writeLandsat(directory);
+    for (const std::vector<const char*>& argv :
+         {std::vector<const char*>{"kestms", "info", files[0].c_str(), files[1].c_str()},
+          {"kestms", "--help"},
+          {"kestms", "--version"}}) {
+        std::istringstream in;
+        std::ostringstream out;
+        std::ostringstream err;
+        out.setstate(std::ios::badbit);
+        EXPECT_EQ(run(static_cast<int>(argv.size()), argv.data(), in, out, err), 4);
+        EXPECT_EQ(err.str(), "kestms: standard output: write failed\n");
     }
 }
 

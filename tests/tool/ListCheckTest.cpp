@@ -118,6 +118,16 @@ TEST_F(ListAndCheck, CheckExplainsEveryComponent) {
     EXPECT_DOUBLE_EQ(off["percent"], 7.5);
 }
 
+TEST_F(ListAndCheck, CheckReadsADocumentThatNamesNoFile) {
+    const std::string component = "<component><data><file frame=\"0\"/></data></component>";
+    const Outcome outcome = runTool({"check", "-", "--json"}, "<storage><image>" + component +
+                                                                  component + "</image></storage>");
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_EQ(outcome.json()["answer"], 3);
+    EXPECT_EQ(outcome.json()["components"][1]["verdict"], "no-path");
+    EXPECT_EQ(outcome.err, "kestms: component 0: the component names no file\n");
+}
+
 TEST_F(ListAndCheck, CheckFollowsTheCodecsVerdict) {
     const std::string a = write("a.tif");
     const std::string b = write("b.tif");

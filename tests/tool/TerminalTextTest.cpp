@@ -18,6 +18,7 @@ TEST(TerminalText, EscapesWhatWouldSteerATerminal) {
     for (const auto& [raw, shown] : cases) {
         EXPECT_EQ(printable(raw), shown);
     }
+    EXPECT_EQ(printableName(std::string(5000, 'x')), std::string(4096, 'x') + "...");
 }
 
 TEST(TerminalText, CountsColumns) {
