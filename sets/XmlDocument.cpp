@@ -78,8 +78,8 @@ Element* Document::firstOfName(const Element* parent, std::string_view name) con
 }
 
 void Document::linkOrdered(Element*& head, Element*& last, Element* element) {
-    if (head == nullptr || last->offset_ <= element->offset_) {
-        (head == nullptr ? head : last->ordered_) = element;
+    if (last == nullptr || last->offset_ <= element->offset_) {
+        (last == nullptr ? head : last->ordered_) = element;
         last = element;
         return;
     }
@@ -92,8 +92,8 @@ void Document::linkOrdered(Element*& head, Element*& last, Element* element) {
 }
 
 void Document::linkSibling(Element*& head, Element*& last, Element* element) {
-    if (head == nullptr || last->offset_ <= element->offset_) {
-        (head == nullptr ? head : last->sibling_) = element;
+    if (last == nullptr || last->offset_ <= element->offset_) {
+        (last == nullptr ? head : last->sibling_) = element;
         last = element;
         return;
     }
