@@ -13,5 +13,7 @@ void addListCommand(CLI::App& app, Context& context);
 void addCheckCommand(CLI::App& app, Context& context);
 void addInfoCommand(CLI::App& app, Context& context);
 void addQuicklookCommand(CLI::App& app, Context& context);
+void addVrtCommand(CLI::App& app, Context& context);
+void addExportCommand(CLI::App& app, Context& context);
 
 }  // namespace kestms

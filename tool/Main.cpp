@@ -44,6 +44,8 @@ void addCommands(CLI::App& app, Context& context) {
     addCheckCommand(app, context);
     addInfoCommand(app, context);
     addQuicklookCommand(app, context);
+    addVrtCommand(app, context);
+    addExportCommand(app, context);
 }
 
 std::string oneLine(std::string text) {

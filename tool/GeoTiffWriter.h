@@ -1,0 +1,31 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "tool/BandFacts.h"
+#include "tool/OutputFile.h"
+#include "tool/OutputLayout.h"
+
+namespace kestms {
+
+struct GeoTiffOptions {
+    std::string compression = "DEFLATE";  ///< GDAL's name; one that loses nothing
+    bool cloudOptimized = false;
+};
+
+/// Told how much is done, 0 to 1; what it throws ends the writing.
+using ProgressFunction = std::function<void(double)>;
+
+/// Writes the raster as a tiled GeoTIFF, pixels as the frames give them, window by window. Bands
+/// of different sample types get the smallest one that holds all. `facts` has one entry for each
+/// band. Throws a Failure with ExitCode::CannotRead or ExitCode::CannotWrite.
+void writeGeoTiff(const OpenedSet& set, const OutputRaster& raster,
+                  const std::vector<BandFacts>& facts, const GeoTiffOptions& options,
+                  const OutputFile& output, const ProgressFunction& progress);
+
+/// Whether all bands can share the one no-data value that a GeoTIFF has.
+bool shareNoData(const std::vector<BandFacts>& facts);
+
+}  // namespace kestms
