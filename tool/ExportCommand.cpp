@@ -1,16 +1,10 @@
 #include <memory>
-#include <ostream>
 #include <string>
 #include <vector>
 
-#include "tool/BandFacts.h"
 #include "tool/Commands.h"
 #include "tool/GeoTiffWriter.h"
-#include "tool/Inputs.h"
-#include "tool/OutputFile.h"
-#include "tool/OutputLayout.h"
-#include "tool/Progress.h"
-#include "tool/TerminalText.h"
+#include "tool/HandOn.h"
 
 namespace kestms {
 namespace {
@@ -25,41 +19,17 @@ struct ExportOptions {
     GeoTiffOptions format;
 };
 
-std::vector<BandFacts> factsOfAll(Context& context, const OpenedSet& set,
-                                  const OutputRaster& raster) {
-    std::vector<BandFacts> facts;
-    for (const PlacedBand& placed : raster.bands) {
-        facts.push_back(factsOf(set, *placed.band));
-    }
-    if (!shareNoData(facts)) {
-        context.warn(raster.path, "without a no-data value: the bands have different ones");
-    }
-    return facts;
-}
-
 ExitCode exportSet(Context& context, const ExportOptions& options) {
     const OpenedSet set = openSet(context, options.inputs);
-    const auto rasters = layOut(set.view(), options.output,
-                                options.oneGrid ? Grids::OneForAll : Grids::OnePerBucket);
-    for (const OutputRaster& raster : rasters) {
-        refuseToOverwriteInput(raster.path, set.specifier());
-    }
-    std::vector<std::unique_ptr<OutputFile>> files;
-    {
-        ProgressBar bar(context.err, isTerminal(context.err));
-        for (const OutputRaster& raster : rasters) {
-            const auto facts = factsOfAll(context, set, raster);
-            const auto before = static_cast<double>(files.size());
-            files.push_back(std::make_unique<OutputFile>(raster.path));
-            writeGeoTiff(set, raster, facts, options.format, *files.back(), [&](double part) {
-                bar.show((before + part) / static_cast<double>(rasters.size()));
-            });
-        }
-    }
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        files[i]->commit();
-        context.out << printable(rasters[i].path) << "\n";
-    }
+    handOn(context, set, options.output, options.oneGrid ? Grids::OneForAll : Grids::OnePerBucket,
+           [&](const OutputRaster& raster, const std::vector<BandFacts>& facts, OutputFile& file,
+               const ProgressFunction& progress) {
+               if (!shareNoData(facts)) {
+                   context.warn(raster.path,
+                                "without a no-data value: the bands have different ones");
+               }
+               writeGeoTiff(set, raster, facts, options.format, file, progress);
+           });
     return ExitCode::Success;
 }
 

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "tool/BandFacts.h"
 #include "tool/OutputFile.h"
 #include "tool/OutputLayout.h"
+#include "tool/Progress.h"
 
 namespace kestms {
 
@@ -14,9 +14,6 @@ struct GeoTiffOptions {
     std::string compression = "DEFLATE";  ///< GDAL's name; one that loses nothing
     bool cloudOptimized = false;
 };
-
-/// Told how much is done, 0 to 1; what it throws ends the writing.
-using ProgressFunction = std::function<void(double)>;
 
 /// Writes the raster as a tiled GeoTIFF, pixels as the frames give them, window by window. Bands
 /// of different sample types get the smallest one that holds all. `facts` has one entry for each

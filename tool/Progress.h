@@ -1,11 +1,15 @@
 #pragma once
 
+#include <functional>
 #include <ostream>
 
 namespace kestms {
 
 /// Whether people watch the stream: it is standard error, and that is a terminal.
 bool isTerminal(const std::ostream& stream);
+
+/// Told how much of the work is done, 0 to 1; what it throws ends the work.
+using ProgressFunction = std::function<void(double)>;
 
 /// A bar on one line that grows with the work and goes when the work ends, one way or another.
 class ProgressBar {

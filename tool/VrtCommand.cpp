@@ -1,15 +1,9 @@
 #include <memory>
-#include <ostream>
 #include <string>
 #include <vector>
 
-#include "tool/BandFacts.h"
 #include "tool/Commands.h"
-#include "tool/Inputs.h"
-#include "tool/Interrupt.h"
-#include "tool/OutputFile.h"
-#include "tool/OutputLayout.h"
-#include "tool/TerminalText.h"
+#include "tool/HandOn.h"
 #include "tool/VirtualRaster.h"
 
 namespace kestms {
@@ -23,23 +17,10 @@ struct VrtOptions {
 
 ExitCode writeVirtualRasters(Context& context, const VrtOptions& options) {
     const OpenedSet set = openSet(context, options.inputs);
-    const auto rasters = layOut(set.view(), options.output,
-                                options.oneGrid ? Grids::OneForAll : Grids::OnePerBucket);
-    std::vector<std::unique_ptr<OutputFile>> files;
-    for (const OutputRaster& raster : rasters) {
-        refuseToOverwriteInput(raster.path, set.specifier());
-        std::vector<BandFacts> facts;
-        for (const PlacedBand& placed : raster.bands) {
-            throwIfInterrupted();
-            facts.push_back(factsOf(set, *placed.band));
-        }
-        files.push_back(std::make_unique<OutputFile>(raster.path));
-        files.back()->write(virtualRasterText(raster, facts));
-    }
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        files[i]->commit();
-        context.out << printable(rasters[i].path) << "\n";
-    }
+    handOn(
+        context, set, options.output, options.oneGrid ? Grids::OneForAll : Grids::OnePerBucket,
+        [](const OutputRaster& raster, const std::vector<BandFacts>& facts, OutputFile& file,
+           const ProgressFunction& /*progress*/) { file.write(virtualRasterText(raster, facts)); });
     return ExitCode::Success;
 }
 
