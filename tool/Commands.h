@@ -14,5 +14,7 @@ void addCheckCommand(CLI::App& app, Context& context);
 void addInfoCommand(CLI::App& app, Context& context);
 void addQuicklookCommand(CLI::App& app, Context& context);
 void addSamplesCommand(CLI::App& app, Context& context);
+void addVrtCommand(CLI::App& app, Context& context);
+void addExportCommand(CLI::App& app, Context& context);
 
 }  // namespace kestms

@@ -45,6 +45,8 @@ void addCommands(CLI::App& app, Context& context) {
     addInfoCommand(app, context);
     addQuicklookCommand(app, context);
     addSamplesCommand(app, context);
+    addVrtCommand(app, context);
+    addExportCommand(app, context);
 }
 
 std::string oneLine(std::string text) {

@@ -29,6 +29,11 @@ Pyxis::Point2d Placement::toRaster(const Pyxis::Point2d& world) const {
     return {(x * row_.y - y * row_.x) / determinant, (y * column_.x - x * column_.y) / determinant};
 }
 
+std::array<double, 6> Placement::geoTransform(double column, double row) const {
+    const Pyxis::Point2d origin = toWorld(column, row);
+    return {origin.x, column_.x, row_.x, origin.y, column_.y, row_.y};
+}
+
 Placement placementOf(const BandView& band) {
     if (!band.georeference) {
         throw Failure(ExitCode::NotDecodable, band.componentPath, "has no georeference");

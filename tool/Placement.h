@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include "pyxis/Geometry.h"
 #include "tool/OpenedSet.h"
 
@@ -14,6 +16,9 @@ class Placement {
 
     Pyxis::Point2d toWorld(double column, double row) const;
     Pyxis::Point2d toRaster(const Pyxis::Point2d& world) const;
+    /// The coefficients as GDAL takes them, for a raster whose upper-left corner lies at that
+    /// position in this one.
+    std::array<double, 6> geoTransform(double column, double row) const;
 
   private:
     Pyxis::Point2d origin_;

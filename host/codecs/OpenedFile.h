@@ -58,6 +58,8 @@ class OpenedFile {
     const std::string& description() const { return description_; }
     int numFrames() const { return static_cast<int>(frames_.size()); }
     const FrameFacts& frame(int index) const { return frames_.at(static_cast<std::size_t>(index)); }
+    /// The driver's own name for the frame's dataset, with "%s" where the path goes.
+    const std::string& partName(int index) const { return partNames_.at(frame(index).part); }
     /// Where the frame lies, worked out on the first request; null when it is not georeferenced or
     /// the file is gone.
     std::shared_ptr<const GeoFacts> geoFacts(int index);
@@ -102,9 +104,9 @@ class OpenedFile {
     std::vector<std::string> files_;
     std::string description_;
     std::vector<FrameFacts> frames_;
+    std::vector<std::string> partNames_;
 
     std::mutex mutex_;  // guards what follows
-    std::vector<std::string> partNames_;
     std::vector<GDALDatasetUniquePtr> datasets_;
     std::vector<std::optional<std::shared_ptr<const GeoFacts>>> geoFacts_;  // one a dataset
 };
