@@ -146,6 +146,10 @@ TEST_F(TiffCodec, PublishesWhatTheFileSaysOfItsPlace) {
     EXPECT_EQ(placeOf({.epsg = 0}), std::pair(true, std::string("-1 ")));
     EXPECT_FALSE(placeOf({.transform = std::nullopt}).first);
 
+    const std::string beside = fakes::writeRaster(directory / "b.tif", {.transform = std::nullopt});
+    fakes::writeFile(directory / "b.TFW", "30\n0\n0\n-30\n1015\n1985\n");
+    expectAt(Opened(beside).property<GeoTiffCorrelation>()->getUpperLeft(), 1000, 2000, "file");
+
     // Ground control points alone.
     const std::string path =
         fakes::writeRaster(directory / "points.tif", {.transform = std::nullopt, .epsg = 0});
