@@ -26,8 +26,9 @@ bool descriptorsExhausted() {
 
 std::shared_ptr<OpenedFile> FileCache::open(const GdalFormat& format, const std::string& path,
                                             std::string& why) {
-    // Codecs that share a driver share its opened files.
-    const std::string key = std::string(format.driver()) + ":" + path;
+    // Codecs that share a driver share its opened files. Absolute, as the working directory
+    // changes.
+    const std::string key = std::string(format.driver()) + ":" + absolutePath(path);
     std::shared_ptr<OpenedFile> file = find(key);
     if (file) {
         return file;

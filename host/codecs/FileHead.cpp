@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <chrono>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 
 namespace Pyxis {
 namespace {
@@ -66,6 +68,11 @@ FileStamp stampOf(const std::string& path, bool withWorldFiles) {
         stamp.worldFiles.push_back(stateOf(name));
     }
     return stamp;
+}
+
+std::string absolutePath(const std::string& path) {
+    std::error_code none;
+    return path.empty() ? path : std::filesystem::absolute(path, none).string();
 }
 
 std::optional<FileHead> readHead(const std::string& path, std::string& why) {

@@ -34,6 +34,9 @@ std::vector<std::string> worldFilesOf(const std::string& path);
 
 FileStamp stampOf(const std::string& path, bool withWorldFiles);
 
+/// The path from the root on; empty for an empty path.
+std::string absolutePath(const std::string& path);
+
 /// What is known of a file before GDAL sees it.
 struct FileHead {
     std::string bytes;       ///< the first ones, `kBytes` where there are so many

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 #include "host/codecs/GdalFormat.h"
@@ -65,8 +63,8 @@ OpenedFile::~OpenedFile() {
 std::shared_ptr<OpenedFile> OpenedFile::open(const GdalFormat& format, const std::string& path,
                                              std::string& why) {
     // An absolute path cannot read as one of the drivers' own names for parts of files.
-    const std::string absolutePath = path.empty() ? path : std::filesystem::absolute(path).string();
-    const std::optional<FileHead> head = readHead(absolutePath, why);
+    const std::string absolute = absolutePath(path);
+    const std::optional<FileHead> head = readHead(absolute, why);
     if (!head) {
         return nullptr;
     }
@@ -78,7 +76,7 @@ std::shared_ptr<OpenedFile> OpenedFile::open(const GdalFormat& format, const std
     if (!why.empty()) {
         return nullptr;
     }
-    std::shared_ptr<OpenedFile> file(new OpenedFile(format, path, absolutePath));
+    std::shared_ptr<OpenedFile> file(new OpenedFile(format, path, absolute));
     why = file->load();
     return why.empty() ? file : nullptr;
 }

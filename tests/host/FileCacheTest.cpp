@@ -46,7 +46,7 @@ TEST_F(FileCache, ChangedFilesAreReadAnew) {
     const std::string other = fakes::writeRaster(
         directory / "other.tif", {.type = GDT_UInt16, .transform = {{7, 1, 0, 7, 0, -1}}});
     makeOld(path);
-    Opened{path};
+    EXPECT_NE(codecOf(path), nullptr);
     std::filesystem::last_write_time(other, time);
     std::filesystem::rename(other, path);
     EXPECT_EQ(Opened(path).property<GeoTiffCorrelation>()->getUpperLeft().x, 7);
@@ -54,9 +54,22 @@ TEST_F(FileCache, ChangedFilesAreReadAnew) {
     EXPECT_EQ(codecOf(path), nullptr);
 }
 
+TEST_F(FileCache, RelativeNamesFollowTheWorkingDirectory) {
+    const std::filesystem::path before = std::filesystem::current_path();
+    for (const GDALDataType type : {GDT_Byte, GDT_UInt16}) {
+        const std::filesystem::path own = directory / GDALGetDataTypeName(type);
+        std::filesystem::create_directory(own);
+        std::filesystem::current_path(own);
+        makeOld(fakes::writeRaster("raster.tif", {.type = type}));
+        EXPECT_EQ(Opened("raster.tif").frame->frameOp6(), GDALGetDataTypeSizeBits(type));
+    }
+    std::filesystem::current_path(before);
+}
+
 TEST_F(FileCache, OpenFilesStayFewAndOpenAgain) {
     constexpr int kFiles = 150;
     std::vector<std::unique_ptr<Opened>> all;
+    all.reserve(kFiles);
     for (int i = 0; i < kFiles; ++i) {
         all.push_back(std::make_unique<Opened>(
             fakes::writeRaster(directory / ("r" + std::to_string(i) + ".tif"))));
@@ -78,8 +91,9 @@ TEST_F(FileCache, ThreadsMayReadTheSameFileAtOnce) {
         directory / "raster.tif", {.width = 200, .height = 200, .options = {"COMPRESS=DEFLATE"}});
     makeOld(path);
     const std::vector<unsigned char> expected = gdalPixels(path, 1);
-    std::vector<std::thread> threads;
     std::array<int, 4> right{};
+    std::vector<std::thread> threads;
+    threads.reserve(right.size());
     for (int& count : right) {
         threads.emplace_back([&] {
             for (int i = 0; i < 20; ++i) {

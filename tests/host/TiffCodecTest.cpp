@@ -22,7 +22,7 @@ class TiffCodec : public testing::Test {
 TEST_F(TiffCodec, FramesShowLayoutAndPixelsOfTheirBands) {
     struct Case {
         fakes::Raster raster;
-        std::int32_t model, bits, format;
+        std::int32_t model = 0, bits = 0, format = 0;
     };
     const Case cases[] = {
         {{.bands = 3}, 0, 8, 1},
@@ -214,9 +214,9 @@ TEST_F(TiffCodec, WindowsAreReadOrRefused) {
     const Opened opened(path);
     alignas(8) std::array<unsigned char, 64> buffer{};
     struct Case {
-        const char* name;
+        const char* name = "";
         PixelRequest request;
-        bool readable;
+        bool readable = false;
     };
     const auto window = [&](int x, int y, int width, int height) {
         return PixelRequest{.x = x,
@@ -270,7 +270,7 @@ TEST_F(TiffCodec, WindowsAreReadOrRefused) {
     ASSERT_TRUE(opened.frame->frameOp13(0, &request));
     for (int i = 0; i < 4; ++i) {
         float sample = 0;
-        std::memcpy(&sample, buffer.data() + i * 8, sizeof sample);
+        std::memcpy(&sample, &buffer.at(static_cast<std::size_t>(i) * 8), sizeof sample);
         EXPECT_EQ(sample, fakes::sampleAt(1, 1 + i % 2, 2 + i / 2, true));
     }
 }
