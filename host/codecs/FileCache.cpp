@@ -26,9 +26,10 @@ bool descriptorsExhausted() {
 
 std::shared_ptr<OpenedFile> FileCache::open(const GdalFormat& format, const std::string& path,
                                             std::string& why) {
-    // Codecs that share a driver share its opened files.
-    const std::string key = std::string(format.driver()) + ":" + path;
-    std::shared_ptr<OpenedFile> file = find(key, path);
+    // Codecs that share a driver share its opened files. Absolute, as the working directory
+    // changes.
+    const std::string key = std::string(format.driver()) + ":" + absolutePath(path);
+    std::shared_ptr<OpenedFile> file = find(key);
     if (file) {
         return file;
     }
@@ -37,20 +38,20 @@ std::shared_ptr<OpenedFile> FileCache::open(const GdalFormat& format, const std:
         HandlePool::instance().closeIdle();
         file = OpenedFile::open(format, path, why);
     }
-    if (file && format.mayBeKept() && file->stamp().settled()) {
+    if (file && format.mayBeKept() && file->isSettled()) {
         keep(key, file);
     }
     return file;
 }
 
-std::shared_ptr<OpenedFile> FileCache::find(const std::string& key, const std::string& path) {
+std::shared_ptr<OpenedFile> FileCache::find(const std::string& key) {
     std::shared_ptr<OpenedFile> changed;  // outlives the lock: closing takes a while
     const std::lock_guard<std::mutex> lock(mutex_);
     const auto place = places_.find(key);
     if (place == places_.end()) {
         return nullptr;
     }
-    if (place->second->file->stamp() == stampOf(path)) {
+    if (!place->second->file->hasChanged()) {
         entries_.splice(entries_.begin(), entries_, place->second);
         return place->second->file;
     }

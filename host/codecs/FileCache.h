@@ -30,7 +30,7 @@ class FileCache {
     /// An entry is facts of a kilobyte or so; few of the files have open datasets.
     static constexpr std::size_t kMostFiles = 16384;
 
-    std::shared_ptr<OpenedFile> find(const std::string& key, const std::string& path);
+    std::shared_ptr<OpenedFile> find(const std::string& key);
     void keep(const std::string& key, const std::shared_ptr<OpenedFile>& file);
 
     std::mutex mutex_;

@@ -4,9 +4,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 
 namespace Pyxis {
 namespace {
@@ -48,21 +51,28 @@ bool FileStamp::settled() const {
     return now - nanoseconds(std::max(file.modified, file.changed)) > tick;
 }
 
-FileStamp stampOf(const std::string& path) {
-    FileStamp stamp{stateOf(path), {}};
-    for (std::size_t i = 0; i < stamp.worldFiles.size(); ++i) {
-        stamp.worldFiles[i] = stateOf(withExtension(path, FileStamp::kWorldFileExtensions[i]));
-    }
-    return stamp;
-}
-
-std::string withExtension(const std::string& path, const char* extension) {
+std::vector<std::string> worldFilesOf(const std::string& path) {
     const std::size_t dot = path.rfind('.');
     const std::size_t slash = path.rfind('/');
     if (dot == std::string::npos || (slash != std::string::npos && dot < slash)) {
         return {};
     }
-    return path.substr(0, dot) + extension;
+    const std::string stem = path.substr(0, dot);
+    return {stem + ".tfw", stem + ".TFW", stem + ".wld"};
+}
+
+FileStamp stampOf(const std::string& path, bool withWorldFiles) {
+    FileStamp stamp{stateOf(path), {}};
+    for (const std::string& name :
+         withWorldFiles ? worldFilesOf(path) : std::vector<std::string>()) {
+        stamp.worldFiles.push_back(stateOf(name));
+    }
+    return stamp;
+}
+
+std::string absolutePath(const std::string& path) {
+    std::error_code none;
+    return path.empty() ? path : std::filesystem::absolute(path, none).string();
 }
 
 std::optional<FileHead> readHead(const std::string& path, std::string& why) {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace Pyxis {
 
@@ -18,12 +18,10 @@ struct FileState {
     bool operator==(const FileState&) const = default;
 };
 
-/// The state of a file and of the files beside it that GDAL may look at.
+/// The state of a file and, where they matter, of the world files beside it.
 struct FileStamp {
-    static constexpr std::array kWorldFileExtensions = {".tfw", ".TFW", ".wld"};
-
     FileState file;
-    std::array<FileState, kWorldFileExtensions.size()> worldFiles;
+    std::vector<FileState> worldFiles;
 
     bool operator==(const FileStamp&) const = default;
     /// Whether a later change is sure to show: the clock of the file system has ticked since the
@@ -31,10 +29,13 @@ struct FileStamp {
     bool settled() const;
 };
 
-FileStamp stampOf(const std::string& path);
+/// The names that a raster's world file may have; none for a name without an extension.
+std::vector<std::string> worldFilesOf(const std::string& path);
 
-/// The path with another extension; empty when its name has none.
-std::string withExtension(const std::string& path, const char* extension);
+FileStamp stampOf(const std::string& path, bool withWorldFiles);
+
+/// The path from the root on; empty for an empty path.
+std::string absolutePath(const std::string& path);
 
 /// What is known of a file before GDAL sees it.
 struct FileHead {

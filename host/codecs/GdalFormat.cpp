@@ -20,6 +20,10 @@ std::string GdalFormat::reject(const OpenedFile& /*file*/) const {
     return {};
 }
 
+bool GdalFormat::takesWorldFile() const {
+    return false;
+}
+
 bool GdalFormat::mayBeKept() const {
     return true;
 }

@@ -47,6 +47,8 @@ class GdalFormat {
     /// Adds the frames of the file just opened. The answer says why it cannot be read after all;
     /// empty when it can. The default: every band of the one dataset is a frame.
     virtual std::string load(OpenedFile& file) const;
+    /// Whether a world file may say where the raster lies.
+    virtual bool takesWorldFile() const;
     /// Why an opened file is not of this format; empty when it is.
     virtual std::string reject(const OpenedFile& file) const;
     /// Whether an opened file may be given out again for as long as the file itself stays as it is.

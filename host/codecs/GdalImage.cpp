@@ -73,6 +73,9 @@ FileSpecifier GdalImage::getFile(int index) const {
     if (!file || index < 0 || static_cast<std::size_t>(index) >= file->files().size()) {
         return {};
     }
+    if (index == 0) {
+        return specifier_;  // spelt as this caller did; the opened file may be another's
+    }
     return fileSpecifier(file->files()[static_cast<std::size_t>(index)]);
 }
 

@@ -30,16 +30,16 @@ class ThreadOption {
     std::optional<std::string> before_;
 };
 
-/// The files that GDAL may look at beside the one it opens: the file itself and, where there is
-/// one, its world file. Naming them keeps GDAL from reading whole directories, and from following
-/// auxiliary files and overviews of any format to wherever those point.
-CPLStringList allowedSiblings(const std::string& path) {
+/// The files that GDAL may look at beside the one it opens: the file itself and its world file.
+/// Naming them keeps GDAL from reading whole directories, and from following auxiliary files and
+/// overviews of any format to wherever those point.
+CPLStringList allowedSiblings(const std::string& path, bool withWorldFile) {
     CPLStringList names;
     names.AddString(CPLGetFilename(path.c_str()));
-    for (const char* extension : FileStamp::kWorldFileExtensions) {
-        const std::string worldFile = withExtension(path, extension);
-        if (!worldFile.empty() && access(worldFile.c_str(), R_OK) == 0) {
-            names.AddString(CPLGetFilename(worldFile.c_str()));
+    for (const std::string& name :
+         withWorldFile ? worldFilesOf(path) : std::vector<std::string>()) {
+        if (access(name.c_str(), R_OK) == 0) {
+            names.AddString(CPLGetFilename(name.c_str()));
         }
     }
     return names;
@@ -48,14 +48,14 @@ CPLStringList allowedSiblings(const std::string& path) {
 }  // namespace
 
 GDALDatasetUniquePtr openForReading(const char* driver, const std::string& name,
-                                    const std::string& path) {
+                                    const std::string& path, bool withWorldFile) {
     static std::once_flag registered;
     std::call_once(registered, GDALAllRegister);
     const ThreadOption noAuxiliaryFiles("GDAL_PAM_ENABLED", "NO");
     const char* const drivers[] = {driver, nullptr};
     GDALDatasetUniquePtr dataset(
         GDALDataset::Open(name.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR,
-                          drivers, nullptr, allowedSiblings(path).List()));
+                          drivers, nullptr, allowedSiblings(path, withWorldFile).List()));
     // Metadata inside a file can name any other one as the place of its overviews.
     if (dataset && dataset->GetMetadataItem("OVERVIEW_FILE", "OVERVIEWS") != nullptr) {
         CPLError(CE_Failure, CPLE_AppDefined, "names another file as its overviews");

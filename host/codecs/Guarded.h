@@ -1,6 +1,7 @@
 #pragma once
 
 #include <exception>
+#include <memory>
 #include <utility>
 
 namespace Pyxis {
@@ -18,7 +19,9 @@ Answer guarded(Answer fallback, Action&& action) noexcept {
 /// A new object for the caller to own; null when memory fails.
 template <typename T, typename... Arguments>
 T* newOrNull(Arguments&&... arguments) noexcept {
-    return guarded<T*>(nullptr, [&] { return new T(std::forward<Arguments>(arguments)...); });
+    return guarded<T*>(nullptr, [&] {
+        return std::make_unique<T>(std::forward<Arguments>(arguments)...).release();
+    });
 }
 
 }  // namespace Pyxis

@@ -1,8 +1,7 @@
 #include "host/codecs/OpenedFile.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
+#include <array>
 #include <utility>
 
 #include "host/codecs/GdalFormat.h"
@@ -41,13 +40,18 @@ FrameFacts factsOf(GDALRasterBand& band) {
     return facts;
 }
 
+bool isGeoreferenced(GDALDataset& dataset) {
+    std::array<double, 6> transform{};
+    return dataset.GetGeoTransform(transform.data()) == CE_None;
+}
+
 }  // namespace
 
 OpenedFile::OpenedFile(const GdalFormat& format, std::string path, std::string absolutePath)
     : format_(format),
       path_(std::move(path)),
       absolutePath_(std::move(absolutePath)),
-      stamp_(stampOf(absolutePath_)),
+      stamp_(stampOf(absolutePath_, false)),
       files_{path_} {}
 
 OpenedFile::~OpenedFile() {
@@ -59,8 +63,8 @@ OpenedFile::~OpenedFile() {
 std::shared_ptr<OpenedFile> OpenedFile::open(const GdalFormat& format, const std::string& path,
                                              std::string& why) {
     // An absolute path cannot read as one of the drivers' own names for parts of files.
-    const std::string absolutePath = path.empty() ? path : std::filesystem::absolute(path).string();
-    const std::optional<FileHead> head = readHead(absolutePath, why);
+    const std::string absolute = absolutePath(path);
+    const std::optional<FileHead> head = readHead(absolute, why);
     if (!head) {
         return nullptr;
     }
@@ -72,7 +76,7 @@ std::shared_ptr<OpenedFile> OpenedFile::open(const GdalFormat& format, const std
     if (!why.empty()) {
         return nullptr;
     }
-    std::shared_ptr<OpenedFile> file(new OpenedFile(format, path, absolutePath));
+    std::shared_ptr<OpenedFile> file(new OpenedFile(format, path, absolute));
     why = file->load();
     return why.empty() ? file : nullptr;
 }
@@ -84,6 +88,9 @@ std::string OpenedFile::load() {
     if (openPart("%s") == nullptr) {
         return errors.message().empty() ? std::string("damaged ") + format_.texts().name + " file"
                                         : errors.message();
+    }
+    if (format_.takesWorldFile() && !isGeoreferenced(mainDataset())) {
+        takeWorldFile();
     }
     std::string why = format_.load(*this);
     if (why.empty() && frames_.empty()) {
@@ -97,13 +104,29 @@ std::string OpenedFile::load() {
     return why;
 }
 
+/// Opens the file anew together with its world file. Only files without a place of their own need
+/// that, and looking for files that are not there costs more than the rest of opening.
+void OpenedFile::takeWorldFile() {
+    withWorldFile_ = true;
+    stamp_ = stampOf(absolutePath_, true);
+    GDALDatasetUniquePtr dataset =
+        openForReading(format_.driver(), absolutePath_, absolutePath_, true);
+    if (dataset) {
+        datasets_.front() = std::move(dataset);
+    }
+}
+
+bool OpenedFile::hasChanged() const {
+    return stampOf(absolutePath_, withWorldFile_) != stamp_;
+}
+
 std::string OpenedFile::nameOfPart(std::string name) const {
     return name.replace(name.find("%s"), 2, absolutePath_);
 }
 
 GDALDataset* OpenedFile::openPart(const std::string& name) {
     GDALDatasetUniquePtr dataset =
-        openForReading(format_.driver(), nameOfPart(name), absolutePath_);
+        openForReading(format_.driver(), nameOfPart(name), absolutePath_, withWorldFile_);
     if (!dataset) {
         return nullptr;
     }
@@ -140,11 +163,12 @@ bool OpenedFile::openAgain() {
     if (!datasets_.empty()) {
         return true;
     }
-    if (stampOf(absolutePath_) != stamp_) {
+    if (hasChanged()) {
         return false;
     }
     for (const std::string& name : partNames_) {
-        datasets_.push_back(openForReading(format_.driver(), nameOfPart(name), absolutePath_));
+        datasets_.push_back(
+            openForReading(format_.driver(), nameOfPart(name), absolutePath_, withWorldFile_));
         if (!datasets_.back()) {
             datasets_.clear();
             return false;

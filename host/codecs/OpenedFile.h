@@ -51,7 +51,10 @@ class OpenedFile {
     const std::string& path() const { return path_; }
     /// Bytes in the opened file.
     std::uint64_t size() const { return stamp_.file.size; }
-    const FileStamp& stamp() const { return stamp_; }
+    /// Whether the file is another now than when it was opened.
+    bool hasChanged() const;
+    /// Whether a change is sure to be noticed.
+    bool isSettled() const { return stamp_.settled(); }
     /// The files that the image is made of, the opened one first.
     const std::vector<std::string>& files() const { return files_; }
     /// What the file says of itself as a whole.
@@ -94,6 +97,7 @@ class OpenedFile {
   private:
     OpenedFile(const GdalFormat& format, std::string path, std::string absolutePath);
     std::string load();
+    void takeWorldFile();
     bool openAgain();
     std::string nameOfPart(std::string name) const;
 
@@ -101,6 +105,7 @@ class OpenedFile {
     std::string path_;
     std::string absolutePath_;
     FileStamp stamp_;
+    bool withWorldFile_ = false;
     std::vector<std::string> files_;
     std::string description_;
     std::vector<FrameFacts> frames_;

@@ -60,6 +60,7 @@ class TiffFormat : public GdalFormat {
         return file.numFrames() > 0 && endsBeforePixels(file, file.size()) ? "the file is cut short"
                                                                            : "";
     }
+    bool takesWorldFile() const override { return true; }
     std::string systemKey(const std::string& path) const override { return geoKeys(path); }
     void describe(OpenedFile& file, int frame, GdalPropertySet& properties) const override {
         if (const auto facts = file.geoFacts(frame)) {

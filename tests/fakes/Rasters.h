@@ -172,7 +172,8 @@ inline std::string fastHeaderText(const FastHeader& header) {
 inline std::string fastBand(const FastHeader& header, int band) {
     std::string bytes;
     for (int i = 0; i < header.width * header.height; ++i) {
-        bytes += static_cast<char>(sampleAt(band, i % header.width, i / header.width, false));
+        const double sample = sampleAt(band, i % header.width, i / header.width, false);
+        bytes += static_cast<char>(static_cast<unsigned char>(sample));
     }
     return bytes;
 }

@@ -77,7 +77,7 @@ TEST_F(FastCodec, ReducedReadTakesThePixelsThemselves) {
                          "</SourceFilename></SimpleSource></VRTRasterBand></VRTDataset>");
     const Opened opened(header);
     EXPECT_EQ(opened.frame->frameOp8(), 0);
-    std::vector<unsigned char> bytes(6 * 4);
+    std::vector<unsigned char> bytes(24);
     PixelRequest request{.width = 12,
                          .height = 8,
                          .bufferWidth = 6,

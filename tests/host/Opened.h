@@ -71,3 +71,16 @@ inline std::vector<unsigned char> gdalPixels(const std::string& path, int band) 
                          source->GetXSize(), source->GetYSize(), type, 0, 0, nullptr);
     return result == CE_None ? bytes : std::vector<unsigned char>();
 }
+
+/// The paths below a directory that this process has open, each as often as it is.
+inline std::vector<std::string> openBelow(const std::string& directory) {
+    std::vector<std::string> paths;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code gone;
+        const std::string path = std::filesystem::read_symlink(entry, gone).string();
+        if (path.rfind(directory, 0) == 0) {
+            paths.push_back(path);
+        }
+    }
+    return paths;
+}

@@ -22,7 +22,7 @@ class TiffCodec : public testing::Test {
 TEST_F(TiffCodec, FramesShowLayoutAndPixelsOfTheirBands) {
     struct Case {
         fakes::Raster raster;
-        std::int32_t model, bits, format;
+        std::int32_t model = 0, bits = 0, format = 0;
     };
     const Case cases[] = {
         {{.bands = 3}, 0, 8, 1},
@@ -146,6 +146,10 @@ TEST_F(TiffCodec, PublishesWhatTheFileSaysOfItsPlace) {
     EXPECT_EQ(placeOf({.epsg = 0}), std::pair(true, std::string("-1 ")));
     EXPECT_FALSE(placeOf({.transform = std::nullopt}).first);
 
+    const std::string beside = fakes::writeRaster(directory / "b.tif", {.transform = std::nullopt});
+    fakes::writeFile(directory / "b.TFW", "30\n0\n0\n-30\n1015\n1985\n");
+    expectAt(Opened(beside).property<GeoTiffCorrelation>()->getUpperLeft(), 1000, 2000, "file");
+
     // Ground control points alone.
     const std::string path =
         fakes::writeRaster(directory / "points.tif", {.transform = std::nullopt, .epsg = 0});
@@ -210,9 +214,9 @@ TEST_F(TiffCodec, WindowsAreReadOrRefused) {
     const Opened opened(path);
     alignas(8) std::array<unsigned char, 64> buffer{};
     struct Case {
-        const char* name;
+        const char* name = "";
         PixelRequest request;
-        bool readable;
+        bool readable = false;
     };
     const auto window = [&](int x, int y, int width, int height) {
         return PixelRequest{.x = x,
@@ -266,7 +270,7 @@ TEST_F(TiffCodec, WindowsAreReadOrRefused) {
     ASSERT_TRUE(opened.frame->frameOp13(0, &request));
     for (int i = 0; i < 4; ++i) {
         float sample = 0;
-        std::memcpy(&sample, buffer.data() + i * 8, sizeof sample);
+        std::memcpy(&sample, &buffer.at(static_cast<std::size_t>(i) * 8), sizeof sample);
         EXPECT_EQ(sample, fakes::sampleAt(1, 1 + i % 2, 2 + i / 2, true));
     }
 }
