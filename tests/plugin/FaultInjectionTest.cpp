@@ -10,6 +10,7 @@
 #include "fakes/Fakes.h"
 #include "fakes/Resources.h"
 #include "fakes/Sets.h"
+#include "properties/KestMultispectralMetadataTextFileProperty.h"
 #include "properties/KestMultispectralProperty.h"
 
 namespace {
@@ -247,6 +248,28 @@ TEST(FaultInjectionTest, EveryRequestForMemoryMayFail) {
     }
     RecordProperty("injected", injected);
     std::cout << "requests for memory made to fail: " << injected << "\n";
+}
+
+TEST(FaultInjectionTest, MetadataTextIsTheWholeFileOrNone) {
+    const fakes::TempFile file("whole", std::string(100, 'x'));
+    const Pyxis::FileSpecifier specifier = Pyxis::fileSpecifier(file.path());
+    bool reached = true;
+    for (int n = 0; reached; ++n) {
+        memoryFault = {n, 0, false};
+        std::unique_ptr<KestMultispectralMetadataTextFileProperty> property;
+        try {
+            property = std::make_unique<KestMultispectralMetadataTextFileProperty>(specifier);
+        } catch (const std::bad_alloc&) {
+        }
+        reached = memoryFault.requests > n;
+        memoryFault = {};
+        Pyxis::StringBuffer value;
+        if (property) {
+            property->getValue(value);
+            EXPECT_EQ(value.numDataBytes(), property->isValid() ? 101 : 0) << n;
+        }
+        EXPECT_TRUE(reached || (property && property->isValid()));
+    }
 }
 
 TEST(FaultInjectionTest, CloneGivesNullWheneverMemoryFails) {
