@@ -45,7 +45,7 @@ bool Property::isValid() const {
 }
 
 bool Property::getMetadataFile(Pyxis::FileSpecifier& out) const {
-    out.assign(metadataFile_);
+    kest::attempt([&] { out.assign(metadataFile_); });
     return valid_;
 }
 

@@ -10,6 +10,8 @@
 #include "fakes/Fakes.h"
 #include "fakes/Resources.h"
 #include "fakes/Sets.h"
+#include "properties/KestMultispectralBandNameProperty.h"
+#include "properties/KestMultispectralBucketProperty.h"
 #include "properties/KestMultispectralMetadataTextFileProperty.h"
 #include "properties/KestMultispectralProperty.h"
 
@@ -272,6 +274,31 @@ TEST(FaultInjectionTest, MetadataTextIsTheWholeFileOrNone) {
     }
 }
 
+/// Whether the property can be asked for all it holds of texts and files without memory.
+bool tellsWithoutMemory(const Pyxis::FormatCodecPropertyInterface& property) {
+    Pyxis::StringBuffer text;
+    Pyxis::FileSpecifier file;
+    bool thrown = false;
+    memoryFault = {0, 0, true};
+    try {
+        if (const auto* name = dynamic_cast<const KestMultispectralBandNameProperty*>(&property)) {
+            name->getBandName(text);
+            name->getFile(file);
+        }
+        if (const auto* bucket = dynamic_cast<const KestMultispectralBucketProperty*>(&property)) {
+            bucket->getBucketName(text);
+        }
+        if (const auto* metadata =
+                dynamic_cast<const KestMultispectralMetadataTextFileProperty*>(&property)) {
+            metadata->getMetadataFile(file);
+        }
+    } catch (...) {
+        thrown = true;
+    }
+    memoryFault = {};
+    return !thrown;
+}
+
 TEST(FaultInjectionTest, CloneGivesNullWheneverMemoryFails) {
     Scene scene;
     for (scene.ownProperties->start(); !scene.ownProperties->endOfList();
@@ -280,6 +307,7 @@ TEST(FaultInjectionTest, CloneGivesNullWheneverMemoryFails) {
         if (dynamic_cast<const KestMultispectralProperty*>(property) == nullptr) {
             continue;
         }
+        EXPECT_TRUE(tellsWithoutMemory(*property));
         std::unique_ptr<Pyxis::FormatCodecPropertyInterface> copy;
         int n = 0;
         for (; !copy; ++n) {
