@@ -10,12 +10,16 @@ namespace Pyxis {
 /// start-up; asking may then go on from several.
 class PYXIS_API CodecRegistry {
   public:
+    /// The one registry of the process.
     static CodecRegistry& instance();
 
     /// Adds a codec at the end. It is not owned: its owner removes it before it goes.
     void add(const ImageFormatCodec& codec);
+    /// Forgets a codec; does nothing when it is not registered.
     void remove(const ImageFormatCodec& codec);
 
+    /// Asks the codecs in turn. Decodable with `codec` set at the first that reads `file`; else
+    /// UndecodableSet when one said so, or NotThisFormat, with `codec` untouched.
     FormatDecodability find(const FileSpecifier& file, const ImageFormatCodec*& codec) const;
 
   private:

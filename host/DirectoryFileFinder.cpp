@@ -60,15 +60,15 @@ DirectoryFileFinder::~DirectoryFileFinder() = default;
 
 bool DirectoryFileFinder::findFile(const ImageFormatCodec* /*codec*/, const FileSpecifier& base,
                                    const FileSpecifier& nameToLookFor, FileSpecifier& found) {
-    const std::string name = toUtf8(nameToLookFor.string());
+    const fs::path name = pathOf(nameToLookFor).filename();
     if (name.empty()) {
         return false;
     }
     const fs::path directory = pathOf(base).parent_path();
-    std::optional<fs::path> path = directory / pathOf(nameToLookFor).filename();
+    std::optional<fs::path> path = directory / name;
     std::error_code error;
     if (!fs::exists(*path, error)) {
-        path = searchIgnoringCase(directory.empty() ? fs::path(".") : directory, name);
+        path = searchIgnoringCase(directory.empty() ? fs::path(".") : directory, bytesOf(name));
     }
     if (!path) {
         return false;

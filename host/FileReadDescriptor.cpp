@@ -29,7 +29,8 @@ bool FileReadDescriptor::setFrame(int frame) {
     return true;
 }
 
-FormatCodecPropertyInterface* FileReadDescriptor::getProperty(const StringBuffer& name) {
+// NOLINTNEXTLINE(performance-unnecessary-value-param): so it stands in the interface.
+FormatCodecPropertyInterface* FileReadDescriptor::getProperty(StringBuffer name) {
     if (image() == nullptr) {
         return nullptr;
     }
@@ -43,13 +44,13 @@ FormatCodecPropertyInterface* FileReadDescriptor::getProperty(const StringBuffer
     }
     for (properties->start(); !properties->endOfList(); properties->step()) {
         const FormatCodecPropertyInterface* property = properties->openProperty();
-        FormatCodecPropertyInterface* copy = nullptr;
+        std::unique_ptr<FormatCodecPropertyInterface> copy;
         if (property != nullptr && property->getName() == name) {
-            copy = property->clone();
+            copy.reset(property->clone());
         }
         properties->closeProperty();
-        if (copy != nullptr) {
-            return copy;
+        if (copy) {
+            return copy.release();
         }
     }
     return nullptr;

@@ -35,8 +35,8 @@ int Property::getFrame() const {
     return frame_;
 }
 void Property::getFile(Pyxis::FileSpecifier& out) const {
-    out.assign(file_);
+    kest::attempt([&] { out.assign(file_); });
 }
 void Property::getBandName(Pyxis::StringBuffer& out) const {
-    out = bandName_;
+    kest::attempt([&] { out = bandName_; });
 }

@@ -5,7 +5,8 @@
 #include "pyxis/FileSpecifier.h"
 #include "pyxis/FormatCodecProperty.h"
 
-/// A band's name, its place in its bucket, and the file and frame that hold it.
+/// A band's name, its place in its bucket, and the file and frame that hold it. Where memory does
+/// not suffice for what a caller asks to be written, it stays as it was.
 class KEST_API KestMultispectralBandNameProperty : public Pyxis::FormatCodecPropertyInterface,
                                                    public KestMultispectralProperty {
   public:
@@ -20,6 +21,7 @@ class KEST_API KestMultispectralBandNameProperty : public Pyxis::FormatCodecProp
     int getFrame() const;
     /// The component file that holds the band.
     void getFile(Pyxis::FileSpecifier& out) const;
+    /// The name to show.
     void getBandName(Pyxis::StringBuffer& out) const;
 
   private:

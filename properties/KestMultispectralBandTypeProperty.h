@@ -16,7 +16,9 @@ class KEST_API KestMultispectralBandTypeProperty : public Pyxis::FormatCodecProp
     ~KestMultispectralBandTypeProperty() override;
     Pyxis::FormatCodecPropertyInterface* clone() const override;
 
+    /// What the band shows.
     BandType bandType() const;
+    /// The display channel that the band feeds.
     BandAssignment bandAssignment() const;
 
   private:

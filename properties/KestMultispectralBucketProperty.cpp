@@ -34,5 +34,5 @@ int Property::getNumBuckets() const {
     return numBuckets_;
 }
 void Property::getBucketName(Pyxis::StringBuffer& out) const {
-    out = bucketName_;
+    kest::attempt([&] { out = bucketName_; });
 }

@@ -17,6 +17,7 @@ class KEST_API KestMultispectralBucketProperty : public Pyxis::FormatCodecProper
     int getBucketNum() const;
     /// How many buckets the set has.
     int getNumBuckets() const;
+    /// The name to show; `out` stays as it was when memory fails.
     void getBucketName(Pyxis::StringBuffer& out) const;
 
   private:

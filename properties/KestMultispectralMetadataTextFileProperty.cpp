@@ -45,7 +45,7 @@ bool Property::isValid() const {
 }
 
 bool Property::getMetadataFile(Pyxis::FileSpecifier& out) const {
-    out.assign(metadataFile_);
+    kest::attempt([&] { out.assign(metadataFile_); });
     return valid_;
 }
 
@@ -65,8 +65,8 @@ bool Property::readWhole() {
     if (file->readFromStart(text.data(), size) != size) {
         return false;
     }
-    setValue({static_cast<int>(text.size()), text.data(), Pyxis::CharacterType::Plain});
-    Pyxis::StringBuffer value;
-    getValue(value);
-    return value.data() != nullptr;
+    // Nothing may fail once the value is set: a property that is not valid has an empty one.
+    const Pyxis::StringBuffer value(static_cast<int>(text.size()), text.data(),
+                                    Pyxis::CharacterType::Plain);
+    return value.data() != nullptr && setValue(value);
 }

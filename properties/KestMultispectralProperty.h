@@ -7,11 +7,13 @@
 /// recognise it by a checked cast. Objects are destroyed through their host base.
 class KEST_API KestMultispectralProperty {
   public:
+    /// Which of the plug-in's properties this is.
     kest::MultispectralPropertyId multispectralPropertyId() const { return id_; }
 
   protected:
     explicit KestMultispectralProperty(kest::MultispectralPropertyId id) : id_(id) {}
     KestMultispectralProperty(const KestMultispectralProperty&) = default;
+    KestMultispectralProperty& operator=(const KestMultispectralProperty&) = delete;
     ~KestMultispectralProperty() = default;
 
   private:

@@ -26,7 +26,7 @@ class PYXIS_API FileReadDescriptor {
     /// Selects a frame; false, with the selection unchanged, when there is no such frame.
     bool setFrame(int frame);
     /// A new copy of the selected frame's property of that name, owned by the caller, or null.
-    FormatCodecPropertyInterface* getProperty(const StringBuffer& name);
+    FormatCodecPropertyInterface* getProperty(StringBuffer name);
 
   private:
     ReadImageFileInterface* image();

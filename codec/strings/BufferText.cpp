@@ -8,7 +8,6 @@ namespace {
 using Pyxis::CharacterType;
 using Pyxis::StringBuffer;
 
-/// The buffer's bytes, converted if need be.
 StringBuffer converted(const StringBuffer& buffer, CharacterType type) {
     StringBuffer result;
     StringBuffer::convertString(buffer, result, type);
@@ -38,13 +37,17 @@ StringBuffer bufferOf(std::basic_string_view<Character> text, CharacterType type
 }  // namespace
 
 std::u16string wideText(const StringBuffer& buffer) {
-    return charactersOf<char16_t>(
-        buffer.type() == CharacterType::Wide ? buffer : converted(buffer, CharacterType::Wide));
+    if (buffer.type() == CharacterType::Wide) {
+        return charactersOf<char16_t>(buffer);
+    }
+    return charactersOf<char16_t>(converted(buffer, CharacterType::Wide));
 }
 
 std::string narrowText(const StringBuffer& buffer) {
-    return charactersOf<char>(
-        buffer.type() == CharacterType::Wide ? converted(buffer, CharacterType::Narrow) : buffer);
+    if (buffer.type() != CharacterType::Wide) {
+        return charactersOf<char>(buffer);
+    }
+    return charactersOf<char>(converted(buffer, CharacterType::Narrow));
 }
 
 StringBuffer wideBuffer(std::u16string_view text) {

@@ -22,6 +22,13 @@ void loadModule() {
     }
 }
 
+/// The caller's buffer is filled through its own operation: it may be of a class that derives
+/// from the host's. `text` ends before a terminator, which goes with it.
+void fill(Pyxis::StringBuffer& buffer, std::u16string_view text, Pyxis::CharacterType type) {
+    buffer.set(static_cast<int>((text.size() + 1) * sizeof(char16_t)),
+               reinterpret_cast<const unsigned char*>(text.data()), type);
+}
+
 }  // namespace
 
 void setResourceFileName(const Pyxis::FileSpecifier& file) {
@@ -38,7 +45,7 @@ bool loadResourceString(unsigned int id, Pyxis::StringBuffer& text) {
         loadModule();
     }
     if (!resourceModule) {
-        text = Pyxis::StringBuffer(2, Pyxis::StringBuffer::defaultCharacterType());
+        fill(text, u"", Pyxis::StringBuffer::defaultCharacterType());
         return false;
     }
     // The module cuts a text to the buffer, so the loop is left at once; another module might
@@ -49,7 +56,7 @@ bool loadResourceString(unsigned int id, Pyxis::StringBuffer& text) {
         capacity *= 2;
         buffer.assign(static_cast<std::size_t>(capacity), u'\0');
     }
-    text = wideBuffer(std::u16string_view(buffer.c_str()));
+    fill(text, std::u16string_view(buffer.c_str()), Pyxis::CharacterType::Wide);
     return true;
 }
 

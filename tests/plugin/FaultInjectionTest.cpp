@@ -10,6 +10,9 @@
 #include "fakes/Fakes.h"
 #include "fakes/Resources.h"
 #include "fakes/Sets.h"
+#include "properties/KestMultispectralBandNameProperty.h"
+#include "properties/KestMultispectralBucketProperty.h"
+#include "properties/KestMultispectralMetadataTextFileProperty.h"
 #include "properties/KestMultispectralProperty.h"
 
 namespace {
@@ -247,6 +250,49 @@ TEST(FaultInjectionTest, EveryRequestForMemoryMayFail) {
     }
     RecordProperty("injected", injected);
     std::cout << "requests for memory made to fail: " << injected << "\n";
+}
+
+TEST(FaultInjectionTest, MetadataTextIsTheWholeFileOrNone) {
+    const fakes::TempFile file("whole", std::string(100, 'x'));
+    const Pyxis::FileSpecifier specifier = Pyxis::fileSpecifier(file.path());
+    bool reached = true;
+    for (int n = 0; reached; ++n) {
+        memoryFault = {n, 0, false};
+        std::unique_ptr<KestMultispectralMetadataTextFileProperty> property;
+        try {
+            property = std::make_unique<KestMultispectralMetadataTextFileProperty>(specifier);
+        } catch (const std::bad_alloc&) {
+        }
+        reached = memoryFault.requests > n;
+        memoryFault = {};
+        Pyxis::StringBuffer value;
+        if (property) {
+            property->getValue(value);
+            EXPECT_EQ(value.numDataBytes(), property->isValid() ? 101 : 0) << n;
+        }
+        EXPECT_TRUE(reached || (property && property->isValid()));
+    }
+}
+
+TEST(FaultInjectionTest, PropertiesTellTheirTextsOrNothing) {
+    const Pyxis::FileSpecifier file = Pyxis::fileSpecifier("/a.tif");
+    const KestMultispectralBandNameProperty band(0, file, 0, file.string());
+    const KestMultispectralBucketProperty bucket(0, 1, file.string());
+    const KestMultispectralMetadataTextFileProperty metadata(file);
+    Pyxis::StringBuffer text;
+    Pyxis::FileSpecifier out;
+    bool thrown = false;
+    memoryFault = {0, 0, true};
+    try {
+        band.getBandName(text);
+        band.getFile(out);
+        bucket.getBucketName(text);
+        metadata.getMetadataFile(out);
+    } catch (...) {
+        thrown = true;
+    }
+    memoryFault = {};
+    EXPECT_FALSE(thrown);
 }
 
 TEST(FaultInjectionTest, CloneGivesNullWheneverMemoryFails) {

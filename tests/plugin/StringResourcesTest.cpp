@@ -9,10 +9,22 @@
 
 namespace {
 
+/// Knows whether it was filled through its virtual operation.
+struct FilledBuffer : Pyxis::StringBuffer {
+    using StringBuffer::StringBuffer;
+    void set(int numBytes, const unsigned char* data, Pyxis::CharacterType type) override {
+        StringBuffer::set(numBytes, data, type);
+        filled = true;
+    }
+    bool filled = false;
+};
+
 /// Whether the texts can be loaded at all; a failure must leave a wide terminator and no more.
 bool loads() {
-    Pyxis::StringBuffer buffer = Pyxis::toWideBuffer("left over");
+    FilledBuffer buffer(4, reinterpret_cast<const unsigned char*>("left"),
+                        Pyxis::CharacterType::Narrow);
     const bool loaded = kest::loadResourceString(18210, buffer);
+    EXPECT_TRUE(buffer.filled);
     if (!loaded) {
         EXPECT_EQ(buffer.numDataBytes(), 2);
         EXPECT_EQ(buffer.type(), Pyxis::StringBuffer::defaultCharacterType());
@@ -43,6 +55,7 @@ TEST(StringResourcesTest, GivesEmptyTextsWithoutAModule) {
 
 TEST(StringResourcesTest, LoadsLateAndFollowsTheName) {
     const fakes::TextsFrom english(fakes::stringModule("en"));
+    EXPECT_TRUE(loads());
     EXPECT_EQ(fakes::text(18210), "Red");
     Pyxis::StringBuffer unknown = Pyxis::toWideBuffer("left over");
     EXPECT_TRUE(kest::loadResourceString(1, unknown));
