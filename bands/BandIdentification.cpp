@@ -35,11 +35,9 @@ struct Identity {
 /// The row of that code, or the unrecognised row under `otherwise`.
 template <typename Table>
 Identity lookUp(const Table& table, std::u16string_view code, Identity::Rule otherwise) {
-    const auto row = std::find_if(table.begin(), table.end(), [code](const ProductBand& candidate) {
-        return candidate.code == code;
-    });
-    return row == table.end() ? Identity{otherwise, {}, {}}
-                              : Identity{Identity::Rule::Product, row->band, row->bucket};
+    const ProductBand* row = findBand(table, code);
+    return row == nullptr ? Identity{otherwise, {}, {}}
+                          : Identity{Identity::Rule::Product, row->band, row->bucket};
 }
 
 Identity identifyQuickBird(const Pyxis::FileSpecifier& component, int frame) {

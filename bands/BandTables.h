@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <string_view>
 
 #include "bands/BandTypes.h"
@@ -30,6 +32,15 @@ struct ProductBand {
     BandRow band;
     BucketRow bucket;
 };
+
+/// The band of that code; null when the product has none.
+template <std::size_t Size>
+constexpr const ProductBand* findBand(const std::array<ProductBand, Size>& bands,
+                                      std::u16string_view code) {
+    const auto band = std::find_if(bands.begin(), bands.end(),
+                                   [code](const ProductBand& each) { return each.code == code; });
+    return band == bands.end() ? nullptr : &*band;
+}
 
 namespace tables {
 

@@ -1,6 +1,7 @@
 #include "bands/ComponentCodec.h"
 
 #include <cstddef>
+#include <memory>
 #include <string_view>
 
 #include "codec/strings/BufferText.h"
@@ -73,8 +74,9 @@ std::optional<std::string> readBandListText(const Pyxis::FileSpecifier& file,
         }
         FileReadDescriptor descriptor(file, codec);
         const std::optional<StringBuffer> value = stringValue(descriptor, name);
-        if (value && bytesOf(*value).starts_with(kBandListHeader)) {
-            return bytesOf(*value);
+        if (std::string text = value ? bytesOf(*value) : std::string();
+            text.starts_with(kBandListHeader)) {
+            return text;
         }
     } catch (...) {
         // A file whose codec fails here has no band list.

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "bands/AsciiText.h"
+#include "bands/BandTables.h"
 #include "codec/strings/BufferText.h"
 #include "sets/ComponentList.h"
 
@@ -11,15 +12,13 @@ namespace kest {
 namespace {
 
 constexpr std::u16string_view kPoPrefix = u"po_";
-constexpr std::array<std::u16string_view, 5> kPoBandCodes{u"RED", u"GRN", u"BLU", u"NIR", u"PAN"};
-/// Band files, then header and metadata files.
-constexpr std::array<std::u16string_view, 13> kLandsat7Codes{u"B10", u"B20", u"B30", u"B40", u"B50",
-                                                             u"B61", u"B62", u"B70", u"B80", u"HPN",
-                                                             u"HRF", u"HTM", u"MTL"};
+/// Header and metadata files of a scene, which hold no band of their own.
+constexpr std::array<std::u16string_view, 4> kLandsat7SideFiles{u"HPN", u"HRF", u"HTM", u"MTL"};
 
-template <typename Codes>
-bool contains(const Codes& codes, std::u16string_view code) {
-    return std::find(codes.begin(), codes.end(), code) != codes.end();
+bool isLandsat7Code(std::u16string_view code) {
+    return findBand(tables::kLandsat7Bands, code) != nullptr ||
+           std::find(kLandsat7SideFiles.begin(), kLandsat7SideFiles.end(), code) !=
+               kLandsat7SideFiles.end();
 }
 
 std::size_t digitsEnd(std::u16string_view name, std::size_t start) {
@@ -70,7 +69,7 @@ Pyxis::StringBuffer nameBuffer(std::u16string_view text) {
 }
 
 bool isPoProduct(std::u16string_view name) {
-    return hasPoPrefix(name) && contains(kPoBandCodes, poBandCode(name)) &&
+    return hasPoPrefix(name) && findBand(tables::kPoBands, poBandCode(name)) != nullptr &&
            digitsEnd(name, findPoBandCode(name).after + 1) == name.size();
 }
 
@@ -99,7 +98,7 @@ bool isLandsat7(std::u16string_view name) {
         std::equal(kForm.begin(), kForm.end(), name.begin(), [](char16_t form, char16_t actual) {
             return form == u'#' ? isDigit(actual) : form == toUpper(actual);
         });
-    return formed && contains(kLandsat7Codes, landsat7BandCode(name));
+    return formed && isLandsat7Code(landsat7BandCode(name));
 }
 
 std::u16string landsat7BandCode(std::u16string_view name) {

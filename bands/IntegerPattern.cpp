@@ -1,68 +1,76 @@
 #include "bands/IntegerPattern.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
 
 #include "bands/AsciiText.h"
 
 namespace kest {
 namespace {
 
+/// Widths and precisions past this make no difference: the text is cut before.
+constexpr int kMaxCount = 1000;
+
 /// One placeholder of a pattern.
 struct Placeholder {
-    bool leftAligned = false;
-    bool zeroFilled = false;
-    char16_t sign = u'\0';  ///< put before a number that is not negative: '+', ' ' or none
-    std::size_t width = 0;
-    char16_t conversion = u'\0';
+    std::string flags;
+    int width = 0;
+    int precision = -1;  ///< negative: none
+    char conversion = '\0';
     std::size_t length = 0;  ///< characters of the pattern that it takes
 };
 
-void addFlag(Placeholder& placeholder, char16_t flag) {
-    placeholder.leftAligned |= flag == u'-';
-    placeholder.zeroFilled |= flag == u'0';
-    if (flag == u'+' || (flag == u' ' && placeholder.sign == u'\0')) {
-        placeholder.sign = flag;
+/// Takes the characters of `set` that `text` begins with off it.
+std::string takeAny(std::u16string_view& text, std::u16string_view set) {
+    const std::u16string_view taken = text.substr(0, text.find_first_not_of(set));
+    text.remove_prefix(taken.size());
+    return {taken.begin(), taken.end()};
+}
+
+/// Takes the digits that `text` begins with off it; none are 0.
+int takeCount(std::u16string_view& text) {
+    int count = 0;
+    for (; !text.empty() && isDigit(text.front()); text.remove_prefix(1)) {
+        count = std::min(count * 10 + (text.front() - u'0'), kMaxCount);
     }
+    return count;
 }
 
 /// Reads the placeholder at the start of `text`, which begins with "%"; its length is 0 when there
 /// is none.
 Placeholder parsePlaceholder(std::u16string_view text) {
-    constexpr std::u16string_view kFlags = u"-+ 0#";
-    constexpr std::u16string_view kConversions = u"diu";
+    constexpr std::u16string_view kConversions = u"diuxXo";
+    std::u16string_view rest = text.substr(1);
     Placeholder placeholder;
-    std::size_t i = 1;
-    for (; i < text.size() && kFlags.find(text[i]) != kFlags.npos; ++i) {
-        addFlag(placeholder, text[i]);
+    placeholder.flags = takeAny(rest, u"-+ 0#");
+    placeholder.width = takeCount(rest);
+    if (rest.starts_with(u'.')) {
+        rest.remove_prefix(1);
+        placeholder.precision = takeCount(rest);
     }
-    for (; i < text.size() && isDigit(text[i]); ++i) {
-        placeholder.width = std::min<std::size_t>(
-            placeholder.width * 10 + static_cast<std::size_t>(text[i] - u'0'), kMaxNameLength);
-    }
-    if (i < text.size() && kConversions.find(text[i]) != kConversions.npos) {
-        placeholder.conversion = text[i];
-        placeholder.length = i + 1;
+    takeAny(rest, u"hl");  // The number is an int whatever size the pattern claims.
+    if (!rest.empty() && kConversions.find(rest.front()) != kConversions.npos) {
+        placeholder.conversion = static_cast<char>(rest.front());
+        placeholder.length = text.size() - rest.size() + 1;
     }
     return placeholder;
 }
 
 std::u16string formatNumber(const Placeholder& placeholder, int value) {
-    const bool isUnsigned = placeholder.conversion == u'u';
-    const std::string digits = isUnsigned ? std::to_string(static_cast<unsigned int>(value))
-                                          : std::to_string(static_cast<long long>(value));
-    std::u16string number(digits.begin(), digits.end());
-    if (!isUnsigned && value >= 0 && placeholder.sign != u'\0') {
-        number.insert(0, 1, placeholder.sign);
-    }
-    const std::size_t fill = placeholder.width - std::min(placeholder.width, number.size());
-    if (placeholder.leftAligned) {
-        number.append(fill, u' ');
-    } else if (placeholder.zeroFilled) {
-        number.insert(isDigit(number.front()) ? 0 : 1, fill, u'0');
+    const std::string format = "%" + placeholder.flags + "*.*" + placeholder.conversion;
+    std::array<char, kMaxNameLength + 1> text{};
+    const auto print = [&](auto number) {
+        std::snprintf(text.data(), text.size(), format.c_str(), placeholder.width,
+                      placeholder.precision, number);
+    };
+    if (placeholder.conversion == 'd' || placeholder.conversion == 'i') {
+        print(value);
     } else {
-        number.insert(0, fill, u' ');
+        print(static_cast<unsigned int>(value));
     }
-    return number;
+    const std::string_view printed = text.data();
+    return {printed.begin(), printed.end()};
 }
 
 }  // namespace

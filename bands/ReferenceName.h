@@ -2,7 +2,6 @@
 
 #include "pyxis/FileSpecifier.h"
 #include "pyxis/StringBuffer.h"
-#include "sets/ComponentList.h"
 
 namespace kest {
 

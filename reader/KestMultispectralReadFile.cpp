@@ -3,12 +3,12 @@
 #include <cstddef>
 #include <cstdlib>
 
+#include "bands/ComponentCodec.h"
 #include "bands/MetadataTextFile.h"
 #include "bands/NamingScheme.h"
 #include "bands/ReferenceName.h"
 #include "properties/HostBoundary.h"
 #include "properties/KestMultispectralMetadataTextFileProperty.h"
-#include "pyxis/FileReadDescriptor.h"
 #include "reader/BandCollector.h"
 #include "reader/KestMultispectralReadFileFrame.h"
 
@@ -63,8 +63,8 @@ ReadFile::Codecs ReadFile::keepReadable(const kest::ComponentList& listed) {
         if (!listed.get(i, component, frame)) {
             continue;
         }
-        const Pyxis::ImageFormatCodec*& codec = codecs[static_cast<std::size_t>(i)];
-        Pyxis::FileReadDescriptor::findImageFileCodec(component, codec);
+        const Pyxis::ImageFormatCodec* codec = kest::findCodec(component);
+        codecs[static_cast<std::size_t>(i)] = codec;
         if (codec == nullptr) {
             continue;
         }

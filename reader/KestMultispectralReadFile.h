@@ -21,6 +21,7 @@ class KestMultispectralReadFile : public Pyxis::ReadImageFileInterface {
     KestMultispectralReadFile(const Pyxis::ImageFormatCodec* codec,
                               const Pyxis::FileSpecifier* setSpecifier,
                               Pyxis::FindFileInterface* findFile);
+    /// A copy that shares nothing with `other`.
     KestMultispectralReadFile(const KestMultispectralReadFile& other);
     KestMultispectralReadFile& operator=(const KestMultispectralReadFile&) = delete;
     ~KestMultispectralReadFile() override;

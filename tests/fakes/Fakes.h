@@ -199,13 +199,22 @@ class PropertySet : public Pyxis::FormatCodecPropertySetIterator {
         world_.note("delete properties");
     }
     Pyxis::FormatCodecPropertyInterface* openProperty() override {
-        return world_.fails("openProperty") ? nullptr
-                                            : FormatCodecPropertySetIterator::openProperty();
+        auto* property =
+            world_.fails("openProperty") ? nullptr : FormatCodecPropertySetIterator::openProperty();
+        open_ += property != nullptr ? 1 : 0;
+        world_.alive += property != nullptr ? 1 : 0;
+        return property;
+    }
+    /// What is never given back stays alive.
+    void closeProperty() override {
+        world_.alive -= open_ > 0 ? 1 : 0;
+        open_ -= open_ > 0 ? 1 : 0;
     }
     using FormatCodecPropertySetIterator::openProperty;
 
   private:
     World& world_;
+    int open_ = 0;
 };
 
 class Frame : public Pyxis::ReadImageFileFrameInterface {

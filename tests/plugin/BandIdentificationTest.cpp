@@ -175,11 +175,13 @@ TEST(IntegerPatternTest, NeverTrustsAPattern) {
                  {u"%05d|%-4d|%4d", -42, u"-0042|-42 | -42"},
                  {u"%+d|% d|%+ d", 7, u"+7| 7|+7"},
                  {u"100%% %d%%", 5, u"100% 5%"},
-                 {u"%n%s%x %ld %", 1, u"%n%s%x %ld %"},
-                 {u"%*d %.2d %5", 1, u"%*d %.2d %5"},
+                 {u"%.2d|%04ld|%#x|%X|%hd|%o", 10, u"10|0010|0xa|A|10|12"},
+                 {u"%ddx|%.3i|%.", 1, u"1dx|001|%."},
+                 {u"%n%s%c %l %*d %5 %", 1, u"%n%s%c %l %*d %5 %"},
                  {longText, 1, cutText},
                  {longText + u"%d", 1, cutText},
-                 {u"%99999999999999999999d", 1, std::u16string(254, u' ') + u"1"}};
+                 {u"%99999999999999999999d", 1, std::u16string(255, u' ')},
+                 {u"%.300d", 1, std::u16string(255, u'0')}};
     for (const auto& test : cases) {
         EXPECT_EQ(kest::formatInteger(test.pattern, test.value), test.text);
     }

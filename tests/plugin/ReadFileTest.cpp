@@ -172,6 +172,7 @@ TEST_F(ReadFileTest, FastBandsAreNamedByTheirBandFileAndOpenedByTheirHeader) {
     }
     KestMultispectralReadFile file = open(list.specifier());
     EXPECT_THAT(bandsOf(file), ElementsAre("2 0 1 0", "0 0 0 1"));
+    EXPECT_EQ(file.bucket(0).bucketNumber, 0);  // The header's own name is no band's.
     const Frame frame(file.openFrame(1));
     Pyxis::FileSpecifier component;
     int number = -1;
