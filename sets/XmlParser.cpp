@@ -216,16 +216,14 @@ bool Parser::documentType() {
     at_ = std::min(text_.find_first_of("[>", at_), text_.size());
     if (at(at_) == '[') {
         const std::size_t subset = at_ + 1;
-        std::size_t end = subset;
         do {
-            end = text_.find(']', at_ + 1);
-            if (end == std::string_view::npos) {
+            at_ = text_.find(']', at_ + 1);
+            if (at_ == std::string_view::npos) {
                 return fault(start, "unclosed <!DOCTYPE");
             }
-            at_ = end;
-        } while (at(skipSpace(text_, end + 1)) != '>');
-        InternalSubset(document_, decoder_).read(text_.substr(subset, end - subset));
-        at_ = skipSpace(text_, end + 1);
+        } while (at(skipSpace(text_, at_ + 1)) != '>');
+        InternalSubset(document_, decoder_).read(text_.substr(subset, at_ - subset));
+        at_ = skipSpace(text_, at_ + 1);
     }
     return at_ < text_.size() || fault(start, "unclosed <!DOCTYPE");
 }
