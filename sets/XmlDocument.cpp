@@ -25,7 +25,6 @@ constexpr PredefinedEntity kPredefinedEntities[] = {
 Document::Document() {
     for (const PredefinedEntity& entity : kPredefinedEntities) {
         entities_.emplace(entity.name, entity.replacement);
-        longestEntityName_ = std::max(longestEntityName_, entity.name.size());
     }
 }
 

@@ -170,7 +170,6 @@ class Document {
     std::string source_;  ///< the parsed text; names, values and texts point into it
     Element root_;
     EntityTable entities_;
-    std::size_t longestEntityName_ = 0;
     std::size_t replacedBytes_ = 0;
     std::map<std::string_view, std::vector<AttributeDefault>> defaults_;
     std::vector<InstructionTarget> instructions_;

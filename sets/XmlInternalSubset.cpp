@@ -112,7 +112,6 @@ bool InternalSubset::readEntity() {
         }
     }
     table.emplace(name, value);
-    document_.longestEntityName_ = std::max(document_.longestEntityName_, name.size());
     return skipTo(">");
 }
 

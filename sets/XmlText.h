@@ -45,4 +45,15 @@ constexpr std::size_t skipSpace(std::string_view text, std::size_t from) {
     return from;
 }
 
+/// The name, semicolon included, of the reference at the start of `text`; empty when there is none.
+/// No name holds the character that starts a reference, so that many of them are passed quickly.
+constexpr std::string_view referenceName(std::string_view text) {
+    for (std::size_t at = 1; at < text.size() && text[at] != text[0]; ++at) {
+        if (text[at] == ';') {
+            return text.substr(1, at);
+        }
+    }
+    return {};
+}
+
 }  // namespace kest::xml
