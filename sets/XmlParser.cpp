@@ -41,6 +41,7 @@ class Parser {
     explicit Parser(Document& document)
         : document_(document),
           decoder_(document),
+          subset_(document, decoder_),
           text_(document.source_),
           current_(document.root()) {}
 
@@ -64,6 +65,7 @@ class Parser {
 
     Document& document_;
     Decoder decoder_;
+    InternalSubset subset_;
     std::string_view text_;
     std::size_t at_ = 0;  ///< behind the '<' of the markup at hand; after it, on its '>'
     Element* current_;    ///< the open element; null once the root is closed
@@ -222,7 +224,7 @@ bool Parser::documentType() {
                 return fault(start, "unclosed <!DOCTYPE");
             }
         } while (at(skipSpace(text_, at_ + 1)) != '>');
-        InternalSubset(document_, decoder_).read(text_.substr(subset, at_ - subset));
+        subset_.read(text_.substr(subset, at_ - subset));
         at_ = skipSpace(text_, at_ + 1);
     }
     return at_ < text_.size() || fault(start, "unclosed <!DOCTYPE");

@@ -72,6 +72,15 @@ INSTANTIATE_TEST_SUITE_P(
         // A circle ends the subset: what comes after it is not read, what came before it is.
         RewriteCase{"<!DOCTYPE a [<!ENTITY e '&f;'><!ENTITY f '&e;'><!ENTITY g 'G'>]><a>&e;&g;</a>",
                     "<a>&amp;f;&amp;g;</a>"},
+        RewriteCase{"<!DOCTYPE a [<!ENTITY e '&f;'>]>"
+                    "<!DOCTYPE a [<!ENTITY f '&e;'><!ENTITY g 'G'>]><a>&g;</a>",
+                    "<a>&amp;g;</a>"},
+        RewriteCase{"<!DOCTYPE a [<!ENTITY f '&e;'><!ENTITY e 'E'><!ENTITY e '&f;'>"
+                    "<!ENTITY g 'G'>]><a>&f;&g;</a>",
+                    "<a>E&amp;g;</a>"},
+        RewriteCase{"<!DOCTYPE a [<!ENTITY % p '%p;'><!ENTITY g 'G'>]><a>&g;</a>",
+                    "<a>&amp;g;</a>"},
+        RewriteCase{"<!DOCTYPE a [<!ENTITY % p '&p;'><!ENTITY p 'P'>]><a>&p;</a>", "<a>P</a>"},
         RewriteCase{"<!DOCTYPE a [<!ATTLIST a d CDATA 'x' r CDATA #REQUIRED t (u|v) 'u'>\n"
                     "<!ATTLIST b f CDATA #FIXED \"y\" n NOTATION (m) #IMPLIED>] ><a d='1'><b/></a>",
                     "<a d=\"1\" t=\"u\"><b f=\"y\"></b></a>"},
