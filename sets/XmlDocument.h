@@ -142,7 +142,7 @@ class Document {
     friend class InternalSubset;
     friend class Decoder;
     friend class Writer;
-    friend void addInstruction(Document& document, std::string_view instruction, bool afterRoot);
+    friend void addInstruction(Document& document, std::string_view instruction);
 
     using EntityTable = std::unordered_map<std::string_view, std::string_view>;
     using NameIndex = std::unordered_map<std::string_view, Element*>;

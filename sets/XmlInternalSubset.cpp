@@ -42,13 +42,13 @@ void InternalSubset::read(std::string_view text) {
         } else if (startsWith(text_, at_, "<!ATTLIST")) {
             good = readAttributeList();
         } else if (startsWith(text_, at_, "<!--")) {
-            at_ += 4;
-            good = skipTo("-->");
+            at_ = commentEnd(text_, at_ + std::string_view("<!--").size());
+            good = at_ != std::string_view::npos || fault(at_, "unclosed <!--");
         } else if (startsWith(text_, at_, "<?")) {
             const std::size_t start = at_ + 2;
-            good = skipTo("?>");
+            good = skipTo("?>") || fault(start, "unclosed <?");
             if (good) {
-                addInstruction(document_, text_.substr(start, at_ - 2 - start), false);
+                addInstruction(document_, text_.substr(start, at_ - 2 - start));
             }
         } else if (text_[at_] == '<') {
             good = skipTo(">");

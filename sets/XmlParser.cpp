@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstring>
 
 #include "sets/XmlDecoder.h"
 #include "sets/XmlDocument.h"
@@ -186,7 +185,7 @@ bool Parser::endTag() {
     if (at(at_) != '>') {
         return fault(at_, "missing >");
     }
-    if (current_ == nullptr || name != current_->name_) {
+    if (current_ == nullptr || current_->name_.empty() || name != current_->name_) {
         return fault(start, "unexpected closing tag </%s>", name);
     }
     close();
@@ -194,11 +193,11 @@ bool Parser::endTag() {
 }
 
 bool Parser::comment() {
-    const std::size_t end = text_.find("--", at_ + 3);
-    if (end == std::string_view::npos || at(end + 2) != '>') {
+    const std::size_t end = commentEnd(text_, at_ + std::string_view("!--").size());
+    if (end == std::string_view::npos) {
         return fault(at_, "unclosed <!--");
     }
-    at_ = end + 2;
+    at_ = end - 1;
     return true;
 }
 
@@ -236,7 +235,7 @@ bool Parser::instruction() {
     if (end == std::string_view::npos) {
         return fault(at_, "unclosed <?");
     }
-    addInstruction(document_, text_.substr(start, end - start), !document_.root()->name_.empty());
+    addInstruction(document_, text_.substr(start, end - start));
     at_ = end + 1;
     return true;
 }
