@@ -179,7 +179,7 @@ bool InternalSubset::readAttributeType(bool& isCData) {
 }
 
 bool InternalSubset::readAttributeDeclaration(std::string_view elementName) {
-    const std::string_view name = word("");
+    const std::string_view name = word(">");
     bool isCData = false;
     if (!readAttributeType(isCData)) {
         return false;

@@ -86,6 +86,7 @@ INSTANTIATE_TEST_SUITE_P(
                     "<a d=\"1\" t=\"u\"><b f=\"y\"></b></a>"},
         RewriteCase{"<!DOCTYPE a [<!ATTLIST a d CDATA bad><!ENTITY e 'E'>]><a>&e;</a>",
                     "<a>&amp;e;</a>"},
+        RewriteCase{"<!DOCTYPE a [<!ATTLIST a d><!ENTITY e 'E'>]><a>&e;</a>", "<a>&amp;e;</a>"},
         RewriteCase{"<!DOCTYPE a [<!-- - --><!ENTITY d 'D'><!-- x -- y --><!ENTITY e 'E'>]>"
                     "<a>&d;&e;</a>",
                     "<a>D&amp;e;</a>"},
