@@ -228,7 +228,7 @@ void Document::appendText(Element* element, std::string_view run, bool moved) {
     } else if (length > element->textCapacity_) {
         growText(element, 2 * length);
     }
-    std::memcpy(element->text_ + element->textLength_, run.data(), added);
+    std::copy(run.begin(), run.end(), element->text_ + element->textLength_);
     element->textLength_ = static_cast<std::uint32_t>(length);
 }
 
