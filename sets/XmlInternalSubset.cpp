@@ -45,7 +45,7 @@ void InternalSubset::read(std::string_view text) {
             at_ = commentEnd(text_, at_ + std::string_view("<!--").size());
             good = at_ != std::string_view::npos || fault(at_, "unclosed <!--");
         } else if (startsWith(text_, at_, "<?")) {
-            const std::size_t start = at_ + 2;
+            const std::size_t start = at_ += 2;
             good = skipTo("?>") || fault(start, "unclosed <?");
             if (good) {
                 addInstruction(document_, text_.substr(start, at_ - 2 - start));

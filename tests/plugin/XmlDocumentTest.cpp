@@ -91,8 +91,8 @@ INSTANTIATE_TEST_SUITE_P(
         RewriteCase{"<!DOCTYPE a [<!-- - --><!ENTITY d 'D'><!-- x -- y --><!ENTITY e 'E'>]>"
                     "<a>&d;&e;</a>",
                     "<a>D&amp;e;</a>"},
-        RewriteCase{"<!DOCTYPE a [<?t 1?>]><a/><!DOCTYPE a [<?t 2?>]>",
-                    "<?t 1?>\n<a></a>\n<?t 2?>"},
+        RewriteCase{"<!DOCTYPE a [<?>t 1?>]><a/><!DOCTYPE a [<?t 2?>]>",
+                    "<?>t 1?>\n<a></a>\n<?t 2?>"},
         RewriteCase{"<!DOCTYPE a SYSTEM 'x'><a/>", "<a></a>"}));
 
 INSTANTIATE_TEST_SUITE_P(
