@@ -290,7 +290,15 @@ const Element* Document::index(const Element* element, int index) {
     return index == 0 ? element : nullptr;
 }
 
-const std::vector<AttributeDefault>* Document::defaultsOf(std::string_view elementName) const {
+void Document::addDefault(std::string_view elementName, std::string_view name,
+                          std::optional<std::string_view> value) {
+    AttributeDefaults& defaults = defaults_[elementName];
+    if (defaults.declared.emplace(name, value).second && value) {
+        defaults.values.push_back({name, *value});
+    }
+}
+
+const AttributeDefaults* Document::defaultsOf(std::string_view elementName) const {
     const auto found = defaults_.find(elementName);
     return found == defaults_.end() ? nullptr : &found->second;
 }
@@ -306,10 +314,8 @@ std::optional<std::string_view> Document::attribute(const Element* element,
         }
     }
     if (const auto* defaults = defaultsOf(element->name_)) {
-        for (const AttributeDefault& each : *defaults) {
-            if (each.name == name) {
-                return each.value;
-            }
+        if (const auto found = defaults->declared.find(name); found != defaults->declared.end()) {
+            return found->second;
         }
     }
     return std::nullopt;

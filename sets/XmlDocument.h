@@ -71,10 +71,10 @@ class Element {
     std::uint32_t offset_ = 0;
 };
 
-/// An attribute that a declaration adds to elements which do not set it.
-struct AttributeDefault {
-    std::string_view name;
-    std::optional<std::string_view> value;
+/// What declarations say of the attributes of an element's name; the first of an attribute counts.
+struct AttributeDefaults {
+    std::vector<Attribute> values;  ///< those with a default value, in the order of declaration
+    std::unordered_map<std::string_view, std::optional<std::string_view>> declared;
 };
 
 struct Instruction {
@@ -163,7 +163,9 @@ class Document {
     static void linkOrdered(Element*& head, Element*& last, Element* element);
     static void linkSibling(Element*& head, Element*& last, Element* element);
     static void unlinkSibling(Element*& head, Element*& last, Element* element);
-    const std::vector<AttributeDefault>* defaultsOf(std::string_view elementName) const;
+    void addDefault(std::string_view elementName, std::string_view name,
+                    std::optional<std::string_view> value);
+    const AttributeDefaults* defaultsOf(std::string_view elementName) const;
     void addInstruction(std::string_view target, std::string_view text, bool afterRoot);
 
     std::pmr::monotonic_buffer_resource arena_;
@@ -171,7 +173,7 @@ class Document {
     Element root_;
     EntityTable entities_;
     std::size_t replacedBytes_ = 0;
-    std::map<std::string_view, std::vector<AttributeDefault>> defaults_;
+    std::map<std::string_view, AttributeDefaults> defaults_;
     std::vector<InstructionTarget> instructions_;
     std::unordered_map<std::string_view, std::size_t> instructionIndex_;
     /// Children by name, of elements that have many names.

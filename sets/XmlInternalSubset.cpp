@@ -1,5 +1,6 @@
 #include "sets/XmlInternalSubset.h"
 
+#include <optional>
 #include <vector>
 
 #include "sets/XmlFault.h"
@@ -189,7 +190,7 @@ bool InternalSubset::readAttributeDeclaration(std::string_view elementName) {
         at_ += std::string_view("#FIXED").size();
         at_ = skipSpace(text_, at_);
     }
-    AttributeDefault attribute{name, std::nullopt};
+    std::optional<std::string_view> defaultValue;
     if (at_ < text_.size() && text_[at_] == '#') {
         word(">");
         if (isCData) {
@@ -200,11 +201,11 @@ bool InternalSubset::readAttributeDeclaration(std::string_view elementName) {
         if (!quoted(value)) {
             return fault(at_, "malformed <!ATTLIST");
         }
-        attribute.value =
+        defaultValue =
             decoder_.decode(const_cast<char*>(value.data()), value.size(), DecodeMode::Attribute)
                 .text;
     }
-    document_.defaults_[elementName].push_back(attribute);
+    document_.addDefault(elementName, name, defaultValue);
     return true;
 }
 
