@@ -9,7 +9,7 @@ namespace kest::xml {
 namespace {
 
 /// Elements with more names among their children than this get an index of them.
-constexpr int kNamesWithoutIndex = 32;
+constexpr std::uint32_t kNamesWithoutIndex = 32;
 
 struct PredefinedEntity {
     std::string_view name;  ///< with its semicolon
@@ -53,27 +53,33 @@ Element* Document::newElement(std::string_view name) {
     return element;
 }
 
-/// The first element of that name among the children. Few names are searched along the sibling
-/// chain; from the first search that gets long on, the parent has an index.
+/// The first element of that name among the children: few names are searched along the sibling
+/// chain.
 Element* Document::firstOfName(const Element* parent, std::string_view name) const {
-    int steps = 0;
-    for (Element* head = parent->child_; head != nullptr; head = head->sibling_) {
-        if (head->name_ == name) {
-            return head;
-        }
-        if (++steps == kNamesWithoutIndex) {
-            auto [entry, added] = nameIndexes_.try_emplace(parent);
-            NameIndex& names = entry->second;
-            if (added) {
-                for (Element* each = parent->child_; each != nullptr; each = each->sibling_) {
-                    names.emplace(each->name_, each);
-                }
-            }
-            const auto found = names.find(name);
-            return found == names.end() ? nullptr : found->second;
+    if (parent->nameCount_ > kNamesWithoutIndex) {
+        const NameIndex& names = nameIndexes_.at(parent);
+        const auto found = names.find(name);
+        return found == names.end() ? nullptr : found->second;
+    }
+    Element* head = parent->child_;
+    while (head != nullptr && head->name_ != name) {
+        head = head->sibling_;
+    }
+    return head;
+}
+
+/// Notes the new first element of a name, once there are many.
+void Document::indexName(const Element* parent, Element* siblingHead, Element* element) {
+    if (parent->nameCount_ <= kNamesWithoutIndex) {
+        return;
+    }
+    NameIndex& names = nameIndexes_[parent];
+    if (names.empty()) {
+        for (Element* each = siblingHead; each != nullptr; each = each->sibling_) {
+            names.emplace(each->name_, each);
         }
     }
-    return nullptr;
+    names[element->name_] = element;
 }
 
 void Document::linkOrdered(Element*& head, Element*& last, Element* element) {
@@ -139,11 +145,11 @@ void Document::linkName(Element* parent, Element*& siblingHead, Element* element
         unlinkSibling(siblingHead, parent->lastSibling_, first);
         element->next_ = first;
         element->lastOfName_ = first->lastOfName_;
+    } else {
+        ++parent->nameCount_;
     }
     linkSibling(siblingHead, parent->lastSibling_, element);
-    if (const auto index = nameIndexes_.find(parent); index != nameIndexes_.end()) {
-        index->second[element->name_] = element;
-    }
+    indexName(parent, siblingHead, element);
 }
 
 void Document::link(Element* parent, Element* element) {
@@ -179,6 +185,7 @@ Element* Document::cut(Element* element) {
     }
     nameIndexes_.erase(parent);
     parent->child_ = parent->lastChild_ = parent->lastSibling_ = nullptr;
+    parent->nameCount_ = 0;
     const auto unlink = [](Element* each) {
         each->next_ = each->sibling_ = each->ordered_ = each->lastOfName_ = nullptr;
     };

@@ -69,6 +69,7 @@ class Element {
     std::uint32_t textLength_ = 0;
     std::uint32_t textCapacity_ = 0;  ///< 0: the text still lies where it was parsed
     std::uint32_t offset_ = 0;
+    std::uint32_t nameCount_ = 0;  ///< different names among the children
 };
 
 /// What declarations say of the attributes of an element's name; the first of an attribute counts.
@@ -162,6 +163,7 @@ class Document {
     void linkName(Element* parent, Element*& siblingHead, Element* element);
     static void linkOrdered(Element*& head, Element*& last, Element* element);
     static void linkSibling(Element*& head, Element*& last, Element* element);
+    void indexName(const Element* parent, Element* siblingHead, Element* element);
     static void unlinkSibling(Element*& head, Element*& last, Element* element);
     void addDefault(std::string_view elementName, std::string_view name,
                     std::optional<std::string_view> value);
@@ -177,7 +179,7 @@ class Document {
     std::vector<InstructionTarget> instructions_;
     std::unordered_map<std::string_view, std::size_t> instructionIndex_;
     /// Children by name, of elements that have many names.
-    mutable std::unordered_map<const Element*, NameIndex> nameIndexes_;
+    std::unordered_map<const Element*, NameIndex> nameIndexes_;
     bool standalone_ = false;
 };
 
