@@ -1,9 +1,12 @@
 #include "sets/ComponentList.h"
 
+#include <algorithm>
 #include <charconv>
 #include <limits>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <utility>
 #include <vector>
 
 #include "codec/strings/BufferText.h"
@@ -99,8 +102,12 @@ class ListDocument {
     }
 
     void append(const FileSpecifier& component, int frame) {
-        xml::Element* element =
-            document_->addChild(image_, kComponent, static_cast<std::size_t>(count()));
+        // Behind all that the image holds, however much text lies between.
+        std::size_t offset = components_.size();
+        if (const xml::Element* last = image_->lastChild()) {
+            offset = std::max(offset, last->offset());
+        }
+        xml::Element* element = document_->addChild(image_, kComponent, offset);
         components_.push_back(element);
         element = document_->addChild(element, kData, 0);
         element = document_->addChild(element, kFile, 0);

@@ -43,6 +43,8 @@ class Element {
     const Element* ordered() const { return ordered_; }
     /// The first child.
     const Element* child() const { return child_; }
+    /// The last child in document order.
+    const Element* lastChild() const { return lastChild_; }
     const Element* parent() const { return parent_; }
     /// The attributes in document order, duplicates included.
     const Attribute* begin() const { return attributes_; }
