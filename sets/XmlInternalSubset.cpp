@@ -134,8 +134,7 @@ bool InternalSubset::leadsTo(std::string_view value, std::string_view name) {
             const auto entity = document_.entities_.find(each);
             if (entity == document_.entities_.end()) {
                 awaited_.insert(each);
-            } else if (isKnown && searchedBytes_ < kMostSearchedBytes &&
-                       seen.insert(each).second) {
+            } else if (isKnown && searchedBytes_ < kMostSearchedBytes && seen.insert(each).second) {
                 searchedBytes_ += each.size() + entity->second.size();
                 open.push_back(entity->second);
             }
