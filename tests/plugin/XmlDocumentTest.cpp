@@ -191,6 +191,25 @@ TEST(XmlDocumentTest, SurvivesDocumentsOfAMillionElements) {
     const auto document = Document::parse(names + "</r>");
     EXPECT_NE(document->child(document->root(), "n249999"), nullptr);
     EXPECT_EQ(document->child(document->root(), "n250000"), nullptr);
+
+    // Each of these runs for minutes where a step goes through the whole text.
+    const std::string name(kMany, 'n');
+    EXPECT_EQ(
+        rewritten("<!DOCTYPE r [<!ENTITY " + name + " 'x'>]><r>" + repeated("&", kMany) + "</r>")
+            .size(),
+        5U * kMany + 7);
+    std::string chain = "<!ENTITY c0 '&end;'>";
+    std::string awaited;
+    std::string declared;
+    for (int i = 1; i < kMany / 20; ++i) {
+        const std::string number = std::to_string(i);
+        chain += "<!ENTITY c" + number + " '&c" + std::to_string(i - 1) + ";'>";
+        awaited += "&a" + number + ';';
+        declared += "<!ENTITY a" + number + " '&c49999;'>";
+    }
+    EXPECT_EQ(rewritten("<!DOCTYPE r [<!ENTITY z '" + awaited + "'>" + chain + declared +
+                        "<!ENTITY e 'E'>]><r>&e;</r>"),
+              "<r>E</r>");
 }
 
 TEST(XmlDocumentTest, BoundsWhatEntitiesGrowTo) {
