@@ -46,7 +46,8 @@ void InternalSubset::read(std::string_view text) {
             at_ = commentEnd(text_, at_ + std::string_view("<!--").size());
             good = at_ != std::string_view::npos || fault(at_, "unclosed <!--");
         } else if (startsWith(text_, at_, "<?")) {
-            const std::size_t start = at_ += 2;
+            at_ += 2;
+            const std::size_t start = at_;
             good = skipTo("?>") || fault(start, "unclosed <?");
             if (good) {
                 addInstruction(document_, text_.substr(start, at_ - 2 - start));
