@@ -82,31 +82,19 @@ void Document::indexName(const Element* parent, Element* siblingHead, Element* e
     names[element->name_] = element;
 }
 
-void Document::linkOrdered(Element*& head, Element*& last, Element* element) {
+/// Links the element into the chain that goes by `following`, behind all of no greater offset.
+void Document::linkByOffset(Element* Element::*following, Element*& head, Element*& last,
+                            Element* element) {
     if (last == nullptr || last->offset_ <= element->offset_) {
-        (last == nullptr ? head : last->ordered_) = element;
+        (last == nullptr ? head : last->*following) = element;
         last = element;
         return;
     }
     Element** place = &head;
     while ((*place)->offset_ <= element->offset_) {
-        place = &(*place)->ordered_;
+        place = &((*place)->*following);
     }
-    element->ordered_ = *place;
-    *place = element;
-}
-
-void Document::linkSibling(Element*& head, Element*& last, Element* element) {
-    if (last == nullptr || last->offset_ <= element->offset_) {
-        (last == nullptr ? head : last->sibling_) = element;
-        last = element;
-        return;
-    }
-    Element** place = &head;
-    while ((*place)->offset_ <= element->offset_) {
-        place = &(*place)->sibling_;
-    }
-    element->sibling_ = *place;
+    element->*following = *place;
     *place = element;
 }
 
@@ -148,7 +136,7 @@ void Document::linkName(Element* parent, Element*& siblingHead, Element* element
     } else {
         ++parent->nameCount_;
     }
-    linkSibling(siblingHead, parent->lastSibling_, element);
+    linkByOffset(&Element::sibling_, siblingHead, parent->lastSibling_, element);
     indexName(parent, siblingHead, element);
 }
 
@@ -158,7 +146,7 @@ void Document::link(Element* parent, Element* element) {
     linkName(parent, siblingHead, element);
     // The first child in document order is the first of its name too, so both chains have one
     // head.
-    linkOrdered(parent->child_, parent->lastChild_, element);
+    linkByOffset(&Element::ordered_, parent->child_, parent->lastChild_, element);
 }
 
 Element* Document::addChild(Element* parent, std::string_view name, std::size_t offset) {

@@ -163,8 +163,8 @@ class Document {
     Element* firstOfName(const Element* parent, std::string_view name) const;
     void link(Element* parent, Element* element);
     void linkName(Element* parent, Element*& siblingHead, Element* element);
-    static void linkOrdered(Element*& head, Element*& last, Element* element);
-    static void linkSibling(Element*& head, Element*& last, Element* element);
+    static void linkByOffset(Element* Element::*following, Element*& head, Element*& last,
+                             Element* element);
     void indexName(const Element* parent, Element* siblingHead, Element* element);
     static void unlinkSibling(Element*& head, Element*& last, Element* element);
     void addDefault(std::string_view elementName, std::string_view name,
