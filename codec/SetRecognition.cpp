@@ -86,7 +86,7 @@ bool Codec::purifyFileSet(Pyxis::FileSpecifier& file) const {
         if (readable.count() < 2) {
             return false;
         }
-        file = readable.specifier();
+        file.assign(readable.specifier());
         return true;
     });
 }

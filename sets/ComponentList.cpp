@@ -1,9 +1,12 @@
 #include "sets/ComponentList.h"
 
+#include <algorithm>
 #include <charconv>
 #include <limits>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <utility>
 #include <vector>
 
 #include "codec/strings/BufferText.h"
@@ -35,9 +38,12 @@ StringBuffer narrowed(const StringBuffer& text) {
     return narrow;
 }
 
-std::unique_ptr<xml::Document> parse(const StringBuffer& narrow) {
-    return xml::Document::parse({reinterpret_cast<const char*>(narrow.data()),
-                                 static_cast<std::size_t>(narrow.numDataBytes())});
+std::unique_ptr<xml::Document> parse(const StringBuffer& text) {
+    auto size = static_cast<std::size_t>(text.numDataBytes());
+    if (text.type() == Pyxis::CharacterType::Wide) {
+        size /= 2;  // from hosts that leave what they cannot convert as it is
+    }
+    return xml::Document::parse({reinterpret_cast<const char*>(text.data()), size});
 }
 
 std::unique_ptr<xml::Document> newDocument() {
@@ -99,12 +105,16 @@ class ListDocument {
     }
 
     void append(const FileSpecifier& component, int frame) {
-        xml::Element* element =
-            document_->addChild(image_, kComponent, static_cast<std::size_t>(count()));
+        // Behind all that the image holds, however much text lies between.
+        std::size_t offset = components_.size();
+        if (const xml::Element* last = image_->lastChild()) {
+            offset = std::max(offset, last->offset());
+        }
+        xml::Element* element = document_->addChild(image_, kComponent, offset);
         components_.push_back(element);
         element = document_->addChild(element, kData, 0);
         element = document_->addChild(element, kFile, 0);
-        document_->setAttribute(element, kPath, narrowText(component.string()));
+        document_->setAttribute(element, kPath, narrowText(narrowed(component.string())));
         document_->setAttribute(element, kFrame, std::to_string(frame));
     }
 
@@ -141,11 +151,11 @@ class ComponentListBuilder::Document : public ListDocument {
     using ListDocument::ListDocument;
 };
 
-ComponentList::ComponentList(const FileSpecifier& spec) {
-    if (spec.type() != FileSpecifier::Type::Compound) {
-        plainCount_ = spec.string().isZero() ? 0 : 1;
-    } else if (!spec.string().isZero()) {
-        document_ = std::make_unique<Document>(parse(narrowed(spec.string())));
+ComponentList::ComponentList(const FileSpecifier& specifier) {
+    if (specifier.type() != FileSpecifier::Type::Compound) {
+        plainCount_ = specifier.string().isZero() ? 0 : 1;
+    } else if (!specifier.string().isZero()) {
+        document_ = std::make_unique<Document>(parse(narrowed(specifier.string())));
     }
 }
 
@@ -179,23 +189,23 @@ FileSpecifier ComponentListBuilder::specifier() const {
     return count() == 0 ? FileSpecifier() : document_->specifier();
 }
 
-int countComponents(const FileSpecifier& spec) {
-    return ComponentList(spec).count();
+int countComponents(const FileSpecifier& specifier) {
+    return ComponentList(specifier).count();
 }
 
-bool getComponent(const FileSpecifier& spec, int index, FileSpecifier& file, int& frame) {
-    return ComponentList(spec).get(index, file, frame);
+bool getComponent(const FileSpecifier& specifier, int index, FileSpecifier& file, int& frame) {
+    return ComponentList(specifier).get(index, file, frame);
 }
 
-void appendComponent(const FileSpecifier& component, int frame, FileSpecifier& spec) {
-    const StringBuffer text = narrowed(spec.string());
+void appendComponent(const FileSpecifier& component, int frame, FileSpecifier& specifier) {
+    const StringBuffer text = narrowed(specifier.string());
     ListDocument document(text.numDataBytes() > kNearlyEmpty ? parse(text) : newDocument());
     if (!document.hasImage()) {
         return;
     }
     document.append(component, frame);
     const FileSpecifier extended = document.specifier();
-    spec.set(extended.string(), extended.type());
+    specifier.set(extended.string(), extended.type());
 }
 
 }  // namespace kest

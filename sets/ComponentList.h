@@ -10,22 +10,23 @@
 namespace kest {
 
 /// Number of components; a plain specifier with a text counts as one.
-int countComponents(const Pyxis::FileSpecifier& spec);
+int countComponents(const Pyxis::FileSpecifier& specifier);
 
 /// Reads component `index` (0 first). False for a plain specifier (`file` and `frame` untouched),
 /// for an index that there is not, and for a component without a path.
-bool getComponent(const Pyxis::FileSpecifier& spec, int index, Pyxis::FileSpecifier& file,
+bool getComponent(const Pyxis::FileSpecifier& specifier, int index, Pyxis::FileSpecifier& file,
                   int& frame);
 
-/// Adds a component at the end of the list; an empty `spec` becomes a new list. A text that holds
-/// no list stays as it is.
-void appendComponent(const Pyxis::FileSpecifier& component, int frame, Pyxis::FileSpecifier& spec);
+/// Adds a component at the end of the list; an empty `specifier` becomes a new list. A text that
+/// holds no list stays as it is.
+void appendComponent(const Pyxis::FileSpecifier& component, int frame,
+                     Pyxis::FileSpecifier& specifier);
 
 /// A component list parsed once, for callers that read more than one component. The answers are
 /// those of the functions above, which are thin calls on it.
 class ComponentList {
   public:
-    explicit ComponentList(const Pyxis::FileSpecifier& spec);
+    explicit ComponentList(const Pyxis::FileSpecifier& specifier);
     ComponentList(ComponentList&&) noexcept;
     ComponentList& operator=(ComponentList&&) noexcept;
     ~ComponentList();

@@ -91,12 +91,7 @@ const std::string_view* Decoder::replacementFor(const Source& source, DecodeMode
         return nullptr;
     }
     const auto& table = inValue ? parameterEntities_ : document_.entities_;
-    const std::string_view rest = source.text.substr(source.at + 1, document_.longestEntityName_);
-    const std::size_t end = rest.find(';');
-    if (end == std::string_view::npos) {
-        return nullptr;
-    }
-    const auto found = table.find(rest.substr(0, end + 1));
+    const auto found = table.find(referenceName(source.text.substr(source.at)));
     return found == table.end() ? nullptr : &found->second;
 }
 

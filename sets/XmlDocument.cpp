@@ -9,7 +9,7 @@ namespace kest::xml {
 namespace {
 
 /// Elements with more names among their children than this get an index of them.
-constexpr int kNamesWithoutIndex = 32;
+constexpr std::uint32_t kNamesWithoutIndex = 32;
 
 struct PredefinedEntity {
     std::string_view name;  ///< with its semicolon
@@ -25,7 +25,6 @@ constexpr PredefinedEntity kPredefinedEntities[] = {
 Document::Document() {
     for (const PredefinedEntity& entity : kPredefinedEntities) {
         entities_.emplace(entity.name, entity.replacement);
-        longestEntityName_ = std::max(longestEntityName_, entity.name.size());
     }
 }
 
@@ -54,54 +53,48 @@ Element* Document::newElement(std::string_view name) {
     return element;
 }
 
-/// The first element of that name among the children. Few names are searched along the sibling
-/// chain; from the first search that gets long on, the parent has an index.
+/// The first element of that name among the children: few names are searched along the sibling
+/// chain.
 Element* Document::firstOfName(const Element* parent, std::string_view name) const {
-    int steps = 0;
-    for (Element* head = parent->child_; head != nullptr; head = head->sibling_) {
-        if (head->name_ == name) {
-            return head;
-        }
-        if (++steps == kNamesWithoutIndex) {
-            auto [entry, added] = nameIndexes_.try_emplace(parent);
-            NameIndex& names = entry->second;
-            if (added) {
-                for (Element* each = parent->child_; each != nullptr; each = each->sibling_) {
-                    names.emplace(each->name_, each);
-                }
-            }
-            const auto found = names.find(name);
-            return found == names.end() ? nullptr : found->second;
-        }
+    if (parent->nameCount_ > kNamesWithoutIndex) {
+        const NameIndex& names = nameIndexes_.at(parent);
+        const auto found = names.find(name);
+        return found == names.end() ? nullptr : found->second;
     }
-    return nullptr;
+    Element* head = parent->child_;
+    while (head != nullptr && head->name_ != name) {
+        head = head->sibling_;
+    }
+    return head;
 }
 
-void Document::linkOrdered(Element*& head, Element*& last, Element* element) {
+/// Notes the new first element of a name, once there are many.
+void Document::indexName(const Element* parent, Element* siblingHead, Element* element) {
+    if (parent->nameCount_ <= kNamesWithoutIndex) {
+        return;
+    }
+    NameIndex& names = nameIndexes_[parent];
+    if (names.empty()) {
+        for (Element* each = siblingHead; each != nullptr; each = each->sibling_) {
+            names.emplace(each->name_, each);
+        }
+    }
+    names[element->name_] = element;
+}
+
+/// Links the element into the chain that goes by `following`, behind all of no greater offset.
+void Document::linkByOffset(Element* Element::*following, Element*& head, Element*& last,
+                            Element* element) {
     if (last == nullptr || last->offset_ <= element->offset_) {
-        (last == nullptr ? head : last->ordered_) = element;
+        (last == nullptr ? head : last->*following) = element;
         last = element;
         return;
     }
     Element** place = &head;
     while ((*place)->offset_ <= element->offset_) {
-        place = &(*place)->ordered_;
+        place = &((*place)->*following);
     }
-    element->ordered_ = *place;
-    *place = element;
-}
-
-void Document::linkSibling(Element*& head, Element*& last, Element* element) {
-    if (last == nullptr || last->offset_ <= element->offset_) {
-        (last == nullptr ? head : last->sibling_) = element;
-        last = element;
-        return;
-    }
-    Element** place = &head;
-    while ((*place)->offset_ <= element->offset_) {
-        place = &(*place)->sibling_;
-    }
-    element->sibling_ = *place;
+    element->*following = *place;
     *place = element;
 }
 
@@ -140,11 +133,11 @@ void Document::linkName(Element* parent, Element*& siblingHead, Element* element
         unlinkSibling(siblingHead, parent->lastSibling_, first);
         element->next_ = first;
         element->lastOfName_ = first->lastOfName_;
+    } else {
+        ++parent->nameCount_;
     }
-    linkSibling(siblingHead, parent->lastSibling_, element);
-    if (const auto index = nameIndexes_.find(parent); index != nameIndexes_.end()) {
-        index->second[element->name_] = element;
-    }
+    linkByOffset(&Element::sibling_, siblingHead, parent->lastSibling_, element);
+    indexName(parent, siblingHead, element);
 }
 
 void Document::link(Element* parent, Element* element) {
@@ -153,7 +146,7 @@ void Document::link(Element* parent, Element* element) {
     linkName(parent, siblingHead, element);
     // The first child in document order is the first of its name too, so both chains have one
     // head.
-    linkOrdered(parent->child_, parent->lastChild_, element);
+    linkByOffset(&Element::ordered_, parent->child_, parent->lastChild_, element);
 }
 
 Element* Document::addChild(Element* parent, std::string_view name, std::size_t offset) {
@@ -180,6 +173,7 @@ Element* Document::cut(Element* element) {
     }
     nameIndexes_.erase(parent);
     parent->child_ = parent->lastChild_ = parent->lastSibling_ = nullptr;
+    parent->nameCount_ = 0;
     const auto unlink = [](Element* each) {
         each->next_ = each->sibling_ = each->ordered_ = each->lastOfName_ = nullptr;
     };
@@ -229,7 +223,7 @@ void Document::appendText(Element* element, std::string_view run, bool moved) {
     } else if (length > element->textCapacity_) {
         growText(element, 2 * length);
     }
-    std::memcpy(element->text_ + element->textLength_, run.data(), added);
+    std::copy(run.begin(), run.end(), element->text_ + element->textLength_);
     element->textLength_ = static_cast<std::uint32_t>(length);
 }
 
@@ -291,7 +285,15 @@ const Element* Document::index(const Element* element, int index) {
     return index == 0 ? element : nullptr;
 }
 
-const std::vector<AttributeDefault>* Document::defaultsOf(std::string_view elementName) const {
+void Document::addDefault(std::string_view elementName, std::string_view name,
+                          std::optional<std::string_view> value) {
+    AttributeDefaults& defaults = defaults_[elementName];
+    if (defaults.declared.emplace(name, value).second && value) {
+        defaults.values.push_back({name, *value});
+    }
+}
+
+const AttributeDefaults* Document::defaultsOf(std::string_view elementName) const {
     const auto found = defaults_.find(elementName);
     return found == defaults_.end() ? nullptr : &found->second;
 }
@@ -307,10 +309,8 @@ std::optional<std::string_view> Document::attribute(const Element* element,
         }
     }
     if (const auto* defaults = defaultsOf(element->name_)) {
-        for (const AttributeDefault& each : *defaults) {
-            if (each.name == name) {
-                return each.value;
-            }
+        if (const auto found = defaults->declared.find(name); found != defaults->declared.end()) {
+            return found->second;
         }
     }
     return std::nullopt;

@@ -43,6 +43,8 @@ class Element {
     const Element* ordered() const { return ordered_; }
     /// The first child.
     const Element* child() const { return child_; }
+    /// The last child in document order.
+    const Element* lastChild() const { return lastChild_; }
     const Element* parent() const { return parent_; }
     /// The attributes in document order, duplicates included.
     const Attribute* begin() const { return attributes_; }
@@ -69,12 +71,13 @@ class Element {
     std::uint32_t textLength_ = 0;
     std::uint32_t textCapacity_ = 0;  ///< 0: the text still lies where it was parsed
     std::uint32_t offset_ = 0;
+    std::uint32_t nameCount_ = 0;  ///< different names among the children
 };
 
-/// An attribute that a declaration adds to elements which do not set it.
-struct AttributeDefault {
-    std::string_view name;
-    std::optional<std::string_view> value;
+/// What declarations say of the attributes of an element's name; the first of an attribute counts.
+struct AttributeDefaults {
+    std::vector<Attribute> values;  ///< those with a default value, in the order of declaration
+    std::unordered_map<std::string_view, std::optional<std::string_view>> declared;
 };
 
 struct Instruction {
@@ -142,7 +145,7 @@ class Document {
     friend class InternalSubset;
     friend class Decoder;
     friend class Writer;
-    friend void addInstruction(Document& document, std::string_view instruction, bool afterRoot);
+    friend void addInstruction(Document& document, std::string_view instruction);
 
     using EntityTable = std::unordered_map<std::string_view, std::string_view>;
     using NameIndex = std::unordered_map<std::string_view, Element*>;
@@ -160,23 +163,25 @@ class Document {
     Element* firstOfName(const Element* parent, std::string_view name) const;
     void link(Element* parent, Element* element);
     void linkName(Element* parent, Element*& siblingHead, Element* element);
-    static void linkOrdered(Element*& head, Element*& last, Element* element);
-    static void linkSibling(Element*& head, Element*& last, Element* element);
+    static void linkByOffset(Element* Element::*following, Element*& head, Element*& last,
+                             Element* element);
+    void indexName(const Element* parent, Element* siblingHead, Element* element);
     static void unlinkSibling(Element*& head, Element*& last, Element* element);
-    const std::vector<AttributeDefault>* defaultsOf(std::string_view elementName) const;
+    void addDefault(std::string_view elementName, std::string_view name,
+                    std::optional<std::string_view> value);
+    const AttributeDefaults* defaultsOf(std::string_view elementName) const;
     void addInstruction(std::string_view target, std::string_view text, bool afterRoot);
 
     std::pmr::monotonic_buffer_resource arena_;
     std::string source_;  ///< the parsed text; names, values and texts point into it
     Element root_;
     EntityTable entities_;
-    std::size_t longestEntityName_ = 0;
     std::size_t replacedBytes_ = 0;
-    std::map<std::string_view, std::vector<AttributeDefault>> defaults_;
+    std::map<std::string_view, AttributeDefaults> defaults_;
     std::vector<InstructionTarget> instructions_;
     std::unordered_map<std::string_view, std::size_t> instructionIndex_;
     /// Children by name, of elements that have many names.
-    mutable std::unordered_map<const Element*, NameIndex> nameIndexes_;
+    std::unordered_map<const Element*, NameIndex> nameIndexes_;
     bool standalone_ = false;
 };
 

@@ -19,14 +19,14 @@ bool declaresStandalone(std::string_view text) {
 
 }  // namespace
 
-void addInstruction(Document& document, std::string_view instruction, bool afterRoot) {
+void addInstruction(Document& document, std::string_view instruction) {
     const std::size_t end = std::min(instruction.find_first_of(kSpaces), instruction.size());
     const std::string_view target = instruction.substr(0, end);
     const std::string_view text = instruction.substr(skipSpace(instruction, end));
     if (target == "xml" && declaresStandalone(text)) {
         document.standalone_ = true;
     }
-    document.addInstruction(target, text, afterRoot);
+    document.addInstruction(target, text, !document.root()->name().empty());
 }
 
 }  // namespace kest::xml

@@ -1,7 +1,6 @@
 #include "sets/XmlInternalSubset.h"
 
-#include <algorithm>
-#include <unordered_set>
+#include <optional>
 #include <vector>
 
 #include "sets/XmlFault.h"
@@ -15,16 +14,22 @@ bool startsWith(std::string_view text, std::size_t at, std::string_view prefix) 
     return text.substr(at, prefix.size()) == prefix;
 }
 
-/// The names, semicolons included, of the entity references in a text.
-std::vector<std::string_view> referencesIn(std::string_view text) {
-    std::vector<std::string_view> names;
-    for (std::size_t at = text.find('&'); at != std::string_view::npos; at = text.find('&', at)) {
-        const std::size_t end = text.find_first_of("&;", ++at);
-        if (end != std::string_view::npos && text[end] == ';') {
-            names.push_back(text.substr(at, end + 1 - at));
+/// Bound on the text that a document has searched for circles through other entities. Past it only
+/// an entity that names itself is told; the bounds on replacement hold the rest.
+constexpr std::size_t kMostSearchedBytes = std::size_t{16} << 20U;
+
+/// Calls `visit` with the name, semicolon included, of every reference in a text until it answers
+/// true, and answers whether it did. `mark` starts a reference: '&' or '%'.
+template <typename Visit>
+bool anyReference(std::string_view text, char mark, const Visit& visit) {
+    for (std::size_t at = text.find(mark); at != std::string_view::npos;
+         at = text.find(mark, at + 1)) {
+        const std::string_view name = referenceName(text.substr(at));
+        if (!name.empty() && visit(name)) {
+            return true;
         }
     }
-    return names;
+    return false;
 }
 
 }  // namespace
@@ -38,13 +43,14 @@ void InternalSubset::read(std::string_view text) {
         } else if (startsWith(text_, at_, "<!ATTLIST")) {
             good = readAttributeList();
         } else if (startsWith(text_, at_, "<!--")) {
-            at_ += 4;
-            good = skipTo("-->");
+            at_ = commentEnd(text_, at_ + std::string_view("<!--").size());
+            good = at_ != std::string_view::npos || fault(at_, "unclosed <!--");
         } else if (startsWith(text_, at_, "<?")) {
-            const std::size_t start = at_ + 2;
-            good = skipTo("?>");
+            at_ += 2;
+            const std::size_t start = at_;
+            good = skipTo("?>") || fault(start, "unclosed <?");
             if (good) {
-                addInstruction(document_, text_.substr(start, at_ - 2 - start), false);
+                addInstruction(document_, text_.substr(start, at_ - 2 - start));
             }
         } else if (text_[at_] == '<') {
             good = skipTo(">");
@@ -102,37 +108,41 @@ bool InternalSubset::readEntity() {
     const std::string_view name = document_.keep(std::string(bareName) + ';');
     value = decoder_.decode(const_cast<char*>(value.data()), value.size(), DecodeMode::EntityValue)
                 .text;
-    auto& table = isParameter ? decoder_.parameterEntities() : document_.entities_;
-    if (refersTo(value, name)) {
+    if (isParameter ? namesItself(value, name) : leadsTo(value, name)) {
         return fault(at_, "circular entity declaration &%s", name);
     }
-    for (const std::string_view reference : referencesIn(value)) {
-        if (document_.entities_.count(reference) == 0) {
-            awaited_.insert(reference);
-        }
-    }
+    auto& table = isParameter ? decoder_.parameterEntities() : document_.entities_;
     table.emplace(name, value);
-    document_.longestEntityName_ = std::max(document_.longestEntityName_, name.size());
     return skipTo(">");
 }
 
-/// Whether the entity references in `value` lead to the entity `name`, which is not declared yet.
-bool InternalSubset::refersTo(std::string_view value, std::string_view name) const {
-    // Only an entity that an earlier one refers to can close a circle through others.
-    const bool isAwaited = awaited_.count(name) != 0;
+/// Whether the value of the parameter entity `name` refers to it. Others that are declared have
+/// been replaced in it.
+bool InternalSubset::namesItself(std::string_view value, std::string_view name) {
+    return anyReference(value, '%', [name](std::string_view each) { return each == name; });
+}
+
+/// Whether the references in `value` lead to the general entity `name`.
+bool InternalSubset::leadsTo(std::string_view value, std::string_view name) {
+    // Only an entity that an earlier one may refer to can close a circle through others.
+    const bool isKnown = awaited_.count(name) != 0 || document_.entities_.count(name) != 0;
     std::unordered_set<std::string_view> seen;
     std::vector<std::string_view> open{value};
     while (!open.empty()) {
         const std::string_view text = open.back();
         open.pop_back();
-        for (const std::string_view reference : referencesIn(text)) {
-            if (reference == name) {
-                return true;
-            }
-            const auto entity = document_.entities_.find(reference);
-            if (isAwaited && entity != document_.entities_.end() && seen.insert(reference).second) {
+        const bool found = anyReference(text, '&', [&](std::string_view each) {
+            const auto entity = document_.entities_.find(each);
+            if (entity == document_.entities_.end()) {
+                awaited_.insert(each);
+            } else if (isKnown && searchedBytes_ < kMostSearchedBytes && seen.insert(each).second) {
+                searchedBytes_ += each.size() + entity->second.size();
                 open.push_back(entity->second);
             }
+            return each == name;
+        });
+        if (found) {
+            return true;
         }
     }
     return false;
@@ -170,7 +180,7 @@ bool InternalSubset::readAttributeType(bool& isCData) {
 }
 
 bool InternalSubset::readAttributeDeclaration(std::string_view elementName) {
-    const std::string_view name = word("");
+    const std::string_view name = word(">");
     bool isCData = false;
     if (!readAttributeType(isCData)) {
         return false;
@@ -180,7 +190,7 @@ bool InternalSubset::readAttributeDeclaration(std::string_view elementName) {
         at_ += std::string_view("#FIXED").size();
         at_ = skipSpace(text_, at_);
     }
-    AttributeDefault attribute{name, std::nullopt};
+    std::optional<std::string_view> defaultValue;
     if (at_ < text_.size() && text_[at_] == '#') {
         word(">");
         if (isCData) {
@@ -191,11 +201,11 @@ bool InternalSubset::readAttributeDeclaration(std::string_view elementName) {
         if (!quoted(value)) {
             return fault(at_, "malformed <!ATTLIST");
         }
-        attribute.value =
+        defaultValue =
             decoder_.decode(const_cast<char*>(value.data()), value.size(), DecodeMode::Attribute)
                 .text;
     }
-    document_.defaults_[elementName].push_back(attribute);
+    document_.addDefault(elementName, name, defaultValue);
     return true;
 }
 

@@ -9,7 +9,8 @@
 
 namespace kest::xml {
 
-/// Reads the declarations in a document type's internal subset into the document's tables.
+/// Reads the declarations in the internal subset of a document type, or of several, into the
+/// document's tables.
 class InternalSubset {
   public:
     InternalSubset(Document& document, Decoder& decoder) : document_(document), decoder_(decoder) {}
@@ -22,7 +23,8 @@ class InternalSubset {
     bool readAttributeList();
     bool readAttributeDeclaration(std::string_view elementName);
     bool readAttributeType(bool& isCData);
-    bool refersTo(std::string_view value, std::string_view name) const;
+    static bool namesItself(std::string_view value, std::string_view name);
+    bool leadsTo(std::string_view value, std::string_view name);
     std::string_view word(std::string_view ends);
     bool quoted(std::string_view& value);
     bool skipTo(std::string_view mark);
@@ -31,7 +33,8 @@ class InternalSubset {
     Decoder& decoder_;
     std::string_view text_;
     std::size_t at_ = 0;
-    std::unordered_set<std::string_view> awaited_;  ///< referred to, not declared yet
+    std::unordered_set<std::string_view> awaited_;  ///< referred to before they were declared
+    std::size_t searchedBytes_ = 0;
 };
 
 }  // namespace kest::xml

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstring>
 
 #include "sets/XmlDecoder.h"
 #include "sets/XmlDocument.h"
@@ -41,6 +40,7 @@ class Parser {
     explicit Parser(Document& document)
         : document_(document),
           decoder_(document),
+          subset_(document, decoder_),
           text_(document.source_),
           current_(document.root()) {}
 
@@ -64,6 +64,7 @@ class Parser {
 
     Document& document_;
     Decoder decoder_;
+    InternalSubset subset_;
     std::string_view text_;
     std::size_t at_ = 0;  ///< behind the '<' of the markup at hand; after it, on its '>'
     Element* current_;    ///< the open element; null once the root is closed
@@ -184,7 +185,7 @@ bool Parser::endTag() {
     if (at(at_) != '>') {
         return fault(at_, "missing >");
     }
-    if (current_ == nullptr || name != current_->name_) {
+    if (current_ == nullptr || current_->name_.empty() || name != current_->name_) {
         return fault(start, "unexpected closing tag </%s>", name);
     }
     close();
@@ -192,11 +193,11 @@ bool Parser::endTag() {
 }
 
 bool Parser::comment() {
-    const std::size_t end = text_.find("--", at_ + 3);
-    if (end == std::string_view::npos || at(end + 2) != '>') {
+    const std::size_t end = commentEnd(text_, at_ + std::string_view("!--").size());
+    if (end == std::string_view::npos) {
         return fault(at_, "unclosed <!--");
     }
-    at_ = end + 2;
+    at_ = end - 1;
     return true;
 }
 
@@ -216,16 +217,14 @@ bool Parser::documentType() {
     at_ = std::min(text_.find_first_of("[>", at_), text_.size());
     if (at(at_) == '[') {
         const std::size_t subset = at_ + 1;
-        std::size_t end = subset;
         do {
-            end = text_.find(']', at_ + 1);
-            if (end == std::string_view::npos) {
+            at_ = text_.find(']', at_ + 1);
+            if (at_ == std::string_view::npos) {
                 return fault(start, "unclosed <!DOCTYPE");
             }
-            at_ = end;
-        } while (at(skipSpace(text_, end + 1)) != '>');
-        InternalSubset(document_, decoder_).read(text_.substr(subset, end - subset));
-        at_ = skipSpace(text_, end + 1);
+        } while (at(skipSpace(text_, at_ + 1)) != '>');
+        subset_.read(text_.substr(subset, at_ - subset));
+        at_ = skipSpace(text_, at_ + 1);
     }
     return at_ < text_.size() || fault(start, "unclosed <!DOCTYPE");
 }
@@ -236,7 +235,7 @@ bool Parser::instruction() {
     if (end == std::string_view::npos) {
         return fault(at_, "unclosed <?");
     }
-    addInstruction(document_, text_.substr(start, end - start), !document_.root()->name_.empty());
+    addInstruction(document_, text_.substr(start, end - start));
     at_ = end + 1;
     return true;
 }

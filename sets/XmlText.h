@@ -45,4 +45,23 @@ constexpr std::size_t skipSpace(std::string_view text, std::size_t from) {
     return from;
 }
 
+/// The place behind a comment whose text starts at `from`; npos when its first "--" has no '>'.
+constexpr std::size_t commentEnd(std::string_view text, std::size_t from) {
+    const std::size_t dashes = text.find("--", from);
+    return dashes != std::string_view::npos && text.substr(dashes).starts_with("-->")
+               ? dashes + 3
+               : std::string_view::npos;
+}
+
+/// The name, semicolon included, of the reference at the start of `text`; empty when there is none.
+/// No name holds the character that starts a reference, so that many of them are passed quickly.
+constexpr std::string_view referenceName(std::string_view text) {
+    for (std::size_t at = 1; at < text.size() && text[at] != text[0]; ++at) {
+        if (text[at] == ';') {
+            return text.substr(1, at);
+        }
+    }
+    return {};
+}
+
 }  // namespace kest::xml

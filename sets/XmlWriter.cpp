@@ -139,13 +139,13 @@ void Writer::startTag(const Element& element) {
         }
     }
     if (const auto* defaults = document_.defaultsOf(element.name())) {
-        std::unordered_set<std::string_view> done;
+        std::unordered_set<std::string_view> own;
         for (const Attribute& each : element) {
-            done.insert(each.name);
+            own.insert(each.name);
         }
-        for (const AttributeDefault& each : *defaults) {
-            if (done.insert(each.name).second && each.value) {
-                attribute(each.name, *each.value);
+        for (const Attribute& each : defaults->values) {
+            if (own.count(each.name) == 0) {
+                attribute(each.name, each.value);
             }
         }
     }

@@ -70,6 +70,13 @@ TEST(ComponentListTest, LeavesTextsThatHoldNoListAlone) {
     }
 }
 
+TEST(ComponentListTest, AppendsBehindTheTextOfAList) {
+    FileSpecifier spec = compound(
+        "<a>\n<image>\n  <component/>\n  <note/>\n  <component/>\n  <note/>\n</image>\n</a>");
+    kest::appendComponent(Pyxis::fileSpecifier("a.tif"), 0, spec);
+    EXPECT_EQ(component(spec, 2), "a.tif#0") << textOf(spec);
+}
+
 TEST(ComponentListTest, CountsPlainSpecifiersAsOneComponentThatCannotBeRead) {
     FileSpecifier file = Pyxis::fileSpecifier("kept");
     int frame = 77;

@@ -68,15 +68,31 @@ INSTANTIATE_TEST_SUITE_P(
                     "<a x=\"vF\">1vF2</a>"},
         RewriteCase{"<!DOCTYPE a [<!ENTITY % p 'P'><!ENTITY e '%p;%q;'>]><a>&e;</a>",
                     "<a>P%q;</a>"},
+        RewriteCase{"<!DOCTYPE a [<!ENTITY e ''>]><a>x<b/>&e;</a>", "<a><b></b></a>"},
         RewriteCase{"<!DOCTYPE a [<!ENTITY e '1'><!ENTITY e '2'>]><a>&e;</a>", "<a>1</a>"},
         // A circle ends the subset: what comes after it is not read, what came before it is.
         RewriteCase{"<!DOCTYPE a [<!ENTITY e '&f;'><!ENTITY f '&e;'><!ENTITY g 'G'>]><a>&e;&g;</a>",
                     "<a>&amp;f;&amp;g;</a>"},
+        RewriteCase{"<!DOCTYPE a [<!ENTITY e '&f;'>]>"
+                    "<!DOCTYPE a [<!ENTITY f '&e;'><!ENTITY g 'G'>]><a>&g;</a>",
+                    "<a>&amp;g;</a>"},
+        RewriteCase{"<!DOCTYPE a [<!ENTITY e 'E'><!ENTITY f '&e;'><!ENTITY e '&f;'>"
+                    "<!ENTITY g 'G'>]><a>&f;&g;</a>",
+                    "<a>E&amp;g;</a>"},
+        RewriteCase{"<!DOCTYPE a [<!ENTITY % p '%p;'><!ENTITY g 'G'>]><a>&g;</a>",
+                    "<a>&amp;g;</a>"},
+        RewriteCase{"<!DOCTYPE a [<!ENTITY % p '&p;'><!ENTITY p 'P'>]><a>&p;</a>", "<a>P</a>"},
         RewriteCase{"<!DOCTYPE a [<!ATTLIST a d CDATA 'x' r CDATA #REQUIRED t (u|v) 'u'>\n"
                     "<!ATTLIST b f CDATA #FIXED \"y\" n NOTATION (m) #IMPLIED>] ><a d='1'><b/></a>",
                     "<a d=\"1\" t=\"u\"><b f=\"y\"></b></a>"},
         RewriteCase{"<!DOCTYPE a [<!ATTLIST a d CDATA bad><!ENTITY e 'E'>]><a>&e;</a>",
                     "<a>&amp;e;</a>"},
+        RewriteCase{"<!DOCTYPE a [<!ATTLIST a d><!ENTITY e 'E'>]><a>&e;</a>", "<a>&amp;e;</a>"},
+        RewriteCase{"<!DOCTYPE a [<!-- - --><!ENTITY d 'D'><!-- x -- y --><!ENTITY e 'E'>]>"
+                    "<a>&d;&e;</a>",
+                    "<a>D&amp;e;</a>"},
+        RewriteCase{"<!DOCTYPE a [<?>t 1?>]><a/><!DOCTYPE a [<?t 2?>]>",
+                    "<?>t 1?>\n<a></a>\n<?t 2?>"},
         RewriteCase{"<!DOCTYPE a SYSTEM 'x'><a/>", "<a></a>"}));
 
 INSTANTIATE_TEST_SUITE_P(
@@ -175,6 +191,25 @@ TEST(XmlDocumentTest, SurvivesDocumentsOfAMillionElements) {
     const auto document = Document::parse(names + "</r>");
     EXPECT_NE(document->child(document->root(), "n249999"), nullptr);
     EXPECT_EQ(document->child(document->root(), "n250000"), nullptr);
+
+    // Each of these runs for minutes where a step goes through the whole text.
+    const std::string name(kMany, 'n');
+    EXPECT_EQ(
+        rewritten("<!DOCTYPE r [<!ENTITY " + name + " 'x'>]><r>" + repeated("&", kMany) + "</r>")
+            .size(),
+        5U * kMany + 7);
+    std::string chain = "<!ENTITY c0 '&end;'>";
+    std::string awaited;
+    std::string declared;
+    for (int i = 1; i < kMany / 20; ++i) {
+        const std::string number = std::to_string(i);
+        chain += "<!ENTITY c" + number + " '&c" + std::to_string(i - 1) + ";'>";
+        awaited += "&a" + number + ';';
+        declared += "<!ENTITY a" + number + " '&c49999;'>";
+    }
+    EXPECT_EQ(rewritten("<!DOCTYPE r [<!ENTITY z '" + awaited + "'>" + chain + declared +
+                        "<!ENTITY e 'E'>]><r>&e;</r>"),
+              "<r>E</r>");
 }
 
 TEST(XmlDocumentTest, BoundsWhatEntitiesGrowTo) {
