@@ -77,6 +77,8 @@ INSTANTIATE_TEST_SUITE_P(
                     "<a d=\"1\" t=\"u\"><b f=\"y\"></b></a>"},
         RewriteCase{"<!DOCTYPE a [<!ATTLIST a d CDATA bad><!ENTITY e 'E'>]><a>&e;</a>",
                     "<a>&amp;e;</a>"},
+        RewriteCase{"<!DOCTYPE a [<!ATTLIST a d> CDATA 'x'>]><a/>", "<a></a>"},
+        RewriteCase{"<!DOCTYPE a [<!ATTLIST a c CDATA 'x' /d CDATA 'y'>]><a/>", "<a c=\"x\"></a>"},
         RewriteCase{"<!DOCTYPE a SYSTEM 'x'><a/>", "<a></a>"}));
 
 INSTANTIATE_TEST_SUITE_P(
