@@ -44,7 +44,8 @@ void InternalSubset::read(std::string_view text) {
             const std::size_t start = at_ + 2;
             good = skipTo("?>");
             if (good) {
-                addInstruction(document_, text_.substr(start, at_ - 2 - start), false);
+                addInstruction(document_, text_.substr(start, at_ - 2 - start),
+                               !document_.root()->name().empty());
             }
         } else if (text_[at_] == '<') {
             good = skipTo(">");
