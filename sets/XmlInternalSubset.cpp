@@ -41,7 +41,7 @@ void InternalSubset::read(std::string_view text) {
             at_ += 4;
             good = skipTo("-->");
         } else if (startsWith(text_, at_, "<?")) {
-            const std::size_t start = at_ + 2;
+            const std::size_t start = at_ += 2;
             good = skipTo("?>");
             if (good) {
                 addInstruction(document_, text_.substr(start, at_ - 2 - start),

@@ -80,6 +80,7 @@ INSTANTIATE_TEST_SUITE_P(
         RewriteCase{"<!DOCTYPE a [<!ATTLIST a d> CDATA 'x'>]><a/>", "<a></a>"},
         RewriteCase{"<!DOCTYPE a [<!ATTLIST a c CDATA 'x' /d CDATA 'y'>]><a/>", "<a c=\"x\"></a>"},
         RewriteCase{"<a><!DOCTYPE a [<?t x?>]></a>", "<a></a>\n<?t x?>"},
+        RewriteCase{"<!DOCTYPE a [<?>?>]><a/>", "<?>?>\n<a></a>"},
         RewriteCase{"<!DOCTYPE a SYSTEM 'x'><a/>", "<a></a>"}));
 
 INSTANTIATE_TEST_SUITE_P(
