@@ -1,5 +1,6 @@
 #include "sets/ComponentList.h"
 
+#include <algorithm>
 #include <charconv>
 #include <limits>
 #include <string>
@@ -99,8 +100,7 @@ class ListDocument {
     }
 
     void append(const FileSpecifier& component, int frame) {
-        xml::Element* element =
-            document_->addChild(image_, kComponent, static_cast<std::size_t>(count()));
+        xml::Element* element = document_->addChild(image_, kComponent, placeBehindAll());
         components_.push_back(element);
         element = document_->addChild(element, kData, 0);
         element = document_->addChild(element, kFile, 0);
@@ -113,6 +113,12 @@ class ListDocument {
     }
 
   private:
+    /// Where in the image's text a new component comes last: lists may be indented.
+    std::size_t placeBehindAll() const {
+        const std::size_t last = components_.empty() ? 0 : components_.back()->offset();
+        return std::max({components_.size(), image_->text().size(), last});
+    }
+
     const xml::Element* fileElement(int index) const {
         if (index < 0) {
             // A path into the tree ends at a negative index: the first component element itself

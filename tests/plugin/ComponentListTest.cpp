@@ -60,6 +60,14 @@ TEST(ComponentListTest, WritesOneLineWithoutAnythingElse) {
               "frame=\"12\"></file></data></component></image></storage>");
 }
 
+TEST(ComponentListTest, AppendsBehindTheLastComponentOfAnIndentedList) {
+    FileSpecifier spec = compound(
+        "<any><image>\n    <component><data><file path='1'/></data></component>\n</image></any>");
+    kest::appendComponent(Pyxis::fileSpecifier("2"), 0, spec);
+    kest::appendComponent(Pyxis::fileSpecifier("3"), 0, spec);
+    EXPECT_EQ(component(spec, 0) + component(spec, 1) + component(spec, 2), "1#02#03#0");
+}
+
 TEST(ComponentListTest, LeavesTextsThatHoldNoListAlone) {
     for (const std::string_view text : {"not XML at all", "<storage></storage>"}) {
         FileSpecifier spec = compound(text);
