@@ -180,7 +180,11 @@ bool InternalSubset::readAttributeType(bool& isCData) {
 }
 
 bool InternalSubset::readAttributeDeclaration(std::string_view elementName) {
-    const std::string_view name = word(">");
+    // Ends as a name in a tag does: elements are written with the attributes declared for them.
+    const std::string_view name = word("=/>");
+    if (name.empty()) {
+        return fault(at_, "malformed <!ATTLIST");
+    }
     bool isCData = false;
     if (!readAttributeType(isCData)) {
         return false;

@@ -93,6 +93,7 @@ INSTANTIATE_TEST_SUITE_P(
                     "<a>D&amp;e;</a>"},
         RewriteCase{"<!DOCTYPE a [<?>t 1?>]><a/><!DOCTYPE a [<?t 2?>]>",
                     "<?>t 1?>\n<a></a>\n<?t 2?>"},
+        RewriteCase{"<!DOCTYPE a [<!ATTLIST a c CDATA 'x' /d CDATA 'y'>]><a/>", "<a c=\"x\"></a>"},
         RewriteCase{"<!DOCTYPE a SYSTEM 'x'><a/>", "<a></a>"}));
 
 INSTANTIATE_TEST_SUITE_P(

@@ -1,0 +1,19 @@
+// The file header and the image subheader of a NITF file, as they lie on the disk.
+
+#include "fuzz/Input.h"
+#include "host/codecs/NitfSubheader.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using fuzz::require;
+    const std::string_view header(reinterpret_cast<const char*>(data), size);
+    for (const bool version20 : {false, true}) {
+        const auto bands = Pyxis::bandRepresentations(header, version20);
+        require(bands.size() <= size, "every band takes a byte of the header");
+        for (const std::string& band : bands) {
+            require(band.size() <= 2 && !band.ends_with(' '), "representations are trimmed");
+        }
+    }
+    require(Pyxis::statedFileLength(header) < 999999999999ULL, "no length is the unknown one");
+    require(Pyxis::isVersion20(header) == header.starts_with("NITF02.00"), "the version");
+    return 0;
+}

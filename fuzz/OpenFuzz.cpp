@@ -1,0 +1,273 @@
+// The whole way of a set through the plug-in, over component codecs that answer what the input
+// chooses: recognised, purified, opened, cloned, read, and given back in any order that a host may
+// choose. The text is the set's component list, or a file a line.
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "codec/KestMultispectralCodec.h"
+#include "fuzz/Host.h"
+#include "fuzz/Input.h"
+#include "fuzz/Texts.h"
+#include "properties/KestMultispectralProperty.h"
+#include "reader/KestMultispectralReadFile.h"
+#include "sets/ComponentList.h"
+
+namespace {
+
+using fuzz::require;
+using Pyxis::FileSpecifier;
+using Pyxis::FormatDecodability;
+
+constexpr int kMostComponents = 24;
+
+/// An image and its frames, which go before it.
+struct OpenedSet {
+    std::unique_ptr<Pyxis::ReadImageFileInterface> image;
+    std::vector<std::unique_ptr<Pyxis::ReadImageFileFrameInterface>> frames;
+};
+
+/// A host at work: what it has opened, and whether its codecs are faithful.
+class Session {
+  public:
+    explicit Session(fuzz::Input& input) : input_(input), host_(input) {
+        if (input.text().starts_with('<')) {
+            set_ = {fuzz::bufferFrom(input.text(), input), FileSpecifier::Type::Compound};
+            addListed();
+        } else {
+            addLines();
+        }
+        static constexpr const char* kMetadata[] = {KEST_RESOURCES "/kestmultispectral-en.txt",
+                                                    "/nonexistent", "/", "/dev/null"};
+        metadata_ = input.oneOf(kMetadata);
+        if (input.rarely()) {
+            faithful_ = false;
+            host_.letCallsFail();
+        }
+    }
+
+    void run() {
+        recognise();
+        open(false);
+        open(true);
+        for (int i = 0; !sets_.empty() && i < sets_.front().image->getNumFrames(); ++i) {
+            openFrame(sets_.front(), i);
+        }
+        for (int steps = 0; input_.hasChoices() && steps < 64; ++steps) {
+            step();
+        }
+        properties_.clear();
+        sets_.clear();
+        require(host_.world.alive == static_cast<int>(host_.world.images.size()),
+                "nothing is kept but images whose layout was refused");
+    }
+
+  private:
+    void addListed() {
+        const kest::ComponentList list(set_);
+        for (int i = 0; i < std::min(list.count(), kMostComponents); ++i) {
+            FileSpecifier file;
+            int frame = 0;
+            if (list.get(i, file, frame)) {
+                host_.add(Pyxis::toUtf8(file.string()));
+            }
+        }
+    }
+
+    void addLines() {
+        kest::ComponentListBuilder list;
+        for (const std::string_view line : input_.lines(kMostComponents)) {
+            const FileSpecifier file(fuzz::bufferFrom(line, input_),
+                                     FileSpecifier::Type::PlainFile);
+            host_.add(Pyxis::toUtf8(file.string()));
+            list.append(file, input_.rarely() ? input_.integer() : 0);
+        }
+        set_ = list.specifier();
+    }
+
+    void recognise() {
+        const FormatDecodability answer = codec_.isDecodableFile(set_, nullptr);
+        FileSpecifier purified = set_;
+        const bool isPurified = codec_.purifyFileSet(purified);
+        require(isPurified || purified.isEqual(set_), "a set is purified or left alone");
+        require(!isPurified || kest::countComponents(purified) >= 2, "at least two are left");
+        if (!faithful_) {
+            return;
+        }
+        require(answer != FormatDecodability::Decodable || isPurified, "a good set is purified");
+        if (isPurified) {
+            FileSpecifier again = purified;
+            require(codec_.purifyFileSet(again) && again.isEqual(purified), "pure stays pure");
+            require(codec_.isDecodableFile(purified, nullptr) == answer,
+                    "components that nobody reads do not count");
+        }
+    }
+
+    void open(bool withFinder) {
+        fakes::Finder finder(host_.world, metadata_);
+        OpenedSet opened;
+        opened.image.reset(withFinder ? codec_.openImage(&set_, finder) : codec_.openImage(&set_));
+        require(opened.image != nullptr || !faithful_, "any list opens");
+        if (opened.image) {
+            checkImage(*opened.image);
+            sets_.push_back(std::move(opened));
+        }
+    }
+
+    void checkImage(Pyxis::ReadImageFileInterface& image) const {
+        require(image.getCodec() == &codec_, "an image knows its codec");
+        const int listed = kest::countComponents(image.getFileSpecifier());
+        require(image.getNumFiles() == listed || image.getNumFiles() == listed + 1,
+                "a file a component, and the metadata text file");
+        require(image.getNumFrames() <= listed, "no more frames than components");
+        require(image.getFile(-1).isEmpty() && image.getFile(image.getNumFiles()).isEmpty(),
+                "no file outside the image");
+        for (int i = 0; i < image.getNumFiles(); ++i) {
+            image.getFile(i);
+        }
+        require(image.openFrame(-1) == nullptr && image.openFrame(image.getNumFrames()) == nullptr,
+                "no frame outside the image");
+        checkBands(dynamic_cast<const KestMultispectralReadFile&>(image));
+    }
+
+    static void checkBands(const KestMultispectralReadFile& set) {
+        std::vector<int> bandsOf;
+        for (int i = 0; i < set.getNumFrames(); ++i) {
+            const kest::BandRecord& band = set.band(i);
+            require(i == 0 || set.band(i - 1).bandNumber <= band.bandNumber, "bands are sorted");
+            require(band.bucketIndex >= 0 && band.bucketIndex < set.getNumBuckets(i),
+                    "a band lies in a bucket");
+            bandsOf.resize(static_cast<std::size_t>(set.getNumBuckets(i)));
+            ++bandsOf[static_cast<std::size_t>(band.bucketIndex)];
+            require(band.indexInBucket >= 0 &&
+                        band.indexInBucket < set.bucket(band.bucketIndex).bandCount,
+                    "a band has a place in its bucket");
+        }
+        for (int i = 0; i < static_cast<int>(bandsOf.size()); ++i) {
+            require(set.bucket(i).bandCount == bandsOf[static_cast<std::size_t>(i)],
+                    "a bucket counts its bands");
+            require(i == 0 || set.bucket(i - 1).bucketNumber <= set.bucket(i).bucketNumber,
+                    "buckets are sorted");
+        }
+    }
+
+    void openFrame(OpenedSet& set, int index) {
+        std::unique_ptr<Pyxis::ReadImageFileFrameInterface> frame(set.image->openFrame(index));
+        require(frame != nullptr || !faithful_, "a band that was read once is read again");
+        if (frame) {
+            require(frame->getFrameIndex() == index, "a frame knows its index");
+            readProperties(*frame);
+            set.frames.push_back(std::move(frame));
+        }
+    }
+
+    void readProperties(Pyxis::ReadImageFileFrameInterface& frame) {
+        std::unique_ptr<Pyxis::FormatCodecPropertySetIterator> set(frame.getProperties());
+        require(set != nullptr || !faithful_, "a frame has properties");
+        if (!set) {
+            return;
+        }
+        using Id = kest::MultispectralPropertyId;
+        std::vector<Id> ids;
+        for (set->start(); !set->endOfList(); set->step()) {
+            const auto* own = dynamic_cast<const KestMultispectralProperty*>(set->openProperty());
+            if (own != nullptr && own->multispectralPropertyId() != Id::MetadataTextFile) {
+                ids.push_back(own->multispectralPropertyId());
+            }
+            set->closeProperty();
+        }
+        require(ids == std::vector{Id::ReferenceName, Id::BandName, Id::BandType, Id::Bucket},
+                "a frame publishes its band");
+        properties_.push_back(std::move(set));
+    }
+
+    void useFrame(Pyxis::ReadImageFileFrameInterface& frame) {
+        std::int32_t width = 0;
+        std::int32_t height = 0;
+        Pyxis::ChannelRange range;
+        Pyxis::PixelRequest request;
+        frame.frameOp1(input_.integer());
+        frame.frameOp3(&width, &height);
+        frame.frameOp11(input_.integer(), &range);
+        require(range.minimum == 0.0, "a band has one channel");
+        frame.frameOp13(0, &request);
+        require(frame.frameOp5() == 50 && frame.frameOp8() == 80, "answers are the component's");
+    }
+
+    void clone(const OpenedSet& set) {
+        OpenedSet twin;
+        twin.image.reset(codec_.cloneOpenImage(set.image.get()));
+        require(twin.image != nullptr, "an image can be cloned");
+        require(twin.image->getNumFrames() == set.image->getNumFrames() &&
+                    twin.image->getNumFiles() == set.image->getNumFiles() &&
+                    twin.image->getFileSpecifier().isEqual(set.image->getFileSpecifier()),
+                "a clone is like its image");
+        checkImage(*twin.image);
+        sets_.push_back(std::move(twin));
+    }
+
+    template <typename Item>
+    std::size_t choose(const std::vector<Item>& items) {
+        return input_.below(items.size());
+    }
+
+    void step() {
+        const std::size_t action = input_.below(10);
+        if (action == 0) {
+            recognise();
+        } else if (action == 1) {
+            open(input_.flag());
+        } else if (action == 2 && !properties_.empty()) {
+            properties_.erase(properties_.begin() +
+                              static_cast<std::ptrdiff_t>(choose(properties_)));
+        } else if (action == 3) {
+            Pyxis::StringBuffer name = fuzz::bufferFrom(input_.bytes(), input_);
+            codec_.isSupportedProperty({}, &name);
+        } else if (!sets_.empty()) {
+            stepIn(action, choose(sets_));
+        }
+    }
+
+    void stepIn(std::size_t action, std::size_t place) {
+        OpenedSet& set = sets_[place];
+        if (action == 4) {
+            clone(set);
+        } else if (action == 5 && set.image->getNumFrames() > 0) {
+            openFrame(set, static_cast<int>(
+                               input_.below(static_cast<std::size_t>(set.image->getNumFrames()))));
+        } else if (action == 6) {
+            set.frames.clear();
+            sets_.erase(sets_.begin() + static_cast<std::ptrdiff_t>(place));
+        } else if (!set.frames.empty()) {
+            const std::size_t frame = choose(set.frames);
+            if (action == 7) {
+                set.frames.erase(set.frames.begin() + static_cast<std::ptrdiff_t>(frame));
+            } else if (action == 8) {
+                useFrame(*set.frames[frame]);
+            } else {
+                readProperties(*set.frames[frame]);
+            }
+        }
+    }
+
+    fuzz::Input& input_;
+    fuzz::Host host_;
+    bool faithful_ = true;
+    FileSpecifier set_;
+    std::string metadata_;
+    KestMultispectralCodec codec_;
+    std::vector<OpenedSet> sets_;
+    std::vector<std::unique_ptr<Pyxis::FormatCodecPropertySetIterator>> properties_;
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    fuzz::Input input(data, size);
+    fuzz::loadTexts();
+    Session(input).run();
+    return 0;
+}
