@@ -3,6 +3,28 @@
 #include "host/CodecRegistry.h"
 
 namespace Pyxis {
+namespace {
+
+using PropertyPointer = std::unique_ptr<FormatCodecPropertyInterface>;
+
+/// A copy of the property at the set's cursor if it bears that name, else null. The set takes its
+/// property back whatever happens.
+PropertyPointer copyIfNamed(FormatCodecPropertySetIterator& set, const StringBuffer& name) {
+    PropertyPointer copy;
+    const FormatCodecPropertyInterface* property = set.openProperty();
+    try {
+        if (property != nullptr && property->getName() == name) {
+            copy.reset(property->clone());
+        }
+    } catch (...) {
+        set.closeProperty();
+        throw;
+    }
+    set.closeProperty();
+    return copy;
+}
+
+}  // namespace
 
 FormatDecodability FileReadDescriptor::findImageFileCodec(const FileSpecifier& file,
                                                           const ImageFormatCodec*& codec) {
@@ -42,14 +64,8 @@ FormatCodecPropertyInterface* FileReadDescriptor::getProperty(const StringBuffer
         return nullptr;
     }
     for (properties->start(); !properties->endOfList(); properties->step()) {
-        const FormatCodecPropertyInterface* property = properties->openProperty();
-        FormatCodecPropertyInterface* copy = nullptr;
-        if (property != nullptr && property->getName() == name) {
-            copy = property->clone();
-        }
-        properties->closeProperty();
-        if (copy != nullptr) {
-            return copy;
+        if (PropertyPointer copy = copyIfNamed(*properties, name)) {
+            return copy.release();
         }
     }
     return nullptr;
