@@ -39,11 +39,13 @@ class TextFileModule final : public StringModule {
 
 std::unique_ptr<StringModule> StringModule::load(const std::u16string& path) {
     const std::optional<RegularFile> file = RegularFile::open(path);
-    if (!file || file->size() > kMaxFileSize) {
+    // Asked once: the file may grow meanwhile.
+    const std::uint64_t size = file ? file->size() : 0;
+    if (!file || size > kMaxFileSize) {
         return nullptr;
     }
-    std::string content(static_cast<std::size_t>(file->size()), '\0');
-    content.resize(std::min(content.size(), file->readFromStart(content.data(), content.size())));
+    std::string content(static_cast<std::size_t>(size), '\0');
+    content.resize(file->readFromStart(content.data(), content.size()));
     return std::make_unique<TextFileModule>(parseStringTable(content));
 }
 
