@@ -11,18 +11,17 @@ namespace {
 
 kest::BandFacts factsOf(const KestMultispectralReadFile& reader, int band,
                         const Pyxis::FileSpecifier& component, int frameNumber) {
-    const kest::BandRecord& record = reader.band(band);
     kest::BandFacts facts;
     reader.getReferenceName(facts.referenceName);
+    reader.getBandName(band, facts.bandName);
     facts.component = component;
     facts.frameNumber = frameNumber;
-    facts.bandName = record.bandName;
-    facts.indexInBucket = record.indexInBucket;
-    facts.bandType = record.bandType;
-    facts.bandAssignment = record.bandAssignment;
-    facts.bucketIndex = record.bucketIndex;
+    facts.indexInBucket = reader.getBandIndexInBucket(band);
+    reader.getBandType(band, facts.bandType);
+    reader.getBandAssignment(band, facts.bandAssignment);
+    facts.bucketIndex = reader.getBandBucketIndex(band);
     facts.numBuckets = reader.getNumBuckets(band);
-    facts.bucketName = reader.bucket(record.bucketIndex).bucketName;
+    reader.getBandBucketName(band, facts.bucketName);
     return facts;
 }
 

@@ -175,4 +175,21 @@ TEST(PropertyNamesTest, MatchExactlyAndOnlyInOneWidth) {
     EXPECT_FALSE(kest::isSupportedMultispectralProperty(static_cast<Identifier>(3), &name));
 }
 
+TEST(PropertyNamesTest, SingleByteNamesMatchEachOther) {
+    const auto text = [](std::string_view bytes, int type) -> Pyxis::StringBuffer {
+        return {static_cast<int>(bytes.size()),
+                reinterpret_cast<const unsigned char*>(bytes.data()),
+                static_cast<CharacterType>(type)};
+    };
+    for (const int left : {0, 1, 2, 4}) {
+        for (const int right : {0, 1, 2, 4}) {
+            const bool alike = (left % 4 == 0 && right % 4 == 0) || (left == 2 && right == 2);
+            EXPECT_EQ(kest::isSamePropertyName(text("ab", left), text("ab", right)), alike);
+            EXPECT_FALSE(kest::isSamePropertyName(text("ab", left), text("aB", right)));
+        }
+    }
+    EXPECT_TRUE(kest::isSamePropertyName(text("a", 0), text({"a\0b", 3}, 4)));
+    EXPECT_TRUE(kest::isSamePropertyName(text("", 0), {}));
+}
+
 }  // namespace
