@@ -6,7 +6,6 @@
 #include <limits>
 #include <new>
 #include <set>
-#include <sstream>
 
 #include "codec/KestMultispectralCodec.h"
 #include "fakes/Fakes.h"
@@ -208,8 +207,7 @@ struct Operation {
     /// Answers with host call 0, 1, 2, ... failing, the last one without a failure.
     std::string whenCallsFail;
     std::string whenCallsThrow;
-    /// All answers that a failing request for memory leads to; empty where the test itself needs
-    /// memory.
+    /// All answers that a failing request for memory leads to.
     std::string whenMemoryFails;
 };
 
@@ -228,48 +226,6 @@ std::string inRuns(const std::vector<std::string>& answers) {
 
 void openImage(Scene& scene) {
     scene.image.reset(scene.codec.openImage(&scene.set, scene.finder));
-}
-
-/// What a frame answers to every request, and what one that holds nothing does.
-const std::vector<std::string> kRequests = {"1",  "30x31", "2",     "50", "24", "3", "80",
-                                            "90", "100",   "0-111", "1",  "4",  "1", "1"};
-const std::vector<std::string> kNoRequests = {"0", "0x0", "0",   "1", "0", "1", "0",
-                                              "0", "0",   "0-0", "0", "0", "0", "0"};
-
-void makeRequests(Scene& scene) {
-    Pyxis::ReadImageFileFrameInterface& frame = *scene.openedFrame;
-    std::int32_t width = 0;
-    std::int32_t height = 0;
-    Pyxis::ChannelRange range;
-    Pyxis::PixelRequest request;
-    std::ostringstream text;
-    text << frame.frameOp1(0) << ',';
-    frame.frameOp3(&width, &height);
-    text << width << 'x' << height << ',' << frame.frameOp4() << ',' << frame.frameOp5() << ','
-         << frame.frameOp6() << ',' << frame.frameOp7() << ',' << frame.frameOp8() << ','
-         << frame.frameOp9() << ',' << frame.frameOp10() << ',';
-    frame.frameOp11(5, &range);  // the component's channel 0 is asked all the same
-    text << range.minimum << '-' << range.maximum << ',' << (frame.frameOp12() != nullptr) << ','
-         << (frame.frameOp13(4, &request) ? request.x : 0) << ','
-         << (frame.frameOp15(&scene) == &scene) << ',' << (frame.frameOp16(16) != nullptr) << ',';
-    EXPECT_TRUE(!frame.frameOp1(3) && frame.frameOp16(1) == nullptr);
-    scene.answer = text.str();
-}
-
-/// All answers, then without one of `missing` at a time.
-std::string requestsWithout(const std::vector<std::size_t>& missing) {
-    std::vector<std::string> answers;
-    for (std::size_t n = 0; n <= missing.size(); ++n) {
-        std::vector<std::string> told = kRequests;
-        if (n < missing.size()) {
-            told[missing[n]] = kNoRequests[missing[n]];
-        }
-        answers.emplace_back();
-        for (const std::string& each : told) {
-            answers.back() += each + ',';
-        }
-    }
-    return inRuns(answers);
 }
 
 // Where a component without a codec leaves the set, the codecs of those after it go by place. A
@@ -321,8 +277,6 @@ const std::vector<Operation> kOperations = {
     {"getFile", Product::Po,
      [](Scene& s) { s.answer = s.opened->getFile(3).isEmpty() ? "none" : "file"; }, "file", "file",
      "file none"},
-    {"requests to a frame", Product::Po, makeRequests, requestsWithout({0, 10, 11, 12, 13}),
-     requestsWithout({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}), ""},
     {"texts", Product::Po,
      [](Scene& s) {
          Pyxis::StringBuffer text;
@@ -398,9 +352,6 @@ void runShortOfMemory(const Operation& operation, int n, bool sticky, bool& reac
 TEST(FaultInjectionTest, EveryRequestForMemoryMayFail) {
     int injected = 0;
     for (const Operation& operation : kOperations) {
-        if (operation.whenMemoryFails.empty()) {
-            continue;
-        }
         std::set<std::string> answers;
         bool reached = true;
         std::string answer(200, ' ');
@@ -422,6 +373,60 @@ TEST(FaultInjectionTest, EveryRequestForMemoryMayFail) {
     }
     RecordProperty("injected", injected);
     std::cout << "requests for memory made to fail: " << injected << "\n";
+}
+
+/// A request to a frame, its answer, and that of a frame which holds nothing.
+struct Request {
+    int answer;
+    int otherwise;
+    int (*ask)(Pyxis::ReadImageFileFrameInterface& frame);
+};
+
+constexpr Request kRequests[] = {
+    {1, 0, [](auto& frame) { return int{frame.frameOp1(0)}; }},
+    {0, 0, [](auto& frame) { return int{frame.frameOp1(3)}; }},
+    {3031, 0,
+     [](auto& frame) {
+         std::int32_t width = 0;
+         std::int32_t height = 0;
+         frame.frameOp3(&width, &height);
+         return width * 100 + height;
+     }},
+    {2, 0, [](auto& frame) { return frame.frameOp4(); }},
+    {50, 1, [](auto& frame) { return frame.frameOp5(); }},
+    {24, 0, [](auto& frame) { return frame.frameOp6(); }},
+    {3, 1, [](auto& frame) { return frame.frameOp7(); }},
+    {80, 0, [](auto& frame) { return frame.frameOp8(); }},
+    {90, 0, [](auto& frame) { return frame.frameOp9(); }},
+    {100, 0, [](auto& frame) { return frame.frameOp10(); }},
+    // Channel 0 of the component is asked whichever channel was asked for.
+    {111, 0,
+     [](auto& frame) {
+         Pyxis::ChannelRange range;
+         frame.frameOp11(5, &range);
+         return static_cast<int>(range.minimum * 1000 + range.maximum);
+     }},
+    {1, 0, [](auto& frame) { return int{frame.frameOp12() != nullptr}; }},
+    {5, 0,
+     [](auto& frame) {
+         Pyxis::PixelRequest request;
+         return int{frame.frameOp13(4, &request)} + request.x;
+     }},
+    {1, 0, [](auto& frame) { return int{frame.frameOp15(&frame) == &frame}; }},
+    {1, 0, [](auto& frame) { return int{frame.frameOp16(16) != nullptr}; }},
+    {0, 0, [](auto& frame) { return int{frame.frameOp16(1) != nullptr}; }},
+};
+
+TEST(FaultInjectionTest, RequestsThatThrowAreAnsweredAsByAFrameThatHoldsNothing) {
+    Scene scene(Product::Po);
+    for (const Request& request : kRequests) {
+        EXPECT_EQ(request.ask(*scene.openedFrame), request.answer);
+        scene.world.fail = [](std::string_view) { return Fault::Throw; };
+        scene.world.failing = [](std::string_view) { return true; };
+        EXPECT_EQ(request.ask(*scene.openedFrame), request.otherwise) << request.answer;
+        scene.world.fail = nullptr;
+        scene.world.failing = nullptr;
+    }
 }
 
 TEST(FaultInjectionTest, CloneGivesNullWheneverMemoryFails) {
