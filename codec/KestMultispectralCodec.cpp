@@ -100,13 +100,20 @@ bool Codec::isEncodableImage(const Pyxis::DataModelAttributes& /*attributes*/,
 
 Pyxis::ReadImageFileInterface* Codec::openImage(const Pyxis::FileSpecifier* file,
                                                 Pyxis::FindFileInterface& finder) const {
-    return kest::makeOrNull<Pyxis::ReadImageFileInterface>(
-        [&] { return new KestMultispectralReadFile(this, file, &finder); });
+    return openSet(file, &finder);
 }
 
 Pyxis::ReadImageFileInterface* Codec::openImage(const Pyxis::FileSpecifier* file) const {
+    return openSet(file, nullptr);
+}
+
+Pyxis::ReadImageFileInterface* Codec::openSet(const Pyxis::FileSpecifier* file,
+                                              Pyxis::FindFileInterface* finder) const {
+    if (file == nullptr) {
+        return nullptr;
+    }
     return kest::makeOrNull<Pyxis::ReadImageFileInterface>(
-        [&] { return new KestMultispectralReadFile(this, file, nullptr); });
+        [&] { return new KestMultispectralReadFile(this, file, finder); });
 }
 
 Pyxis::WriteImageFileInterface* Codec::writeImage() const {

@@ -56,6 +56,8 @@ class KEST_API KestMultispectralCodec : public Pyxis::ImageFormatCodec {
     bool purifyFileSet(Pyxis::FileSpecifier& file) const;
 
   private:
+    Pyxis::ReadImageFileInterface* openSet(const Pyxis::FileSpecifier* file,
+                                           Pyxis::FindFileInterface* finder) const;
     Pyxis::FormatDecodability decodabilityOf(const kest::ComponentList& components) const;
     bool initialzeSetCriteria(const Pyxis::FileSpecifier& file, int frame,
                               const Pyxis::ImageFormatCodec* codec, InclusionData& criteria) const;

@@ -3,6 +3,28 @@
 #include "host/CodecRegistry.h"
 
 namespace Pyxis {
+namespace {
+
+using PropertyPointer = std::unique_ptr<FormatCodecPropertyInterface>;
+
+/// A copy of the property at the set's cursor if it bears that name, else null. The set takes its
+/// property back whatever happens.
+PropertyPointer copyIfNamed(FormatCodecPropertySetIterator& set, const StringBuffer& name) {
+    PropertyPointer copy;
+    const FormatCodecPropertyInterface* property = set.openProperty();
+    try {
+        if (property != nullptr && property->getName() == name) {
+            copy.reset(property->clone());
+        }
+    } catch (...) {
+        set.closeProperty();
+        throw;
+    }
+    set.closeProperty();
+    return copy;
+}
+
+}  // namespace
 
 FormatDecodability FileReadDescriptor::findImageFileCodec(const FileSpecifier& file,
                                                           const ImageFormatCodec*& codec) {
@@ -43,13 +65,7 @@ FormatCodecPropertyInterface* FileReadDescriptor::getProperty(StringBuffer name)
         return nullptr;
     }
     for (properties->start(); !properties->endOfList(); properties->step()) {
-        const FormatCodecPropertyInterface* property = properties->openProperty();
-        std::unique_ptr<FormatCodecPropertyInterface> copy;
-        if (property != nullptr && property->getName() == name) {
-            copy.reset(property->clone());
-        }
-        properties->closeProperty();
-        if (copy) {
+        if (PropertyPointer copy = copyIfNamed(*properties, name)) {
             return copy.release();
         }
     }

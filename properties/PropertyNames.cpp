@@ -40,16 +40,15 @@ std::vector<unsigned char> terminated(const Pyxis::StringBuffer& text) {
     return bytes;
 }
 
-/// Exact, and only among texts of one width: nothing is converted.
-bool sameName(const Pyxis::StringBuffer& left, const Pyxis::StringBuffer& right) {
+}  // namespace
+
+bool isSamePropertyName(const Pyxis::StringBuffer& left, const Pyxis::StringBuffer& right) {
     if (isSingleByte(left) && isSingleByte(right)) {
         return platform::compareMultibyte(terminated(left).data(), terminated(right).data()) == 0;
     }
     return left.type() == Pyxis::CharacterType::Wide &&
            right.type() == Pyxis::CharacterType::Wide && wideText(left) == wideText(right);
 }
-
-}  // namespace
 
 bool multispectralPropertyName(MultispectralPropertyId id, Pyxis::StringBuffer& name) {
     const auto index = static_cast<std::size_t>(id);
@@ -72,7 +71,7 @@ bool isSupportedMultispectralProperty(
     }
     return std::any_of(kMatchOrder.begin(), kMatchOrder.end(), [name](MultispectralPropertyId id) {
         Pyxis::StringBuffer known;
-        return multispectralPropertyName(id, known) && sameName(known, *name);
+        return multispectralPropertyName(id, known) && isSamePropertyName(known, *name);
     });
 }
 

@@ -10,6 +10,10 @@ namespace kest {
 /// untouched, for an id that there is not.
 bool multispectralPropertyName(MultispectralPropertyId id, Pyxis::StringBuffer& name);
 
+/// Whether two names are the same: exactly, and only among texts of one width, for nothing is
+/// converted.
+bool isSamePropertyName(const Pyxis::StringBuffer& left, const Pyxis::StringBuffer& right);
+
 /// Whether frames of a set publish the property: the geo-correlation, or a custom one by its exact
 /// name.
 bool isSupportedMultispectralProperty(

@@ -9,6 +9,7 @@
 #include "pyxis/ComponentCodecs.h"
 #include "pyxis/FormatCodecGeoCorrelation.h"
 #include "pyxis/ReadImageFile.h"
+#include "sets/PropertyCloser.h"
 
 namespace kest {
 namespace {
@@ -71,6 +72,7 @@ bool BandCollector::readProperties(Pyxis::FormatCodecPropertySetIterator& proper
         if (property == nullptr) {
             continue;
         }
+        const PropertyCloser closer(properties);
         const auto* geo =
             geoFound ? nullptr : dynamic_cast<const Pyxis::FormatCodecGeoCorrelation*>(property);
         const auto* bandFile =
@@ -88,7 +90,6 @@ bool BandCollector::readProperties(Pyxis::FormatCodecPropertySetIterator& proper
             source.file.set(name, Pyxis::FileSpecifier::Type::PlainFile);
             source.frame = 0;
         }
-        properties.closeProperty();
     }
     return geoFound && bandFileFound;
 }

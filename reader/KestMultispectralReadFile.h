@@ -32,7 +32,6 @@ class KestMultispectralReadFile : public Pyxis::ReadImageFileInterface {
     int getNumFiles() const override;
     Pyxis::FileSpecifier getFile(int index) const override;
     int getNumFrames() const override;
-    /// The frame uses this image, which must outlive it.
     Pyxis::ReadImageFileFrameInterface* openFrame(int frameIndex) override;
 
     // Queries by band. An index outside the set ends the program.

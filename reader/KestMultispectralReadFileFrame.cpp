@@ -2,21 +2,39 @@
 
 #include <utility>
 
-#include "properties/FramePropertySet.h"
 #include "properties/HostBoundary.h"
 #include "reader/KestMultispectralReadFile.h"
 
 using Frame = KestMultispectralReadFileFrame;
 
+namespace {
+
+kest::BandFacts factsOf(const KestMultispectralReadFile& reader, int band,
+                        const Pyxis::FileSpecifier& component, int frameNumber) {
+    kest::BandFacts facts;
+    reader.getReferenceName(facts.referenceName);
+    reader.getBandName(band, facts.bandName);
+    facts.component = component;
+    facts.frameNumber = frameNumber;
+    facts.indexInBucket = reader.getBandIndexInBucket(band);
+    reader.getBandType(band, facts.bandType);
+    reader.getBandAssignment(band, facts.bandAssignment);
+    facts.bucketIndex = reader.getBandBucketIndex(band);
+    facts.numBuckets = reader.getNumBuckets(band);
+    reader.getBandBucketName(band, facts.bucketName);
+    return facts;
+}
+
+}  // namespace
+
 Frame::KestMultispectralReadFileFrame(
     const Pyxis::FileSpecifier& component, int frameNumber, const Pyxis::ImageFormatCodec* codec,
     const KestMultispectralReadFile* reader, int frameIndex,
     std::shared_ptr<KestMultispectralPropertySetIterator> propertySet)
-    : reader_(reader),
-      propertySet_(std::move(propertySet)),
+    : propertySet_(std::move(propertySet)),
       frameIndex_(frameIndex),
-      component_(component),
-      componentFile_(codec->openImage(&component_)) {
+      facts_(factsOf(*reader, frameIndex, component, frameNumber)),
+      componentFile_(codec->openImage(&facts_.component)) {
     if (componentFile_) {
         componentFrame_.reset(componentFile_->openFrame(frameNumber));
     }
@@ -78,17 +96,6 @@ void* Frame::frameOp16(int argument) {
 
 Pyxis::FormatCodecPropertySetIterator* Frame::getProperties() {
     return kest::makeOrNull<Pyxis::FormatCodecPropertySetIterator>([this] {
-        const kest::BandRecord& record = reader_->band(frameIndex_);
-        kest::BandFacts facts;
-        reader_->getReferenceName(facts.referenceName);
-        reader_->getBandComponent(frameIndex_, facts.component, facts.frameNumber);
-        facts.bandName = record.bandName;
-        facts.indexInBucket = record.indexInBucket;
-        facts.bandType = record.bandType;
-        facts.bandAssignment = record.bandAssignment;
-        facts.bucketIndex = record.bucketIndex;
-        facts.numBuckets = reader_->getNumBuckets(frameIndex_);
-        facts.bucketName = reader_->bucket(record.bucketIndex).bucketName;
-        return kest::buildFramePropertySet(componentFrame_.get(), *propertySet_, facts).release();
+        return kest::buildFramePropertySet(componentFrame_.get(), *propertySet_, facts_).release();
     });
 }

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "properties/FramePropertySet.h"
 #include "properties/KestMultispectralPropertySetIterator.h"
 #include "pyxis/FileSpecifier.h"
 #include "pyxis/ImageFormatCodec.h"
@@ -11,10 +12,12 @@ class KestMultispectralReadFile;
 
 /// One band of an opened set. It holds the component file open and hands every request on to the
 /// component's frame; where that one throws, it gives the answer of a frame that holds nothing.
+/// What it publishes of its band it takes from the set when it is made, so that a host may delete
+/// the two in any order.
 class KestMultispectralReadFileFrame : public Pyxis::ReadImageFileFrameInterface {
   public:
-    /// Opens frame `frameNumber` of `component` through `codec`; both belong to others, as does
-    /// `reader`, which must outlive the frame. Throws the int 1 when there is no such frame.
+    /// Opens frame `frameNumber` of `component` through `codec`, which belongs to others, as does
+    /// `reader`, the set. Throws the int 1 when there is no such frame.
     KestMultispectralReadFileFrame(
         const Pyxis::FileSpecifier& component, int frameNumber,
         const Pyxis::ImageFormatCodec* codec, const KestMultispectralReadFile* reader,
@@ -43,10 +46,9 @@ class KestMultispectralReadFileFrame : public Pyxis::ReadImageFileFrameInterface
     void* frameOp16(int argument) override;
 
   private:
-    const KestMultispectralReadFile* reader_;
     std::shared_ptr<KestMultispectralPropertySetIterator> propertySet_;
     int frameIndex_;
-    Pyxis::FileSpecifier component_;
+    kest::BandFacts facts_;
     // The frame goes before its file.
     std::unique_ptr<Pyxis::ReadImageFileInterface> componentFile_;
     std::unique_ptr<Pyxis::ReadImageFileFrameInterface> componentFrame_;  ///< never null

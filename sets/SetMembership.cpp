@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "pyxis/FormatCodecGeoCorrelation.h"
+#include "sets/PropertyCloser.h"
 
 namespace kest {
 namespace {
@@ -56,11 +57,9 @@ void cornersByMapping(const FormatCodecGeoCorrelation& geo, InclusionData& data)
 bool measureProperties(Pyxis::FormatCodecPropertySetIterator& properties, InclusionData& data) {
     for (properties.start(); !properties.endOfList(); properties.step()) {
         const auto* geo = dynamic_cast<const FormatCodecGeoCorrelation*>(properties.openProperty());
+        const PropertyCloser closer(properties);
         if (geo != nullptr) {
             measureGeoreference(*geo, data);
-        }
-        properties.closeProperty();
-        if (geo != nullptr) {
             return true;
         }
     }

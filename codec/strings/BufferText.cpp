@@ -1,6 +1,8 @@
 #include "codec/strings/BufferText.h"
 
 #include <cstring>
+#include <limits>
+#include <stdexcept>
 
 namespace kest {
 namespace {
@@ -29,6 +31,10 @@ std::basic_string<Character> charactersOf(const StringBuffer& buffer) {
 
 template <typename Character>
 StringBuffer bufferOf(std::basic_string_view<Character> text, CharacterType type) {
+    constexpr std::size_t kMaximumBytes = std::numeric_limits<int>::max();
+    if (text.size() >= kMaximumBytes / sizeof(Character)) {
+        throw std::length_error("a text that no buffer can count");
+    }
     const std::basic_string<Character> terminated(text);
     return {static_cast<int>((terminated.size() + 1) * sizeof(Character)),
             reinterpret_cast<const unsigned char*>(terminated.c_str()), type};

@@ -14,7 +14,8 @@ namespace kest {
 std::u16string wideText(const Pyxis::StringBuffer& buffer);
 /// The text as bytes of narrow text (UTF-8).
 std::string narrowText(const Pyxis::StringBuffer& buffer);
-/// A wide buffer with that text and a terminator.
+/// A wide buffer with that text and a terminator. Throws std::length_error, as does the next, when
+/// its bytes are more than an int can count.
 Pyxis::StringBuffer wideBuffer(std::u16string_view text);
 /// A narrow buffer with that text and a terminator.
 Pyxis::StringBuffer narrowBuffer(std::string_view text);

@@ -23,10 +23,11 @@
 
 namespace fakes {
 
-/// How a host call goes wrong, if it does.
+/// How a host call goes wrong, if it does: by its usual answer of failure, by another that it has,
+/// or by an exception.
 class Fault {
   public:
-    enum Kind { None, Fail, Throw };
+    enum Kind { None, Fail, FailOtherwise, Throw };
     Fault(Kind kind) : kind_(kind) {}                  // NOLINT: made to be converted
     Fault(bool fails) : kind_(fails ? Fail : None) {}  // NOLINT: made to be converted
     operator Kind() const { return kind_; }
@@ -48,18 +49,26 @@ struct World {
     }
 
     std::vector<std::string> events;
+    int misuse = 0;  ///< how often host objects were not given back in their order
     std::vector<Pyxis::ReadImageFileInterface*> images;
     int alive = 0;
     /// Called at every host call that may fail, with its name; answers whether the call fails, as
     /// a bool or a Fault.
     std::function<Fault(std::string_view)> fail;
+    /// Called at those that have no answer of failure; answers whether the call throws.
+    std::function<bool(std::string_view)> failing;
 
-    bool fails(std::string_view call) const {
+    Fault fails(std::string_view call) const {
         const Fault fault = fail ? fail(call) : Fault(Fault::None);
         if (fault == Fault::Throw) {
             throw 42;
         }
-        return fault == Fault::Fail;
+        return fault;
+    }
+    void mayThrow(std::string_view call) const {
+        if (failing && failing(call)) {
+            throw 42;
+        }
     }
     /// Never throws: destructors report here too.
     void note(std::string_view event) {
@@ -81,6 +90,36 @@ class StringProperty : public Pyxis::FormatCodecStringProperty {
         nameText() = Pyxis::toWideBuffer(name);
     }
     StringProperty* clone() const override { return new StringProperty(*this); }
+};
+
+/// Part of a host object that tells how long it lives, and whether it goes before its parts.
+class Lifetime {
+  public:
+    Lifetime(World& world, std::string_view ending, std::shared_ptr<int> whole = nullptr)
+        : world_(world), ending_(ending), whole_(std::move(whole)) {
+        if (whole_) {
+            ++*whole_;
+        }
+        ++world_.alive;
+    }
+    Lifetime(const Lifetime&) = delete;
+    Lifetime& operator=(const Lifetime&) = delete;
+    ~Lifetime() {
+        if (whole_) {
+            --*whole_;
+        }
+        world_.misuse += *parts_ != 0 ? 1 : 0;
+        --world_.alive;
+        world_.note(ending_);
+    }
+    /// To be handed to what is made from this object.
+    const std::shared_ptr<int>& parts() const { return parts_; }
+
+  private:
+    World& world_;
+    std::string_view ending_;
+    std::shared_ptr<int> whole_;
+    std::shared_ptr<int> parts_ = std::make_shared<int>(0);
 };
 
 /// A property with a name and nothing else.
@@ -109,6 +148,7 @@ struct GeoFacts {
     std::int32_t height = 100;
     int code = 0;  ///< 0: none
     std::string system;
+    const World* world = nullptr;  ///< hears of each question, if there is one
 };
 
 /// Base is Pyxis::FormatCodecGeoCorrelation or GeoTiffCorrelation.
@@ -118,26 +158,37 @@ class GeoBase : public Base {
     explicit GeoBase(GeoFacts facts) : facts_(std::move(facts)) {}
 
     void getOrigin(Pyxis::Point3d& origin) const override {
-        origin = {facts_.originX, facts_.originY, 7.0};
+        const GeoFacts& told = asked();
+        origin = {told.originX, told.originY, 7.0};
     }
     void getPixelSize(Pyxis::Vector2d& size) const override {
-        size = {facts_.pixelX, facts_.pixelY};
+        const GeoFacts& told = asked();
+        size = {told.pixelX, told.pixelY};
     }
-    void getRotation(double& radians) const override { radians = facts_.rotation; }
+    void getRotation(double& radians) const override { radians = asked().rotation; }
     void getUnitScale(Pyxis::Vector2d& scale) const override {
-        scale = {facts_.scaleX, facts_.scaleY};
+        const GeoFacts& told = asked();
+        scale = {told.scaleX, told.scaleY};
     }
     void getCoordinateSystem(Pyxis::StringBuffer& text) const override {
-        text = Pyxis::toWideBuffer(facts_.system);
+        text = Pyxis::toWideBuffer(asked().system);
     }
-    bool hasCoordinateSystemCode() const override { return facts_.code != 0; }
-    void getCoordinateSystemCode(int& code) const override { code = facts_.code; }
+    bool hasCoordinateSystemCode() const override { return asked().code != 0; }
+    void getCoordinateSystemCode(int& code) const override { code = asked().code; }
     void getImageSize(std::int32_t& width, std::int32_t& height) const override {
-        width = facts_.width;
-        height = facts_.height;
+        const GeoFacts& told = asked();
+        width = told.width;
+        height = told.height;
     }
 
   protected:
+    const GeoFacts& asked() const {
+        if (facts_.world != nullptr) {
+            facts_.world->mayThrow("georeference");
+        }
+        return facts_;
+    }
+
     GeoFacts facts_;
 };
 
@@ -188,67 +239,77 @@ struct FileFacts {
 
 class PropertySet : public Pyxis::FormatCodecPropertySetIterator {
   public:
-    PropertySet(World& world, const std::vector<PropertyPointer>& properties) : world_(world) {
+    PropertySet(World& world, const std::vector<PropertyPointer>& properties,
+                std::shared_ptr<int> frame)
+        : world_(world), lifetime_(world, "delete properties", std::move(frame)) {
         for (const PropertyPointer& property : properties) {
             appendProperty(property.get());
         }
-        ++world_.alive;
     }
-    ~PropertySet() override {
-        --world_.alive;
-        world_.note("delete properties");
+    void start() override {
+        world_.mayThrow("start");
+        FormatCodecPropertySetIterator::start();
+    }
+    void step() override {
+        world_.mayThrow("step");
+        FormatCodecPropertySetIterator::step();
     }
     Pyxis::FormatCodecPropertyInterface* openProperty() override {
-        auto* property =
-            world_.fails("openProperty") ? nullptr : FormatCodecPropertySetIterator::openProperty();
-        open_ += property != nullptr ? 1 : 0;
-        world_.alive += property != nullptr ? 1 : 0;
+        if (world_.fails("openProperty")) {
+            return nullptr;
+        }
+        auto* property = FormatCodecPropertySetIterator::openProperty();
+        *lifetime_.parts() += property != nullptr ? 1 : 0;
         return property;
     }
-    /// What is never given back stays alive.
-    void closeProperty() override {
-        world_.alive -= open_ > 0 ? 1 : 0;
-        open_ -= open_ > 0 ? 1 : 0;
-    }
     using FormatCodecPropertySetIterator::openProperty;
+    void closeProperty() override {
+        // One that could not be handed out may be closed as well.
+        *lifetime_.parts() -= *lifetime_.parts() > 0 ? 1 : 0;
+        world_.mayThrow("closeProperty");
+    }
 
   private:
     World& world_;
-    int open_ = 0;
+    Lifetime lifetime_;
 };
 
 class Frame : public Pyxis::ReadImageFileFrameInterface {
   public:
-    Frame(World& world, FrameFacts facts, int index)
-        : world_(world), facts_(std::move(facts)), index_(index) {
-        ++world_.alive;
-    }
-    ~Frame() override {
-        --world_.alive;
-        world_.note("delete frame");
-    }
+    Frame(World& world, FrameFacts facts, int index, std::shared_ptr<int> image)
+        : world_(world),
+          facts_(std::move(facts)),
+          index_(index),
+          lifetime_(world, "delete frame", std::move(image)) {}
     bool frameOp1(int level) override {
         world_.note("frameOp1 " + std::to_string(level));
-        return level == 0;
+        return level == 0 && !world_.fails("frameOp1");
     }
     int getFrameIndex() const override { return index_; }
     void frameOp3(std::int32_t* width, std::int32_t* height) override {
+        world_.mayThrow("frameOp3");
         *width = 30;
         *height = 31;
     }
-    std::int32_t frameOp4() override { return facts_.model; }
-    std::int32_t frameOp5() override { return 50; }
-    std::int32_t frameOp6() override { return facts_.bits; }
-    std::int32_t frameOp7() override { return facts_.format; }
-    std::int32_t frameOp8() override { return 80; }
-    std::int32_t frameOp9() override { return 90; }
-    std::int32_t frameOp10() override { return 100; }
+    std::int32_t frameOp4() override { return told("frameOp4", facts_.model); }
+    std::int32_t frameOp5() override { return told("frameOp5", 50); }
+    std::int32_t frameOp6() override { return told("frameOp6", facts_.bits); }
+    std::int32_t frameOp7() override { return told("frameOp7", facts_.format); }
+    std::int32_t frameOp8() override { return told("frameOp8", 80); }
+    std::int32_t frameOp9() override { return told("frameOp9", 90); }
+    std::int32_t frameOp10() override { return told("frameOp10", 100); }
     void frameOp11(int channel, Pyxis::ChannelRange* range) override {
+        world_.mayThrow("frameOp11");
         range->minimum = channel;
         range->maximum = 111.0;
     }
-    const Pyxis::ColourTable* frameOp12() override { return &colours_; }
+    const Pyxis::ColourTable* frameOp12() override {
+        return world_.fails("frameOp12") ? nullptr : &colours_;
+    }
     bool frameOp13(int level, Pyxis::PixelRequest* request) override {
+        if (world_.fails("frameOp13")) {
+            return false;
+        }
         request->x = level;
         return true;
     }
@@ -256,15 +317,25 @@ class Frame : public Pyxis::ReadImageFileFrameInterface {
         if (facts_.noProperties || world_.fails("getProperties")) {
             return nullptr;
         }
-        return new PropertySet(world_, facts_.properties);
+        return new PropertySet(world_, facts_.properties, lifetime_.parts());
     }
-    void* frameOp15(void* argument) override { return argument; }
-    void* frameOp16(int argument) override { return argument == 16 ? this : nullptr; }
+    void* frameOp15(void* argument) override {
+        return world_.fails("frameOp15") ? nullptr : argument;
+    }
+    void* frameOp16(int argument) override {
+        return argument == 16 && !world_.fails("frameOp16") ? this : nullptr;
+    }
 
   private:
+    std::int32_t told(std::string_view call, std::int32_t answer) const {
+        world_.mayThrow(call);
+        return answer;
+    }
+
     World& world_;
     FrameFacts facts_;
     int index_;
+    Lifetime lifetime_;
     Pyxis::ColourTable colours_;
 };
 
@@ -274,13 +345,8 @@ class Image : public Pyxis::ReadImageFileInterface {
           FileFacts facts)
         : world_(world), codec_(codec), file_(std::move(file)), facts_(std::move(facts)) {
         world_.images.push_back(this);
-        ++world_.alive;
     }
-    ~Image() override {
-        std::erase(world_.images, this);
-        --world_.alive;
-        world_.note("delete image");
-    }
+    ~Image() override { std::erase(world_.images, this); }
     const Pyxis::ImageFormatCodec* getCodec() const override { return codec_; }
     const Pyxis::FileSpecifier& getFileSpecifier() const override { return file_; }
     int getNumFiles() const override { return 1; }
@@ -291,7 +357,8 @@ class Image : public Pyxis::ReadImageFileInterface {
             facts_.frames[static_cast<std::size_t>(index)].noFrame || world_.fails("openFrame")) {
             return nullptr;
         }
-        return new Frame(world_, facts_.frames[static_cast<std::size_t>(index)], index);
+        return new Frame(world_, facts_.frames[static_cast<std::size_t>(index)], index,
+                         lifetime_.parts());
     }
 
   private:
@@ -299,6 +366,7 @@ class Image : public Pyxis::ReadImageFileInterface {
     const Pyxis::ImageFormatCodec* codec_;
     Pyxis::FileSpecifier file_;
     FileFacts facts_;
+    Lifetime lifetime_{world_, "delete image"};
 };
 
 /// Reads the files added to it. Base is ImageFormatCodec or one of the component codecs.
@@ -337,8 +405,10 @@ class BasicCodec : public Base {
                                               Pyxis::FindFileInterface*) const override {
         const bool known = file.type() == Pyxis::FileSpecifier::Type::PlainFile &&
                            files_.count(Pyxis::toUtf8(file.string())) != 0;
-        return known && !world_.fails("isDecodableFile") ? Pyxis::FormatDecodability::Decodable
-                                                         : Pyxis::FormatDecodability::NotThisFormat;
+        const Fault fault = known ? world_.fails("isDecodableFile") : Fault(Fault::Fail);
+        return fault == Fault::None   ? Pyxis::FormatDecodability::Decodable
+               : fault == Fault::Fail ? Pyxis::FormatDecodability::NotThisFormat
+                                      : Pyxis::FormatDecodability::UndecodableSet;
     }
     bool isEncodableImage(const Pyxis::DataModelAttributes&, Pyxis::Size) const override {
         return false;
@@ -414,9 +484,11 @@ class Finder : public Pyxis::FindFileInterface {
     std::string path_;
 };
 
-/// A frame that lies at the origin of coordinate system 32632, with that pixel size.
-inline FrameFacts bandFrame(double pixelSize = 1.0) {
+/// A frame that lies at the origin of coordinate system 32632, with that pixel size; `world` hears
+/// of each question to its georeference.
+inline FrameFacts bandFrame(double pixelSize = 1.0, const World* world = nullptr) {
     GeoFacts facts;
+    facts.world = world;
     facts.pixelX = facts.pixelY = pixelSize;
     facts.width = facts.height = static_cast<std::int32_t>(100.0 / pixelSize);
     facts.code = 32632;

@@ -99,6 +99,8 @@ TEST(ComponentListTest, ReadsLeniently) {
         {"<component><data><file path='p' frame='abc'/></data></component>", 0, "p#0"},
         {"<component><data><file path='p' frame=' 7x'/></data></component>", 0, "p#7"},
         {"<component><data><file path='p' frame='-3'/></data></component>", 0, "p#-3"},
+        {"<component><data><file path='p' frame='+4'/></data></component>", 0, "p#4"},
+        {"<component><data><file path='p' frame='+-5'/></data></component>", 0, "p#0"},
         {"<component><data><file path='p' frame='99999999999'/></data></component>", 0,
          "p#2147483647"},
         {"<component><data><file frame='2'/></data></component>", 0, "-"},

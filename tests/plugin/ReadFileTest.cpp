@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <array>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -11,7 +10,6 @@
 #include "fakes/Resources.h"
 #include "fakes/Sets.h"
 #include "properties/KestMultispectralBandNameProperty.h"
-#include "properties/KestMultispectralMetadataTextFileProperty.h"
 #include "reader/BucketIndex.h"
 
 namespace {
@@ -136,17 +134,9 @@ TEST_F(ReadFileTest, ComponentsAfterAGapTakeTheCodecOfTheirPlace) {
 TEST_F(ReadFileTest, SetsWithoutUsableComponentsHaveNoFrames) {
     FrameFacts noGeo;
     noGeo.properties.push_back(fakes::property<fakes::PlainProperty>("other"));
-    FrameFacts noFrame = bandFrame();
-    noFrame.noFrame = true;
-    FrameFacts noProperties = bandFrame();
-    noProperties.noProperties = true;
     codec_.add("/noGeo", noGeo);
-    codec_.add("/noFrame", noFrame);
-    codec_.add("/noProperties", noProperties);
-    codec_.add("/cannotOpen", fakes::FileFacts{true, {}});
-    const KestMultispectralReadFile file =
-        open(setOf({"/noGeo", "/noFrame", "/noProperties", "/cannotOpen"}));
-    EXPECT_EQ(file.getNumFiles(), 4);
+    const KestMultispectralReadFile file = open(setOf({"/noGeo"}));
+    EXPECT_EQ(file.getNumFiles(), 1);
     EXPECT_EQ(file.getNumFrames(), 0);
     for (const Pyxis::FileSpecifier& empty :
          {Pyxis::FileSpecifier(), Pyxis::fileSpecifier("/noGeo"), setOf({"/unreadable"})}) {
@@ -212,13 +202,6 @@ TEST_F(ReadFileTest, MetadataTextFileNeedsAProductSetAndAFinderThatFindsIt) {
     ASSERT_EQ(file.getNumFiles(), 3);
     EXPECT_EQ(toUtf8(file.getFile(2).string()), "/found.txt");
     EXPECT_THAT(bandsOf(file), ElementsAre("1 0 1 0", "0 0 0 3"));
-    KestMultispectralReadFile copy(file);
-    const Frame frame(copy.openFrame(0));
-    const Properties properties(frame->getProperties());
-    EXPECT_THAT(fakes::namesIn(*properties),
-                ElementsAre("", "<18113>", "<18107>", "<18109>", "<18116>", "<18111>"));
-    world_.fail = [](std::string_view call) { return call == "findFile"; };
-    EXPECT_EQ(open(product, &finder).getNumFiles(), 2);
 }
 
 TEST_F(ReadFileTest, ClonesAreEqualAndIndependent) {
@@ -238,45 +221,7 @@ TEST_F(ReadFileTest, ClonesAreEqualAndIndependent) {
     EXPECT_NE(Frame(copy.openFrame(1)), nullptr);
 }
 
-TEST_F(ReadFileTest, FramesHandRequestsOnUnchanged) {
-    FrameFacts facts = bandFrame();
-    facts.model = 2;
-    facts.bits = 24;
-    facts.format = 3;
-    codec_.add("/a01.tif", bandFrame());
-    codec_.add("/b02.tif", facts);
-    KestMultispectralReadFile file = open(setOf({"/a01.tif", "/b02.tif"}));
-    const Frame frame(file.openFrame(1));
-    EXPECT_EQ(frame->getFrameIndex(), 1);
-    EXPECT_TRUE(frame->frameOp1(0));
-    EXPECT_FALSE(frame->frameOp1(3));
-    EXPECT_EQ(world_.events.back(), "frameOp1 3");
-    std::int32_t width = 0;
-    std::int32_t height = 0;
-    frame->frameOp3(&width, &height);
-    const std::array answers = {width,
-                                height,
-                                frame->frameOp4(),
-                                frame->frameOp5(),
-                                frame->frameOp6(),
-                                frame->frameOp7(),
-                                frame->frameOp8(),
-                                frame->frameOp9(),
-                                frame->frameOp10()};
-    EXPECT_THAT(answers, ElementsAre(30, 31, 2, 50, 24, 3, 80, 90, 100));
-    Pyxis::ChannelRange range;
-    frame->frameOp11(5, &range);
-    EXPECT_EQ(range.minimum, 0.0);  // The channel that the component's frame was asked for.
-    EXPECT_EQ(range.maximum, 111.0);
-    EXPECT_NE(frame->frameOp12(), nullptr);
-    Pyxis::PixelRequest request;
-    EXPECT_TRUE(frame->frameOp13(4, &request));
-    EXPECT_EQ(request.x, 4);
-    EXPECT_EQ(frame->frameOp15(&request), &request);
-    EXPECT_NE(frame->frameOp16(16), nullptr);
-    EXPECT_EQ(frame->frameOp16(1), nullptr);
-}
-
+// A host should delete property sets first, then frames, then the image, but need not.
 TEST_F(ReadFileTest, FramesAndPropertySetsStandOnTheirOwn) {
     FrameFacts facts = bandFrame();
     facts.properties.push_back(fakes::property<fakes::PlainProperty>("<18109>"));
@@ -286,14 +231,14 @@ TEST_F(ReadFileTest, FramesAndPropertySetsStandOnTheirOwn) {
     auto file = std::make_unique<KestMultispectralReadFile>(open(setOf({"/a01.tif", "/b02.tif"})));
     Frame first(file->openFrame(0));
     Frame second(file->openFrame(1));
+    Properties one(second->getProperties());
     world_.events.clear();
     first.reset();
     EXPECT_THAT(world_.events, ElementsAre("delete frame", "delete image"));
-    Properties one(second->getProperties());
+    file.reset();
     const Properties other(second->getProperties());
     one.reset();
     second.reset();
-    file.reset();
     EXPECT_THAT(fakes::namesIn(*other),
                 ElementsAre("", "<18109>", "<18107>", "<18109>", "<18116>", "<18111>"));
     other->start();
@@ -308,18 +253,6 @@ TEST_F(ReadFileTest, FramesAndPropertySetsStandOnTheirOwn) {
     EXPECT_EQ(toUtf8(text), "B02");
     EXPECT_EQ(name->getBandIndex(), 1);
     EXPECT_EQ(world_.alive, 0);
-}
-
-TEST_F(ReadFileTest, FrameWithoutComponentFrameIsNotOpened) {
-    for (const char* path : {"/a01.tif", "/b02.tif"}) {
-        codec_.add(path, bandFrame());
-    }
-    KestMultispectralReadFile file = open(setOf({"/a01.tif", "/b02.tif"}));
-    for (const char* lost : {"openImage", "openFrame"}) {
-        world_.fail = [lost](std::string_view call) { return call == lost; };
-        EXPECT_EQ(file.openFrame(0), nullptr) << lost;
-        EXPECT_EQ(world_.alive, 0) << lost;
-    }
 }
 
 TEST_F(ReadFileTest, WrongBandIndexEndsTheProgram) {

@@ -64,8 +64,9 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     InternalSubset, XmlRewriteTest,
     testing::Values(
-        RewriteCase{"<!DOCTYPE a [<!ENTITY e 'v&f;'><!ENTITY f \"F\">]><a x='&e;'>1&e;2</a>",
-                    "<a x=\"vF\">1vF2</a>"},
+        RewriteCase{"<!DOCTYPE a [<!ENTITY e 'v&f;'><!ENTITY x SYSTEM '/etc/hostname'>"
+                    "<!ENTITY f \"F\">]><a x='&e;'>1&e;2&x;</a>",
+                    "<a x=\"vF\">1vF2&amp;x;</a>"},
         RewriteCase{"<!DOCTYPE a [<!ENTITY % p 'P'><!ENTITY e '%p;%q;'>]><a>&e;</a>",
                     "<a>P%q;</a>"},
         RewriteCase{"<!DOCTYPE a [<!ENTITY e ''>]><a>x<b/>&e;</a>", "<a><b></b></a>"},
@@ -109,6 +110,17 @@ INSTANTIATE_TEST_SUITE_P(
                     RewriteCase{"<a><?x</a>", "<a></a>"}, RewriteCase{"<!DOCTYPE a [<a/>", ""},
                     RewriteCase{std::string_view("<a><b/></a\0>", 12), "<a><b></b></a>"},
                     RewriteCase{std::string_view("<a/>\0", 5), "<a></a>"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Encodings, XmlRewriteTest,
+    testing::Values(RewriteCase{std::string_view("\xFF\xFE<\0a\0>\0\xE9\0\x34\xD8\x1E\xDD\0\xD8x\0"
+                                                 "\0\xDC<\0/\0a\0>\0\0\xD8",
+                                                 32),
+                                "<a>\xC3\xA9\xF0\x9D\x84\x9E\xEF\xBF\xBDx\xEF\xBF\xBD</a>"},
+                    RewriteCase{"\xFE\xFF", ""},
+                    RewriteCase{"<!DOCTYPE a [<!ENTITY e 'E'>]><a x='&e;\r\n\t1'>&e;\r\n2\r3&#65;"
+                                "<![CDATA[&e;\r\n]]></a>",
+                                "<a x=\"E  1\">E\n2\n3A&amp;e;\n</a>"}));
 
 TEST(XmlDocumentTest, KeepsChildrenInOrderOfTheirOffsets) {
     Document document("r");
