@@ -25,14 +25,14 @@ int epsgCode(const OGRSpatialReference& system) {
     return static_cast<int>(std::clamp(std::strtol(code, nullptr, 10), 0L, 0x7fffffffL));
 }
 
-/// Formats that spell a system out, without a code, still mean a registered one.
-int identifiedCode(const OGRSpatialReference& system) {
-    const int code = epsgCode(system);
-    if (code != 0) {
-        return code;
+/// Formats that spell a system out, without a code or a name, still mean a registered one.
+OGRSpatialReference identified(const OGRSpatialReference& system) {
+    OGRSpatialReference known(system);
+    if (epsgCode(system) != 0 || known.AutoIdentifyEPSG() != OGRERR_NONE ||
+        known.importFromEPSG(epsgCode(known)) != OGRERR_NONE) {
+        return system;
     }
-    OGRSpatialReference identified(system);
-    return identified.AutoIdentifyEPSG() == OGRERR_NONE ? epsgCode(identified) : 0;
+    return known;
 }
 
 /// One form for all, so that equal systems give equal texts.
@@ -51,7 +51,8 @@ std::shared_ptr<const CoordinateSystem> systemOf(GDALDataset& dataset) {
     auto found = std::make_shared<CoordinateSystem>();
     const OGRSpatialReference* system = dataset.GetSpatialRef();
     if (system != nullptr && !system->IsEmpty()) {
-        *found = {wktOf(*system), identifiedCode(*system)};
+        const OGRSpatialReference known = identified(*system);
+        *found = {wktOf(known), epsgCode(known)};
     }
     return found;
 }
