@@ -114,8 +114,7 @@ std::string FastFormat::load(OpenedFile& file) const {
 
 void FastFormat::describe(OpenedFile& file, int frame, GdalPropertySet& properties) const {
     if (const auto facts = file.geoFacts(frame)) {
-        const GdalGeoCorrelation correlation(facts);
-        properties.append(&correlation);
+        properties.append(correlationOf(facts).get());
     }
     const GdalBandFilenameProperty fileName(file.frame(frame).ownText);
     properties.append(&fileName);
