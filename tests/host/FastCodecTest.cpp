@@ -7,6 +7,8 @@
 namespace {
 
 using namespace Pyxis;
+using kestms::samples::fastHeaderText;
+using kestms::samples::FastProduct;
 using testing::HasSubstr;
 
 class FastCodec : public testing::Test {
@@ -19,8 +21,8 @@ class FastCodec : public testing::Test {
         writeHeader(product);
     }
 
-    void writeHeader(const fakes::FastHeader& facts) const {
-        fakes::writeFile(header, fakes::fastHeaderText(facts));
+    void writeHeader(const FastProduct& facts) const {
+        fakes::writeFile(header, fastHeaderText(facts));
     }
     static std::string bandFile(const Opened& opened) {
         StringBuffer value;
@@ -29,7 +31,7 @@ class FastCodec : public testing::Test {
     }
 
     fakes::TempDirectory directory;
-    fakes::FastHeader product{.bandFiles = {"L7_B10.FST", "L7_B20.FST", "L7_B30.FST"}};
+    FastProduct product = fakes::fastProduct({"L7_B10.FST", "L7_B20.FST", "L7_B30.FST"});
     std::string header = directory / "L7_HRF.FST";
     StandardCodecs codecs;
 };
@@ -90,13 +92,13 @@ TEST_F(FastCodec, ReducedReadTakesThePixelsThemselves) {
 }
 
 TEST_F(FastCodec, DamagedOrHostileHeadersAreRefusedWithAReason) {
-    const auto refused = [&](const fakes::FastHeader& facts, const char* reason) {
+    const auto refused = [&](const FastProduct& facts, const char* reason) {
         writeHeader(facts);
         EXPECT_EQ(codecOf(header), nullptr) << reason;
         EXPECT_THAT(whyNotReadable(fileSpecifier(header)), HasSubstr(reason));
     };
     const auto named = [&](const std::string& name) {
-        fakes::FastHeader facts = product;
+        FastProduct facts = product;
         facts.bandFiles[1] = name;
         return facts;
     };
@@ -106,19 +108,19 @@ TEST_F(FastCodec, DamagedOrHostileHeadersAreRefusedWithAReason) {
     refused(named("../L7_B20.FST"), "outside its directory");
     refused(named("sub/x.FST"), "outside its directory");
     refused(named("sub"), "not a regular file");
-    refused({.bandFiles = {"none.FST"}}, "Failed to find");
-    fakes::FastHeader big = product;
+    refused(fakes::fastProduct({"none.FST"}), "Failed to find");
+    FastProduct big = product;
     big.width = 99999;
     big.height = 99999;
     refused(big, "shorter than its header says");
     big.width = 0;
     refused(big, "");
     for (const std::size_t length : {1000U, 1100U, 1600U}) {
-        fakes::writeFile(header, fakes::fastHeaderText(product).substr(0, length));
+        fakes::writeFile(header, fastHeaderText(product).substr(0, length));
         EXPECT_EQ(codecOf(header), nullptr) << length;
         EXPECT_NE(whyNotReadable(fileSpecifier(header)), "") << length;
     }
-    fakes::writeFile(header, fakes::fastHeaderText(product).substr(0, 3100));
+    fakes::writeFile(header, fastHeaderText(product).substr(0, 3100));
     EXPECT_EQ(Opened(header).property<FormatCodecGeoCorrelation>(), nullptr);
 }
 
