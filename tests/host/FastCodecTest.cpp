@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "Opened.h"
 #include "host/codecs/Readability.h"
@@ -62,6 +63,14 @@ TEST_F(FastCodec, BandsNameTheirFilesAndTellWhereTheyLie) {
     }
 }
 
+TEST_F(FastCodec, HeaderAndBandsMayBeLinkedTogether) {
+    std::filesystem::create_directory(directory / "links");
+    for (const char* name : {"L7_HRF.FST", "L7_B10.FST", "L7_B20.FST", "L7_B30.FST"}) {
+        std::filesystem::create_symlink(directory / name, directory / "links/" + name);
+    }
+    EXPECT_EQ(Opened(directory / "links/L7_HRF.FST", 2).pixels(), Opened(header, 2).pixels());
+}
+
 TEST_F(FastCodec, MissingBandFileLeavesItsFrameOut) {
     std::filesystem::remove(directory / "L7_B20.FST");
     const Opened opened(header, 1);
@@ -108,6 +117,18 @@ TEST_F(FastCodec, DamagedOrHostileHeadersAreRefusedWithAReason) {
     refused(named("../L7_B20.FST"), "outside its directory");
     refused(named("sub/x.FST"), "outside its directory");
     refused(named("sub"), "not a regular file");
+    // GDAL looks for names in other case and, for bands that are missing, makes up names.
+    for (const char* name : {"l7_b20.fst", "L7_HRF.b02"}) {
+        std::filesystem::remove(directory / "L7_B20.FST");
+        ASSERT_EQ(mkfifo((directory / name).c_str(), 0600), 0);
+        refused(product, "not a regular file");
+        std::filesystem::remove(directory / name);
+        fakes::writeFile(directory / "sub/far.FST", fakes::fastBand(product, 2));
+        std::filesystem::create_symlink("sub/far.FST", directory / name);
+        refused(product, "leads out of the header's directory");
+        std::filesystem::remove(directory / name);
+    }
+    fakes::writeFile(directory / "L7_B20.FST", fakes::fastBand(product, 2));
     refused(fakes::fastProduct({"none.FST"}), "Failed to find");
     FastProduct big = product;
     big.width = 99999;
