@@ -283,6 +283,31 @@ TEST_F(HandOnGrids, LeavesNothingBehindWhenItFails) {
     EXPECT_EQ(left(), before);
 }
 
+TEST_F(HandOnGrids, AnOutputNeverReplacesAnInput) {
+    ASSERT_EQ(runTool({"samples", directory_.path(), "--size", "8"}).code, 0);
+    const std::string fast = directory_ / "landsat7-fast/";
+    const std::string product = directory_ / "po-product/";
+    fakes::writeFile(directory_ / "list", fast + "L71026029_02920000609_HRF.FST\n");
+    const std::pair<std::string, std::string> cases[] = {
+        {fast + "set.xml", fast + "set.xml"},
+        {fast + "set.xml", fast + "L71026029_02920000609_HRF.FST"},
+        {fast + "set.xml", fast + "L71026029_02920000609_B10.FST"},
+        {"@" + (directory_ / "list"), directory_ / "list"},
+        {product, product + "po_1234567_metadata.txt"},
+    };
+    for (const auto& [input, output] : cases) {
+        const std::string before = fakes::readFile(output);
+        for (const auto& command : {std::vector<std::string>{"vrt", "--one-grid"},
+                                    {"export", "--one-grid"},
+                                    {"quicklook"}}) {
+            std::vector<std::string> arguments = command;
+            arguments.insert(arguments.end(), {input, "-o", output});
+            EXPECT_EQ(runTool(arguments).code, 2) << output;
+        }
+        EXPECT_EQ(fakes::readFile(output), before);
+    }
+}
+
 TEST_F(HandOnGrids, InterruptedWritingStopsAndCleansUp) {
     const auto files = writeLandsat(directory_);
     const auto before = left();
