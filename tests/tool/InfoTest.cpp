@@ -176,9 +176,6 @@ TEST_F(Info, ExplainsTheNamingScheme) {
     };
     const Case cases[] = {
         {{red, nir}, "po-product", {}},
-        {{a, nir},
-         "numbered",
-         {nir + " shows \"po_\" product names, " + a + " shows no naming convention"}},
         {{red, green, landsat},
          "generic",
          {landsat + " shows \"L7\" names, " + red + " shows \"po_\" product names",
