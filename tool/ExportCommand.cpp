@@ -13,23 +13,20 @@ namespace {
 const std::vector<std::string> kCompressions = {"DEFLATE", "LZW", "ZSTD", "NONE"};
 
 struct ExportOptions {
-    std::vector<std::string> inputs;
-    std::string output;
-    bool oneGrid = false;
+    HandOnRequest request;
     GeoTiffOptions format;
 };
 
 ExitCode exportSet(Context& context, const ExportOptions& options) {
-    const OpenedSet set = openSet(context, options.inputs);
-    handOn(context, set, options.output, options.oneGrid ? Grids::OneForAll : Grids::OnePerBucket,
-           [&](const OutputRaster& raster, const std::vector<BandFacts>& facts, OutputFile& file,
-               const ProgressFunction& progress) {
-               if (!shareNoData(facts)) {
-                   context.warn(raster.path,
-                                "without a no-data value: the bands have different ones");
-               }
-               writeGeoTiff(set, raster, facts, options.format, file, progress);
-           });
+    handOn(
+        context, options.request,
+        [&](const OpenedSet& set, const OutputRaster& raster, const std::vector<BandFacts>& facts,
+            OutputFile& file, const ProgressFunction& progress) {
+            if (!shareNoData(facts)) {
+                context.warn(raster.path, "without a no-data value: the bands have different ones");
+            }
+            writeGeoTiff(set, raster, facts, options.format, file, progress);
+        });
     return ExitCode::Success;
 }
 
@@ -38,9 +35,9 @@ ExitCode exportSet(Context& context, const ExportOptions& options) {
 void addExportCommand(CLI::App& app, Context& context) {
     auto options = std::make_shared<ExportOptions>();
     CLI::App* command = app.add_subcommand("export", "Write the set as multi-band GeoTIFF files");
-    command->add_option("SET|FILE", options->inputs, "The set")->required();
-    command->add_option("-o,--output", options->output, "The GeoTIFF to write")->required();
-    command->add_flag("--one-grid", options->oneGrid,
+    command->add_option("SET|FILE", options->request.inputs, "The set")->required();
+    command->add_option("-o,--output", options->request.output, "The GeoTIFF to write")->required();
+    command->add_flag("--one-grid", options->request.oneGrid,
                       "One file with all bands, on the grid of the smallest pixels");
     command->add_flag("--cog", options->format.cloudOptimized, "Write Cloud Optimized GeoTIFF");
     command

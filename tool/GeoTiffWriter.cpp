@@ -1,6 +1,5 @@
 #include "tool/GeoTiffWriter.h"
 
-#include <cpl_conv.h>
 #include <cpl_string.h>
 #include <gdal_priv.h>
 
@@ -9,6 +8,7 @@
 #include <exception>
 
 #include "host/codecs/ErrorCapture.h"
+#include "tool/NoSidecar.h"
 #include "tool/PlacedPixels.h"
 
 namespace kestms {
@@ -25,15 +25,6 @@ bool sameValue(const std::optional<double>& a, const std::optional<double>& b) {
     return bothNan || a == b;
 }
 
-/// Keeps GDAL from describing a file in another one beside it.
-class NoSidecar {
-  public:
-    NoSidecar() { CPLSetThreadLocalConfigOption("GDAL_PAM_ENABLED", "NO"); }
-    NoSidecar(const NoSidecar&) = delete;
-    NoSidecar& operator=(const NoSidecar&) = delete;
-    ~NoSidecar() { CPLSetThreadLocalConfigOption("GDAL_PAM_ENABLED", nullptr); }
-};
-
 GDALDataType typeForAll(const OutputRaster& raster, const std::vector<BandFacts>& facts) {
     GDALDataType type = facts.front().type;
     for (std::size_t i = 0; i < facts.size(); ++i) {
@@ -49,8 +40,7 @@ GDALDataType typeForAll(const OutputRaster& raster, const std::vector<BandFacts>
 /// The differences between neighbours compress better than the samples.
 const char* predictorFor(GDALDataType type, const std::string& compression) {
     constexpr int kLargestInteger = 32;
-    if (compression == "NONE" || compression == "PACKBITS" ||
-        GDALDataTypeIsComplex(type) != FALSE) {
+    if (compression == "NONE" || GDALDataTypeIsComplex(type) != FALSE) {
         return "1";
     }
     if (GDALDataTypeIsFloating(type) != FALSE) {

@@ -25,23 +25,24 @@ void writeAll(Context& context, const OpenedSet& set, const std::vector<OutputRa
     ProgressBar bar(context.err, isTerminal(context.err));
     const auto count = static_cast<double>(rasters.size());
     for (std::size_t i = 0; i < rasters.size(); ++i) {
-        write(rasters[i], factsOfAll(set, rasters[i]), *files[i],
+        write(set, rasters[i], factsOfAll(set, rasters[i]), *files[i],
               [&](double part) { bar.show((static_cast<double>(i) + part) / count); });
     }
 }
 
 }  // namespace
 
-void handOn(Context& context, const OpenedSet& set, const std::string& path, Grids grids,
-            const RasterWriter& write) {
+void handOn(Context& context, const HandOnRequest& request, const RasterWriter& write) {
     std::error_code ignored;
-    if (std::filesystem::is_directory(path, ignored)) {
-        throw Failure(ExitCode::CannotWrite, path, "is a directory");
+    if (std::filesystem::is_directory(request.output, ignored)) {
+        throw Failure(ExitCode::CannotWrite, request.output, "is a directory");
     }
-    const std::vector<OutputRaster> rasters = layOut(set.view(), path, grids);
+    const OpenedSet set = openSet(context, request.inputs);
+    const std::vector<OutputRaster> rasters = layOut(
+        set.view(), request.output, request.oneGrid ? Grids::OneForAll : Grids::OnePerBucket);
     std::vector<std::unique_ptr<OutputFile>> files;
     for (const OutputRaster& raster : rasters) {
-        refuseToOverwriteInput(raster.path, set.specifier());
+        refuseToOverwriteInput(raster.path, request.inputs, set.view().files);
         files.push_back(std::make_unique<OutputFile>(raster.path));
     }
     writeAll(context, set, rasters, files, write);

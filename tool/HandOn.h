@@ -11,13 +11,19 @@
 
 namespace kestms {
 
-/// Writes one raster into its file and tells how much of it is done.
-using RasterWriter =
-    std::function<void(const OutputRaster& raster, const std::vector<BandFacts>& facts,
-                       OutputFile& file, const ProgressFunction& progress)>;
+/// What to hand on, and where to.
+struct HandOnRequest {
+    std::vector<std::string> inputs;
+    std::string output;
+    bool oneGrid = false;
+};
+
+/// Writes one raster of a set into its file and tells how much of it is done.
+using RasterWriter = std::function<void(const OpenedSet& set, const OutputRaster& raster,
+                                        const std::vector<BandFacts>& facts, OutputFile& file,
+                                        const ProgressFunction& progress)>;
 
 /// Writes the rasters of a set, all of them or none, and prints their names.
-void handOn(Context& context, const OpenedSet& set, const std::string& path, Grids grids,
-            const RasterWriter& write);
+void handOn(Context& context, const HandOnRequest& request, const RasterWriter& write);
 
 }  // namespace kestms

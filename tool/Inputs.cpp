@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string_view>
 #include <system_error>
 
@@ -50,16 +51,31 @@ std::optional<Component> withFrame(const std::string& argument) {
     return component;
 }
 
-/// Frames of the file; 1 when no codec reads it.
-int framesOf(const std::string& path) {
+/// Null when no codec reads the file.
+std::unique_ptr<Pyxis::ReadImageFileInterface> openImage(const std::string& path) {
     const Pyxis::FileSpecifier file = Pyxis::fileSpecifier(path);
     const Pyxis::ImageFormatCodec* codec = nullptr;
     if (Pyxis::FileReadDescriptor::findImageFileCodec(file, codec) !=
         Pyxis::FormatDecodability::Decodable) {
-        return 1;
+        return nullptr;
     }
-    const std::unique_ptr<Pyxis::ReadImageFileInterface> image(codec->openImage(&file));
+    return std::unique_ptr<Pyxis::ReadImageFileInterface>(codec->openImage(&file));
+}
+
+/// Frames of the file; 1 when no codec reads it.
+int framesOf(const std::string& path) {
+    const auto image = openImage(path);
     return image ? std::max(image->getNumFrames(), 1) : 1;
+}
+
+/// The files that make an image: a header alone does not hold the pixels.
+std::vector<std::string> filesOf(const std::string& path) {
+    std::vector<std::string> files = {path};
+    const auto image = openImage(path);
+    for (int i = 0; image && i < image->getNumFiles(); ++i) {
+        files.push_back(Pyxis::toUtf8(image->getFile(i).string()));
+    }
+    return files;
 }
 
 /// Turns arguments into components.
@@ -200,13 +216,23 @@ std::string whyNotReadable(const std::string& path) {
     return reason.empty() ? "no codec reads it" : reason;
 }
 
-void refuseToOverwriteInput(const std::string& output, const Pyxis::FileSpecifier& set) {
+void refuseToOverwriteInput(const std::string& output, const std::vector<std::string>& arguments,
+                            const std::vector<std::string>& files) {
     if (!exists(output)) {
         return;
     }
-    for (const Component& component : componentsOf(set)) {
+    std::vector<std::string> inputs;
+    inputs.reserve(arguments.size());
+    for (const std::string& argument : arguments) {
+        inputs.push_back(argument.substr(argument.starts_with('@') && !exists(argument) ? 1 : 0));
+    }
+    for (const std::string& file : std::set<std::string>(files.begin(), files.end())) {
+        const std::vector<std::string> parts = filesOf(file);
+        inputs.insert(inputs.end(), parts.begin(), parts.end());
+    }
+    for (const std::string& input : inputs) {
         std::error_code error;
-        if (fs::equivalent(output, component.path, error)) {
+        if (fs::equivalent(output, input, error)) {
             throw Failure(ExitCode::Usage, output, "the output would overwrite an input");
         }
     }

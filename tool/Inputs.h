@@ -40,7 +40,9 @@ Pyxis::FileSpecifier setOf(const std::vector<Component>& components);
 /// Why no codec reads the file, in a few words; for files that none does.
 std::string whyNotReadable(const std::string& path);
 
-/// Throws a Failure with ExitCode::Usage when `output` is one of the set's files.
-void refuseToOverwriteInput(const std::string& output, const Pyxis::FileSpecifier& set);
+/// Throws a Failure with ExitCode::Usage when `output` is a file that command arguments name, one
+/// of the set's files, or one that such a file is a header of.
+void refuseToOverwriteInput(const std::string& output, const std::vector<std::string>& arguments,
+                            const std::vector<std::string>& files);
 
 }  // namespace kestms

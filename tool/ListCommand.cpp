@@ -71,7 +71,11 @@ ExitCode list(Context& context, const ListOptions& options) {
         context.out << document;
         return ExitCode::Success;
     }
-    refuseToOverwriteInput(options.output, set);
+    std::vector<std::string> files;
+    for (const Component& component : componentsOf(set)) {
+        files.push_back(component.path);
+    }
+    refuseToOverwriteInput(options.output, options.inputs, files);
     OutputFile file(options.output);
     file.write(document);
     file.commit();

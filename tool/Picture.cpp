@@ -1,9 +1,9 @@
 #include "tool/Picture.h"
 
-#include <cpl_conv.h>
 #include <gdal_priv.h>
 
 #include "host/codecs/ErrorCapture.h"
+#include "tool/NoSidecar.h"
 #include "tool/OutputFile.h"
 
 namespace kestms {
@@ -37,13 +37,11 @@ void Picture::writePng(const std::string& path) const {
                          kSamples, nullptr, kSamples, line, 1, nullptr) != CE_None) {
         output.fail(errors.message());
     }
-    // The picture's file alone, without one that describes it.
-    CPLSetThreadLocalConfigOption("GDAL_PAM_ENABLED", "NO");
+    const NoSidecar noSidecar;
     GDALDatasetUniquePtr written(png->CreateCopy(output.temporaryPath().c_str(), raster.get(),
                                                  FALSE, nullptr, nullptr, nullptr));
     const bool complete = written != nullptr;
     written.reset();
-    CPLSetThreadLocalConfigOption("GDAL_PAM_ENABLED", nullptr);
     if (!complete || !errors.message().empty()) {
         output.fail(errors.message());
     }

@@ -126,7 +126,7 @@ Picture draw(const OpenedSet& set, const std::array<const BandView*, 3>& shown, 
 
 ExitCode quicklook(Context& context, const QuicklookOptions& options) {
     const OpenedSet set = openSet(context, options.inputs);
-    refuseToOverwriteInput(options.output, set.specifier());
+    refuseToOverwriteInput(options.output, options.inputs, set.view().files);
     const auto shown = bandsToShow(set.view());
     draw(set, shown, options.size).writePng(options.output);
     return ExitCode::Success;

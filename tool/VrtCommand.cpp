@@ -9,17 +9,11 @@
 namespace kestms {
 namespace {
 
-struct VrtOptions {
-    std::vector<std::string> inputs;
-    std::string output;
-    bool oneGrid = false;
-};
-
-ExitCode writeVirtualRasters(Context& context, const VrtOptions& options) {
-    const OpenedSet set = openSet(context, options.inputs);
+ExitCode writeVirtualRasters(Context& context, const HandOnRequest& request) {
     handOn(
-        context, set, options.output, options.oneGrid ? Grids::OneForAll : Grids::OnePerBucket,
-        [](const OutputRaster& raster, const std::vector<BandFacts>& facts, OutputFile& file,
+        context, request,
+        [](const OpenedSet& /*set*/, const OutputRaster& raster,
+           const std::vector<BandFacts>& facts, OutputFile& file,
            const ProgressFunction& /*progress*/) { file.write(virtualRasterText(raster, facts)); });
     return ExitCode::Success;
 }
@@ -27,7 +21,7 @@ ExitCode writeVirtualRasters(Context& context, const VrtOptions& options) {
 }  // namespace
 
 void addVrtCommand(CLI::App& app, Context& context) {
-    auto options = std::make_shared<VrtOptions>();
+    auto options = std::make_shared<HandOnRequest>();
     CLI::App* command =
         app.add_subcommand("vrt", "Write GDAL virtual rasters that show the set as one image");
     command->add_option("SET|FILE", options->inputs, "The set")->required();

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/codecs/FastHeader.h"
+#include "host/codecs/FastSiblings.h"
 #include "host/codecs/GdalFormat.h"
 #include "host/codecs/GdalProperties.h"
 #include "host/codecs/OpenedFile.h"
@@ -72,20 +73,15 @@ class FastFormat final : public GdalFormat {
     void describe(OpenedFile& file, int frame, GdalPropertySet& properties) const override;
 };
 
-/// GDAL opens whatever the header names. A name with a directory could lead anywhere, and a pipe
-/// could block.
+/// GDAL opens whatever the header names. A name with a directory could lead anywhere.
 std::string FastFormat::refuse(const std::string& path, const FileHead& head) const {
-    for (const std::string& name : fastBandFileNames(head.bytes)) {
+    const std::vector<std::string> names = fastBandFileNames(head.bytes);
+    for (const std::string& name : names) {
         if (!isPlainFileName(name)) {
             return "the header names a file outside its directory: " + name;
         }
-        struct stat status {};
-        if (!name.empty() && stat((directoryOf(path) + name).c_str(), &status) == 0 &&
-            !S_ISREG(status.st_mode)) {
-            return "not a regular file: " + name;
-        }
     }
-    return {};
+    return whyNotSafeBeside(path, names);
 }
 
 std::string FastFormat::load(OpenedFile& file) const {
@@ -114,8 +110,7 @@ std::string FastFormat::load(OpenedFile& file) const {
 
 void FastFormat::describe(OpenedFile& file, int frame, GdalPropertySet& properties) const {
     if (const auto facts = file.geoFacts(frame)) {
-        const GdalGeoCorrelation correlation(facts);
-        properties.append(&correlation);
+        properties.append(correlationOf(facts).get());
     }
     const GdalBandFilenameProperty fileName(file.frame(frame).ownText);
     properties.append(&fileName);

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <mutex>
 #include <unordered_map>
+#include <utility>
 
 #include "host/codecs/Guarded.h"
 
@@ -25,14 +26,14 @@ int epsgCode(const OGRSpatialReference& system) {
     return static_cast<int>(std::clamp(std::strtol(code, nullptr, 10), 0L, 0x7fffffffL));
 }
 
-/// Formats that spell a system out, without a code, still mean a registered one.
-int identifiedCode(const OGRSpatialReference& system) {
-    const int code = epsgCode(system);
-    if (code != 0) {
-        return code;
+/// Formats that spell a system out, without a code or a name, still mean a registered one.
+OGRSpatialReference identified(const OGRSpatialReference& system) {
+    OGRSpatialReference known(system);
+    if (epsgCode(system) != 0 || known.AutoIdentifyEPSG() != OGRERR_NONE ||
+        known.importFromEPSG(epsgCode(known)) != OGRERR_NONE) {
+        return system;
     }
-    OGRSpatialReference identified(system);
-    return identified.AutoIdentifyEPSG() == OGRERR_NONE ? epsgCode(identified) : 0;
+    return known;
 }
 
 /// One form for all, so that equal systems give equal texts.
@@ -51,7 +52,8 @@ std::shared_ptr<const CoordinateSystem> systemOf(GDALDataset& dataset) {
     auto found = std::make_shared<CoordinateSystem>();
     const OGRSpatialReference* system = dataset.GetSpatialRef();
     if (system != nullptr && !system->IsEmpty()) {
-        *found = {wktOf(*system), identifiedCode(*system)};
+        const OGRSpatialReference known = identified(*system);
+        *found = {wktOf(known), epsgCode(known)};
     }
     return found;
 }
@@ -105,6 +107,20 @@ double GeoFacts::rotation() const {
     return mirrored() ? -angle : angle;
 }
 
+bool GeoFacts::isToldByRotation() const {
+    constexpr double kMostPixelsOff = 1e-3;
+    const Vector2d size = pixelSize();
+    const double angle = rotation();
+    const double sign = mirrored() ? -1.0 : 1.0;
+    // A line upward, scaled after its rotation, as the set codec works it out.
+    const double x = -size.x * std::sin(angle);
+    const double y = sign * size.y * std::cos(angle);
+    const double right = sign * size.y * std::sin(angle);
+    const double off = std::max(std::hypot(x + transform[2], y + transform[5]) * height,
+                                std::abs(right - transform[4]) * width);
+    return off <= kMostPixelsOff * std::min(size.x, size.y);
+}
+
 std::shared_ptr<const GeoFacts> readGeoFacts(GDALDataset& dataset, const std::string& systemKey) {
     auto facts = std::make_shared<GeoFacts>();
     if (dataset.GetGeoTransform(facts->transform.data()) != CE_None) {
@@ -132,6 +148,13 @@ GdalGeoCorrelation* GdalGeoCorrelation::clone() const {
 
 GdalGeoTiffCorrelation* GdalGeoTiffCorrelation::clone() const {
     return newOrNull<GdalGeoTiffCorrelation>(*this);
+}
+
+std::unique_ptr<FormatCodecGeoCorrelation> correlationOf(std::shared_ptr<const GeoFacts> facts) {
+    if (facts->isToldByRotation()) {
+        return std::make_unique<GdalGeoCorrelation>(std::move(facts));
+    }
+    return std::make_unique<GdalGeoTiffCorrelation>(std::move(facts));
 }
 
 }  // namespace Pyxis

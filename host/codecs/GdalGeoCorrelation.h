@@ -31,6 +31,9 @@ struct GeoFacts {
     /// Whether the raster shows the world mirrored, as one does whose lines run northward.
     bool mirrored() const;
     double rotation() const;
+    /// Whether origin, pixel size and rotation tell the corners, as they do for an upright raster
+    /// and a turned one with square pixels.
+    bool isToldByRotation() const;
 };
 
 /// Null when the raster has no usable geotransform: ground control points alone do not tell where
@@ -105,5 +108,9 @@ class GdalGeoTiffCorrelation final : public GdalGeoCorrelationBase<GeoTiffCorrel
     Point2d getLowerLeft() const override { return facts().at(0, facts().height); }
     Point2d getLowerRight() const override { return facts().at(facts().width, facts().height); }
 };
+
+/// The correlation of a format that has no class of its own for it: the one with the corners only
+/// where the other cannot tell them.
+std::unique_ptr<FormatCodecGeoCorrelation> correlationOf(std::shared_ptr<const GeoFacts> facts);
 
 }  // namespace Pyxis

@@ -3,8 +3,10 @@
 #include <cpl_conv.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <mutex>
 #include <optional>
+#include <system_error>
 
 #include "host/codecs/FileHead.h"
 
@@ -38,7 +40,8 @@ CPLStringList allowedSiblings(const std::string& path, bool withWorldFile) {
     names.AddString(CPLGetFilename(path.c_str()));
     for (const std::string& name :
          withWorldFile ? worldFilesOf(path) : std::vector<std::string>()) {
-        if (access(name.c_str(), R_OK) == 0) {
+        std::error_code gone;  // a pipe would block
+        if (std::filesystem::is_regular_file(name, gone) && access(name.c_str(), R_OK) == 0) {
             names.AddString(CPLGetFilename(name.c_str()));
         }
     }

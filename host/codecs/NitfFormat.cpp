@@ -81,8 +81,7 @@ std::string NitfFormat::load(OpenedFile& file) const {
 
 void NitfFormat::describe(OpenedFile& file, int frame, GdalPropertySet& properties) const {
     if (const auto facts = file.geoFacts(frame)) {
-        const GdalGeoCorrelation correlation(facts);
-        properties.append(&correlation);
+        properties.append(correlationOf(facts).get());
     }
     const GdalStringProperty letter(texts().ownProperty, "What the band shows, as a code letter",
                                     file.frame(frame).ownText);

@@ -15,6 +15,8 @@
 #include <utility>
 #include <vector>
 
+#include "tool/samples/FastHeaderText.h"
+
 // Small raster files for tests, made by GDAL in a directory that goes with the test.
 
 namespace fakes {
@@ -117,62 +119,16 @@ inline std::string writeRaster(const std::string& path, const Raster& raster = {
     return path;
 }
 
-/// A FAST header in the layout of Landsat 7 products.
-struct FastHeader {
-    std::vector<std::string> bandFiles;
-    int width = 12;
-    int height = 8;
-    double x = 500000;  ///< upper-left corner
-    double y = 5600000;
-    double pixelSize = 30;
-    std::string satellite = "LANDSAT7";
-};
-
-inline std::string padded(std::string text, std::size_t width) {
-    text.resize(std::max(width, text.size()), ' ');
-    return text;
-}
-
-inline std::string fastHeaderText(const FastHeader& header) {
-    std::string text = padded("PRODUCT ID =L7", 36) + "ACQUISITION DATE =20010730";
-    text = padded(text, 80) + "SATELLITE =" + padded(header.satellite, 12) + "SENSOR =ETM+      ";
-    for (const std::string& name : header.bandFiles) {
-        text += " FILENAME =" + padded(name, 29);
-    }
-    const auto number = [](const char* format, double value) -> std::string {
-        return CPLSPrintf(format, value);
-    };
-    text += number(" PIXELS PER LINE =%5.0f", header.width);
-    text += number(" LINES PER BAND =%5.0f OUTPUT BITS PER PIXEL =8 ", header.height);
-    text = padded(text, 1536) + "GAINS AND BIASES IN ASCENDING BAND NUMBER ORDER";
-    for (int i = 0; i < 7; ++i) {
-        text += " -6.2 0.77";
-    }
-    text = padded(text, 3072) + "MAP PROJECTION =UTM  ELLIPSOID =WGS84              DATUM =WGS84 " +
-           " USGS PROJECTION PARAMETERS =";
-    for (int i = 0; i < 15; ++i) {
-        text += " 0.0";
-    }
-    text += " USGS MAP ZONE =32    ";
-    const double right = header.width - 0.5;
-    const double bottom = header.height - 0.5;
-    const auto corner = [&](const char* name, double column, double row) {
-        text += padded(std::string(name) + " =", 31);
-        text += number("%13.3f ", header.x + column * header.pixelSize);
-        text += number("%13.3f ", header.y - row * header.pixelSize);
-    };
-    corner("UL", 0.5, 0.5);
-    corner("UR", right, 0.5);
-    corner("LR", right, bottom);
-    corner("LL", 0.5, bottom);
-    return padded(text, 4608);
+/// A FAST product of small bands.
+inline kestms::samples::FastProduct fastProduct(const std::vector<std::string>& bandFiles) {
+    return {bandFiles, 12, 8, 500000, 5600000, 30};
 }
 
 /// The bytes of one band of a FAST product.
-inline std::string fastBand(const FastHeader& header, int band) {
+inline std::string fastBand(const kestms::samples::FastProduct& product, int band) {
     std::string bytes;
-    for (int i = 0; i < header.width * header.height; ++i) {
-        const double sample = sampleAt(band, i % header.width, i / header.width, false);
+    for (int i = 0; i < product.width * product.height; ++i) {
+        const double sample = sampleAt(band, i % product.width, i / product.width, false);
         bytes += static_cast<char>(static_cast<unsigned char>(sample));
     }
     return bytes;

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "Opened.h"
 #include "host/codecs/Readability.h"
@@ -7,6 +8,8 @@
 namespace {
 
 using namespace Pyxis;
+using kestms::samples::fastHeaderText;
+using kestms::samples::FastProduct;
 using testing::HasSubstr;
 
 class FastCodec : public testing::Test {
@@ -19,8 +22,8 @@ class FastCodec : public testing::Test {
         writeHeader(product);
     }
 
-    void writeHeader(const fakes::FastHeader& facts) const {
-        fakes::writeFile(header, fakes::fastHeaderText(facts));
+    void writeHeader(const FastProduct& facts) const {
+        fakes::writeFile(header, fastHeaderText(facts));
     }
     static std::string bandFile(const Opened& opened) {
         StringBuffer value;
@@ -29,7 +32,7 @@ class FastCodec : public testing::Test {
     }
 
     fakes::TempDirectory directory;
-    fakes::FastHeader product{.bandFiles = {"L7_B10.FST", "L7_B20.FST", "L7_B30.FST"}};
+    FastProduct product = fakes::fastProduct({"L7_B10.FST", "L7_B20.FST", "L7_B30.FST"});
     std::string header = directory / "L7_HRF.FST";
     StandardCodecs codecs;
 };
@@ -58,6 +61,14 @@ TEST_F(FastCodec, BandsNameTheirFilesAndTellWhereTheyLie) {
         EXPECT_NEAR(size.x, 30, 1e-9);
         EXPECT_EQ(code, 32632);
     }
+}
+
+TEST_F(FastCodec, HeaderAndBandsMayBeLinkedTogether) {
+    std::filesystem::create_directory(directory / "links");
+    for (const char* name : {"L7_HRF.FST", "L7_B10.FST", "L7_B20.FST", "L7_B30.FST"}) {
+        std::filesystem::create_symlink(directory / name, directory / "links/" + name);
+    }
+    EXPECT_EQ(Opened(directory / "links/L7_HRF.FST", 2).pixels(), Opened(header, 2).pixels());
 }
 
 TEST_F(FastCodec, MissingBandFileLeavesItsFrameOut) {
@@ -90,13 +101,13 @@ TEST_F(FastCodec, ReducedReadTakesThePixelsThemselves) {
 }
 
 TEST_F(FastCodec, DamagedOrHostileHeadersAreRefusedWithAReason) {
-    const auto refused = [&](const fakes::FastHeader& facts, const char* reason) {
+    const auto refused = [&](const FastProduct& facts, const char* reason) {
         writeHeader(facts);
         EXPECT_EQ(codecOf(header), nullptr) << reason;
         EXPECT_THAT(whyNotReadable(fileSpecifier(header)), HasSubstr(reason));
     };
     const auto named = [&](const std::string& name) {
-        fakes::FastHeader facts = product;
+        FastProduct facts = product;
         facts.bandFiles[1] = name;
         return facts;
     };
@@ -106,19 +117,31 @@ TEST_F(FastCodec, DamagedOrHostileHeadersAreRefusedWithAReason) {
     refused(named("../L7_B20.FST"), "outside its directory");
     refused(named("sub/x.FST"), "outside its directory");
     refused(named("sub"), "not a regular file");
-    refused({.bandFiles = {"none.FST"}}, "Failed to find");
-    fakes::FastHeader big = product;
+    // GDAL looks for names in other case and, for bands that are missing, makes up names.
+    for (const char* name : {"l7_b20.fst", "L7_HRF.b02"}) {
+        std::filesystem::remove(directory / "L7_B20.FST");
+        ASSERT_EQ(mkfifo((directory / name).c_str(), 0600), 0);
+        refused(product, "not a regular file");
+        std::filesystem::remove(directory / name);
+        fakes::writeFile(directory / "sub/far.FST", fakes::fastBand(product, 2));
+        std::filesystem::create_symlink("sub/far.FST", directory / name);
+        refused(product, "leads out of the header's directory");
+        std::filesystem::remove(directory / name);
+    }
+    fakes::writeFile(directory / "L7_B20.FST", fakes::fastBand(product, 2));
+    refused(fakes::fastProduct({"none.FST"}), "Failed to find");
+    FastProduct big = product;
     big.width = 99999;
     big.height = 99999;
     refused(big, "shorter than its header says");
     big.width = 0;
     refused(big, "");
     for (const std::size_t length : {1000U, 1100U, 1600U}) {
-        fakes::writeFile(header, fakes::fastHeaderText(product).substr(0, length));
+        fakes::writeFile(header, fastHeaderText(product).substr(0, length));
         EXPECT_EQ(codecOf(header), nullptr) << length;
         EXPECT_NE(whyNotReadable(fileSpecifier(header)), "") << length;
     }
-    fakes::writeFile(header, fakes::fastHeaderText(product).substr(0, 3100));
+    fakes::writeFile(header, fastHeaderText(product).substr(0, 3100));
     EXPECT_EQ(Opened(header).property<FormatCodecGeoCorrelation>(), nullptr);
 }
 

@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <array>
 #include <chrono>
 #include <thread>
 
@@ -84,27 +83,6 @@ TEST_F(FileCache, OpenFilesStayFewAndOpenAgain) {
     fakes::writeRaster(directory / "r0.tif", {.width = 3});
     EXPECT_TRUE(all.front()->pixels().empty());
     EXPECT_EQ(all.front()->frame->frameOp8(), 0);
-}
-
-TEST_F(FileCache, ThreadsMayReadTheSameFileAtOnce) {
-    const std::string path = fakes::writeRaster(
-        directory / "raster.tif", {.width = 200, .height = 200, .options = {"COMPRESS=DEFLATE"}});
-    makeOld(path);
-    const std::vector<unsigned char> expected = gdalPixels(path, 1);
-    std::array<int, 4> right{};
-    std::vector<std::thread> threads;
-    threads.reserve(right.size());
-    for (int& count : right) {
-        threads.emplace_back([&] {
-            for (int i = 0; i < 20; ++i) {
-                count += Opened(path).pixels() == expected;
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    EXPECT_THAT(right, testing::Each(20));
 }
 
 }  // namespace

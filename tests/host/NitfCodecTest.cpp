@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 
 #include "Opened.h"
 #include "host/codecs/Readability.h"
@@ -54,6 +55,25 @@ TEST_F(NitfCodec, BandsShowPixelsLettersAndPlace) {
             EXPECT_NEAR(origin.x, 500000, 0.5);
             EXPECT_NEAR(origin.y, 4600000 - 8 * 30, 0.5);
         }
+    }
+}
+
+TEST_F(NitfCodec, TurnedAndSkewedRastersGiveTheirCorners) {
+    fakes::Raster raster = nitf(1, {});
+    raster.transform = {{500000, 300, 400, 4600000, 400, -300}};
+    const Opened turned(fakes::writeRaster(directory / "turned.ntf", raster));
+    EXPECT_EQ(turned.property<GeoTiffCorrelation>(), nullptr);
+    EXPECT_NE(turned.property<FormatCodecGeoCorrelation>(), nullptr);
+    // Rotation cannot tell these.
+    for (const auto& transform : {std::array<double, 6>{500000, 240, 100, 4600000, 70, -250},
+                                  {500000, 300, 200, 4600000, 400, -150}}) {
+        raster.transform = transform;
+        const Opened skewed(fakes::writeRaster(directory / "skewed.ntf", raster));
+        const auto* geo = skewed.property<GeoTiffCorrelation>();
+        ASSERT_NE(geo, nullptr);
+        EXPECT_NEAR(geo->getUpperLeft().x, 500000, 0.5);
+        EXPECT_NEAR(geo->getLowerRight().x, 500000 + 12 * transform[1] + 8 * transform[2], 0.5);
+        EXPECT_NEAR(geo->getLowerRight().y, 4600000 + 12 * transform[4] + 8 * transform[5], 0.5);
     }
 }
 

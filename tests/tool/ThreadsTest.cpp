@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <thread>
@@ -55,6 +56,8 @@ TEST(ThreadsTest, OneSetFromSeveralThreads) {
         kest::appendComponent(Pyxis::fileSpecifier(fakes::writeRaster(directory / name)), 0, set);
     }
     fakes::writeFile(directory / "po_1_metadata.txt", "text");
+    std::this_thread::sleep_for(
+        std::chrono::milliseconds(60));  // older files are opened once for all
 
     std::vector<KestMultispectralCodec> codecs(kThreads);
     codecs.front().setResourceFileName(

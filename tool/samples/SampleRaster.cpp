@@ -9,6 +9,7 @@
 #include <cstdint>
 
 #include "host/codecs/ErrorCapture.h"
+#include "tool/Interrupt.h"
 #include "tool/OutputFile.h"
 
 namespace kestms::samples {
@@ -32,6 +33,7 @@ std::vector<std::uint16_t> samplesOf(const SampleRaster& raster, Spectrum spectr
     samples.reserve(static_cast<std::size_t>(raster.pixels) *
                     static_cast<std::size_t>(raster.pixels));
     for (int row = 0; row < raster.pixels; ++row) {
+        throwIfInterrupted();
         for (int column = 0; column < raster.pixels; ++column) {
             const double value =
                 reflectance((column + 0.5) / raster.pixels, (row + 0.5) / raster.pixels, spectrum);

@@ -28,7 +28,8 @@ inline constexpr Pyxis::Point2d kOrigin{483000.0, 5634000.0};
 /// The samples of the first band, 8 bits each, line by line.
 std::string rawSamples(const SampleRaster& raster);
 
-/// Writes a georeferenced file with GDAL. Throws a Failure with ExitCode::CannotWrite.
+/// Writes a georeferenced file with GDAL. Throws a Failure with ExitCode::CannotWrite, and one
+/// with ExitCode::Interrupted.
 void writeRaster(const std::string& path, const SampleRaster& raster);
 
 }  // namespace kestms::samples

@@ -1,5 +1,6 @@
 #include "tool/samples/SampleSets.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <system_error>
@@ -24,7 +25,7 @@ using enum Spectrum;
 struct SampleFile {
     std::string name;
     std::vector<Spectrum> bands;
-    int pixels;  ///< along each side of the scene
+    int pixels;  ///< along each side of a scene of the usual size
     std::string driver = "GTiff";
     std::string description = {};           ///< image description
     std::vector<std::string> options = {};  ///< creation options of the driver
@@ -45,9 +46,15 @@ struct SampleSet {
     std::vector<TextFile> texts = {};
 };
 
-constexpr int kFine = 1024;
-constexpr int kNormal = 256;
-constexpr int kCoarse = 128;
+constexpr int kNormal = kUsualPixels;
+constexpr int kFine = 4 * kNormal;
+constexpr int kHalfFine = 2 * kNormal;
+constexpr int kCoarse = kNormal / 2;
+
+/// Brings a number of pixels to scenes of that size.
+int scaled(int pixels, int size) {
+    return static_cast<int>(std::int64_t{pixels} * size / kUsualPixels);
+}
 
 const std::string kScene = "L71026029_02920000609_";
 
@@ -110,7 +117,7 @@ SampleSet landsat7() {
              {kScene + "B61.TIF", {Thermal}, kCoarse},
              {kScene + "B62.TIF", {Thermal}, kCoarse},
              {kScene + "B70.TIF", {ShortWave2}, kNormal},
-             {kScene + "B80.TIF", {Panchromatic}, 2 * kNormal}}};
+             {kScene + "B80.TIF", {Panchromatic}, kHalfFine}}};
 }
 
 SampleSet numbered() {
@@ -178,7 +185,7 @@ std::vector<FastPart> fastParts() {
               band("B40", NearInfrared, kNormal), band("B50", ShortWave1, kNormal),
               band("B70", ShortWave2, kNormal)}},
             {kScene + "HTM.FST", {band("B61", Thermal, kCoarse), band("B62", Thermal, kCoarse)}},
-            {kScene + "HPN.FST", {band("B80", Panchromatic, 2 * kNormal)}}};
+            {kScene + "HPN.FST", {band("B80", Panchromatic, kHalfFine)}}};
 }
 
 std::vector<SampleSet> sampleSets() {
@@ -214,14 +221,14 @@ void writeList(const std::string& directory, const kest::ComponentListBuilder& l
     writeText(fs::path(directory) / "set.xml", Pyxis::toUtf8(list.specifier().string()) + "\n");
 }
 
-void writeSet(const fs::path& parent, const SampleSet& set) {
+void writeSet(const fs::path& parent, const SampleSet& set, int size) {
     const std::string directory = madeDirectory(parent / set.directory);
     kest::ComponentListBuilder list;
     for (const SampleFile& file : set.files) {
         throwIfInterrupted();
         const std::string path = (fs::path(directory) / file.name).string();
-        writeRaster(path, {file.bands, file.pixels, set.extent, set.samples, file.driver,
-                           file.description, file.options});
+        writeRaster(path, {file.bands, scaled(file.pixels, size), set.extent, set.samples,
+                           file.driver, file.description, file.options});
         for (int frame = 0; frame < static_cast<int>(file.bands.size()); ++frame) {
             list.append(Pyxis::fileSpecifier(path), frame);
         }
@@ -232,12 +239,12 @@ void writeSet(const fs::path& parent, const SampleSet& set) {
     writeList(directory, list);
 }
 
-void writeFastSet(const fs::path& parent, double extent) {
+void writeFastSet(const fs::path& parent, double extent, int size) {
     const std::string directory = madeDirectory(parent / "landsat7-fast");
     kest::ComponentListBuilder list;
     for (const FastPart& part : fastParts()) {
         throwIfInterrupted();
-        const int pixels = part.bands.front().pixels;
+        const int pixels = scaled(part.bands.front().pixels, size);
         FastProduct product{{}, pixels, pixels, kOrigin.x, kOrigin.y, extent / pixels};
         const fs::path header = fs::path(directory) / part.header;
         for (const SampleFile& band : part.bands) {
@@ -254,16 +261,16 @@ void writeFastSet(const fs::path& parent, double extent) {
 
 }  // namespace
 
-void writeSamples(const std::string& directory) {
+void writeSamples(const std::string& directory, int pixels) {
     const fs::path parent = madeDirectory(directory);
     std::string readme =
         "Sample sets, one a directory. All show the same made-up scene; set.xml lists the files\n"
         "of each set, with absolute paths.\n\n";
     for (const SampleSet& set : sampleSets()) {
-        writeSet(parent, set);
+        writeSet(parent, set, pixels);
         readme += set.directory + ": " + set.title + "\n";
     }
-    writeFastSet(parent, landsat7().extent);
+    writeFastSet(parent, landsat7().extent, pixels);
     readme += "landsat7-fast: The \"L7\" product as FAST headers with raw band files\n";
     writeText(parent / "README.txt", readme);
 }

@@ -1,0 +1,131 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/tool/RunTool.h"
+
+namespace kestms {
+namespace {
+
+using testing::ElementsAreArray;
+
+/// Scheme and reference name, then a line a frame.
+using Lines = std::vector<std::string>;
+
+Lines linesOf(const nlohmann::json& set) {
+    Lines lines = {std::to_string(set["namingScheme"]["number"].get<int>()) + " " +
+                   set["referenceName"].get<std::string>()};
+    for (const auto& band : set["bands"]) {
+        const auto& bucket = set["buckets"].at(band["bucket"].get<std::size_t>());
+        const std::filesystem::path file = band["file"].get<std::string>();
+        lines.push_back(std::to_string(band["number"].get<int>()) + " " +
+                        band["name"].get<std::string>() + "|" + band["type"].get<std::string>() +
+                        "|" + band["displayChannel"].get<std::string>() + "|" +
+                        std::to_string(bucket["number"].get<int>()) + " " +
+                        bucket["name"].get<std::string>() + "|" + file.filename().string() + "#" +
+                        std::to_string(band["fileFrame"].get<int>()));
+    }
+    return lines;
+}
+
+/// The "L7" product: each band in a file of its own, or in one of three headers.
+Lines landsat(bool fast) {
+    const std::string name = "L71026029_02920000609";
+    struct Row {
+        const char* band;
+        const char* code;
+        const char* inHeader;
+    };
+    const Row rows[] = {
+        {"0 Blue (band 1)|blue|blue|0 Reflective bands|", "B10.TIF#0", "HRF.FST#0"},
+        {"1 Green (band 2)|green|green|0 Reflective bands|", "B20.TIF#0", "HRF.FST#1"},
+        {"2 Red (band 3)|red|red|0 Reflective bands|", "B30.TIF#0", "HRF.FST#2"},
+        {"3 Near infrared (band 4)|near-infrared|none|0 Reflective bands|", "B40.TIF#0",
+         "HRF.FST#3"},
+        {"4 Short-wave infrared 1 (band 5)|mid-infrared|none|0 Reflective bands|", "B50.TIF#0",
+         "HRF.FST#4"},
+        {"5 Short-wave infrared 2 (band 7)|mid-infrared|none|0 Reflective bands|", "B70.TIF#0",
+         "HRF.FST#5"},
+        {"6 Thermal infrared, low gain (band 6L)|thermal-low-gain|none|1 Thermal bands|",
+         "B61.TIF#0", "HTM.FST#0"},
+        {"7 Thermal infrared, high gain (band 6H)|thermal-high-gain|none|1 Thermal bands|",
+         "B62.TIF#0", "HTM.FST#1"},
+        {"8 Panchromatic (band 8)|panchromatic|none|2 Panchromatic band|", "B80.TIF#0",
+         "HPN.FST#0"},
+    };
+    Lines lines = {(fast ? "6 " : "5 ") + name};
+    for (const Row& row : rows) {
+        lines.push_back(row.band + name + "_" + (fast ? row.inHeader : row.code));
+    }
+    return lines;
+}
+
+TEST(Samples, EverySetIsRecognisedBandByBand) {
+    const fakes::TempDirectory directory;
+    ASSERT_EQ(runTool({"samples", directory.path(), "--size", "8"}).code, 0);
+    const std::pair<const char*, Lines> cases[] = {
+        {"po-product",
+         {"3 PO_1234567",
+          "0 Panchromatic|panchromatic|none|0 Panchromatic|po_1234567_pan_0000000.tif#0",
+          "1 Blue|blue|blue|1 Multispectral|po_1234567_blu_0000000.tif#0",
+          "2 Green|green|green|1 Multispectral|po_1234567_grn_0000000.tif#0",
+          "3 Red|red|red|1 Multispectral|po_1234567_red_0000000.tif#0",
+          "4 Near infrared|near-infrared|none|1 Multispectral|po_1234567_nir_0000000.tif#0"}},
+        {"po-nitf",
+         {"4 PO_1234567", "1 Blue|blue|blue|1 Multispectral|po_1234567_blu_0000000.ntf#0",
+          "2 Green|green|green|1 Multispectral|po_1234567_grn_0000000.ntf#0",
+          "3 Red|red|red|1 Multispectral|po_1234567_red_0000000.ntf#0",
+          "4 Near infrared|near-infrared|none|1 Multispectral|po_1234567_nir_0000000.ntf#0"}},
+        {"landsat7", landsat(false)},
+        {"landsat7-fast", landsat(true)},
+        {"numbered",
+         {"2 scene", "1 B01|unknown|none|1 Group 1|scene_01.tif#0",
+          "2 B02|unknown|none|1 Group 1|scene_02.tif#0",
+          "3 B03|unknown|none|1 Group 1|scene_03.tif#0",
+          "10 B10|unknown|none|1 Group 1|scene_10.tif#0"}},
+        {"generic",
+         {"1 visible", "1 Band 1|unknown|none|1 Group 1|visible.tif#0",
+          "2 Band 2|unknown|none|1 Group 1|infrared.tif#0",
+          "3 Band 3|unknown|none|2 Group 2|thermal.tif#0"}},
+        {"quickbird-1234",
+         {"7 scene", "0 Blue|blue|blue|1 Multispectral|scene.tif#0",
+          "1 Green|green|green|1 Multispectral|scene.tif#1",
+          "2 Red|red|red|1 Multispectral|scene.tif#2",
+          "3 Near infrared|near-infrared|none|1 Multispectral|scene.tif#3"}},
+        {"quickbird-321",
+         {"7 scene", "0 Blue|blue|blue|1 Natural colour|scene.tif#2",
+          "1 Green|green|green|1 Natural colour|scene.tif#1",
+          "2 Red|red|red|1 Natural colour|scene.tif#0"}},
+        {"quickbird-432",
+         {"7 scene", "1 Green|green|blue|1 Colour infrared|scene.tif#2",
+          "2 Red|red|green|1 Colour infrared|scene.tif#1",
+          "3 Near infrared|near-infrared|red|1 Colour infrared|scene.tif#0"}},
+        {"quickbird-1",
+         {"7 march", "0 Panchromatic|panchromatic|none|0 Panchromatic|march.tif#0",
+          "0 Panchromatic|panchromatic|none|0 Panchromatic|june.tif#0"}},
+        {"nitf",
+         {"8 north", "0 Blue|blue|blue|1 Multispectral|south.ntf#0",
+          "0 Panchromatic|panchromatic|none|0 Panchromatic|middle.ntf#0",
+          "1 Green|green|green|1 Multispectral|east.ntf#0",
+          "2 Red|red|red|1 Multispectral|north.ntf#0",
+          "3 Near infrared|near-infrared|none|1 Multispectral|west.ntf#0"}},
+    };
+    for (const auto& [name, lines] : cases) {
+        const std::string set = directory / name + "/set.xml";
+        const auto info = runTool({"info", set, "--json", "--properties"}).json();
+        EXPECT_THAT(linesOf(info), ElementsAreArray(lines)) << name;
+        const bool hasText = name == std::string("po-product");
+        EXPECT_EQ(info["metadataTextFile"].is_null(), !hasText) << name;
+        for (const auto& property : info["bands"][0]["properties"]) {
+            if (property["name"] == "Metadata text file") {
+                EXPECT_EQ(property["value"],
+                          fakes::readFile(directory / name + "/po_1234567_metadata.txt"));
+            }
+        }
+        EXPECT_EQ(runTool({"check", set}).code, 0) << name;
+    }
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory.path()), {}),
+              std::ssize(cases) + 1);
+}
+
+}  // namespace
+}  // namespace kestms
