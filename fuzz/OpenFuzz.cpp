@@ -164,6 +164,22 @@ class Session {
         checkBands(dynamic_cast<const KestMultispectralReadFile&>(image));
     }
 
+    /// The queries by band tell what the records do.
+    static void checkQueries(const KestMultispectralReadFile& set, int index) {
+        const kest::BandRecord& band = set.band(index);
+        kest::BandType type{};
+        kest::BandAssignment assignment{};
+        Pyxis::StringBuffer name;
+        set.getBandType(index, type);
+        set.getBandAssignment(index, assignment);
+        set.getBandName(index, name);
+        require(type == band.bandType && assignment == band.bandAssignment &&
+                    name == band.bandName && set.getBandIndexInBucket(index) == band.indexInBucket,
+                "queries and records agree");
+        set.getBandBucketName(index, name);
+        require(name == set.bucket(band.bucketIndex).bucketName, "the bucket's name");
+    }
+
     static void checkBands(const KestMultispectralReadFile& set) {
         std::vector<int> bandsOf;
         for (int i = 0; i < set.getNumFrames(); ++i) {
@@ -173,6 +189,7 @@ class Session {
                     "a band lies in a bucket");
             bandsOf.resize(static_cast<std::size_t>(set.getNumBuckets(i)));
             ++bandsOf[static_cast<std::size_t>(band.bucketIndex)];
+            checkQueries(set, i);
             require(band.indexInBucket >= 0 &&
                         band.indexInBucket < set.bucket(band.bucketIndex).bandCount,
                     "a band has a place in its bucket");
@@ -250,6 +267,31 @@ class Session {
         sets_.push_back(std::move(twin));
     }
 
+    /// What the codec tells of itself does not change.
+    void askForIdentity() {
+        unsigned int major = 0;
+        unsigned int minor = 0;
+        unsigned int build = 0;
+        codec_.getLibVersionInfo(major, minor, build);
+        codec_.getApiVersionInfo(major, minor);
+        require(major == 6 && minor == 0, "the version of the interfaces");
+        require(codec_.codecCapability() == Pyxis::CodecCapability::ReadOnly &&
+                    codec_.writeImage() == nullptr && !codec_.isEncodableImage({}, {}),
+                "the codec only reads");
+        require(!codec_.isValidFileName(set_) && codec_.getNumExtensions() == 0,
+                "a set has no file name");
+        const auto feature = static_cast<Pyxis::FormatFeature>(input_.below(6));
+        require(codec_.isFormatFeature(feature) == (feature == Pyxis::FormatFeature::CompoundFiles),
+                "the one feature");
+        Pyxis::StringBuffer text;
+        codec_.getFormatName(text);
+        codec_.getDescriptionText(text);
+        codec_.getCopyrightText(text);
+        require(!text.isZero(), "the codec has its texts");
+        codec_.getExtensionText(input_.integer(), text);
+        require(text.isZero(), "no extension");
+    }
+
     /// Whether the codec knows a name: its own, and any other.
     void askForProperty() {
         using Identifier = Pyxis::FormatCodecPropertyInterface::PropertyIdentifier;
@@ -279,6 +321,7 @@ class Session {
                               static_cast<std::ptrdiff_t>(choose(properties_)));
         } else if (action == 3) {
             askForProperty();
+            askForIdentity();
         } else if (!sets_.empty()) {
             stepIn(action, choose(sets_));
         }
