@@ -12,6 +12,10 @@
 #include "fuzz/Host.h"
 #include "fuzz/Input.h"
 #include "fuzz/Texts.h"
+#include "properties/KestMultispectralBandNameProperty.h"
+#include "properties/KestMultispectralBandTypeProperty.h"
+#include "properties/KestMultispectralBucketProperty.h"
+#include "properties/KestMultispectralMetadataTextFileProperty.h"
 #include "properties/KestMultispectralProperty.h"
 #include "reader/KestMultispectralReadFile.h"
 #include "sets/ComponentList.h"
@@ -22,7 +26,34 @@ using fuzz::require;
 using Pyxis::FileSpecifier;
 using Pyxis::FormatDecodability;
 
-constexpr int kMostComponents = 24;
+constexpr int kMostComponents = 10;
+constexpr int kMostSteps = 32;
+
+/// What a property of the plug-in's answers.
+void readProperty(const Pyxis::FormatCodecPropertyInterface& property) {
+    require(!property.getName().isZero(), "a property has a name");
+    Pyxis::StringBuffer text;
+    FileSpecifier file;
+    if (const auto* name = dynamic_cast<const KestMultispectralBandNameProperty*>(&property)) {
+        name->getBandName(text);
+        name->getFile(file);
+        require(name->getBandIndex() >= 0, "a band has a place in its bucket");
+    } else if (const auto* bucket =
+                   dynamic_cast<const KestMultispectralBucketProperty*>(&property)) {
+        bucket->getBucketName(text);
+        require(bucket->getBucketNum() >= 0 && bucket->getBucketNum() < bucket->getNumBuckets(),
+                "a bucket is one of them");
+    } else if (const auto* type =
+                   dynamic_cast<const KestMultispectralBandTypeProperty*>(&property)) {
+        require(static_cast<int>(type->bandType()) <= 10, "a band type");
+        require(static_cast<int>(type->bandAssignment()) <= 3, "a channel");
+    } else if (const auto* metadata =
+                   dynamic_cast<const KestMultispectralMetadataTextFileProperty*>(&property)) {
+        metadata->getValue(text);
+        require(metadata->getMetadataFile(file) == metadata->isValid(), "one answer");
+        require(metadata->isValid() == (text.numDataBytes() > 0), "a file is read whole or not");
+    }
+}
 
 /// An image and its frames, which go before it.
 struct OpenedSet {
@@ -56,7 +87,7 @@ class Session {
         for (int i = 0; !sets_.empty() && i < sets_.front().image->getNumFrames(); ++i) {
             openFrame(sets_.front(), i);
         }
-        for (int steps = 0; input_.hasChoices() && steps < 64; ++steps) {
+        for (int steps = 0; input_.hasChoices() && steps < kMostSteps; ++steps) {
             step();
         }
         properties_.clear();
@@ -133,6 +164,22 @@ class Session {
         checkBands(dynamic_cast<const KestMultispectralReadFile&>(image));
     }
 
+    /// The queries by band tell what the records do.
+    static void checkQueries(const KestMultispectralReadFile& set, int index) {
+        const kest::BandRecord& band = set.band(index);
+        kest::BandType type{};
+        kest::BandAssignment assignment{};
+        Pyxis::StringBuffer name;
+        set.getBandType(index, type);
+        set.getBandAssignment(index, assignment);
+        set.getBandName(index, name);
+        require(type == band.bandType && assignment == band.bandAssignment &&
+                    name == band.bandName && set.getBandIndexInBucket(index) == band.indexInBucket,
+                "queries and records agree");
+        set.getBandBucketName(index, name);
+        require(name == set.bucket(band.bucketIndex).bucketName, "the bucket's name");
+    }
+
     static void checkBands(const KestMultispectralReadFile& set) {
         std::vector<int> bandsOf;
         for (int i = 0; i < set.getNumFrames(); ++i) {
@@ -142,6 +189,7 @@ class Session {
                     "a band lies in a bucket");
             bandsOf.resize(static_cast<std::size_t>(set.getNumBuckets(i)));
             ++bandsOf[static_cast<std::size_t>(band.bucketIndex)];
+            checkQueries(set, i);
             require(band.indexInBucket >= 0 &&
                         band.indexInBucket < set.bucket(band.bucketIndex).bandCount,
                     "a band has a place in its bucket");
@@ -173,7 +221,11 @@ class Session {
         using Id = kest::MultispectralPropertyId;
         std::vector<Id> ids;
         for (set->start(); !set->endOfList(); set->step()) {
-            const auto* own = dynamic_cast<const KestMultispectralProperty*>(set->openProperty());
+            const Pyxis::FormatCodecPropertyInterface* property = set->openProperty();
+            const auto* own = dynamic_cast<const KestMultispectralProperty*>(property);
+            if (own != nullptr) {
+                readProperty(*property);
+            }
             if (own != nullptr && own->multispectralPropertyId() != Id::MetadataTextFile) {
                 ids.push_back(own->multispectralPropertyId());
             }
@@ -194,7 +246,13 @@ class Session {
         frame.frameOp11(input_.integer(), &range);
         require(range.minimum == 0.0, "a band has one channel");
         frame.frameOp13(0, &request);
-        require(frame.frameOp5() == 50 && frame.frameOp8() == 80, "answers are the component's");
+        require(frame.frameOp5() == 50 && frame.frameOp8() == 80 && frame.frameOp9() == 90 &&
+                    frame.frameOp10() == 100 && frame.frameOp12() != nullptr,
+                "answers are the component's");
+        frame.frameOp4();
+        frame.frameOp6();
+        frame.frameOp7();
+        require(frame.frameOp15(&range) == &range && frame.frameOp16(0) == nullptr, "the same");
     }
 
     void clone(const OpenedSet& set) {
@@ -207,6 +265,44 @@ class Session {
                 "a clone is like its image");
         checkImage(*twin.image);
         sets_.push_back(std::move(twin));
+    }
+
+    /// What the codec tells of itself does not change.
+    void askForIdentity() {
+        unsigned int major = 0;
+        unsigned int minor = 0;
+        unsigned int build = 0;
+        codec_.getLibVersionInfo(major, minor, build);
+        codec_.getApiVersionInfo(major, minor);
+        require(major == 6 && minor == 0, "the version of the interfaces");
+        require(codec_.codecCapability() == Pyxis::CodecCapability::ReadOnly &&
+                    codec_.writeImage() == nullptr && !codec_.isEncodableImage({}, {}),
+                "the codec only reads");
+        require(!codec_.isValidFileName(set_) && codec_.getNumExtensions() == 0,
+                "a set has no file name");
+        const auto feature = static_cast<Pyxis::FormatFeature>(input_.below(6));
+        require(codec_.isFormatFeature(feature) == (feature == Pyxis::FormatFeature::CompoundFiles),
+                "the one feature");
+        Pyxis::StringBuffer text;
+        codec_.getFormatName(text);
+        codec_.getDescriptionText(text);
+        codec_.getCopyrightText(text);
+        require(!text.isZero(), "the codec has its texts");
+        codec_.getExtensionText(input_.integer(), text);
+        require(text.isZero(), "no extension");
+    }
+
+    /// Whether the codec knows a name: its own, and any other.
+    void askForProperty() {
+        using Identifier = Pyxis::FormatCodecPropertyInterface::PropertyIdentifier;
+        const int id = static_cast<int>(input_.below(8)) - 1;
+        Pyxis::StringBuffer name;
+        const bool isOne =
+            codec_.getMultispectralPropertyName(kest::MultispectralPropertyId{id}, name);
+        require(isOne == (id >= 0 && id <= 4), "there are five properties");
+        require(codec_.isSupportedProperty(Identifier::Custom, &name) == isOne, "known by name");
+        name = fuzz::bufferFrom(input_.bytes(), input_);
+        codec_.isSupportedProperty(static_cast<Identifier>(input_.below(9)), &name);
     }
 
     template <typename Item>
@@ -224,8 +320,8 @@ class Session {
             properties_.erase(properties_.begin() +
                               static_cast<std::ptrdiff_t>(choose(properties_)));
         } else if (action == 3) {
-            Pyxis::StringBuffer name = fuzz::bufferFrom(input_.bytes(), input_);
-            codec_.isSupportedProperty({}, &name);
+            askForProperty();
+            askForIdentity();
         } else if (!sets_.empty()) {
             stepIn(action, choose(sets_));
         }
