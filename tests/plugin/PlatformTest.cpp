@@ -48,6 +48,7 @@ TEST(PlatformTest, LoadsAsMuchOfATextAsFits) {
     EXPECT_EQ(std::u16string(buffer), u"Red");
     EXPECT_EQ(module->loadString(18210, buffer, 3), 2);
     EXPECT_EQ(std::u16string(buffer), u"Re");
+    EXPECT_EQ(module->loadString(18210, buffer, 0), 0);
     EXPECT_EQ(module->loadString(1, buffer, 64), 0);
     EXPECT_EQ(buffer[0], u'\0');
 }

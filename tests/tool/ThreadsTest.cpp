@@ -40,7 +40,8 @@ std::string openAndTell(const KestMultispectralCodec& codec, const Pyxis::FileSp
     for (int i = 0; i < image->getNumFrames(); ++i) {
         all += told(*image, i);
     }
-    return all;
+    const std::unique_ptr<Pyxis::ReadImageFileInterface> copy(codec.cloneOpenImage(image.get()));
+    return all + told(*copy, 0);
 }
 
 }  // namespace
