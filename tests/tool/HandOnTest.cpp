@@ -1,6 +1,7 @@
 #include <gdal_priv.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <csignal>
 #include <filesystem>
@@ -133,11 +134,11 @@ class HandOnGrids : public InDirectory {
 
 TEST_F(HandOnGrids, OneGridRepeatsPixelsAndFillsWhatIsNotCovered) {
     const fakes::Raster wide{.width = 2500, .height = 80, .type = GDT_Int16};  // read in parts
-    // Begins further to the right, though not by whole pixels, and further up.
+    // Begins further to the right, though not by whole pixels, and further down.
     const fakes::Raster fine{.width = 4950,
                              .height = 160,
                              .type = GDT_UInt16,
-                             .transform = {{500000 + 15 * 40 + 7, 15, 0, 4600030, 0, -15}}};
+                             .transform = {{500000 + 15 * 40 + 7, 15, 0, 4599970, 0, -15}}};
     // No band of the sensor has the second one's code, so nothing is known of its wavelength.
     const Strings files = {writeWithNoData(kLandsat + "B10.TIF", wide, -7),
                            writeWithNoData(kLandsat + "B99.TIF", fine, 9)};
@@ -155,18 +156,18 @@ TEST_F(HandOnGrids, OneGridRepeatsPixelsAndFillsWhatIsNotCovered) {
     EXPECT_EQ(shown->GetRasterBand(1)->GetNoDataValue(), -7);
     std::array<double, 6> place{};
     exported->GetGeoTransform(place.data());
-    EXPECT_THAT(place, ElementsAre(500007, 15, 0, 4600030, 0, -15));
+    EXPECT_THAT(place, ElementsAre(500007, 15, 0, 4600000, 0, -15));
     ASSERT_EQ(exported->GetRasterYSize(), 162);
     const auto coarse = pixelsOf(*exported, 1);
     const auto second = pixelsOf(*exported, 2);
     const auto at = [](int x, int y) { return static_cast<std::size_t>(y * 5000 + x); };
-    EXPECT_EQ(coarse.at(at(0, 1)), -7);
-    EXPECT_EQ(coarse[at(4999, 7)], fakes::sampleAt(1, 2499, 2, true));
-    EXPECT_EQ(coarse[at(2048, 9)], fakes::sampleAt(1, 1024, 3, true));
-    EXPECT_EQ(second[at(39, 0)], 9);
-    EXPECT_EQ(second[at(40, 3)], fakes::sampleAt(1, 0, 3, false));
-    EXPECT_EQ(second[at(4990, 0)], 9);
-    EXPECT_EQ(second[at(4989, 160)], 9);
+    EXPECT_EQ(coarse[at(4999, 5)], fakes::sampleAt(1, 2499, 2, true));
+    EXPECT_EQ(coarse[at(2048, 7)], fakes::sampleAt(1, 1024, 3, true));
+    EXPECT_EQ(coarse[at(0, 160)], -7);
+    EXPECT_EQ(second[at(40, 1)], 9);
+    EXPECT_EQ(second[at(39, 2)], 9);
+    EXPECT_EQ(second[at(40, 5)], fakes::sampleAt(1, 0, 3, false));
+    EXPECT_EQ(second[at(4990, 2)], 9);
 }
 
 /// A set may hold bands that are turned a little, a raster may not.
@@ -203,12 +204,13 @@ const Strings kCommands[] = {
 
 TEST_F(HandOnGrids, LeavesNothingBehindWhenItFails) {
     const Strings files = writeLandsat(directory_);
+    ASSERT_EQ(mkfifo((directory_ / "pipe").c_str(), 0600), 0);
     const auto before = fakes::namesIn(directory_);
     const std::pair<std::string, const char*> cases[] = {
         {directory_.path(), "s a directory\n"},
         {directory_ / "slash/", "s a directory\n"},
         {directory_ / "none/out", "No such file"},
-        {"/dev/null", "not a regular file"},
+        {directory_ / "pipe", "not a regular file"},
     };
     for (const auto& [output, reason] : cases) {
         for (const Strings& command : kCommands) {
@@ -220,6 +222,7 @@ TEST_F(HandOnGrids, LeavesNothingBehindWhenItFails) {
         }
     }
     EXPECT_EQ(fakes::namesIn(directory_), before);
+    EXPECT_TRUE(fs::is_fifo(directory_ / "pipe"));
 }
 
 TEST_F(HandOnGrids, AnOutputNeverReplacesAnInput) {
