@@ -13,7 +13,6 @@
 #include "tool/HandOn.h"
 #include "tool/InputText.h"
 #include "tool/Interrupt.h"
-#include "tool/OutputLayout.h"
 #include "tool/Progress.h"
 
 namespace kestms {

@@ -118,7 +118,6 @@ TEST_F(Info, ExplainsTheNamingScheme) {
     const std::string landsat = write(kLandsat + "B10.TIF");
     const std::string a = write("a.tif");
     const std::string b = write("b.tif");
-    const std::string quickBird = write("q.tif", {.description = "{\n  bandList = \n1\n}"});
     struct Case {
         Strings files;
         const char* scheme;
@@ -137,11 +136,6 @@ TEST_F(Info, ExplainsTheNamingScheme) {
         {{landsat, red},
          "numbered",
          {red + " shows \"po_\" product names, " + landsat + " shows \"L7\" names"}},
-        {{quickBird, a},
-         "generic",
-         {a + " shows no naming convention, " + quickBird +
-              " shows TIFF files with a QuickBird band list",
-          quickBird + " and " + a + " both end in no band number"}},
     };
     for (const Case& each : cases) {
         const json set = infoOf(each.files, {"--json", "--explain"}).json();
