@@ -8,12 +8,15 @@
 #include <map>
 #include <utility>
 
+#include "bands/BandTypes.h"
+#include "bands/NamingScheme.h"
 #include "tests/tool/RunTool.h"
 #include "tool/GeoTiffWriter.h"
 #include "tool/HandOn.h"
 #include "tool/InputText.h"
 #include "tool/Interrupt.h"
 #include "tool/Progress.h"
+#include "tool/Spectrum.h"
 
 namespace kestms {
 namespace {
@@ -138,9 +141,8 @@ TEST_F(HandOnGrids, OneGridRepeatsPixelsAndFillsWhatIsNotCovered) {
                              .height = 160,
                              .type = GDT_UInt16,
                              .transform = {{500000 + 15 * 40 + 7, 15, 0, 4599970, 0, -15}}};
-    // No band of the sensor has the second one's code, so nothing is known of its wavelength.
-    const Strings files = {writeWithNoData(kLandsat + "B10.TIF", wide, -7),
-                           writeWithNoData(kLandsat + "B99.TIF", fine, 9)};
+    const Strings files = {writeWithNoData("a_01.tif", wide, -7),
+                           writeWithNoData("a_02.tif", fine, 9)};
     const Outcome outcome =
         runTool(joined({"export", "--one-grid", "-o", directory_ / "out.tif"}, files));
     EXPECT_THAT(outcome.err, HasSubstr("out.tif: without a no-data value"));
@@ -148,7 +150,6 @@ TEST_F(HandOnGrids, OneGridRepeatsPixelsAndFillsWhatIsNotCovered) {
     const auto exported = openRaster(directory_ / "out.tif");
     const auto shown = openRaster(directory_ / "out.vrt");
     EXPECT_EQ(exported->GetRasterBand(1)->GetRasterDataType(), GDT_Int32);
-    EXPECT_FALSE(exported->GetRasterBand(2)->GetMetadataItem("wavelength"));
     for (int band = 1; band <= 2; ++band) {
         EXPECT_EQ(pixelsOf(*exported, band), pixelsOf(*shown, band));
     }
@@ -286,6 +287,10 @@ TEST(ProgressBar, ShowsOnATerminalOnlyAndEndsWithTheUsersPatience) {
     }
     EXPECT_THAT(shown.str(), StartsWith("\r[####################....................]  50 %\r"));
     EXPECT_EQ(hidden.str(), "");
+}
+
+TEST(Spectrum, IsNotToldForBandsThatTheSensorLacks) {
+    EXPECT_FALSE(spectralRangeOf(kest::SchemeLandsat7, kest::kUnrecognisedNumber));
 }
 
 }  // namespace
