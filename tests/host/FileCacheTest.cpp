@@ -17,11 +17,7 @@ void makeOld(const std::string& path) {
     std::this_thread::sleep_for(60ms);  // the time of this change itself cannot be set
 }
 
-class FileCache : public testing::Test {
-  protected:
-    fakes::TempDirectory directory;
-    StandardCodecs codecs;
-};
+class FileCache : public OnFiles {};
 
 TEST_F(FileCache, QuestionsImagesAndFramesShareOneOpenFile) {
     const std::string path = fakes::writeRaster(directory / "raster.tif", {.bands = 2});
