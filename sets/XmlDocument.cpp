@@ -11,6 +11,12 @@ namespace {
 /// Elements with more names among their children than this get an index of them.
 constexpr int kNamesWithoutIndex = 32;
 
+/// Elements farther along their chain than this are looked up in an index of it.
+constexpr int kStepsWithoutIndex = 16;
+
+/// What a new document's tree is likely to take at least.
+constexpr std::size_t kSmallArena = 1024;
+
 struct PredefinedEntity {
     std::string_view name;  ///< with its semicolon
     std::string_view replacement;
@@ -22,14 +28,14 @@ constexpr PredefinedEntity kPredefinedEntities[] = {
 
 }  // namespace
 
-Document::Document() {
+Document::Document(std::size_t arenaSize) : arena_(arenaSize) {
     for (const PredefinedEntity& entity : kPredefinedEntities) {
         entities_.emplace(entity.name, entity.replacement);
         longestEntityName_ = std::max(longestEntityName_, entity.name.size());
     }
 }
 
-Document::Document(std::string_view rootName) : Document() {
+Document::Document(std::string_view rootName) : Document(kSmallArena) {
     root_.name_ = keep(rootName);
 }
 
@@ -63,18 +69,30 @@ Element* Document::firstOfName(const Element* parent, std::string_view name) con
             return head;
         }
         if (++steps == kNamesWithoutIndex) {
-            auto [entry, added] = nameIndexes_.try_emplace(parent);
-            NameIndex& names = entry->second;
-            if (added) {
-                for (Element* each = parent->child_; each != nullptr; each = each->sibling_) {
-                    names.emplace(each->name_, each);
-                }
-            }
-            const auto found = names.find(name);
-            return found == names.end() ? nullptr : found->second;
+            return indexedName(parent, name);
         }
     }
     return nullptr;
+}
+
+Element* Document::indexedName(const Element* parent, std::string_view name) const {
+    const std::lock_guard<std::mutex> lock(searches_);
+    auto [entry, added] = nameIndexes_.try_emplace(parent);
+    NameIndex& names = entry->second;
+    if (added) {
+        for (Element* each = parent->child_; each != nullptr; each = each->sibling_) {
+            names.emplace(each->name_, each);
+        }
+    }
+    const auto found = names.find(name);
+    return found == names.end() ? nullptr : found->second;
+}
+
+/// Keeps the index of a chain that grows at its end; one that grows elsewhere is indexed anew.
+void Document::extendIndexedChain(const Element* last, const Element* element) {
+    if (!indexedChain_.empty() && indexedChain_.back() == last) {
+        indexedChain_.push_back(element);
+    }
 }
 
 void Document::linkOrdered(Element*& head, Element*& last, Element* element) {
@@ -123,6 +141,7 @@ void Document::linkName(Element* parent, Element*& siblingHead, Element* element
     Element* first = firstOfName(parent, element->name_);
     if (first != nullptr && first->offset_ <= element->offset_) {
         if (first->lastOfName_->offset_ <= element->offset_) {
+            extendIndexedChain(first->lastOfName_, element);
             first->lastOfName_->next_ = element;
             first->lastOfName_ = element;
             return;
@@ -133,6 +152,7 @@ void Document::linkName(Element* parent, Element*& siblingHead, Element* element
         }
         element->next_ = before->next_;
         before->next_ = element;
+        indexedChain_.clear();
         return;
     }
     element->lastOfName_ = element;
@@ -142,8 +162,10 @@ void Document::linkName(Element* parent, Element*& siblingHead, Element* element
         element->lastOfName_ = first->lastOfName_;
     }
     linkSibling(siblingHead, parent->lastSibling_, element);
-    if (const auto index = nameIndexes_.find(parent); index != nameIndexes_.end()) {
-        index->second[element->name_] = element;
+    if (!nameIndexes_.empty()) {
+        if (const auto index = nameIndexes_.find(parent); index != nameIndexes_.end()) {
+            index->second[element->name_] = element;
+        }
     }
 }
 
@@ -179,6 +201,7 @@ Element* Document::cut(Element* element) {
         }
     }
     nameIndexes_.erase(parent);
+    indexedChain_.clear();
     parent->child_ = parent->lastChild_ = parent->lastSibling_ = nullptr;
     const auto unlink = [](Element* each) {
         each->next_ = each->sibling_ = each->ordered_ = each->lastOfName_ = nullptr;
@@ -284,7 +307,18 @@ Element* Document::child(Element* element, std::string_view name) {
     return element == nullptr ? nullptr : firstOfName(element, name);
 }
 
-const Element* Document::index(const Element* element, int index) {
+const Element* Document::index(const Element* element, int index) const {
+    if (index > kStepsWithoutIndex && element != nullptr) {
+        const std::lock_guard<std::mutex> lock(searches_);
+        if (indexedChain_.empty() || indexedChain_.front() != element) {
+            indexedChain_.clear();
+            for (const Element* each = element; each != nullptr; each = each->next_) {
+                indexedChain_.push_back(each);
+            }
+        }
+        const auto place = static_cast<std::size_t>(index);
+        return place < indexedChain_.size() ? indexedChain_[place] : nullptr;
+    }
     for (; element != nullptr && index > 0; --index) {
         element = element->next_;
     }
@@ -292,6 +326,9 @@ const Element* Document::index(const Element* element, int index) {
 }
 
 const std::vector<AttributeDefault>* Document::defaultsOf(std::string_view elementName) const {
+    if (defaults_.empty()) {
+        return nullptr;
+    }
     const auto found = defaults_.find(elementName);
     return found == defaults_.end() ? nullptr : &found->second;
 }

@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <memory_resource>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -120,7 +121,7 @@ class Document {
     Element* child(Element* element, std::string_view name);
     /// Element `index` of the next chain that starts at `element`; null past its end, and for a
     /// negative index.
-    static const Element* index(const Element* element, int index);
+    const Element* index(const Element* element, int index) const;
     /// The value of the element's attribute, else the default that the document declares.
     std::optional<std::string_view> attribute(const Element* element, std::string_view name) const;
     /// Walks a path down. A step with an empty name ends it; a negative index ends it after the
@@ -147,7 +148,8 @@ class Document {
     using EntityTable = std::unordered_map<std::string_view, std::string_view>;
     using NameIndex = std::unordered_map<std::string_view, Element*>;
 
-    Document();
+    /// `arenaSize`: bytes that the tree will likely take.
+    explicit Document(std::size_t arenaSize);
 
     /// A copy of `text` that lives as long as the document.
     std::string_view keep(std::string_view text);
@@ -158,6 +160,8 @@ class Document {
     void setAttributes(Element* element, const std::vector<Attribute>& attributes);
     Element* newElement(std::string_view name);
     Element* firstOfName(const Element* parent, std::string_view name) const;
+    Element* indexedName(const Element* parent, std::string_view name) const;
+    void extendIndexedChain(const Element* last, const Element* element);
     void link(Element* parent, Element* element);
     void linkName(Element* parent, Element*& siblingHead, Element* element);
     static void linkOrdered(Element*& head, Element*& last, Element* element);
@@ -175,8 +179,13 @@ class Document {
     std::map<std::string_view, std::vector<AttributeDefault>> defaults_;
     std::vector<InstructionTarget> instructions_;
     std::unordered_map<std::string_view, std::size_t> instructionIndex_;
+    // What long searches leave behind for the next ones. Reading is for several threads at once, so
+    // the lock is held where it is filled.
+    mutable std::mutex searches_;
     /// Children by name, of elements that have many names.
     mutable std::unordered_map<const Element*, NameIndex> nameIndexes_;
+    /// The chain that was last searched for a number, from the element on where that began.
+    mutable std::vector<const Element*> indexedChain_;
     bool standalone_ = false;
 };
 
