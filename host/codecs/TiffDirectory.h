@@ -2,10 +2,13 @@
 
 #include <string>
 
+#include "host/codecs/FileHead.h"
+#include "host/codecs/KnownFacts.h"
+
 namespace Pyxis {
 
-/// The bytes of the GeoTIFF key directory and its two parameter tags, of the first directory of a
-/// TIFF file. Empty when there are none, or when the file is not laid out as TIFF says.
-std::string geoKeys(const std::string& path);
+/// What the first directory of a TIFF file tells. A file that is not laid out as TIFF says, or that
+/// tells a thing in any but the usual way, leaves that thing for GDAL to find out.
+KnownFacts tiffFacts(const std::string& path, const FileHead& head);
 
 }  // namespace Pyxis
