@@ -49,6 +49,29 @@ TEST_F(FileCache, ChangedFilesAreReadAnew) {
     EXPECT_EQ(codecOf(path), nullptr);
 }
 
+TEST(FileCacheThatIgnoresChanges, AnswersOfARunFitTogether) {
+    const fakes::TempDirectory directory;
+    const StandardCodecs codecs(StandardCodecs::QuickBird::With, StandardCodecs::Changes::Ignore);
+    std::vector<std::string> paths = {directory / "none.tif"};
+    for (int i = 0; i < 80; ++i) {
+        paths.push_back(fakes::writeRaster(directory / ("r" + std::to_string(i) + ".tif"),
+                                           {.transform = {{double(i), 1, 0, 7, 0, -1}}}));
+    }
+    codecs.readAhead(paths, [] { return false; });
+    EXPECT_EQ(codecOf(paths.front()), nullptr);
+    for (int i = 0; i < 80; ++i) {
+        const std::string& path = paths[static_cast<std::size_t>(i) + 1];
+        fakes::writeRaster(path, {.type = GDT_UInt16});
+        const Opened opened(path);
+        EXPECT_EQ(opened.frame->frameOp6(), 8);
+        const auto* geo = opened.property<GeoTiffCorrelation>();
+        EXPECT_EQ(geo->getUpperLeft().x, i);
+        int code = 0;
+        geo->getCoordinateSystemCode(code);
+        EXPECT_EQ(code, 32632);
+    }
+}
+
 TEST_F(FileCache, RelativeNamesFollowTheWorkingDirectory) {
     const std::filesystem::path before = std::filesystem::current_path();
     for (const GDALDataType type : {GDT_Byte, GDT_UInt16}) {

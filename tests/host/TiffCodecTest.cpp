@@ -50,6 +50,44 @@ TEST_F(TiffCodec, FramesShowLayoutAndPixelsOfTheirBands) {
     }
 }
 
+TEST_F(TiffCodec, WhatTheDirectoryTellsIsWhatGdalSays) {
+    struct Case {
+        const char* name;
+        std::vector<std::string> options;
+        bool centres;
+        int model;
+    };
+    const Case cases[] = {
+        {"corners", {}, false, 0},
+        {"centres", {}, true, 0},
+        {"big", {"BIGTIFF=YES", "TILED=YES", "BLOCKXSIZE=16", "BLOCKYSIZE=16"}, false, 0},
+        {"big-endian", {"ENDIANNESS=BIG"}, false, 0},
+        {"big-endian centres", {"ENDIANNESS=BIG", "BIGTIFF=YES"}, true, 0},
+        {"dark on light", {"PHOTOMETRIC=MINISWHITE"}, false, 1},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::string path = fakes::writeRaster(
+            directory / "raster.tif", {.width = 40, .height = 40, .options = c.options});
+        if (c.centres) {
+            GDALDatasetUniquePtr(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE))
+                ->SetMetadataItem("AREA_OR_POINT", "Point");
+        }
+        const Opened opened(path);
+        std::array<double, 6> transform{};
+        GDALDatasetUniquePtr(GDALDataset::Open(path.c_str()))->GetGeoTransform(transform.data());
+        const auto* geo = opened.property<GeoTiffCorrelation>();
+        EXPECT_EQ(geo->getUpperLeft().x, transform[0]);
+        EXPECT_EQ(geo->getUpperLeft().y, transform[3]);
+        EXPECT_EQ(opened.frame->frameOp4(), c.model);
+        EXPECT_EQ(opened.frame->frameOp12() != nullptr, c.model == 1);
+        if (!c.centres) {  // what was changed afterwards lies behind the pixels
+            std::filesystem::resize_file(path, std::filesystem::file_size(path) - 1);
+            EXPECT_EQ(whyNotReadable(fileSpecifier(path)), "the file is cut short");
+        }
+    }
+}
+
 /// Upper left, upper right, lower left, lower right.
 using Corners = std::array<Point2d, 4>;
 

@@ -15,24 +15,28 @@
 
 namespace {
 
-/// Everything that the frames of a set tell, as one text.
+/// Everything that a frame tells, as one text.
+std::string told(Pyxis::ReadImageFileInterface& image, int index) {
+    const std::unique_ptr<Pyxis::ReadImageFileFrameInterface> frame(image.openFrame(index));
+    std::string all(12 * 8, '\0');
+    Pyxis::PixelRequest request{0, 0, 12, 8, 12, 8};
+    request.buffer = all.data();
+    request.bufferBytes = all.size();
+    EXPECT_TRUE(frame->frameOp13(0, &request));
+    const std::unique_ptr<Pyxis::FormatCodecPropertySetIterator> properties(frame->getProperties());
+    for (properties->start(); !properties->endOfList(); properties->step()) {
+        all += Pyxis::toUtf8(properties->openProperty()->getName()) + '\n';
+    }
+    return all;
+}
+
 std::string openAndTell(const KestMultispectralCodec& codec, const Pyxis::FileSpecifier& set) {
     EXPECT_EQ(codec.isDecodableFile(set, nullptr), Pyxis::FormatDecodability::Decodable);
     Pyxis::DirectoryFileFinder finder;
     const std::unique_ptr<Pyxis::ReadImageFileInterface> image(codec.openImage(&set, finder));
     std::string all;
     for (int i = 0; i < image->getNumFrames(); ++i) {
-        const std::unique_ptr<Pyxis::ReadImageFileFrameInterface> frame(image->openFrame(i));
-        std::string pixels(12 * 8, '\0');
-        Pyxis::PixelRequest request{0, 0, 12, 8, 12, 8};
-        request.buffer = pixels.data();
-        request.bufferBytes = pixels.size();
-        EXPECT_TRUE(frame->frameOp13(0, &request));
-        all += pixels;
-        const std::unique_ptr<Pyxis::FormatCodecPropertySetIterator> list(frame->getProperties());
-        for (list->start(); !list->endOfList(); list->step()) {
-            all += Pyxis::toUtf8(list->openProperty()->getName()) + '\n';
-        }
+        all += told(*image, i);
     }
     const std::unique_ptr<Pyxis::ReadImageFileInterface> copy(codec.cloneOpenImage(image.get()));
     return all + told(*copy, 0);
