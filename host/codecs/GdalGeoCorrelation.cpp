@@ -74,7 +74,7 @@ class KnownSystems {
     /// they have files to open meanwhile.
     SharedSystem systemOf(GDALDataset& dataset, const std::string& key) {
         std::promise<std::shared_ptr<const CoordinateSystem>> promise;
-        const SharedSystem own = promise.get_future().share();
+        SharedSystem own = promise.get_future().share();
         {
             const std::lock_guard<std::mutex> lock(mutex_);
             if (systems_.size() >= kMostSystems && systems_.count(key) == 0) {

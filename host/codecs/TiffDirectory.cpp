@@ -242,8 +242,9 @@ std::optional<std::array<double, 6>> transformOf(Directory& directory) {
 bool mayHaveColours(Directory& directory) {
     constexpr std::uint64_t kLightOnDark = 1;
     constexpr std::uint64_t kRedGreenBlue = 2;
-    const auto model = directory.lastNumber(tag::kPhotometric);
-    return directory.has(tag::kColourMap) || (model != kLightOnDark && model != kRedGreenBlue);
+    const std::uint64_t model = directory.lastNumber(tag::kPhotometric).value_or(UINT64_MAX);
+    const bool isPlain = model == kLightOnDark || model == kRedGreenBlue;
+    return directory.has(tag::kColourMap) || !isPlain;
 }
 
 void findLastBlock(Directory& directory, KnownFacts& facts) {
