@@ -20,6 +20,7 @@ using fakes::setOf;
 using Pyxis::toUtf8;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using BandName = KestMultispectralBandNameProperty;
 using Frame = std::unique_ptr<Pyxis::ReadImageFileFrameInterface>;
 using Properties = std::unique_ptr<Pyxis::FormatCodecPropertySetIterator>;
 
@@ -103,11 +104,10 @@ TEST_F(ReadFileTest, BandsOfOneNumberKeepTheirOrder) {
 
 TEST_F(ReadFileTest, BandsAreNamedByTheirOrdinalWhileTheFrameIsOpen) {
     fakes::NitfCodec nitf(world_);
-    FrameFacts red = bandFrame();
-    red.properties.push_back(fakes::property<fakes::StringProperty>("property 10", "R"));
-    FrameFacts other = bandFrame(2.0);
-    other.properties.push_back(fakes::property<fakes::StringProperty>("property 10", "LU"));
-    nitf.add("/n", fakes::FileFacts{false, {red, other, bandFrame(3.0)}});
+    nitf.add("/n",
+             fakes::FileFacts{false,
+                              {fakes::describedFrame("property 10", "R"),
+                               fakes::describedFrame("property 10", "LU", 2.0), bandFrame(3.0)}});
     const KestMultispectralReadFile file = open(fakes::framesOf("/n", {0, 1, 2}));
     EXPECT_THAT(bandsOf(file), ElementsAre("2 0 0 0", "0 1 0 2", "1 2 0 2"));
     EXPECT_EQ(file.bucket(2).bucketNumber, 2);
@@ -195,19 +195,6 @@ TEST_F(ReadFileTest, MetadataTextFileNeedsAProductSetAndAFinderThatFindsIt) {
     EXPECT_THAT(bandsOf(file), ElementsAre("1 0 1 0", "0 0 0 3"));
 }
 
-TEST_F(ReadFileTest, ClonesAreEqualAndIndependent) {
-    auto original =
-        std::make_unique<KestMultispectralReadFile>(open(add({"/b02.tif", "/a01.tif"})));
-    KestMultispectralReadFile copy(*original);
-    original.reset();
-    EXPECT_THAT(bandsOf(copy), ElementsAre("1 0 1 1", "0 0 0 2"));
-    EXPECT_EQ(copy.setKind(), 2);
-    EXPECT_EQ(copy.getNumFiles(), 2);
-    EXPECT_EQ(copy.getNumBuckets(0), 1);
-    EXPECT_EQ(copy.openFrame(2), nullptr);
-    EXPECT_NE(Frame(copy.openFrame(1)), nullptr);
-}
-
 // A host should delete property sets first, then frames, then the image, but need not.
 TEST_F(ReadFileTest, FramesAndPropertySetsStandOnTheirOwn) {
     FrameFacts facts = bandFrame();
@@ -226,17 +213,12 @@ TEST_F(ReadFileTest, FramesAndPropertySetsStandOnTheirOwn) {
     second.reset();
     EXPECT_THAT(fakes::namesIn(*other),
                 ElementsAre("", "<18109>", "<18107>", "<18109>", "<18116>", "<18111>"));
-    other->start();
-    for (int i = 0; i < 3; ++i) {
-        other->step();
+    std::string band;
+    for (other->start(); !other->endOfList(); other->step()) {
+        const auto* name = dynamic_cast<BandName*>(other->openProperty());
+        band += name == nullptr ? "-" : std::to_string(name->getBandIndex());
     }
-    const auto* name =
-        dynamic_cast<const KestMultispectralBandNameProperty*>(other->openProperty());
-    ASSERT_NE(name, nullptr);
-    Pyxis::StringBuffer text;
-    name->getBandName(text);
-    EXPECT_EQ(toUtf8(text), "B02");
-    EXPECT_EQ(name->getBandIndex(), 1);
+    EXPECT_EQ(band, "---1--");
     EXPECT_EQ(world_.alive, 0);
 }
 
