@@ -1,8 +1,8 @@
 // The codec's part in deciding whether components form a set, and in tidying their list.
 
+#include "bands/ComponentCodec.h"
 #include "codec/KestMultispectralCodec.h"
 #include "properties/HostBoundary.h"
-#include "pyxis/FileReadDescriptor.h"
 #include "sets/ComponentList.h"
 
 using Codec = KestMultispectralCodec;
@@ -12,12 +12,6 @@ namespace {
 
 bool isCompound(const Pyxis::FileSpecifier& file) {
     return file.type() == Pyxis::FileSpecifier::Type::Compound;
-}
-
-/// Whether a codec reads the file.
-bool findCodec(const Pyxis::FileSpecifier& file, const Pyxis::ImageFormatCodec*& codec) {
-    return Pyxis::FileReadDescriptor::findImageFileCodec(file, codec) == Decodability::Decodable &&
-           codec != nullptr;
 }
 
 }  // namespace
@@ -46,9 +40,10 @@ Decodability Codec::decodabilityOf(const kest::ComponentList& components) const 
             result = Decodability::UndecodableSet;
             break;
         }
-        const Pyxis::ImageFormatCodec* codec = nullptr;
         // A codec that throws is one that does not read the component.
-        if (!kest::answerOr(false, [&] { return findCodec(component, codec); })) {
+        const auto* codec = kest::answerOr<const Pyxis::ImageFormatCodec*>(
+            nullptr, [&] { return kest::findCodec(component); });
+        if (codec == nullptr) {
             continue;
         }
         const bool belongs = accepted == 0 ? initialzeSetCriteria(component, frame, codec, criteria)
@@ -78,8 +73,7 @@ bool Codec::purifyFileSet(Pyxis::FileSpecifier& file) const {
             if (!components.get(i, component, frame)) {
                 return false;
             }
-            const Pyxis::ImageFormatCodec* codec = nullptr;
-            if (findCodec(component, codec)) {
+            if (kest::findCodec(component) != nullptr) {
                 readable.append(component, frame);
             }
         }

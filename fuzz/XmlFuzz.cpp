@@ -61,8 +61,8 @@ void checkChildren(const Document& document, const Element& parent) {
         }
         require(next == nullptr, "the chain of a name ends");
         const int last = static_cast<int>(elements.size()) - 1;
-        require(Document::index(elements.front(), last) == elements.back(), "index to the last");
-        require(Document::index(elements.front(), last + 1) == nullptr, "index past the last");
+        require(document.index(elements.front(), last) == elements.back(), "index to the last");
+        require(document.index(elements.front(), last + 1) == nullptr, "index past the last");
         require(name.empty() || document.get(&parent, {{name, last}}) == elements.back(),
                 "a path to the last of a name");
     }

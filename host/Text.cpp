@@ -2,6 +2,8 @@
 
 #include <array>
 #include <cstdint>
+#include <cstring>
+#include <type_traits>
 
 namespace Pyxis {
 namespace {
@@ -48,6 +50,33 @@ std::size_t decodeSequence(std::string_view text, char32_t& value) {
     return 0;
 }
 
+/// Copies the ASCII characters at the start, which are the same in every encoding; answers how many
+/// there are. Most texts are so from end to end. Blocks of a fixed size become vector instructions.
+template <typename From, typename To>
+std::size_t copyAscii(std::basic_string_view<From> text, std::basic_string<To>& out) {
+    constexpr std::size_t kBlock = 16;
+    using Unsigned = std::make_unsigned_t<From>;
+    out.resize(text.size());
+    std::size_t done = 0;
+    const auto isAscii = [&text](std::size_t from, std::size_t count) {
+        Unsigned all = 0;
+        for (std::size_t i = 0; i < count; ++i) {
+            all = static_cast<Unsigned>(all | static_cast<Unsigned>(text[from + i]));
+        }
+        return all < 0x80;
+    };
+    for (; text.size() - done >= kBlock && isAscii(done, kBlock); done += kBlock) {
+        for (std::size_t i = 0; i < kBlock; ++i) {
+            out[done + i] = static_cast<To>(text[done + i]);
+        }
+    }
+    for (; done < text.size() && isAscii(done, 1); ++done) {
+        out[done] = static_cast<To>(text[done]);
+    }
+    out.resize(done);
+    return done;
+}
+
 void appendUtf8(char32_t value, std::string& out) {
     const auto put = [&out](char32_t byte) { out.push_back(static_cast<char>(byte)); };
     if (value < 0x80) {
@@ -71,7 +100,7 @@ void appendUtf8(char32_t value, std::string& out) {
 
 std::u16string utf8ToWide(std::string_view text) {
     std::u16string wide;
-    wide.reserve(text.size());
+    text.remove_prefix(copyAscii(text, wide));
     while (!text.empty()) {
         char32_t value = 0;
         const std::size_t length = decodeSequence(text, value);
@@ -94,8 +123,7 @@ std::u16string utf8ToWide(std::string_view text) {
 
 std::string wideToUtf8(std::u16string_view text) {
     std::string bytes;
-    bytes.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
+    for (std::size_t i = copyAscii(text, bytes); i < text.size(); ++i) {
         const char16_t unit = text[i];
         const char16_t next = i + 1 < text.size() ? text[i + 1] : u'\0';
         if (unit >= 0xD800 && unit < 0xDC00 && next >= 0xDC00 && next < 0xE000) {
@@ -111,9 +139,16 @@ std::string wideToUtf8(std::u16string_view text) {
 }
 
 std::string toUtf8(const StringBuffer& buffer) {
-    StringBuffer narrow;
-    StringBuffer::convertString(buffer, narrow, CharacterType::Narrow);
-    return reinterpret_cast<const char*>(narrow.data());
+    const auto size = static_cast<std::size_t>(buffer.numDataBytes());
+    if (buffer.type() != CharacterType::Wide) {
+        const std::string_view bytes(reinterpret_cast<const char*>(buffer.data()), size);
+        return std::string(bytes.substr(0, bytes.find('\0')));
+    }
+    std::u16string text(size / 2, u'\0');
+    if (!text.empty()) {
+        std::memcpy(text.data(), buffer.data(), text.size() * 2);
+    }
+    return wideToUtf8(std::u16string_view(text).substr(0, text.find(u'\0')));
 }
 
 StringBuffer toWideBuffer(std::string_view utf8) {

@@ -11,6 +11,12 @@ namespace {
 /// Elements with more names among their children than this get an index of them.
 constexpr std::uint32_t kNamesWithoutIndex = 32;
 
+/// Elements farther along their chain than this are looked up in an index of it.
+constexpr int kStepsWithoutIndex = 16;
+
+/// What a new document's tree is likely to take at least.
+constexpr std::size_t kSmallArena = 1024;
+
 struct PredefinedEntity {
     std::string_view name;  ///< with its semicolon
     std::string_view replacement;
@@ -22,13 +28,13 @@ constexpr PredefinedEntity kPredefinedEntities[] = {
 
 }  // namespace
 
-Document::Document() {
+Document::Document(std::size_t arenaSize) : arena_(arenaSize) {
     for (const PredefinedEntity& entity : kPredefinedEntities) {
         entities_.emplace(entity.name, entity.replacement);
     }
 }
 
-Document::Document(std::string_view rootName) : Document() {
+Document::Document(std::string_view rootName) : Document(kSmallArena) {
     root_.name_ = keep(rootName);
 }
 
@@ -82,6 +88,13 @@ void Document::indexName(const Element* parent, Element* siblingHead, Element* e
     names[element->name_] = element;
 }
 
+/// Keeps the index of a chain that grows at its end; one that grows elsewhere is indexed anew.
+void Document::extendIndexedChain(const Element* last, const Element* element) {
+    if (!indexedChain_.empty() && indexedChain_.back() == last) {
+        indexedChain_.push_back(element);
+    }
+}
+
 /// Links the element into the chain that goes by `following`, behind all of no greater offset.
 void Document::linkByOffset(Element* Element::*following, Element*& head, Element*& last,
                             Element* element) {
@@ -116,6 +129,7 @@ void Document::linkName(Element* parent, Element*& siblingHead, Element* element
     Element* first = firstOfName(parent, element->name_);
     if (first != nullptr && first->offset_ <= element->offset_) {
         if (first->lastOfName_->offset_ <= element->offset_) {
+            extendIndexedChain(first->lastOfName_, element);
             first->lastOfName_->next_ = element;
             first->lastOfName_ = element;
             return;
@@ -126,6 +140,7 @@ void Document::linkName(Element* parent, Element*& siblingHead, Element* element
         }
         element->next_ = before->next_;
         before->next_ = element;
+        indexedChain_.clear();
         return;
     }
     element->lastOfName_ = element;
@@ -172,6 +187,7 @@ Element* Document::cut(Element* element) {
         }
     }
     nameIndexes_.erase(parent);
+    indexedChain_.clear();
     parent->child_ = parent->lastChild_ = parent->lastSibling_ = nullptr;
     parent->nameCount_ = 0;
     const auto unlink = [](Element* each) {
@@ -278,7 +294,17 @@ Element* Document::child(Element* element, std::string_view name) {
     return element == nullptr ? nullptr : firstOfName(element, name);
 }
 
-const Element* Document::index(const Element* element, int index) {
+const Element* Document::index(const Element* element, int index) const {
+    if (index > kStepsWithoutIndex && element != nullptr) {
+        if (indexedChain_.empty() || indexedChain_.front() != element) {
+            indexedChain_.clear();
+            for (const Element* each = element; each != nullptr; each = each->next_) {
+                indexedChain_.push_back(each);
+            }
+        }
+        const auto place = static_cast<std::size_t>(index);
+        return place < indexedChain_.size() ? indexedChain_[place] : nullptr;
+    }
     for (; element != nullptr && index > 0; --index) {
         element = element->next_;
     }
@@ -294,6 +320,9 @@ void Document::addDefault(std::string_view elementName, std::string_view name,
 }
 
 const AttributeDefaults* Document::defaultsOf(std::string_view elementName) const {
+    if (defaults_.empty()) {
+        return nullptr;
+    }
     const auto found = defaults_.find(elementName);
     return found == defaults_.end() ? nullptr : &found->second;
 }

@@ -123,7 +123,7 @@ class Document {
     Element* child(Element* element, std::string_view name);
     /// Element `index` of the next chain that starts at `element`; null past its end, and for a
     /// negative index.
-    static const Element* index(const Element* element, int index);
+    const Element* index(const Element* element, int index) const;
     /// The value of the element's attribute, else the default that the document declares.
     std::optional<std::string_view> attribute(const Element* element, std::string_view name) const;
     /// Walks a path down. A step with an empty name ends it; a negative index ends it after the
@@ -150,7 +150,8 @@ class Document {
     using EntityTable = std::unordered_map<std::string_view, std::string_view>;
     using NameIndex = std::unordered_map<std::string_view, Element*>;
 
-    Document();
+    /// `arenaSize`: bytes that the tree will likely take.
+    explicit Document(std::size_t arenaSize);
 
     /// A copy of `text` that lives as long as the document.
     std::string_view keep(std::string_view text);
@@ -161,6 +162,7 @@ class Document {
     void setAttributes(Element* element, const std::vector<Attribute>& attributes);
     Element* newElement(std::string_view name);
     Element* firstOfName(const Element* parent, std::string_view name) const;
+    void extendIndexedChain(const Element* last, const Element* element);
     void link(Element* parent, Element* element);
     void linkName(Element* parent, Element*& siblingHead, Element* element);
     static void linkByOffset(Element* Element::*following, Element*& head, Element*& last,
@@ -182,6 +184,8 @@ class Document {
     std::unordered_map<std::string_view, std::size_t> instructionIndex_;
     /// Children by name, of elements that have many names.
     std::unordered_map<const Element*, NameIndex> nameIndexes_;
+    /// The chain that was last searched far for a number, from the element on where that began.
+    mutable std::vector<const Element*> indexedChain_;
     bool standalone_ = false;
 };
 

@@ -14,6 +14,17 @@ namespace {
 constexpr CharacterSet kTagNameEnds(" \t\r\n/>");
 constexpr CharacterSet kTagEnds(" \t\r\n>");
 constexpr CharacterSet kAttributeNameEnds(" \t\r\n=/>");
+constexpr CharacterSet kBeforeValue(" \t\r\n=");
+
+/// Where a quoted value stops being as it stands: its quote, or what the decoder changes.
+constexpr CharacterSet kDoubleQuotedEnds("\"&\t\r\n");
+constexpr CharacterSet kSingleQuotedEnds("'&\t\r\n");
+
+/// Bytes of a tree for a byte of text, as component lists have them. A single block of about the
+/// right size comes back faster from the heap than blocks that grow.
+constexpr std::size_t kTreeBytes = 4;
+constexpr std::size_t kSmallText = 256;
+constexpr std::size_t kLargeText = std::size_t{16} << 20U;
 
 bool startsName(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' ||
@@ -50,6 +61,7 @@ class Parser {
     bool markup();
     bool startTag();
     bool attribute();
+    bool value(char quote, std::string_view& value);
     void open(std::string_view name);
     void close() { current_ = current_->parent_; }
     bool endTag();
@@ -82,6 +94,10 @@ bool Parser::parse() {
             return false;
         }
         const std::size_t run = at_ + 1;
+        if (at(run) == '<') {
+            at_ = run;
+            continue;
+        }
         at_ = std::min(text_.find('<', std::min(run, text_.size())), text_.size());
         if (at_ < text_.size()) {
             characters(run, at_, DecodeMode::Text);
@@ -147,21 +163,33 @@ bool Parser::attribute() {
     Attribute attribute{text_.substr(at_, nameEnd - at_), {}};
     at_ = nameEnd;
     if (at(at_) == '=' || isSpace(at(at_))) {
-        at_ = std::min(text_.find_first_not_of(" \t\r\n=", at_), text_.size());
+        at_ = kBeforeValue.skip(text_, at_);
         if (const char quote = at(at_); quote == '"' || quote == '\'') {
-            const std::size_t start = at_ + 1;
-            at_ = text_.find(quote, start);
-            if (at_ == std::string_view::npos) {
-                return fault(start, "missing %c", {&quote, 1});
-            }
-            attribute.value =
-                decoder_
-                    .decode(document_.source_.data() + start, at_ - start, DecodeMode::Attribute)
-                    .text;
             ++at_;
+            if (!value(quote, attribute.value)) {
+                return fault(at_, "missing %c", {&quote, 1});
+            }
         }
     }
     attributes_.push_back(attribute);
+    return true;
+}
+
+/// Reads a value up to its quote and goes behind that; false when there is no quote.
+bool Parser::value(char quote, std::string_view& value) {
+    const std::size_t start = at_;
+    std::size_t end = (quote == '"' ? kDoubleQuotedEnds : kSingleQuotedEnds).find(text_, start);
+    if (end < text_.size() && text_[end] == quote) {
+        value = text_.substr(start, end - start);
+    } else {
+        end = text_.find(quote, end);
+        if (end == std::string_view::npos) {
+            return false;
+        }
+        char* run = document_.source_.data() + start;
+        value = decoder_.decode(run, end - start, DecodeMode::Attribute).text;
+    }
+    at_ = end + 1;
     return true;
 }
 
@@ -250,7 +278,8 @@ void Parser::characters(std::size_t from, std::size_t to, DecodeMode mode) {
 }
 
 std::unique_ptr<Document> Document::parse(std::string_view text) {
-    std::unique_ptr<Document> document(new Document);
+    std::unique_ptr<Document> document(
+        new Document(std::clamp(text.size(), kSmallText, kLargeText) * kTreeBytes));
     if (text.empty()) {
         fault(0, "root tag missing");
         return document;

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <optional>
 #include <unordered_set>
 
 #include "sets/XmlDocument.h"
@@ -10,8 +11,10 @@ namespace {
 /// Elements with more attributes than this are searched for duplicates by a hash set.
 constexpr std::ptrdiff_t kAttributesWithoutSet = 16;
 
-constexpr CharacterSet kTextEscapes("&<>\r");
-constexpr CharacterSet kAttributeEscapes("&<>\r\"\n\t");
+// A zero byte ends a run.
+using namespace std::string_view_literals;
+constexpr CharacterSet kTextEscapes("\0&<>\r"sv);
+constexpr CharacterSet kAttributeEscapes("\0&<>\r\"\n\t"sv);
 
 std::string_view escapeOf(char c) {
     switch (c) {
@@ -39,7 +42,7 @@ class FirstOfName {
 
     bool operator()(const Attribute& attribute) {
         if (element_.end() - element_.begin() > kAttributesWithoutSet) {
-            return seen_.insert(attribute.name).second;
+            return (seen_ ? *seen_ : seen_.emplace()).insert(attribute.name).second;
         }
         return std::none_of(element_.begin(), &attribute, [&attribute](const Attribute& other) {
             return other.name == attribute.name;
@@ -48,7 +51,7 @@ class FirstOfName {
 
   private:
     const Element& element_;
-    std::unordered_set<std::string_view> seen_;
+    std::optional<std::unordered_set<std::string_view>> seen_;
 };
 
 }  // namespace
@@ -66,13 +69,18 @@ class Writer {
     void text(const Element& element, std::size_t from, std::size_t to);
     void escaped(std::string_view text, const CharacterSet& escapes);
     void instructions(bool afterRoot);
-    void put(std::initializer_list<std::string_view> pieces);
+    void endTag(const Element& element);
+    template <typename... Pieces>
+    void put(const Pieces&... pieces) {
+        (out_.append(pieces), ...);
+    }
 
     const Document& document_;
     std::string out_;
 };
 
 std::string Writer::write(const Element& element) {
+    out_.reserve(document_.source_.size());  // what was parsed is written back as long
     const bool isRoot = &element == document_.root();
     if (isRoot) {
         instructions(false);
@@ -84,18 +92,12 @@ std::string Writer::write(const Element& element) {
     return std::move(out_);
 }
 
-void Writer::put(std::initializer_list<std::string_view> pieces) {
-    for (const std::string_view piece : pieces) {
-        out_.append(piece);
-    }
-}
-
 void Writer::instructions(bool afterRoot) {
     for (const InstructionTarget& each : document_.instructions_) {
         for (const Instruction& instruction : each.instructions) {
             if (instruction.afterRoot == afterRoot) {
-                put({afterRoot ? "\n" : "", "<?", each.target, instruction.text.empty() ? "" : " ",
-                     instruction.text, "?>", afterRoot ? "" : "\n"});
+                put(afterRoot ? "\n" : "", "<?", each.target, instruction.text.empty() ? "" : " ",
+                    instruction.text, "?>", afterRoot ? "" : "\n");
             }
         }
     }
@@ -114,11 +116,11 @@ void Writer::tree(const Element& top) {
             continue;
         }
         text(*element, 0, element->text().size());
-        put({"</", element->name(), ">"});
+        endTag(*element);
         while (element != &top && element->ordered() == nullptr) {
             const Element* parent = element->parent();
             text(*parent, element->offset(), parent->text().size());
-            put({"</", parent->name(), ">"});
+            endTag(*parent);
             element = parent;
         }
         if (element == &top) {
@@ -130,8 +132,12 @@ void Writer::tree(const Element& top) {
     }
 }
 
+void Writer::endTag(const Element& element) {
+    put("</", element.name(), ">");
+}
+
 void Writer::startTag(const Element& element) {
-    put({"<", element.name()});
+    put("<", element.name());
     FirstOfName isFirst(element);
     for (const Attribute& each : element) {
         if (isFirst(each)) {
@@ -153,7 +159,7 @@ void Writer::startTag(const Element& element) {
 }
 
 void Writer::attribute(std::string_view name, std::string_view value) {
-    put({" ", name, "=\""});
+    put(" ", name, "=\"");
     escaped(value, kAttributeEscapes);
     out_.push_back('"');
 }
@@ -165,15 +171,14 @@ void Writer::text(const Element& element, std::size_t from, std::size_t to) {
     }
 }
 
-/// A zero byte ends the run.
 void Writer::escaped(std::string_view text, const CharacterSet& escapes) {
-    text = text.substr(0, text.find('\0'));
     for (std::size_t at = 0; at < text.size();) {
         const std::size_t next = escapes.find(text, at);
-        out_.append(text, at, next - at);
-        if (next < text.size()) {
-            out_.append(escapeOf(text[next]));
+        out_.append(text.substr(at, next - at));
+        if (next == text.size() || text[next] == '\0') {
+            return;
         }
+        out_.append(escapeOf(text[next]));
         at = next + 1;
     }
 }

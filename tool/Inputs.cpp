@@ -31,11 +31,6 @@ bool exists(const std::string& path) {
     return fs::exists(path, error);
 }
 
-bool isDirectory(const std::string& path) {
-    std::error_code error;
-    return fs::is_directory(path, error);
-}
-
 /// "FILE#FRAME" taken apart; nothing when the argument does not end in "#" and digits.
 std::optional<Component> withFrame(const std::string& argument) {
     const std::size_t mark = argument.rfind('#');
@@ -94,48 +89,69 @@ class ArgumentReader {
     }
 
     void readLines(std::string_view text, const std::string& name) {
-        const auto before = components_.size();
+        const auto before = entries_.size();
         for (const std::string& line : linesOf(text)) {
             readEntry(line);
         }
-        if (components_.size() == before) {
+        if (entries_.size() == before) {
             throw Failure(ExitCode::CannotRead, name, "the list names no files");
         }
     }
 
-    const std::vector<Component>& components() const { return components_; }
+    std::vector<Component> components() const {
+        std::vector<std::string> files;
+        for (const Entry& entry : entries_) {
+            files.push_back(entry.path);
+        }
+        context_.session().readAhead(files);
+        std::vector<Component> components;
+        for (const Entry& entry : entries_) {
+            throwIfInterrupted();
+            const int frames = entry.frame ? 0 : framesOf(entry.path);
+            if (entry.frame) {
+                components.push_back({entry.path, *entry.frame});
+            }
+            for (int frame = 0; frame < frames; ++frame) {
+                components.push_back({entry.path, frame});
+            }
+        }
+        return components;
+    }
 
   private:
+    struct Entry {
+        std::string path;
+        std::optional<int> frame = {};  ///< none: all
+    };
+
     void readEntry(const std::string& entry) {
         throwIfInterrupted();
-        if (isDirectory(entry)) {
+        std::error_code error;
+        const fs::file_status status = fs::status(entry, error);
+        if (fs::is_directory(status)) {
             for (const std::string& path : rasterFilesIn(entry)) {
-                addAllFrames(path);
+                entries_.push_back({path});
             }
-        } else if (const auto component = exists(entry) ? std::nullopt : withFrame(entry)) {
-            add(*component);
+        } else if (fs::exists(status)) {
+            entries_.push_back({entry});
+        } else if (const auto component = withFrame(entry)) {
+            failIfMissing(component->path);
+            entries_.push_back({component->path, component->frame});
         } else {
-            addAllFrames(entry);
+            failIfMissing(entry);
+            entries_.push_back({entry});
         }
     }
 
-    void addAllFrames(const std::string& path) {
-        const int frames = framesOf(path);
-        for (int frame = 0; frame < frames; ++frame) {
-            add({path, frame});
+    void failIfMissing(const std::string& path) const {
+        if (missing_ == MissingFile::Fail && !exists(path)) {
+            throw Failure(ExitCode::CannotRead, path, whyNotReadable(path));
         }
-    }
-
-    void add(const Component& component) {
-        if (missing_ == MissingFile::Fail && !exists(component.path)) {
-            throw Failure(ExitCode::CannotRead, component.path, whyNotReadable(component.path));
-        }
-        components_.push_back(component);
     }
 
     Context& context_;
     MissingFile missing_;
-    std::vector<Component> components_;
+    std::vector<Entry> entries_;
 };
 
 Pyxis::FileSpecifier documentOf(const std::string& text, const std::string& name) {
@@ -144,6 +160,16 @@ Pyxis::FileSpecifier documentOf(const std::string& text, const std::string& name
         throw Failure(ExitCode::CannotRead, name, "the document lists no components");
     }
     return set;
+}
+
+/// The document with its files opened ahead.
+Pyxis::FileSpecifier opened(const Pyxis::FileSpecifier& document, Context& context) {
+    std::vector<std::string> files;
+    for (const Component& component : componentsOf(document)) {
+        files.push_back(component.path);
+    }
+    context.session().readAhead(files);
+    return document;
 }
 
 /// The document that a single argument names; nothing when it names no document.
@@ -174,14 +200,14 @@ Pyxis::FileSpecifier readSet(const std::vector<std::string>& arguments, Context&
     if (arguments.size() == 1 && arguments.front() == "-") {
         const std::string text = readText(context.in, kStandardInput);
         if (looksLikeXml(text)) {
-            return documentOf(text, kStandardInput);
+            return opened(documentOf(text, kStandardInput), context);
         }
         reader.readLines(text, kStandardInput);
         return setOf(reader.components());
     }
     if (arguments.size() == 1) {
         if (auto document = documentAt(arguments.front())) {
-            return *document;
+            return opened(*document, context);
         }
     }
     for (const std::string& argument : arguments) {

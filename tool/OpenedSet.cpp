@@ -1,5 +1,6 @@
 #include "tool/OpenedSet.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "host/Text.h"
@@ -20,6 +21,11 @@ namespace {
 
 using Pyxis::toUtf8;
 
+struct SystemText {
+    Pyxis::StringBuffer buffer;
+    std::string text;
+};
+
 /// The text that one of the codec's getters writes.
 template <typename Getter>
 std::string textOf(Getter getter) {
@@ -34,7 +40,19 @@ std::string pathOf(const Pyxis::FileSpecifier& file) {
                                                                : toUtf8(file.string());
 }
 
-Georeference georeferenceOf(const Pyxis::FormatCodecGeoCorrelation& geo) {
+/// The text of a band's coordinate system, which nearly always is that of the band before.
+std::string systemText(const Pyxis::StringBuffer& text, SystemText& last) {
+    const auto size = static_cast<std::size_t>(text.numDataBytes());
+    const bool same = last.buffer.type() == text.type() &&
+                      last.buffer.numDataBytes() == text.numDataBytes() &&
+                      std::equal(text.data(), text.data() + size, last.buffer.data());
+    if (!same) {
+        last = {text, toUtf8(text)};
+    }
+    return last.text;
+}
+
+Georeference georeferenceOf(const Pyxis::FormatCodecGeoCorrelation& geo, SystemText& system) {
     kest::InclusionData data;
     kest::measureGeoreference(geo, data);
     Pyxis::Vector2d size;
@@ -49,7 +67,7 @@ Georeference georeferenceOf(const Pyxis::FormatCodecGeoCorrelation& geo) {
     result.upperRight = data.upperRight;
     result.lowerLeft = data.lowerLeft;
     result.lowerRight = data.lowerRight;
-    result.coordinateSystem = toUtf8(data.coordinateSystem);
+    result.coordinateSystem = systemText(data.coordinateSystem, system);
     result.epsg = data.coordinateSystemCode;
     return result;
 }
@@ -57,12 +75,13 @@ Georeference georeferenceOf(const Pyxis::FormatCodecGeoCorrelation& geo) {
 /// Sorts the properties of a frame into the views of its band and its set.
 class PropertyReader {
   public:
-    PropertyReader(BandView& band, SetView& set) : band_(band), set_(set) {}
+    PropertyReader(BandView& band, SetView& set, SystemText& system)
+        : band_(band), set_(set), system_(system) {}
 
     void read(const Pyxis::FormatCodecPropertyInterface& property) {
         if (const auto* geo = dynamic_cast<const Pyxis::FormatCodecGeoCorrelation*>(&property)) {
             if (!band_.georeference) {
-                band_.georeference = georeferenceOf(*geo);
+                band_.georeference = georeferenceOf(*geo, system_);
             }
         } else if (const auto* reference =
                        dynamic_cast<const KestMultispectralReferenceNameProperty*>(&property)) {
@@ -100,9 +119,11 @@ class PropertyReader {
 
     BandView& band_;
     SetView& set_;
+    SystemText& system_;
 };
 
-void readFrame(Pyxis::ReadImageFileFrameInterface& frame, BandView& band, SetView& set) {
+void readFrame(Pyxis::ReadImageFileFrameInterface& frame, BandView& band, SetView& set,
+               SystemText& system) {
     frame.frameOp3(&band.width, &band.height);
     band.model = static_cast<Pyxis::PixelModel>(frame.frameOp4());
     band.bits = frame.frameOp6();
@@ -111,7 +132,7 @@ void readFrame(Pyxis::ReadImageFileFrameInterface& frame, BandView& band, SetVie
     if (!properties) {
         return;
     }
-    PropertyReader reader(band, set);
+    PropertyReader reader(band, set, system);
     for (properties->start(); !properties->endOfList(); properties->step()) {
         if (const auto* property = properties->openProperty()) {
             reader.read(*property);
@@ -162,12 +183,13 @@ std::unique_ptr<Pyxis::ReadImageFileFrameInterface> OpenedSet::openFrame(int fra
 }
 
 void OpenedSet::gatherBands(const KestMultispectralReadFile& reader) {
+    SystemText system;
     for (int i = 0; i < image_->getNumFrames(); ++i) {
         throwIfInterrupted();
         BandView band;
         band.frame = i;
         band.number = reader.band(i).bandNumber;
-        readFrame(*openFrame(i), band, view_);
+        readFrame(*openFrame(i), band, view_, system);
         view_.bands.push_back(std::move(band));
     }
 }

@@ -2,6 +2,7 @@
 
 #include "host/Text.h"
 #include "tool/Failure.h"
+#include "tool/Interrupt.h"
 #include "tool/Resources.h"
 
 namespace kestms {
@@ -25,6 +26,10 @@ Session::Session(const std::string& language)
                       "no such language; there are " + joined(availableLanguages()));
     }
     codec_.setResourceFileName(Pyxis::fileSpecifier(file));
+}
+
+void Session::readAhead(const std::vector<std::string>& paths) const {
+    componentCodecs_.readAhead(paths, isInterrupted);
 }
 
 }  // namespace kestms

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "codec/KestMultispectralCodec.h"
 #include "host/CodecRegistry.h"
@@ -19,12 +20,15 @@ class Session {
 
     const KestMultispectralCodec& codec() const { return codec_; }
     Pyxis::FindFileInterface& finder() { return finder_; }
+    /// Opens files that are about to be asked for, several at a time.
+    void readAhead(const std::vector<std::string>& paths) const;
     /// The language in use.
     const std::string& language() const { return language_; }
 
   private:
     std::string language_;
-    Pyxis::StandardCodecs componentCodecs_;
+    Pyxis::StandardCodecs componentCodecs_{Pyxis::StandardCodecs::QuickBird::With,
+                                           Pyxis::StandardCodecs::Changes::Ignore};
     KestMultispectralCodec codec_;
     Pyxis::CodecRegistration registration_;
     Pyxis::DirectoryFileFinder finder_;

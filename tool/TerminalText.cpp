@@ -47,6 +47,11 @@ bool isIn(std::uint32_t character, const std::array<Range, N>& ranges) {
     });
 }
 
+/// Whether all characters are shown as they are and one column wide, as nearly all are.
+bool isPlain(std::string_view utf8) {
+    return std::all_of(utf8.begin(), utf8.end(), [](char c) { return c >= ' ' && c <= '~'; });
+}
+
 bool isSurrogate(std::uint32_t character) {
     return character >= 0xD800 && character <= 0xDFFF;
 }
@@ -101,6 +106,9 @@ std::string encode(char32_t character) {
 }  // namespace
 
 std::string printable(std::string_view utf8) {
+    if (isPlain(utf8)) {
+        return std::string(utf8);
+    }
     std::string text;
     for (const char32_t character : decode(utf8)) {
         text += isIn(character, kEscaped) || isSurrogate(character) ? escape(character)
@@ -114,6 +122,9 @@ std::string printableName(std::string_view utf8) {
 }
 
 std::size_t displayWidth(std::string_view utf8) {
+    if (isPlain(utf8)) {
+        return utf8.size();
+    }
     std::size_t width = 0;
     for (const char32_t character : decode(utf8)) {
         width += isIn(character, kZeroWidth) ? 0 : isIn(character, kWide) ? 2 : 1;

@@ -38,7 +38,7 @@ std::shared_ptr<OpenedFile> FileCache::open(const GdalFormat& format, const std:
         HandlePool::instance().closeIdle();
         file = OpenedFile::open(format, path, why);
     }
-    if (file && format.mayBeKept() && file->isSettled()) {
+    if (file && format.mayBeKept() && (changes_ == Changes::Ignore || file->isSettled())) {
         keep(key, file);
     }
     return file;
@@ -51,7 +51,7 @@ std::shared_ptr<OpenedFile> FileCache::find(const std::string& key) {
     if (place == places_.end()) {
         return nullptr;
     }
-    if (!place->second->file->hasChanged()) {
+    if (changes_ == Changes::Ignore || !place->second->file->hasChanged()) {
         entries_.splice(entries_.begin(), entries_, place->second);
         return place->second->file;
     }

@@ -18,13 +18,14 @@ std::int64_t nanoseconds(const timespec& time) {
     return static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
 }
 
-FileState stateOf(const std::string& path) {
-    struct stat status {};
-    if (path.empty() || stat(path.c_str(), &status) != 0) {
-        return {};
-    }
+FileState stateOf(const struct stat& status) {
     return {status.st_dev, status.st_ino, static_cast<std::uint64_t>(status.st_size),
             nanoseconds(status.st_mtim), nanoseconds(status.st_ctim)};
+}
+
+FileState stateOf(const std::string& path) {
+    struct stat status {};
+    return path.empty() || stat(path.c_str(), &status) != 0 ? FileState() : stateOf(status);
 }
 
 /// Why what is opened is no file to read; empty when it is one.
@@ -36,7 +37,7 @@ std::string notRegular(int descriptor, FileHead& head) {
     if (S_ISDIR(status.st_mode)) {
         return "is a directory";
     }
-    head.size = static_cast<std::uint64_t>(status.st_size);
+    head.state = stateOf(status);
     return S_ISREG(status.st_mode) ? "" : "not a regular file";
 }
 
@@ -72,7 +73,8 @@ FileStamp stampOf(const std::string& path, bool withWorldFiles) {
 
 std::string absolutePath(const std::string& path) {
     std::error_code none;
-    return path.empty() ? path : std::filesystem::absolute(path, none).string();
+    return path.empty() || path.front() == '/' ? path
+                                               : std::filesystem::absolute(path, none).string();
 }
 
 std::optional<FileHead> readHead(const std::string& path, std::string& why) {

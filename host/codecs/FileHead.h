@@ -39,8 +39,8 @@ std::string absolutePath(const std::string& path);
 
 /// What is known of a file before GDAL sees it.
 struct FileHead {
-    std::string bytes;       ///< the first ones, `kBytes` where there are so many
-    std::uint64_t size = 0;  ///< of the whole file
+    std::string bytes;  ///< the first ones, `kBytes` where there are so many
+    FileState state;    ///< of the whole file, as it was before anything was read
 
     static constexpr std::size_t kBytes = 5000;
 };

@@ -28,7 +28,7 @@ bool GdalFormat::mayBeKept() const {
     return true;
 }
 
-std::string GdalFormat::systemKey(const std::string& /*path*/) const {
+KnownFacts GdalFormat::knownFacts(const std::string& /*path*/, const FileHead& /*head*/) const {
     return {};
 }
 

@@ -12,6 +12,7 @@ namespace Pyxis {
 class GdalPropertySet;
 class OpenedFile;
 struct FileHead;
+struct KnownFacts;
 
 /// What a format tells users and callers about itself.
 struct FormatTexts {
@@ -53,9 +54,8 @@ class GdalFormat {
     virtual std::string reject(const OpenedFile& file) const;
     /// Whether an opened file may be given out again for as long as the file itself stays as it is.
     virtual bool mayBeKept() const;
-    /// Bytes that alone decide which coordinate system GDAL finds in the file; empty when there are
-    /// no such bytes. Working a system out costs far more than opening the file.
-    virtual std::string systemKey(const std::string& path) const;
+    /// What the file's own bytes tell.
+    virtual KnownFacts knownFacts(const std::string& path, const FileHead& head) const;
     /// Whether GDAL may look for reduced-resolution levels.
     virtual bool hasOverviews() const;
     /// Appends the properties of a frame, geo-correlation first.

@@ -7,11 +7,13 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <exception>
 #include <mutex>
 #include <unordered_map>
 #include <utility>
 
 #include "host/codecs/Guarded.h"
+#include "host/codecs/KnownFacts.h"
 
 namespace Pyxis {
 namespace {
@@ -49,38 +51,64 @@ std::string wktOf(const OGRSpatialReference& system) {
 }
 
 std::shared_ptr<const CoordinateSystem> systemOf(GDALDataset& dataset) {
-    auto found = std::make_shared<CoordinateSystem>();
+    auto found = std::make_shared<CoordinateSystem>(CoordinateSystem{toWideBuffer(""), 0});
     const OGRSpatialReference* system = dataset.GetSpatialRef();
     if (system != nullptr && !system->IsEmpty()) {
         const OGRSpatialReference known = identified(*system);
-        *found = {wktOf(known), epsgCode(known)};
+        *found = {toWideBuffer(wktOf(known)), epsgCode(known)};
     }
     return found;
 }
 
+using SharedSystem = decltype(GeoFacts::system);
+
 /// The systems of the keys met so far. Sets have one or two; past the limit it starts anew.
-std::shared_ptr<const CoordinateSystem> systemOf(GDALDataset& dataset, const std::string& key) {
-    constexpr std::size_t kMostSystems = 64;
-    static std::mutex mutex;
-    static auto* const known =
-        new std::unordered_map<std::string, std::shared_ptr<const CoordinateSystem>>;
-    if (key.empty()) {
-        return systemOf(dataset);
+class KnownSystems {
+  public:
+    static KnownSystems& instance() {
+        static auto* const systems = new KnownSystems;
+        return *systems;
     }
-    {
-        const std::lock_guard<std::mutex> lock(mutex);
-        const auto place = known->find(key);
-        if (place != known->end()) {
-            return place->second;
+
+    /// Only the first who asks for a key works the system out. The others do not wait for it, as
+    /// they have files to open meanwhile.
+    SharedSystem systemOf(GDALDataset& dataset, const std::string& key) {
+        std::promise<std::shared_ptr<const CoordinateSystem>> promise;
+        const SharedSystem own = promise.get_future().share();
+        {
+            const std::lock_guard<std::mutex> lock(mutex_);
+            if (systems_.size() >= kMostSystems && systems_.count(key) == 0) {
+                systems_.clear();
+            }
+            const auto [place, added] = systems_.emplace(key, own);
+            if (!added) {
+                return place->second;
+            }
         }
+        try {
+            promise.set_value(Pyxis::systemOf(dataset));
+        } catch (...) {
+            promise.set_exception(std::current_exception());
+            const std::lock_guard<std::mutex> lock(mutex_);
+            systems_.erase(key);
+        }
+        return own;
     }
-    std::shared_ptr<const CoordinateSystem> system = systemOf(dataset);
-    const std::lock_guard<std::mutex> lock(mutex);
-    if (known->size() >= kMostSystems) {
-        known->clear();
+
+  private:
+    static constexpr std::size_t kMostSystems = 64;
+
+    std::mutex mutex_;
+    std::unordered_map<std::string, SharedSystem> systems_;
+};
+
+SharedSystem systemOf(GDALDataset& dataset, const std::string& key) {
+    if (!key.empty()) {
+        return KnownSystems::instance().systemOf(dataset, key);
     }
-    known->emplace(key, system);
-    return system;
+    std::promise<std::shared_ptr<const CoordinateSystem>> promise;
+    promise.set_value(systemOf(dataset));
+    return promise.get_future().share();
 }
 
 double determinant(const std::array<double, 6>& t) {
@@ -121,9 +149,11 @@ bool GeoFacts::isToldByRotation() const {
     return off <= kMostPixelsOff * std::min(size.x, size.y);
 }
 
-std::shared_ptr<const GeoFacts> readGeoFacts(GDALDataset& dataset, const std::string& systemKey) {
+std::shared_ptr<const GeoFacts> readGeoFacts(GDALDataset& dataset, const KnownFacts& known) {
     auto facts = std::make_shared<GeoFacts>();
-    if (dataset.GetGeoTransform(facts->transform.data()) != CE_None) {
+    if (known.transform) {
+        facts->transform = *known.transform;
+    } else if (dataset.GetGeoTransform(facts->transform.data()) != CE_None) {
         return nullptr;
     }
     // Formats that always give a transform give this one when they know of none.
@@ -138,7 +168,7 @@ std::shared_ptr<const GeoFacts> readGeoFacts(GDALDataset& dataset, const std::st
     }
     facts->width = dataset.GetRasterXSize();
     facts->height = dataset.GetRasterYSize();
-    facts->system = systemOf(dataset, systemKey);
+    facts->system = systemOf(dataset, known.systemKey);
     return facts;
 }
 

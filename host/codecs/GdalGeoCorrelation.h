@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <future>
 #include <memory>
 #include <string>
 
@@ -12,9 +13,11 @@ class GDALDataset;
 
 namespace Pyxis {
 
+struct KnownFacts;
+
 struct CoordinateSystem {
-    std::string text;  ///< WKT2, on one line; empty when the file gives none
-    int code = 0;      ///< EPSG code; 0 when there is none
+    StringBuffer text;  ///< wide: WKT2, on one line; empty when the file gives none
+    int code = 0;       ///< EPSG code; 0 when there is none
 };
 
 /// Where a raster lies, as its file says.
@@ -22,10 +25,12 @@ struct GeoFacts {
     std::array<double, 6> transform{};  ///< GDAL's: x0, xColumn, xRow, y0, yColumn, yRow
     std::int32_t width = 0;
     std::int32_t height = 0;
-    std::shared_ptr<const CoordinateSystem> system;  ///< never null
+    /// Never of null. Another thread may still be working it out.
+    std::shared_future<std::shared_ptr<const CoordinateSystem>> system;
 
     /// World position of a place in the raster, counted in pixels from its first corner.
     Point2d at(double column, double row) const;
+    const CoordinateSystem& coordinateSystem() const { return *system.get(); }
     /// Width and height of a pixel in world units, never negative.
     Vector2d pixelSize() const;
     /// Whether the raster shows the world mirrored, as one does whose lines run northward.
@@ -37,9 +42,9 @@ struct GeoFacts {
 };
 
 /// Null when the raster has no usable geotransform: ground control points alone do not tell where
-/// each corner lies. Rasters with the same `systemKey` have the same coordinate system, which is
-/// then worked out once; an empty key tells nothing.
-std::shared_ptr<const GeoFacts> readGeoFacts(GDALDataset& dataset, const std::string& systemKey);
+/// each corner lies. Rasters with the same system key have the same coordinate system, which is
+/// then worked out once.
+std::shared_ptr<const GeoFacts> readGeoFacts(GDALDataset& dataset, const KnownFacts& known);
 
 /// The name and description of every geo-correlation here.
 struct GeoCorrelationTexts {
@@ -71,12 +76,12 @@ class GdalGeoCorrelationBase : public Base {
         scale = Vector2d(1.0, facts_->mirrored() ? -1.0 : 1.0);
     }
     void getCoordinateSystem(StringBuffer& text) const override {
-        text = toWideBuffer(facts_->system->text);
+        text = facts_->coordinateSystem().text;
     }
-    bool hasCoordinateSystemCode() const override { return facts_->system->code > 0; }
+    bool hasCoordinateSystemCode() const override { return facts_->coordinateSystem().code > 0; }
     void getCoordinateSystemCode(int& code) const override {
-        if (facts_->system->code > 0) {
-            code = facts_->system->code;
+        if (facts_->coordinateSystem().code > 0) {
+            code = facts_->coordinateSystem().code;
         }
     }
     void getImageSize(std::int32_t& width, std::int32_t& height) const override {

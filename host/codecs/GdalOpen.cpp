@@ -1,11 +1,13 @@
 #include "host/codecs/GdalOpen.h"
 
 #include <cpl_conv.h>
+#include <gdal_frmts.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <mutex>
 #include <optional>
+#include <string_view>
 #include <system_error>
 
 #include "host/codecs/FileHead.h"
@@ -48,19 +50,31 @@ CPLStringList allowedSiblings(const std::string& path, bool withWorldFile) {
     return names;
 }
 
+/// TIFF files need no driver but their own, and registering all of them takes as long as opening
+/// a hundred files. NITF files hold images of other formats.
+void registerDrivers(std::string_view driver) {
+    static std::once_flag one;
+    static std::once_flag all;
+    if (driver == "GTiff") {
+        std::call_once(one, GDALRegister_GTiff);
+    } else {
+        std::call_once(all, GDALAllRegister);
+    }
+}
+
 }  // namespace
 
 GDALDatasetUniquePtr openForReading(const char* driver, const std::string& name,
-                                    const std::string& path, bool withWorldFile) {
-    static std::once_flag registered;
-    std::call_once(registered, GDALAllRegister);
+                                    const std::string& path, const Opening& opening) {
+    registerDrivers(driver);
     const ThreadOption noAuxiliaryFiles("GDAL_PAM_ENABLED", "NO");
     const char* const drivers[] = {driver, nullptr};
     GDALDatasetUniquePtr dataset(
         GDALDataset::Open(name.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR,
-                          drivers, nullptr, allowedSiblings(path, withWorldFile).List()));
+                          drivers, nullptr, allowedSiblings(path, opening.withWorldFile).List()));
     // Metadata inside a file can name any other one as the place of its overviews.
-    if (dataset && dataset->GetMetadataItem("OVERVIEW_FILE", "OVERVIEWS") != nullptr) {
+    if (dataset && opening.mayNameOverviews &&
+        dataset->GetMetadataItem("OVERVIEW_FILE", "OVERVIEWS") != nullptr) {
         CPLError(CE_Failure, CPLE_AppDefined, "names another file as its overviews");
         dataset.reset();
     }

@@ -26,7 +26,11 @@ std::size_t HandlePool::limit() {
 }
 
 void HandlePool::used(OpenedFile& file) {
+    if (latest_ == &file) {
+        return;
+    }
     const std::lock_guard<std::mutex> lock(mutex_);
+    latest_ = &file;
     const auto place = places_.find(&file);
     if (place != places_.end()) {
         order_.splice(order_.begin(), order_, place->second);
@@ -40,6 +44,9 @@ void HandlePool::used(OpenedFile& file) {
 
 void HandlePool::forget(OpenedFile& file) {
     const std::lock_guard<std::mutex> lock(mutex_);
+    if (latest_ == &file) {
+        latest_ = nullptr;
+    }
     const auto place = places_.find(&file);
     if (place != places_.end()) {
         order_.erase(place->second);
@@ -55,6 +62,9 @@ void HandlePool::closeIdle() {
 void HandlePool::closeOldest(std::size_t limit, const OpenedFile* except) {
     for (auto at = order_.end(); at != order_.begin() && order_.size() > limit;) {
         OpenedFile* file = *--at;
+        if (latest_ == file) {
+            latest_ = nullptr;  // before the file is free for others to open again
+        }
         // A file that another thread is using stays; waiting for it here could lock up both.
         if (file != except && file->closeIfIdle()) {
             places_.erase(file);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <list>
 #include <mutex>
@@ -27,6 +28,8 @@ class HandlePool {
   private:
     void closeOldest(std::size_t limit, const OpenedFile* except);
 
+    /// Reads of one file follow one another, so most uses are of the file used last.
+    std::atomic<const OpenedFile*> latest_{nullptr};
     std::mutex mutex_;
     std::list<OpenedFile*> order_;  // the latest first
     std::unordered_map<OpenedFile*, std::list<OpenedFile*>::iterator> places_;

@@ -53,7 +53,7 @@ class NitfFormat final : public GdalFormat {
         return head.substr(0, 4) == "NITF" || head.substr(0, 4) == "NSIF";
     }
     std::string refuse(const std::string& /*path*/, const FileHead& head) const override {
-        return statedFileLength(head.bytes) > head.size ? "the file is cut short" : "";
+        return statedFileLength(head.bytes) > head.state.size ? "the file is cut short" : "";
     }
     std::string load(OpenedFile& file) const override;
     void describe(OpenedFile& file, int frame, GdalPropertySet& properties) const override;

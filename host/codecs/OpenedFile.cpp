@@ -28,7 +28,7 @@ std::vector<std::uint8_t> coloursOf(GDALRasterBand& band) {
     return colours;
 }
 
-FrameFacts factsOf(GDALRasterBand& band) {
+FrameFacts factsOf(GDALRasterBand& band, bool mayHaveColours) {
     FrameFacts facts;
     facts.band = band.GetBand();
     facts.width = band.GetXSize();
@@ -36,7 +36,9 @@ FrameFacts factsOf(GDALRasterBand& band) {
     band.GetBlockSize(&facts.blockWidth, &facts.blockHeight);
     facts.type = band.GetRasterDataType();
     facts.format = sampleFormatOf(band);
-    facts.colours = coloursOf(band);
+    if (mayHaveColours) {
+        facts.colours = coloursOf(band);
+    }
     return facts;
 }
 
@@ -47,11 +49,13 @@ bool isGeoreferenced(GDALDataset& dataset) {
 
 }  // namespace
 
-OpenedFile::OpenedFile(const GdalFormat& format, std::string path, std::string absolutePath)
+OpenedFile::OpenedFile(const GdalFormat& format, std::string path, std::string absolutePath,
+                       const FileHead& head)
     : format_(format),
       path_(std::move(path)),
       absolutePath_(std::move(absolutePath)),
-      stamp_(stampOf(absolutePath_, false)),
+      stamp_{head.state, {}},
+      known_(format.knownFacts(absolutePath_, head)),
       files_{path_} {}
 
 OpenedFile::~OpenedFile() {
@@ -76,7 +80,7 @@ std::shared_ptr<OpenedFile> OpenedFile::open(const GdalFormat& format, const std
     if (!why.empty()) {
         return nullptr;
     }
-    std::shared_ptr<OpenedFile> file(new OpenedFile(format, path, absolute));
+    std::shared_ptr<OpenedFile> file(new OpenedFile(format, path, absolute, *head));
     why = file->load();
     return why.empty() ? file : nullptr;
 }
@@ -89,16 +93,16 @@ std::string OpenedFile::load() {
         return errors.message().empty() ? std::string("damaged ") + format_.texts().name + " file"
                                         : errors.message();
     }
-    if (format_.takesWorldFile() && !isGeoreferenced(mainDataset())) {
+    if (format_.takesWorldFile() && !known_.transform && !isGeoreferenced(mainDataset())) {
         takeWorldFile();
     }
     std::string why = format_.load(*this);
     if (why.empty() && frames_.empty()) {
         why = "holds no raster";
     }
-    if (const std::string key = format_.systemKey(absolutePath_); !key.empty()) {
+    if (!known_.systemKey.empty()) {
         // Cheap while the file is open; later it may have to open again.
-        geoFacts_.front() = readGeoFacts(*datasets_.front(), key);
+        geoFacts_.front() = readGeoFacts(*datasets_.front(), known_);
     }
     HandlePool::instance().used(*this);
     return why;
@@ -109,8 +113,8 @@ std::string OpenedFile::load() {
 void OpenedFile::takeWorldFile() {
     withWorldFile_ = true;
     stamp_ = stampOf(absolutePath_, true);
-    GDALDatasetUniquePtr dataset =
-        openForReading(format_.driver(), absolutePath_, absolutePath_, true);
+    GDALDatasetUniquePtr dataset = openForReading(format_.driver(), absolutePath_, absolutePath_,
+                                                  {withWorldFile_, known_.mayNameOverviews});
     if (dataset) {
         datasets_.front() = std::move(dataset);
     }
@@ -125,8 +129,8 @@ std::string OpenedFile::nameOfPart(std::string name) const {
 }
 
 GDALDataset* OpenedFile::openPart(const std::string& name) {
-    GDALDatasetUniquePtr dataset =
-        openForReading(format_.driver(), nameOfPart(name), absolutePath_, withWorldFile_);
+    GDALDatasetUniquePtr dataset = openForReading(format_.driver(), nameOfPart(name), absolutePath_,
+                                                  {withWorldFile_, known_.mayNameOverviews});
     if (!dataset) {
         return nullptr;
     }
@@ -140,7 +144,7 @@ void OpenedFile::addBandsOf(GDALDataset& dataset, const std::vector<std::string>
     const auto part = std::find_if(datasets_.begin(), datasets_.end(),
                                    [&dataset](const auto& own) { return own.get() == &dataset; });
     for (int i = 0; i < dataset.GetRasterCount(); ++i) {
-        FrameFacts facts = factsOf(*dataset.GetRasterBand(i + 1));
+        FrameFacts facts = factsOf(*dataset.GetRasterBand(i + 1), known_.mayHaveColours);
         facts.part = static_cast<std::size_t>(part - datasets_.begin());
         const auto text = static_cast<std::size_t>(i);
         facts.ownText = text < ownTexts.size() ? ownTexts[text] : std::string();
@@ -167,8 +171,8 @@ bool OpenedFile::openAgain() {
         return false;
     }
     for (const std::string& name : partNames_) {
-        datasets_.push_back(
-            openForReading(format_.driver(), nameOfPart(name), absolutePath_, withWorldFile_));
+        datasets_.push_back(openForReading(format_.driver(), nameOfPart(name), absolutePath_,
+                                           {withWorldFile_, known_.mayNameOverviews}));
         if (!datasets_.back()) {
             datasets_.clear();
             return false;
@@ -189,7 +193,7 @@ std::shared_ptr<const GeoFacts> OpenedFile::geoFacts(int index) {
     if (use.band() == nullptr) {
         return nullptr;
     }
-    geoFacts_[part] = readGeoFacts(*datasets_[part], format_.systemKey(absolutePath_));
+    geoFacts_[part] = readGeoFacts(*datasets_[part], known_);
     return *geoFacts_[part];
 }
 

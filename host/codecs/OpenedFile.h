@@ -12,6 +12,7 @@
 #include "host/codecs/ErrorCapture.h"
 #include "host/codecs/FileHead.h"
 #include "host/codecs/GdalGeoCorrelation.h"
+#include "host/codecs/KnownFacts.h"
 #include "pyxis/ReadImageFile.h"
 
 namespace Pyxis {
@@ -57,6 +58,8 @@ class OpenedFile {
     bool isSettled() const { return stamp_.settled(); }
     /// The files that the image is made of, the opened one first.
     const std::vector<std::string>& files() const { return files_; }
+    /// What the file's own bytes tell of it.
+    const KnownFacts& known() const { return known_; }
     /// What the file says of itself as a whole.
     const std::string& description() const { return description_; }
     int numFrames() const { return static_cast<int>(frames_.size()); }
@@ -95,7 +98,8 @@ class OpenedFile {
     void setDescription(std::string text) { description_ = std::move(text); }
 
   private:
-    OpenedFile(const GdalFormat& format, std::string path, std::string absolutePath);
+    OpenedFile(const GdalFormat& format, std::string path, std::string absolutePath,
+               const FileHead& head);
     std::string load();
     void takeWorldFile();
     bool openAgain();
@@ -105,6 +109,7 @@ class OpenedFile {
     std::string path_;
     std::string absolutePath_;
     FileStamp stamp_;
+    KnownFacts known_;
     bool withWorldFile_ = false;
     std::vector<std::string> files_;
     std::string description_;

@@ -3,20 +3,27 @@
 #include <utility>
 
 #include "host/codecs/GdalCodec.h"
+#include "host/codecs/ReadAhead.h"
 
 namespace Pyxis {
 
-StandardCodecs::StandardCodecs(QuickBird quickBird) {
-    const auto cache = std::make_shared<FileCache>();
+StandardCodecs::StandardCodecs(QuickBird quickBird, Changes changes)
+    : cache_(std::make_shared<FileCache>(changes == Changes::Notice ? FileCache::Changes::Notice
+                                                                    : FileCache::Changes::Ignore)) {
     if (quickBird == QuickBird::With) {
-        add(std::make_unique<NumberedPropertyCodec<QBTiffFormatCodec>>(quickBirdFormat(), cache));
+        add(std::make_unique<NumberedPropertyCodec<QBTiffFormatCodec>>(quickBirdFormat(), cache_));
     }
-    add(std::make_unique<NumberedPropertyCodec<TiffFormatCodec>>(tiffFormat(), cache));
-    add(std::make_unique<NumberedPropertyCodec<NITFFormatCodec>>(nitfFormat(), cache));
-    add(std::make_unique<GdalCodec<FASTFormatCodec>>(fastFormat(), cache));
+    add(std::make_unique<NumberedPropertyCodec<TiffFormatCodec>>(tiffFormat(), cache_));
+    add(std::make_unique<NumberedPropertyCodec<NITFFormatCodec>>(nitfFormat(), cache_));
+    add(std::make_unique<GdalCodec<FASTFormatCodec>>(fastFormat(), cache_));
 }
 
 StandardCodecs::~StandardCodecs() = default;
+
+void StandardCodecs::readAhead(const std::vector<std::string>& paths,
+                               const std::function<bool()>& stop) const {
+    Pyxis::readAhead(*cache_, paths, stop);
+}
 
 void StandardCodecs::add(std::unique_ptr<ImageFormatCodec> codec) {
     registrations_.push_back(std::make_unique<CodecRegistration>(*codec));

@@ -1,9 +1,11 @@
+#include <cpl_conv.h>
+
 #include <array>
 
 #include "host/codecs/GdalFormat.h"
 #include "host/codecs/GdalProperties.h"
-#include "host/codecs/GeoKeys.h"
 #include "host/codecs/OpenedFile.h"
+#include "host/codecs/TiffDirectory.h"
 
 namespace Pyxis {
 namespace {
@@ -15,24 +17,40 @@ constexpr std::array kMagics = {"II\x2a\x00"sv, "MM\x00\x2a"sv, "II\x2b\x00"sv, 
 
 constexpr std::string_view kBandListHead = "{\n  bandList = \n";
 
-/// A file that was cut short keeps its directory when that stands before the pixels. The last block
-/// of the last band tells, as writers put the blocks in order.
-bool endsBeforePixels(OpenedFile& file, std::uint64_t fileSize) {
+/// The last block of the last band; none in a sparse file, whose block was never written.
+std::optional<PixelBlock> lastBlockOf(OpenedFile& file) {
     GDALDataset& dataset = file.mainDataset();
     GDALRasterBand& band = *dataset.GetRasterBand(dataset.GetRasterCount());
-    int blockWidth = 1;
-    int blockHeight = 1;
-    band.GetBlockSize(&blockWidth, &blockHeight);
-    const std::string place = std::to_string((band.GetXSize() - 1) / blockWidth) + "_" +
-                              std::to_string((band.GetYSize() - 1) / blockHeight);
+    int width = 1;
+    int height = 1;
+    band.GetBlockSize(&width, &height);
+    const int column = (band.GetXSize() - 1) / width;
+    const int row = (band.GetYSize() - 1) / height;
+    const std::uint64_t blocks = (std::uint64_t(column) + 1) * (std::uint64_t(row) + 1);
+    if (dataset.GetRasterCount() == 1 && blocks == file.known().blocks) {
+        const std::optional<PixelBlock>& known = file.known().lastBlock;
+        return known && known->offset != 0 && known->length != 0 ? known : std::nullopt;
+    }
+    const std::string place = std::to_string(column) + "_" + std::to_string(row);
     const char* offset = band.GetMetadataItem(("BLOCK_OFFSET_" + place).c_str(), "TIFF");
     const char* size = band.GetMetadataItem(("BLOCK_SIZE_" + place).c_str(), "TIFF");
     if (offset == nullptr || size == nullptr) {
-        return false;  // a sparse file: blocks that were never written
+        return std::nullopt;
     }
-    const std::uint64_t start = std::strtoull(offset, nullptr, 10);
-    const std::uint64_t length = std::strtoull(size, nullptr, 10);
-    return start > fileSize || length > fileSize - start;
+    return PixelBlock{std::strtoull(offset, nullptr, 10), std::strtoull(size, nullptr, 10)};
+}
+
+/// A file that was cut short keeps its directory when that stands before the pixels. The last block
+/// tells, as writers put the blocks in order.
+bool endsBeforePixels(OpenedFile& file) {
+    const std::optional<PixelBlock> last = lastBlockOf(file);
+    return last && (last->offset > file.size() || last->length > file.size() - last->offset);
+}
+
+/// Whether GDAL takes georeferences from the file itself, as it does unless told otherwise.
+bool usesOwnGeoreference() {
+    static const bool uses = CPLGetConfigOption("GDAL_GEOREF_SOURCES", nullptr) == nullptr;
+    return uses;
 }
 
 class TiffFormat : public GdalFormat {
@@ -55,13 +73,20 @@ class TiffFormat : public GdalFormat {
     std::string load(OpenedFile& file) const override {
         GDALDataset& dataset = file.mainDataset();
         file.addBandsOf(dataset);
-        const char* description = dataset.GetMetadataItem("TIFFTAG_IMAGEDESCRIPTION");
+        const char* description = file.known().mayHaveDescription
+                                      ? dataset.GetMetadataItem("TIFFTAG_IMAGEDESCRIPTION")
+                                      : nullptr;
         file.setDescription(description != nullptr ? description : "");
-        return file.numFrames() > 0 && endsBeforePixels(file, file.size()) ? "the file is cut short"
-                                                                           : "";
+        return file.numFrames() > 0 && endsBeforePixels(file) ? "the file is cut short" : "";
     }
     bool takesWorldFile() const override { return true; }
-    std::string systemKey(const std::string& path) const override { return geoKeys(path); }
+    KnownFacts knownFacts(const std::string& path, const FileHead& head) const override {
+        KnownFacts facts = tiffFacts(path, head);
+        if (!usesOwnGeoreference()) {
+            facts.transform.reset();
+        }
+        return facts;
+    }
     void describe(OpenedFile& file, int frame, GdalPropertySet& properties) const override {
         if (const auto facts = file.geoFacts(frame)) {
             const GdalGeoTiffCorrelation correlation(facts);

@@ -15,8 +15,6 @@
 #include <utility>
 #include <vector>
 
-#include "tool/samples/FastHeaderText.h"
-
 // Small raster files for tests, made by GDAL in a directory that goes with the test.
 
 namespace fakes {
@@ -71,6 +69,16 @@ inline std::string readFile(const std::string& path) {
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
+/// The names in a directory, sorted.
+inline std::vector<std::string> namesIn(const TempDirectory& directory) {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(directory.path())) {
+        names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
 /// Writes a raster and answers its path.
 inline std::string writeRaster(const std::string& path, const Raster& raster = {}) {
     GDALAllRegister();
@@ -117,21 +125,6 @@ inline std::string writeRaster(const std::string& path, const Raster& raster = {
         }
     }
     return path;
-}
-
-/// A FAST product of small bands.
-inline kestms::samples::FastProduct fastProduct(const std::vector<std::string>& bandFiles) {
-    return {bandFiles, 12, 8, 500000, 5600000, 30};
-}
-
-/// The bytes of one band of a FAST product.
-inline std::string fastBand(const kestms::samples::FastProduct& product, int band) {
-    std::string bytes;
-    for (int i = 0; i < product.width * product.height; ++i) {
-        const double sample = sampleAt(band, i % product.width, i / product.width, false);
-        bytes += static_cast<char>(static_cast<unsigned char>(sample));
-    }
-    return bytes;
 }
 
 }  // namespace fakes

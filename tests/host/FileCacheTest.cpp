@@ -17,11 +17,7 @@ void makeOld(const std::string& path) {
     std::this_thread::sleep_for(60ms);  // the time of this change itself cannot be set
 }
 
-class FileCache : public testing::Test {
-  protected:
-    fakes::TempDirectory directory;
-    StandardCodecs codecs;
-};
+class FileCache : public OnFiles {};
 
 TEST_F(FileCache, QuestionsImagesAndFramesShareOneOpenFile) {
     const std::string path = fakes::writeRaster(directory / "raster.tif", {.bands = 2});
@@ -51,6 +47,29 @@ TEST_F(FileCache, ChangedFilesAreReadAnew) {
     EXPECT_EQ(Opened(path).property<GeoTiffCorrelation>()->getUpperLeft().x, 7);
     fakes::writeFile(path, "no raster any more");
     EXPECT_EQ(codecOf(path), nullptr);
+}
+
+TEST(FileCacheThatIgnoresChanges, AnswersOfARunFitTogether) {
+    const fakes::TempDirectory directory;
+    const StandardCodecs codecs(StandardCodecs::QuickBird::With, StandardCodecs::Changes::Ignore);
+    std::vector<std::string> paths = {directory / "none.tif"};
+    for (int i = 0; i < 80; ++i) {
+        paths.push_back(fakes::writeRaster(directory / ("r" + std::to_string(i) + ".tif"),
+                                           {.transform = {{double(i), 1, 0, 7, 0, -1}}}));
+    }
+    codecs.readAhead(paths, [] { return false; });
+    EXPECT_EQ(codecOf(paths.front()), nullptr);
+    for (int i = 0; i < 80; ++i) {
+        const std::string& path = paths[static_cast<std::size_t>(i) + 1];
+        fakes::writeRaster(path, {.type = GDT_UInt16});
+        const Opened opened(path);
+        EXPECT_EQ(opened.frame->frameOp6(), 8);
+        const auto* geo = opened.property<GeoTiffCorrelation>();
+        EXPECT_EQ(geo->getUpperLeft().x, i);
+        int code = 0;
+        geo->getCoordinateSystemCode(code);
+        EXPECT_EQ(code, 32632);
+    }
 }
 
 TEST_F(FileCache, RelativeNamesFollowTheWorkingDirectory) {

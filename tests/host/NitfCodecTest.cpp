@@ -1,9 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <array>
-
 #include "Opened.h"
 #include "host/codecs/Readability.h"
 
@@ -11,23 +8,11 @@ namespace {
 
 using namespace Pyxis;
 
-class NitfCodec : public testing::Test {
+class NitfCodec : public OnFiles {
   protected:
-    /// The band's letter by way of the codec's numbered property.
     static std::string letterOf(const std::string& path, int frame) {
-        const auto* codec = dynamic_cast<const NITFFormatCodec*>(codecOf(path));
-        StringBuffer name;
-        codec->getPropertyName(10, name);
-        FileReadDescriptor file(fileSpecifier(path), codec);
-        EXPECT_TRUE(file.setFrame(frame));
-        const std::unique_ptr<FormatCodecPropertyInterface> found(file.getProperty(name));
-        StringBuffer value;
-        dynamic_cast<const FormatCodecStringProperty&>(*found).getValue(value);
-        return toUtf8(value);
+        return numberedProperty<NITFFormatCodec>(10, path, frame);
     }
-
-    fakes::TempDirectory directory;
-    StandardCodecs codecs;
 };
 
 fakes::Raster nitf(int bands, std::vector<std::string> options) {
@@ -44,36 +29,8 @@ TEST_F(NitfCodec, BandsShowPixelsLettersAndPlace) {
             ASSERT_NE(opened.frame, nullptr) << whyNotReadable(fileSpecifier(path));
             EXPECT_EQ(opened.pixels(), gdalPixels(path, i + 1));
             EXPECT_EQ(letterOf(path, i), std::string(1, "RGBN"[i]));
-            EXPECT_EQ(opened.property<GeoTiffCorrelation>(), nullptr);
-            const auto* geo = opened.property<FormatCodecGeoCorrelation>();
-            ASSERT_NE(geo, nullptr);
-            int code = 0;
-            geo->getCoordinateSystemCode(code);
-            EXPECT_EQ(code, 32632);
-            Point3d origin;
-            geo->getOrigin(origin);
-            EXPECT_NEAR(origin.x, 500000, 0.5);
-            EXPECT_NEAR(origin.y, 4600000 - 8 * 30, 0.5);
+            EXPECT_EQ(opened.place(), "500000 4599760, 32632 PROJCRS[");
         }
-    }
-}
-
-TEST_F(NitfCodec, TurnedAndSkewedRastersGiveTheirCorners) {
-    fakes::Raster raster = nitf(1, {});
-    raster.transform = {{500000, 300, 400, 4600000, 400, -300}};
-    const Opened turned(fakes::writeRaster(directory / "turned.ntf", raster));
-    EXPECT_EQ(turned.property<GeoTiffCorrelation>(), nullptr);
-    EXPECT_NE(turned.property<FormatCodecGeoCorrelation>(), nullptr);
-    // Rotation cannot tell these.
-    for (const auto& transform : {std::array<double, 6>{500000, 240, 100, 4600000, 70, -250},
-                                  {500000, 300, 200, 4600000, 400, -150}}) {
-        raster.transform = transform;
-        const Opened skewed(fakes::writeRaster(directory / "skewed.ntf", raster));
-        const auto* geo = skewed.property<GeoTiffCorrelation>();
-        ASSERT_NE(geo, nullptr);
-        EXPECT_NEAR(geo->getUpperLeft().x, 500000, 0.5);
-        EXPECT_NEAR(geo->getLowerRight().x, 500000 + 12 * transform[1] + 8 * transform[2], 0.5);
-        EXPECT_NEAR(geo->getLowerRight().y, 4600000 + 12 * transform[4] + 8 * transform[5], 0.5);
     }
 }
 

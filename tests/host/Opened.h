@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -10,6 +12,13 @@
 #include "pyxis/ComponentCodecs.h"
 #include "pyxis/FileReadDescriptor.h"
 #include "pyxis/FormatCodecGeoCorrelation.h"
+
+/// A test on files in a directory of its own, with the host's codecs.
+class OnFiles : public testing::Test {
+  protected:
+    fakes::TempDirectory directory;
+    Pyxis::StandardCodecs codecs;
+};
 
 /// The codec that the registry finds for a path; null when none reads it.
 inline const Pyxis::ImageFormatCodec* codecOf(const std::string& path) {
@@ -38,18 +47,36 @@ struct Opened {
         return nullptr;
     }
 
-    /// A window in the frame's own sample type; empty when it cannot be read.
-    std::vector<unsigned char> pixels() const {
+    /// All pixels in the frame's own sample type, every so many of them; empty when they cannot be
+    /// read.
+    std::vector<unsigned char> pixels(int every = 1) const {
         Pyxis::PixelRequest request;
         frame->frameOp3(&request.width, &request.height);
-        request.bufferWidth = request.width;
-        request.bufferHeight = request.height;
-        std::vector<unsigned char> bytes(static_cast<std::size_t>(request.width) *
-                                         static_cast<std::size_t>(request.height) *
+        request.bufferWidth = request.width / every;
+        request.bufferHeight = request.height / every;
+        std::vector<unsigned char> bytes(static_cast<std::size_t>(request.bufferWidth) *
+                                         static_cast<std::size_t>(request.bufferHeight) *
                                          static_cast<std::size_t>(frame->frameOp6() / 8));
         request.buffer = bytes.data();
         request.bufferBytes = bytes.size();
         return frame->frameOp13(0, &request) ? bytes : std::vector<unsigned char>();
+    }
+
+    /// Lower left corner in whole units, code and start of the text of the coordinate system.
+    std::string place() const {
+        const auto* geo = property<Pyxis::FormatCodecGeoCorrelation>();
+        if (geo == nullptr) {
+            return "none";
+        }
+        Pyxis::Point3d origin;
+        int code = -1;
+        Pyxis::StringBuffer text;
+        geo->getOrigin(origin);
+        geo->getCoordinateSystemCode(code);
+        geo->getCoordinateSystem(text);
+        EXPECT_EQ(geo->hasCoordinateSystemCode(), code > 0);
+        return CPLSPrintf("%.0f %.0f, %d %s", origin.x, origin.y, code,
+                          Pyxis::toUtf8(text).substr(0, 8).c_str());
     }
 
     const Pyxis::ImageFormatCodec* codec;
@@ -57,6 +84,29 @@ struct Opened {
     std::unique_ptr<Pyxis::ReadImageFileFrameInterface> frame;
     std::unique_ptr<Pyxis::FormatCodecPropertySetIterator> properties;
 };
+
+/// What callers ask a kind of codec for by a number.
+template <typename Codec>
+std::string numberedProperty(int number, const std::string& path, int frame = 0) {
+    const auto* codec = dynamic_cast<const Codec*>(codecOf(path));
+    if (codec == nullptr) {
+        return "another codec";
+    }
+    Pyxis::StringBuffer name = Pyxis::toWideBuffer("before"), value;
+    codec->getPropertyName(number + 1, name);
+    EXPECT_TRUE(name.isZero());
+    codec->getPropertyName(number, name);
+    Pyxis::FileReadDescriptor file(Pyxis::fileSpecifier(path), codec);
+    EXPECT_TRUE(file.setFrame(frame));
+    const std::unique_ptr<Pyxis::FormatCodecPropertyInterface> found(file.getProperty(name));
+    const auto* text = dynamic_cast<const Pyxis::FormatCodecStringProperty*>(found.get());
+    if (text == nullptr) {
+        return "none";
+    }
+    text->getValue(value);
+    EXPECT_EQ(value.type(), Pyxis::CharacterType::Narrow);
+    return Pyxis::toUtf8(value);
+}
 
 /// A band as GDAL reads it itself.
 inline std::vector<unsigned char> gdalPixels(const std::string& path, int band) {

@@ -144,6 +144,28 @@ TEST(XmlDocumentTest, KeepsChildrenInOrderOfTheirOffsets) {
     EXPECT_EQ(document.get(root, {{"a", 3}}), nullptr);
     EXPECT_EQ(document.get(root, {{"a", -1}, {"x", 0}}), document.child(root, "a"));
     EXPECT_EQ(document.get(root, {{"", 0}}), root);
+    // Numbers far along a chain that grows at its end, in between, and shrinks.
+    const Element* many = document.addChild(root, "m", 100);
+    const auto far = [&](int index) {
+        const Element* found = document.index(many, index);
+        return found == nullptr ? 0 : found->offset();
+    };
+    for (std::size_t offset = 102; offset < 300; offset += 2) {
+        document.addChild(root, "m", offset);
+        EXPECT_EQ(far(static_cast<int>(offset / 2 - 50)), offset);
+        EXPECT_EQ(far(static_cast<int>(offset / 2 - 49)), 0U);
+    }
+    document.addChild(root, "m", 121);
+    EXPECT_EQ(far(30), 158U);
+    many = many->next();
+    EXPECT_EQ(far(30), 160U);
+    const Element* before = document.index(many, 2);
+    document.cut(const_cast<Element*>(document.index(many, 3)));
+    EXPECT_EQ(far(30), 162U);
+    EXPECT_EQ(before->next()->offset(), 110U);
+    while (const Element* left = document.child(root, "m")) {
+        document.cut(const_cast<Element*>(left));
+    }
 
     Element* cut = document.cut(document.child(root, "b"));
     EXPECT_EQ(cut->ordered(), nullptr);

@@ -19,32 +19,27 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-class Inputs : public testing::Test {
+class Inputs : public InDirectory {
   protected:
     Inputs() {
         for (const char* name : {"b10.tif", "b2.tif", "b1.tif"}) {
-            fakes::writeRaster(directory_ / name);
+            write(name);
         }
-        fakes::Raster stack;
-        stack.bands = 3;
-        fakes::writeRaster(directory_ / "stack.tif", stack);
+        write("stack.tif", {.bands = 3});
     }
 
     /// The components that arguments name, as "NAME#FRAME"; names relative to the directory.
-    std::vector<std::string> named(const std::vector<std::string>& arguments,
-                                   const std::string& input = {}) {
+    Strings named(const Strings& arguments, const std::string& input = {}) {
         std::istringstream in(input);
         std::ostringstream ignored;
         Context context(in, ignored, ignored);
-        std::vector<std::string> names;
+        Strings names;
         for (const Component& each : componentsOf(readSet(arguments, context, MissingFile::Fail))) {
             names.push_back(each.path.substr(directory_.path().size() + 1) + "#" +
                             std::to_string(each.frame));
         }
         return names;
     }
-
-    fakes::TempDirectory directory_;
 };
 
 TEST_F(Inputs, TakeFilesFramesAndLists) {
@@ -57,20 +52,12 @@ TEST_F(Inputs, TakeFilesFramesAndLists) {
     EXPECT_THAT(named({one, "-"}, stack + "#1"), ElementsAre("b1.tif#0", "stack.tif#1"));
     fakes::writeFile(directory_ / "list.txt", one + "\n" + stack + "#2\n");
     EXPECT_THAT(named({"@" + (directory_ / "list.txt")}), ElementsAre("b1.tif#0", "stack.tif#2"));
-}
-
-TEST_F(Inputs, PreferAFileOfThatVeryName) {
-    fakes::writeRaster(directory_ / "odd#7");
-    EXPECT_THAT(named({directory_ / "odd#7", directory_ / "odd#7#0"}),
-                ElementsAre("odd#7#0", "odd#7#0"));
+    const std::string odd = write("odd#7");
+    EXPECT_THAT(named({odd, odd + "#0"}), ElementsAre("odd#7#0", "odd#7#0"));
 }
 
 TEST_F(Inputs, TakeTheRastersOfADirectoryInNaturalOrder) {
-    fakes::Raster nitf;
-    nitf.driver = "NITF";
-    nitf.transform.reset();
-    nitf.epsg = 0;
-    fakes::writeRaster(directory_ / "noextension", nitf);
+    write("noextension", {.transform = {}, .epsg = 0, .driver = "NITF"});
     fakes::writeFile(directory_ / "damaged.TIF", "II");
     for (const char* name : {"MTL.txt", "set.xml", ".hidden.tif", "other"}) {
         fakes::writeFile(directory_ / name, "text");
@@ -82,24 +69,14 @@ TEST_F(Inputs, TakeTheRastersOfADirectoryInNaturalOrder) {
 }
 
 TEST_F(Inputs, OrderNamesByTheirNumbers) {
-    const std::string ordered[] = {"",
-                                   "a",
-                                   "a01",
-                                   "a1",
-                                   "a1b",
-                                   "a2",
-                                   "a09x",
-                                   "a10",
-                                   "a99999999999999999999",
-                                   "a100000000000000000000",
-                                   "b",
-                                   "é"};
+    const char* const ordered[] = {"", "a", "a01", "a1", "a1b", "a2", "a09x", "a10", "b", "é"};
     for (std::size_t i = 0; i < std::size(ordered); ++i) {
         for (std::size_t j = 0; j < std::size(ordered); ++j) {
             EXPECT_EQ(comesBefore(ordered[i], ordered[j]), i < j)
                 << ordered[i] << " " << ordered[j];
         }
     }
+    EXPECT_TRUE(comesBefore("a99999999999999999999", "a100000000000000000000"));
 }
 
 TEST_F(Inputs, TakeADocumentFromFileStandardInputAndPipe) {
@@ -130,7 +107,7 @@ TEST_F(Inputs, FailInOneLineThatNamesTheFileAndTheReason) {
     fakes::writeFile(directory_ / "blank.tif", "");
     const std::string good = directory_ / "b1.tif";
     struct Case {
-        std::vector<std::string> arguments;
+        Strings arguments;
         int code;
         std::string file;
         std::string reason;
@@ -151,9 +128,7 @@ TEST_F(Inputs, FailInOneLineThatNamesTheFileAndTheReason) {
         {{good + "#99999999999"}, 2, "b1.tif", "the frame number is out of range"},
     };
     for (const Case& each : cases) {
-        std::vector<std::string> arguments = each.arguments;
-        arguments.insert(arguments.begin(), "info");
-        const Outcome outcome = runTool(arguments);
+        const Outcome outcome = runTool(joined({"info"}, each.arguments));
         EXPECT_EQ(outcome.code, each.code) << each.file;
         EXPECT_EQ(outcome.err, "kestms: " + (directory_ / each.file) + ": " + each.reason + "\n");
         EXPECT_EQ(outcome.out, "");
@@ -161,11 +136,12 @@ TEST_F(Inputs, FailInOneLineThatNamesTheFileAndTheReason) {
 }
 
 TEST(CommandLine, AnswersWrongUsageWithCodeTwo) {
-    const std::pair<std::vector<std::string>, std::string> cases[] = {
+    const std::pair<Strings, std::string> cases[] = {
         {{}, "A subcommand is required"},
         {{"frobnicate", "x"}, "frobnicate: no such command"},
         {{"info"}, "is required"},
         {{"info", "--bogus", "x"}, "--bogus"},
+        {{"export", "--compress", "jpeg", "x", "-o", "x"}, "jpeg"},
         {{"info", "x", "--language", "tlh"}, "there are de, en, es, fr, ja"},
     };
     for (const auto& [arguments, reason] : cases) {
@@ -187,38 +163,29 @@ class InterruptingBuffer : public std::streambuf {
 TEST(CommandLine, StopsWhenInterrupted) {
     const fakes::TempDirectory directory;
     const std::string output = directory / "set.xml";
-    const char* argv[] = {"kestms", "list", "-", "-o", output.c_str()};
     InterruptingBuffer buffer;
-    std::istream in(&buffer);
-    std::ostringstream out;
-    std::ostringstream err;
-    EXPECT_EQ(run(5, argv, in, out, err), 130);
-    EXPECT_EQ(err.str(), "kestms: interrupted\n");
+    const Outcome outcome = runAsTheUser({"list", "-", "-o", output}, std::istream(&buffer));
+    EXPECT_EQ(outcome.code, 130);
+    EXPECT_EQ(outcome.err, "kestms: interrupted\n");
     EXPECT_TRUE(std::filesystem::is_empty(directory.path()));
 }
 
-TEST(CommandLine, TellsOfOutputThatIsLost) {
-    const fakes::TempDirectory directory;
-    const auto files = writeLandsat(directory);
-    for (const std::vector<const char*>& argv :
-         {std::vector<const char*>{"kestms", "info", files[0].c_str(), files[1].c_str()},
-          {"kestms", "--help"},
-          {"kestms", "--version"}}) {
-        std::istringstream in;
-        std::ostringstream out;
-        std::ostringstream err;
-        out.setstate(std::ios::badbit);
-        EXPECT_EQ(run(static_cast<int>(argv.size()), argv.data(), in, out, err), 4);
-        EXPECT_EQ(err.str(), "kestms: standard output: write failed\n");
+TEST_F(Inputs, DoNotHelpWhenTheOutputIsLost) {
+    for (const Strings& arguments :
+         {joined({"info"}, writeLandsat(directory_)), {"--help"}, {"--version"}}) {
+        const Outcome outcome = runAsTheUser(arguments, std::istringstream(), false);
+        EXPECT_EQ(outcome.code, 4);
+        EXPECT_EQ(outcome.err, "kestms: standard output: write failed\n");
     }
 }
 
 TEST(CommandLine, ShowsHelpWithExamplesForEveryCommand) {
-    for (const char* command : {"list", "check", "info"}) {
-        const Outcome outcome = runTool({command, "--help"});
+    const Outcome all = runTool({"--help"});
+    for (const char* name : {"list", "check", "info", "vrt", "export", "quicklook", "samples"}) {
+        const Outcome outcome = runTool({name, "--help"});
         EXPECT_EQ(outcome.code, 0);
-        EXPECT_THAT(outcome.out, HasSubstr(std::string("Examples:\n  kestms ") + command));
-        EXPECT_THAT(runTool({"--help"}).out, HasSubstr(std::string("\n  ") + command));
+        EXPECT_THAT(outcome.out, HasSubstr(std::string("Examples:\n  kestms ") + name));
+        EXPECT_THAT(all.out, HasSubstr(std::string("\n  ") + name));
     }
 }
 

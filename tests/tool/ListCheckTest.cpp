@@ -6,70 +6,44 @@
 namespace kestms {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
-class ListAndCheck : public testing::Test {
-  protected:
-    std::string write(const std::string& name, const fakes::Raster& raster = {}) {
-        return fakes::writeRaster(directory_ / name, raster);
-    }
+class ListAndCheck : public InDirectory {};
 
-    fakes::TempDirectory directory_;
-};
-
-TEST_F(ListAndCheck, ListWritesAbsolutePathsUnlessToldOtherwise) {
-    write("a.tif");
-    write("b.tif");
+TEST_F(ListAndCheck, ListWritesAFileWithAbsolutePathsUnlessToldOtherwise) {
+    const std::string set = directory_ / "s.xml";
+    const std::string odd = write("b\xC3\xA9 \"<&\xFF.tif");
+    EXPECT_EQ(runTool({"list", write("a.tif"), odd, "-o", set}).code, 0);
+    EXPECT_EQ(runTool({"info", set, "--json"}).json()["bands"].size(), 2U);
     const auto previous = std::filesystem::current_path();
     std::filesystem::current_path(directory_.path());
-    EXPECT_THAT(runTool({"list", "./a.tif", "b.tif"}).out,
+    EXPECT_THAT(runTool({"list", "./a.tif", odd}).out,
                 HasSubstr("path=\"" + (directory_ / "a.tif") + "\" frame=\"0\""));
-    EXPECT_THAT(runTool({"list", "a.tif", "b.tif", "--keep-paths"}).out,
-                HasSubstr("path=\"a.tif\""));
+    EXPECT_THAT(runTool({"list", "a.tif", odd, "--keep-paths"}).out, HasSubstr("path=\"a.tif\""));
     std::filesystem::current_path(previous);
 }
 
-TEST_F(ListAndCheck, ListWritesAFileThatEveryCommandReads) {
-    const std::string set = directory_ / "s.xml";
-    EXPECT_EQ(runTool({"list", write("a.tif"), write("b\xC3\xA9 \"<&\xFF.tif"), "-o", set}).code,
-              0);
-    EXPECT_EQ(runTool({"check", set}).code, 0);
-    EXPECT_EQ(runTool({"info", set, "--json"}).json()["bands"].size(), 2U);
-}
-
-TEST_F(ListAndCheck, ListPurifiesAndSaysWhatWasLeftOut) {
+TEST_F(ListAndCheck, WhatCannotBeReadIsLeftOutAndNamed) {
     const std::string text = directory_ / "text";
+    const std::string none = directory_ / "none";
     fakes::writeFile(text, "text");
-    const Outcome outcome =
-        runTool({"list", "--purify", write("a.tif"), text, directory_ / "none", write("b.tif")});
-    EXPECT_EQ(outcome.code, 0);
-    EXPECT_THAT(outcome.out, testing::AllOf(HasSubstr("a.tif"), HasSubstr("b.tif"),
-                                            Not(HasSubstr(text)), Not(HasSubstr("none"))));
-    EXPECT_EQ(outcome.err, "kestms: " + text + ": left out: no known raster format\n" + "kestms: " +
-                               (directory_ / "none") + ": left out: No such file or directory\n");
-    EXPECT_EQ(runTool({"list", "--purify", directory_ / "a.tif", text}).code, 1);
-}
-
-TEST_F(ListAndCheck, ListRefusesBadOutputs) {
-    const std::string a = write("a.tif");
-    const std::string b = write("b.tif");
-    const std::string before = fakes::readFile(b);
-    EXPECT_EQ(runTool({"list", a, b, "-o", b}).code, 2);
-    EXPECT_EQ(fakes::readFile(b), before);
-    EXPECT_EQ(runTool({"list", a, b, "-o", directory_ / "none/set.xml"}).code, 4);
+    const Strings files = {write("a.tif"), text, write("b.tif")};
+    const std::string why = "kestms: " + text + ": left out: no known raster format\n";
+    const Outcome pure = runTool(joined({"list", "--purify", none}, files));
+    EXPECT_EQ(pure.code, 0);
+    EXPECT_THAT(pure.out, AllOf(HasSubstr("a.tif"), HasSubstr("b.tif"), Not(HasSubstr(text)),
+                                Not(HasSubstr("none"))));
+    EXPECT_EQ(pure.err, "kestms: " + none + ": left out: No such file or directory\n" + why);
+    const Outcome info = runTool(joined({"info", "--json"}, files));
+    EXPECT_EQ(info.err, why);
+    EXPECT_EQ(info.json()["bands"].size(), 2U);
+    EXPECT_EQ(info.json()["files"].size(), 2U);
+    EXPECT_EQ(runTool({"list", "--purify", files[0], text}).code, 1);
 }
 
 TEST_F(ListAndCheck, CheckExplainsEveryComponent) {
-    fakes::Raster wide;
-    wide.type = GDT_UInt16;
-    fakes::Raster elsewhere;
-    elsewhere.epsg = 32633;
-    fakes::Raster nowhere;
-    nowhere.transform.reset();
-    nowhere.epsg = 0;
-    fakes::Raster real;
-    real.type = GDT_Float32;
     fakes::writeFile(directory_ / "text", "text");
     struct Case {
         std::string file;
@@ -78,21 +52,23 @@ TEST_F(ListAndCheck, CheckExplainsEveryComponent) {
     };
     // The first measurable one is 12 x 30 m wide: 18 m are 5 % of it.
     const Case cases[] = {
-        {write("float.tif", real), "layout-refused", "pixels of 32-bit single channel are not"},
+        {write("float.tif", {.type = GDT_Float32}), "layout-refused",
+         "pixels of 32-bit single channel are not"},
         {write("first.tif"), "accepted", ""},
         {write("edge.tif", movedEast(18)), "accepted", ""},
         {write("off.tif", movedEast(-27)), "corner-off",
          "upper-left corner off by 27 in x: 7.5 % of the width, 5 % allowed"},
-        {write("wide.tif", wide), "layout-differs",
+        {write("wide.tif", {.type = GDT_UInt16}), "layout-differs",
          "the pixel layout is 16-bit single channel, the set's is 8-bit single channel"},
-        {write("zone.tif", elsewhere), "system-differs",
+        {write("zone.tif", {.epsg = 32633}), "system-differs",
          "the coordinate system is EPSG:32633, the set's is EPSG:32632"},
-        {write("nowhere.tif", nowhere), "no-georeference", "it is not georeferenced"},
+        {write("nowhere.tif", {.transform = {}, .epsg = 0}), "no-georeference",
+         "it is not georeferenced"},
         {directory_ / "none.tif", "unreadable", "No such file or directory"},
         {directory_ / "text", "unreadable", "no known raster format"},
         {directory_ / "first.tif#3", "no-such-frame", "there is no frame 3"},
     };
-    std::vector<std::string> arguments = {"check"};
+    Strings arguments = {"check"};
     for (const Case& each : cases) {
         arguments.push_back(each.file);
     }
@@ -132,16 +108,14 @@ TEST_F(ListAndCheck, CheckFollowsTheCodecsVerdict) {
     const std::string a = write("a.tif");
     const std::string b = write("b.tif");
     const std::string none = directory_ / "none";
-    const std::pair<std::vector<std::string>, int> cases[] = {
+    const std::pair<Strings, int> cases[] = {
         {{a, b}, 0},
         {{a, none, b}, 0},
         {{a, none}, 3},
         {{a, write("far.tif", movedEast(1e6))}, 1},
     };
     for (const auto& [files, code] : cases) {
-        std::vector<std::string> arguments = {"check", "--json"};
-        arguments.insert(arguments.end(), files.begin(), files.end());
-        const Outcome outcome = runTool(arguments);
+        const Outcome outcome = runTool(joined({"check", "--json"}, files));
         EXPECT_EQ(outcome.code, code) << files.back();
         EXPECT_EQ(outcome.json()["decodable"], code == 0);
         EXPECT_EQ(outcome.err.empty(), code == 0);

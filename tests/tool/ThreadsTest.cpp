@@ -18,18 +18,16 @@ namespace {
 /// Everything that a frame tells, as one text.
 std::string told(Pyxis::ReadImageFileInterface& image, int index) {
     const std::unique_ptr<Pyxis::ReadImageFileFrameInterface> frame(image.openFrame(index));
-    std::string pixels(12 * 8, '\0');
-    Pyxis::PixelRequest request;
-    request.width = request.bufferWidth = 12;
-    request.height = request.bufferHeight = 8;
-    request.buffer = pixels.data();
-    request.bufferBytes = pixels.size();
+    std::string all(12 * 8, '\0');
+    Pyxis::PixelRequest request{0, 0, 12, 8, 12, 8};
+    request.buffer = all.data();
+    request.bufferBytes = all.size();
     EXPECT_TRUE(frame->frameOp13(0, &request));
     const std::unique_ptr<Pyxis::FormatCodecPropertySetIterator> properties(frame->getProperties());
     for (properties->start(); !properties->endOfList(); properties->step()) {
-        pixels += Pyxis::toUtf8(properties->openProperty()->getName()) + '\n';
+        all += Pyxis::toUtf8(properties->openProperty()->getName()) + '\n';
     }
-    return pixels;
+    return all;
 }
 
 std::string openAndTell(const KestMultispectralCodec& codec, const Pyxis::FileSpecifier& set) {

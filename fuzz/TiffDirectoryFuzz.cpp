@@ -1,0 +1,23 @@
+// The first directory of a TIFF file, as it lies on the disk, within the bytes read first.
+
+#include <cmath>
+
+#include "fuzz/Input.h"
+#include "host/codecs/TiffDirectory.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using fuzz::require;
+    Pyxis::FileHead head;
+    head.bytes.assign(reinterpret_cast<const char*>(data), size);
+    head.state.size = size;
+    const Pyxis::KnownFacts facts = Pyxis::tiffFacts("", head);
+    if (facts.transform) {
+        const auto& transform = *facts.transform;
+        require(transform[1] > 0 && transform[5] < 0, "pixels have a size");
+        require(transform[2] == 0 && transform[4] == 0, "the raster is upright");
+    }
+    require(facts.mayHaveDescription || !facts.mayNameOverviews, "metadata may describe");
+    require(facts.systemKey.size() <= 4 * 65536, "keys are bounded");
+    require(!facts.lastBlock || facts.blocks > 0, "the last block is one of them");
+    return 0;
+}
