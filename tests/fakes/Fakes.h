@@ -95,19 +95,16 @@ class StringProperty : public Pyxis::FormatCodecStringProperty {
 /// Part of a host object that tells how long it lives, and whether it goes before its parts.
 class Lifetime {
   public:
-    Lifetime(World& world, std::string_view ending, std::shared_ptr<int> whole = nullptr)
+    Lifetime(World& world, std::string_view ending,
+             std::shared_ptr<int> whole = std::make_shared<int>(0))
         : world_(world), ending_(ending), whole_(std::move(whole)) {
-        if (whole_) {
-            ++*whole_;
-        }
+        ++*whole_;
         ++world_.alive;
     }
     Lifetime(const Lifetime&) = delete;
     Lifetime& operator=(const Lifetime&) = delete;
     ~Lifetime() {
-        if (whole_) {
-            --*whole_;
-        }
+        --*whole_;
         world_.misuse += *parts_ != 0 ? 1 : 0;
         --world_.alive;
         world_.note(ending_);
@@ -494,6 +491,14 @@ inline FrameFacts bandFrame(double pixelSize = 1.0, const World* world = nullptr
     facts.code = 32632;
     FrameFacts frame;
     frame.properties.push_back(property<Geo>(facts));
+    return frame;
+}
+
+/// Such a frame with a text property.
+inline FrameFacts describedFrame(std::string_view name, std::string_view text,
+                                 double pixelSize = 1.0) {
+    FrameFacts frame = bandFrame(pixelSize);
+    frame.properties.push_back(property<StringProperty>(name, text));
     return frame;
 }
 

@@ -18,6 +18,15 @@ inline Pyxis::FileSpecifier setOf(const std::vector<std::string>& paths, int fra
     return list.specifier();
 }
 
+/// The component list of frames of one file.
+inline Pyxis::FileSpecifier framesOf(const std::string& path, const std::vector<int>& frames) {
+    kest::ComponentListBuilder list;
+    for (const int frame : frames) {
+        list.append(Pyxis::fileSpecifier(path), frame);
+    }
+    return list.specifier();
+}
+
 /// The names of the properties of a set, in its order.
 inline std::vector<std::string> namesIn(Pyxis::FormatCodecPropertySetIterator& set) {
     std::vector<std::string> names;

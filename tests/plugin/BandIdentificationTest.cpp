@@ -48,9 +48,7 @@ class BandIdentificationTest : public testing::Test {
                     const std::vector<std::string>& values) {
         fakes::FileFacts file;
         for (const std::string& value : values) {
-            fakes::FrameFacts frame = fakes::bandFrame();
-            frame.properties.push_back(fakes::property<fakes::StringProperty>(property, value));
-            file.frames.push_back(frame);
+            file.frames.push_back(fakes::describedFrame(property, value));
         }
         codec.add(path, file);
     }

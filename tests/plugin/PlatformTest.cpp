@@ -52,13 +52,3 @@ TEST(PlatformTest, LoadsAsMuchOfATextAsFits) {
     EXPECT_EQ(module->loadString(1, buffer, 64), 0);
     EXPECT_EQ(buffer[0], u'\0');
 }
-
-TEST(PlatformTest, ComparesMultibyteTextByByte) {
-    const auto compare = [](const char* left, const char* right) {
-        return platform::compareMultibyte(reinterpret_cast<const unsigned char*>(left),
-                                          reinterpret_cast<const unsigned char*>(right));
-    };
-    EXPECT_EQ(compare("\xC3\xBC", "\xC3\xBC"), 0);
-    EXPECT_NE(compare("Band", "band"), 0);
-    EXPECT_NE(compare("Band", "Bandname"), 0);
-}

@@ -1,6 +1,6 @@
 #include "sets/SetMembership.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <cmath>
 #include <limits>
@@ -23,6 +23,11 @@ class MeasureTest : public testing::Test {
     MeasureFault measure(const fakes::FrameFacts& facts) {
         return measure(fakes::FileFacts{false, {facts}});
     }
+    MeasureFault measure(std::vector<fakes::PropertyPointer> properties) {
+        fakes::FrameFacts frame;
+        frame.properties = std::move(properties);
+        return measure(frame);
+    }
 
     fakes::World world_;
     fakes::Codec codec_{world_};
@@ -30,43 +35,40 @@ class MeasureTest : public testing::Test {
 };
 
 TEST_F(MeasureTest, MapsCornersWithScaleAfterRotation) {
-    fakes::GeoFacts facts;
-    facts.originX = 10.0;
-    facts.originY = 20.0;
-    facts.pixelX = 2.0;
-    facts.pixelY = 3.0;
-    facts.scaleX = 10.0;
-    facts.width = 4;
-    facts.height = 5;
-    facts.rotation = std::acos(-1.0) / 2;
-    facts.system = "somewhere";
-    fakes::FrameFacts frame;
-    frame.properties = {fakes::property<fakes::PlainProperty>("first"),
-                        fakes::property<fakes::Geo>(facts)};
-    ASSERT_EQ(measure(frame), MeasureFault::None);
-    EXPECT_EQ(data_.lowerLeft.x, 10.0);
-    EXPECT_EQ(data_.lowerLeft.y, 20.0);
-    EXPECT_NEAR(data_.upperLeft.x, 10.0 - 20.0 * 5, 1e-9);
-    EXPECT_NEAR(data_.upperLeft.y, 20.0, 1e-9);
-    EXPECT_NEAR(data_.upperRight.x, 10.0 - 20.0 * 5, 1e-9);
-    EXPECT_NEAR(data_.upperRight.y, 20.0 + 3.0 * 4, 1e-9);
-    EXPECT_NEAR(data_.lowerRight.x, 10.0, 1e-9);
-    EXPECT_NEAR(data_.lowerRight.y, 20.0 + 3.0 * 4, 1e-9);
+    const fakes::GeoFacts facts{.originX = 10.0,
+                                .originY = 20.0,
+                                .pixelX = 2.0,
+                                .pixelY = 3.0,
+                                .scaleX = 10.0,
+                                .rotation = std::acos(-1.0) / 2,
+                                .width = 4,
+                                .height = 5,
+                                .system = "somewhere"};
+    ASSERT_EQ(measure({fakes::property<fakes::PlainProperty>("first"),
+                       fakes::property<fakes::Geo>(facts)}),
+              MeasureFault::None);
+    const std::pair<Pyxis::Point2d, Pyxis::Point2d> corners[] = {
+        {data_.lowerLeft, {10.0, 20.0}},
+        {data_.upperLeft, {10.0 - 20.0 * 5, 20.0}},
+        {data_.upperRight, {10.0 - 20.0 * 5, 20.0 + 3.0 * 4}},
+        {data_.lowerRight, {10.0, 20.0 + 3.0 * 4}}};
+    for (const auto& [corner, wanted] : corners) {
+        EXPECT_NEAR(corner.x, wanted.x, 1e-9);
+        EXPECT_NEAR(corner.y, wanted.y, 1e-9);
+    }
     EXPECT_EQ(data_.coordinateSystemCode, 0);
     EXPECT_EQ(Pyxis::toUtf8(data_.coordinateSystem), "somewhere");
     EXPECT_EQ(world_.alive, 0);
-    const std::vector<std::string> order{"open f", "delete properties", "delete frame",
-                                         "delete image"};
-    EXPECT_EQ(world_.events, order);
+    EXPECT_THAT(world_.events, testing::ElementsAre("open f", "delete properties", "delete frame",
+                                                    "delete image"));
 }
 
 TEST_F(MeasureTest, TakesTheCornersThatATiffKnows) {
     fakes::GeoTiff geo(fakes::GeoFacts{});
     geo.upperRight = {7.0, 8.0};
-    fakes::FrameFacts frame;
-    frame.properties = {std::make_shared<fakes::GeoTiff>(geo),
-                        fakes::property<fakes::Geo>(fakes::GeoFacts{})};
-    ASSERT_EQ(measure(frame), MeasureFault::None);
+    ASSERT_EQ(measure({fakes::property<fakes::GeoTiff>(geo),
+                       fakes::property<fakes::Geo>(fakes::GeoFacts{})}),
+              MeasureFault::None);
     EXPECT_EQ(data_.upperRight.x, 107.0);
     EXPECT_EQ(data_.upperRight.y, 108.0);
 }
