@@ -3,6 +3,7 @@
 import os
 import re
 import subprocess
+import tempfile
 import time
 
 READS = re.compile(r"(?:pread64|read)\(\d+<(?P<path>/[^>]*)>.*= (?P<count>\d+)$")
@@ -47,13 +48,17 @@ def trace(commands, directory):
     """Opens of the files in the directory, and the bytes read from them."""
     opens = count = 0
     for command in commands:
-        traced = ["strace", "-f", "-qq", "-y", "-s", "0", "-e", "trace=open,openat,read,pread64",
-                  "-e", "signal=none", "-o", "/dev/stderr"]
-        done = subprocess.run(traced + command, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE,
-                              text=True, errors="replace", check=True)
-        for line in done.stderr.splitlines():
-            if (read := READS.search(line)) and read["path"].startswith(directory):
-                count += int(read["count"])
-            elif (opened := OPENS.search(line)) and f"<{directory}" in line:
-                opens += 1
+        with tempfile.TemporaryDirectory() as logs:
+            # A log for each thread, so that every call is on one line.
+            traced = ["strace", "-ff", "-qq", "-y", "-s", "0", "-e",
+                      "trace=open,openat,read,pread64", "-e", "signal=none", "-o",
+                      os.path.join(logs, "log")]
+            subprocess.run(traced + command, stdout=subprocess.DEVNULL, check=True)
+            for log in os.scandir(logs):
+                with open(log, encoding="utf-8", errors="replace") as lines:
+                    for line in lines:
+                        if (read := READS.search(line)) and read["path"].startswith(directory):
+                            count += int(read["count"])
+                        elif OPENS.search(line) and f"<{directory}" in line:
+                            opens += 1
     return {"opens": opens, "bytes": count}
