@@ -155,17 +155,14 @@ class GeoBase : public Base {
     explicit GeoBase(GeoFacts facts) : facts_(std::move(facts)) {}
 
     void getOrigin(Pyxis::Point3d& origin) const override {
-        const GeoFacts& told = asked();
-        origin = {told.originX, told.originY, 7.0};
+        origin = {asked().originX, facts_.originY, 7.0};
     }
     void getPixelSize(Pyxis::Vector2d& size) const override {
-        const GeoFacts& told = asked();
-        size = {told.pixelX, told.pixelY};
+        size = {asked().pixelX, facts_.pixelY};
     }
     void getRotation(double& radians) const override { radians = asked().rotation; }
     void getUnitScale(Pyxis::Vector2d& scale) const override {
-        const GeoFacts& told = asked();
-        scale = {told.scaleX, told.scaleY};
+        scale = {asked().scaleX, facts_.scaleY};
     }
     void getCoordinateSystem(Pyxis::StringBuffer& text) const override {
         text = Pyxis::toWideBuffer(asked().system);
@@ -173,9 +170,8 @@ class GeoBase : public Base {
     bool hasCoordinateSystemCode() const override { return asked().code != 0; }
     void getCoordinateSystemCode(int& code) const override { code = asked().code; }
     void getImageSize(std::int32_t& width, std::int32_t& height) const override {
-        const GeoFacts& told = asked();
-        width = told.width;
-        height = told.height;
+        width = asked().width;
+        height = facts_.height;
     }
 
   protected:
