@@ -122,7 +122,8 @@ class Document {
     const Element* child(const Element* element, std::string_view name) const;
     Element* child(Element* element, std::string_view name);
     /// Element `index` of the next chain that starts at `element`; null past its end, and for a
-    /// negative index.
+    /// negative index. A far one leaves an index of the chain behind for the next call, so a
+    /// document is for one thread at a time.
     const Element* index(const Element* element, int index) const;
     /// The value of the element's attribute, else the default that the document declares.
     std::optional<std::string_view> attribute(const Element* element, std::string_view name) const;

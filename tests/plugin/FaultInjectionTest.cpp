@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <iostream>
 #include <limits>
 #include <new>
 #include <set>
@@ -360,13 +361,17 @@ std::vector<std::string> outcomesOf(const Operation& operation, Fault::Kind kind
 }
 
 TEST(FaultInjectionTest, EveryHostCallMayFailOrThrow) {
+    std::size_t faults = 0;
     for (const Operation& operation : kOperations) {
         SCOPED_TRACE(operation.name);
         for (const Fault::Kind kind : {Fault::Fail, Fault::FailOtherwise, Fault::Throw}) {
-            EXPECT_EQ(inRuns(outcomesOf(operation, kind)),
+            const std::vector<std::string> outcomes = outcomesOf(operation, kind);
+            faults += outcomes.size() - 1;
+            EXPECT_EQ(inRuns(outcomes),
                       kind == Fault::Throw ? operation.whenCallsThrow : operation.whenCallsFail);
         }
     }
+    std::cout << "host calls made to fail or throw: " << faults << "\n";
 }
 
 /// The answer with the n-th request for memory failing; `reached` tells whether there was one.
@@ -388,6 +393,7 @@ void runShortOfMemory(const Operation& operation, int n, bool sticky, bool& reac
 }
 
 TEST(FaultInjectionTest, EveryRequestForMemoryMayFail) {
+    int faults = 0;
     for (const Operation& operation : kOperations) {
         SCOPED_TRACE(operation.name);
         std::set<std::string> answers;
@@ -400,6 +406,7 @@ TEST(FaultInjectionTest, EveryRequestForMemoryMayFail) {
                 SCOPED_TRACE(n);
                 const long before = blocksInUse;
                 runShortOfMemory(operation, n, sticky, reached, answer);
+                faults += reached ? 1 : 0;
                 EXPECT_TRUE(blocksInUse == before || !kHostTakesMemoryFromHere);
                 answers.insert(answer);
             }
@@ -408,6 +415,7 @@ TEST(FaultInjectionTest, EveryRequestForMemoryMayFail) {
             EXPECT_EQ(inRuns({answers.begin(), answers.end()}), operation.whenMemoryFails);
         }
     }
+    std::cout << "requests for memory made to fail: " << faults << "\n";
 }
 
 /// What a frame answers to all requests, in their order.
