@@ -4,21 +4,12 @@
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "host/Text.h"
 
 namespace Pyxis {
 namespace {
-
-/// The 16-bit characters up to the terminator or the last whole one.
-std::u16string wideCharacters(const StringBuffer& buffer) {
-    std::u16string text(static_cast<std::size_t>(buffer.numDataBytes()) / 2, u'\0');
-    if (!text.empty()) {
-        std::memcpy(text.data(), buffer.data(), text.size() * 2);
-    }
-    text.resize(std::min(text.find(u'\0'), text.size()));
-    return text;
-}
 
 std::string_view bytes(const StringBuffer& buffer) {
     const std::string_view all(reinterpret_cast<const char*>(buffer.data()),
@@ -39,7 +30,11 @@ std::u16string asWide(const StringBuffer& buffer) {
 StringBuffer::StringBuffer() = default;
 
 StringBuffer::StringBuffer(int numBytes, CharacterType type)
-    : bytes_(static_cast<std::size_t>(std::max(numBytes, 0))), type_(type) {}
+    : numBytes_(std::max(numBytes, 0)), type_(type) {
+    if (numBytes_ > 0) {
+        bytes_ = std::make_shared<unsigned char[]>(static_cast<std::size_t>(numBytes_));
+    }
+}
 
 StringBuffer::StringBuffer(int numBytes, const unsigned char* data, CharacterType type) {
     StringBuffer::set(numBytes, data, type);
@@ -50,14 +45,14 @@ StringBuffer& StringBuffer::operator=(const StringBuffer& other) = default;
 StringBuffer::~StringBuffer() = default;
 
 const unsigned char* StringBuffer::data() const {
-    return bytes_.empty() ? nullptr : bytes_.data();
+    return bytes_.get();
 }
 
 bool StringBuffer::isZero() const {
     if (type_ == CharacterType::Wide) {
-        return bytes_.size() < 2 || (bytes_[0] == 0 && bytes_[1] == 0);
+        return numBytes_ < 2 || (bytes_[0] == 0 && bytes_[1] == 0);
     }
-    return bytes_.empty() || bytes_[0] == 0;
+    return numBytes_ == 0 || bytes_[0] == 0;
 }
 
 CharacterType StringBuffer::type() const {
@@ -65,16 +60,19 @@ CharacterType StringBuffer::type() const {
 }
 
 void StringBuffer::set(int numBytes, const unsigned char* data, CharacterType type) {
-    std::vector<unsigned char> bytes;
-    if (data != nullptr && numBytes > 0) {
-        bytes.assign(data, data + numBytes);
+    const int taken = data != nullptr ? std::max(numBytes, 0) : 0;
+    std::shared_ptr<unsigned char[]> bytes;
+    if (taken > 0) {
+        bytes = std::make_shared_for_overwrite<unsigned char[]>(static_cast<std::size_t>(taken));
+        std::memcpy(bytes.get(), data, static_cast<std::size_t>(taken));
     }
     bytes_ = std::move(bytes);
+    numBytes_ = taken;
     type_ = type;
 }
 
 int StringBuffer::numDataBytes() const {
-    return static_cast<int>(bytes_.size());
+    return numBytes_;
 }
 
 bool StringBuffer::operator==(const StringBuffer& other) const {
@@ -91,8 +89,7 @@ void StringBuffer::convertString(const StringBuffer& from, StringBuffer& to, Cha
                reinterpret_cast<const unsigned char*>(text.c_str()), type);
         return;
     }
-    const std::string text =
-        isWide(from) ? wideToUtf8(wideCharacters(from)) : std::string(bytes(from));
+    const std::string text = toUtf8(from);
     to.set(static_cast<int>(text.size() + 1), reinterpret_cast<const unsigned char*>(text.c_str()),
            type);
 }

@@ -1,5 +1,6 @@
 #include "host/Text.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -51,26 +52,30 @@ std::size_t decodeSequence(std::string_view text, char32_t& value) {
 }
 
 /// Copies the ASCII characters at the start, which are the same in every encoding; answers how many
-/// there are. Most texts are so from end to end. Blocks of a fixed size become vector instructions.
+/// there are. Most texts are so from end to end. Blocks that nothing else can point into become
+/// vector instructions.
 template <typename From, typename To>
 std::size_t copyAscii(std::basic_string_view<From> text, std::basic_string<To>& out) {
     constexpr std::size_t kBlock = 16;
     using Unsigned = std::make_unsigned_t<From>;
     out.resize(text.size());
     std::size_t done = 0;
-    const auto isAscii = [&text](std::size_t from, std::size_t count) {
+    while (text.size() - done >= kBlock) {
+        std::array<From, kBlock> from;
+        std::array<To, kBlock> to;
+        std::memcpy(from.data(), text.data() + done, sizeof from);
         Unsigned all = 0;
-        for (std::size_t i = 0; i < count; ++i) {
-            all = static_cast<Unsigned>(all | static_cast<Unsigned>(text[from + i]));
-        }
-        return all < 0x80;
-    };
-    for (; text.size() - done >= kBlock && isAscii(done, kBlock); done += kBlock) {
         for (std::size_t i = 0; i < kBlock; ++i) {
-            out[done + i] = static_cast<To>(text[done + i]);
+            all = static_cast<Unsigned>(all | static_cast<Unsigned>(from[i]));
+            to[i] = static_cast<To>(from[i]);
         }
+        if (all >= 0x80) {
+            break;
+        }
+        std::memcpy(out.data() + done, to.data(), sizeof to);
+        done += kBlock;
     }
-    for (; done < text.size() && isAscii(done, 1); ++done) {
+    for (; done < text.size() && static_cast<Unsigned>(text[done]) < 0x80; ++done) {
         out[done] = static_cast<To>(text[done]);
     }
     out.resize(done);
@@ -139,16 +144,36 @@ std::string wideToUtf8(std::u16string_view text) {
 }
 
 std::string toUtf8(const StringBuffer& buffer) {
-    const auto size = static_cast<std::size_t>(buffer.numDataBytes());
-    if (buffer.type() != CharacterType::Wide) {
-        const std::string_view bytes(reinterpret_cast<const char*>(buffer.data()), size);
-        return std::string(bytes.substr(0, bytes.find('\0')));
+    if (buffer.type() == CharacterType::Wide) {
+        return wideToUtf8(wideCharacters(buffer));
     }
-    std::u16string text(size / 2, u'\0');
-    if (!text.empty()) {
-        std::memcpy(text.data(), buffer.data(), text.size() * 2);
+    const std::string_view bytes(reinterpret_cast<const char*>(buffer.data()),
+                                 static_cast<std::size_t>(buffer.numDataBytes()));
+    return std::string(bytes.substr(0, bytes.find('\0')));
+}
+
+std::u16string wideCharacters(const StringBuffer& buffer) {
+    const unsigned char* bytes = buffer.data();
+    const std::size_t most = static_cast<std::size_t>(buffer.numDataBytes()) / 2;
+    std::u16string text(most, u'\0');
+    if (most > 0) {
+        std::memcpy(text.data(), bytes, most * 2);
     }
-    return wideToUtf8(std::u16string_view(text).substr(0, text.find(u'\0')));
+    // Nearly always the terminator is the last character: whole blocks are passed over first.
+    constexpr std::size_t kBlock = 16;
+    std::size_t length = 0;
+    const auto hasZero = [](const char16_t* block) {
+        unsigned int zeros = 0;
+        for (std::size_t i = 0; i < kBlock; ++i) {
+            zeros |= static_cast<unsigned int>(block[i] == 0);
+        }
+        return zeros != 0;
+    };
+    while (most - length >= kBlock && !hasZero(text.data() + length)) {
+        length += kBlock;
+    }
+    text.resize(std::min(text.find(u'\0', length), most));
+    return text;
 }
 
 StringBuffer toWideBuffer(std::string_view utf8) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <vector>
+#include <memory>
 
 #include "pyxis/Export.h"
 
@@ -14,7 +14,8 @@ enum class CharacterType : int {
     SingleByte = 4,  ///< a second single-byte type, handled as Plain
 };
 
-/// Text in one of several character types, with its byte count. A value: copies are deep.
+/// Text in one of several character types, with its byte count. A value: copies share their bytes,
+/// which nobody changes in place, so that handing texts on costs no memory.
 ///
 /// The count includes a terminator where the text was built with one, but nothing here relies on
 /// a terminator or on an even number of bytes in wide text.
@@ -54,7 +55,8 @@ class PYXIS_API StringBuffer {
     static CharacterType defaultCharacterType();
 
   private:
-    std::vector<unsigned char> bytes_;
+    std::shared_ptr<const unsigned char[]> bytes_;
+    int numBytes_ = 0;
     CharacterType type_ = CharacterType::Plain;
 };
 
