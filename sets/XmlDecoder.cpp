@@ -90,9 +90,12 @@ const std::string_view* Decoder::replacementFor(const Source& source, DecodeMode
     if (mode == DecodeMode::CData || source.text[source.at] != (inValue ? '%' : '&')) {
         return nullptr;
     }
-    const auto& table = inValue ? parameterEntities_ : document_.entities_;
-    const auto found = table.find(referenceName(source.text.substr(source.at)));
-    return found == table.end() ? nullptr : &found->second;
+    const std::string_view name = referenceName(source.text.substr(source.at));
+    if (!inValue) {
+        return document_.entity(name);
+    }
+    const auto found = parameterEntities_.find(name);
+    return found == parameterEntities_.end() ? nullptr : &found->second;
 }
 
 Decoder::Result Decoder::decode(char* run, std::size_t length, DecodeMode mode) {

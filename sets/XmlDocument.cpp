@@ -28,17 +28,23 @@ constexpr PredefinedEntity kPredefinedEntities[] = {
 
 }  // namespace
 
-Document::Document(std::size_t arenaSize) : arena_(arenaSize) {
-    for (const PredefinedEntity& entity : kPredefinedEntities) {
-        entities_.emplace(entity.name, entity.replacement);
-    }
-}
+Document::Document(std::size_t arenaSize) : arena_(arenaSize) {}
 
 Document::Document(std::string_view rootName) : Document(kSmallArena) {
     root_.name_ = keep(rootName);
 }
 
 Document::~Document() = default;
+
+const std::string_view* Document::entity(std::string_view name) const {
+    for (const PredefinedEntity& predefined : kPredefinedEntities) {
+        if (predefined.name == name) {
+            return &predefined.replacement;
+        }
+    }
+    const auto found = entities_.find(name);
+    return found == entities_.end() ? nullptr : &found->second;
+}
 
 char* Document::allocateText(std::size_t size) {
     return static_cast<char*>(arena_.allocate(std::max<std::size_t>(size, 1), 1));

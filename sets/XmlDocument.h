@@ -154,6 +154,9 @@ class Document {
     /// `arenaSize`: bytes that the tree will likely take.
     explicit Document(std::size_t arenaSize);
 
+    /// The replacement of a general entity, whose name ends in a semicolon; null when there is no
+    /// such entity. The predefined ones cannot be declared anew.
+    const std::string_view* entity(std::string_view name) const;
     /// A copy of `text` that lives as long as the document.
     std::string_view keep(std::string_view text);
     char* allocateText(std::size_t size);
@@ -178,7 +181,7 @@ class Document {
     std::pmr::monotonic_buffer_resource arena_;
     std::string source_;  ///< the parsed text; names, values and texts point into it
     Element root_;
-    EntityTable entities_;
+    EntityTable entities_;  ///< those that the document declares
     std::size_t replacedBytes_ = 0;
     std::map<std::string_view, AttributeDefaults> defaults_;
     std::vector<InstructionTarget> instructions_;

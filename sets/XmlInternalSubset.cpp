@@ -125,19 +125,19 @@ bool InternalSubset::namesItself(std::string_view value, std::string_view name) 
 /// Whether the references in `value` lead to the general entity `name`.
 bool InternalSubset::leadsTo(std::string_view value, std::string_view name) {
     // Only an entity that an earlier one may refer to can close a circle through others.
-    const bool isKnown = awaited_.count(name) != 0 || document_.entities_.count(name) != 0;
+    const bool isKnown = awaited_.count(name) != 0 || document_.entity(name) != nullptr;
     std::unordered_set<std::string_view> seen;
     std::vector<std::string_view> open{value};
     while (!open.empty()) {
         const std::string_view text = open.back();
         open.pop_back();
         const bool found = anyReference(text, '&', [&](std::string_view each) {
-            const auto entity = document_.entities_.find(each);
-            if (entity == document_.entities_.end()) {
+            const std::string_view* replacement = document_.entity(each);
+            if (replacement == nullptr) {
                 awaited_.insert(each);
             } else if (isKnown && searchedBytes_ < kMostSearchedBytes && seen.insert(each).second) {
-                searchedBytes_ += each.size() + entity->second.size();
-                open.push_back(entity->second);
+                searchedBytes_ += each.size() + replacement->size();
+                open.push_back(*replacement);
             }
             return each == name;
         });

@@ -178,7 +178,8 @@ bool Parser::attribute() {
 /// Reads a value up to its quote and goes behind that; false when there is no quote.
 bool Parser::value(char quote, std::string_view& value) {
     const std::size_t start = at_;
-    std::size_t end = (quote == '"' ? kDoubleQuotedEnds : kSingleQuotedEnds).find(text_, start);
+    const CharacterSet& ends = quote == '"' ? kDoubleQuotedEnds : kSingleQuotedEnds;
+    std::size_t end = ends.find(text_, skipPlain(text_, start, quote));
     if (end < text_.size() && text_[end] == quote) {
         value = text_.substr(start, end - start);
     } else {
@@ -207,6 +208,13 @@ void Parser::open(std::string_view name) {
 
 bool Parser::endTag() {
     const std::size_t start = at_ + 1;
+    if (current_ != nullptr && !current_->name_.empty() &&
+        at(start + current_->name_.size()) == '>' &&
+        text_.substr(start).starts_with(current_->name_)) {
+        at_ = start + current_->name_.size();
+        close();
+        return true;  // as nearly all are written
+    }
     const std::size_t nameEnd = kTagEnds.find(text_, start);
     const std::string_view name = text_.substr(start, nameEnd - start);
     at_ = skipSpace(text_, nameEnd);

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstring>
 #include <string_view>
 
 // Character classes and cuts of XML text.
@@ -49,6 +50,26 @@ class CharacterSet {
   private:
     std::array<bool, 256> members_{};
 };
+
+/// A place from `from` on before which there is neither `quote`, '&', tab, CR nor LF. Long values,
+/// as paths are, are passed in blocks that become vector instructions.
+inline std::size_t skipPlain(std::string_view text, std::size_t from, char quote) {
+    constexpr std::size_t kBlock = 16;
+    while (from + kBlock <= text.size()) {
+        std::array<unsigned char, kBlock> block;
+        std::memcpy(block.data(), text.data() + from, kBlock);
+        unsigned char marks = 0;
+        for (const unsigned char c : block) {
+            const bool isMark = c < ' ' || c == static_cast<unsigned char>(quote) || c == '&';
+            marks = static_cast<unsigned char>(marks | static_cast<unsigned char>(isMark));
+        }
+        if (marks != 0) {
+            break;
+        }
+        from += kBlock;
+    }
+    return from;
+}
 
 /// The first place from `from` on that is no white space, or the end of the text.
 constexpr std::size_t skipSpace(std::string_view text, std::size_t from) {
