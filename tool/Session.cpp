@@ -28,7 +28,7 @@ Session::Session(const std::string& language)
     codec_.setResourceFileName(Pyxis::fileSpecifier(file));
 }
 
-void Session::readAhead(const std::vector<std::string>& paths) const {
+void Session::readAhead(const std::vector<std::string>& paths) {
     componentCodecs_.readAhead(paths, isInterrupted);
 }
 

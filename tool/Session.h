@@ -21,7 +21,7 @@ class Session {
     const KestMultispectralCodec& codec() const { return codec_; }
     Pyxis::FindFileInterface& finder() { return finder_; }
     /// Opens files that are about to be asked for, several at a time.
-    void readAhead(const std::vector<std::string>& paths) const;
+    void readAhead(const std::vector<std::string>& paths);
     /// The language in use.
     const std::string& language() const { return language_; }
 

@@ -26,10 +26,9 @@ bool descriptorsExhausted() {
 
 std::shared_ptr<OpenedFile> FileCache::open(const GdalFormat& format, const std::string& path,
                                             std::string& why) {
-    // Codecs that share a driver share its opened files. Absolute, as the working directory
-    // changes.
-    const std::string key = std::string(format.driver()) + ":" + absolutePath(path);
-    std::shared_ptr<OpenedFile> file = find(key);
+    const bool isAbsolute = path.starts_with('/');
+    std::shared_ptr<OpenedFile> file =
+        isAbsolute ? find({format.driver(), path}) : find({format.driver(), absolutePath(path)});
     if (file) {
         return file;
     }
@@ -39,12 +38,12 @@ std::shared_ptr<OpenedFile> FileCache::open(const GdalFormat& format, const std:
         file = OpenedFile::open(format, path, why);
     }
     if (file && format.mayBeKept() && (changes_ == Changes::Ignore || file->isSettled())) {
-        keep(key, file);
+        return keep(format.driver(), file);
     }
     return file;
 }
 
-std::shared_ptr<OpenedFile> FileCache::find(const std::string& key) {
+std::shared_ptr<OpenedFile> FileCache::find(const Key& key) {
     std::shared_ptr<OpenedFile> changed;  // outlives the lock: closing takes a while
     const std::lock_guard<std::mutex> lock(mutex_);
     const auto place = places_.find(key);
@@ -61,10 +60,13 @@ std::shared_ptr<OpenedFile> FileCache::find(const std::string& key) {
     return nullptr;
 }
 
-void FileCache::keep(const std::string& key, const std::shared_ptr<OpenedFile>& file) {
+std::shared_ptr<OpenedFile> FileCache::keep(std::string_view driver,
+                                            const std::shared_ptr<OpenedFile>& file) {
+    const Key key{driver, file->absolutePath()};
     const std::lock_guard<std::mutex> lock(mutex_);
-    if (places_.count(key) != 0) {
-        return;  // another thread was faster
+    const auto place = places_.find(key);
+    if (place != places_.end()) {
+        return place->second->file;  // another thread was faster
     }
     entries_.push_front({key, file});
     places_.emplace(key, entries_.begin());
@@ -72,6 +74,7 @@ void FileCache::keep(const std::string& key, const std::shared_ptr<OpenedFile>& 
         places_.erase(entries_.back().key);
         entries_.pop_back();
     }
+    return file;
 }
 
 }  // namespace Pyxis

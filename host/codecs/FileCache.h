@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <list>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 namespace Pyxis {
@@ -31,18 +33,33 @@ class FileCache {
     static constexpr std::size_t kMostFiles = 16384;
 
   private:
+    /// Codecs that share a driver share its opened files. The path is absolute, as the working
+    /// directory changes.
+    struct Key {
+        std::string_view driver;
+        std::string_view path;
+
+        bool operator==(const Key&) const = default;
+    };
+    struct Hash {
+        std::size_t operator()(const Key& key) const {
+            return std::hash<std::string_view>()(key.path);  // one driver reads a file
+        }
+    };
     struct Entry {
-        std::string key;
+        Key key;  ///< looks at the driver's constant name, and at the file's path
         std::shared_ptr<OpenedFile> file;
     };
 
-    std::shared_ptr<OpenedFile> find(const std::string& key);
-    void keep(const std::string& key, const std::shared_ptr<OpenedFile>& file);
+    std::shared_ptr<OpenedFile> find(const Key& key);
+    /// The file from now on: that of another thread if it was faster.
+    std::shared_ptr<OpenedFile> keep(std::string_view driver,
+                                     const std::shared_ptr<OpenedFile>& file);
 
     const Changes changes_;
     std::mutex mutex_;
     std::list<Entry> entries_;  // the latest first
-    std::unordered_map<std::string, std::list<Entry>::iterator> places_;
+    std::unordered_map<Key, std::list<Entry>::iterator, Hash> places_;
 };
 
 }  // namespace Pyxis

@@ -16,7 +16,7 @@ std::string GdalFormat::load(OpenedFile& file) const {
     return {};
 }
 
-std::string GdalFormat::reject(const OpenedFile& /*file*/) const {
+std::string_view GdalFormat::reject(const OpenedFile& /*file*/) const {
     return {};
 }
 

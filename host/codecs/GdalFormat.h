@@ -51,7 +51,7 @@ class GdalFormat {
     /// Whether a world file may say where the raster lies.
     virtual bool takesWorldFile() const;
     /// Why an opened file is not of this format; empty when it is.
-    virtual std::string reject(const OpenedFile& file) const;
+    virtual std::string_view reject(const OpenedFile& file) const;
     /// Whether an opened file may be given out again for as long as the file itself stays as it is.
     virtual bool mayBeKept() const;
     /// What the file's own bytes tell.

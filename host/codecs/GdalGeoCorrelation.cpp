@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <exception>
 #include <mutex>
 #include <unordered_map>
 #include <utility>
@@ -50,17 +49,39 @@ std::string wktOf(const OGRSpatialReference& system) {
     return wkt;
 }
 
-std::shared_ptr<const CoordinateSystem> systemOf(GDALDataset& dataset) {
-    auto found = std::make_shared<CoordinateSystem>(CoordinateSystem{toWideBuffer(""), 0});
-    const OGRSpatialReference* system = dataset.GetSpatialRef();
-    if (system != nullptr && !system->IsEmpty()) {
-        const OGRSpatialReference known = identified(*system);
-        *found = {toWideBuffer(wktOf(known)), epsgCode(known)};
-    }
-    return found;
+using SystemPointer = std::shared_ptr<const CoordinateSystem>;
+using SharedSystem = decltype(GeoFacts::system);
+
+SystemPointer described(const OGRSpatialReference& system) {
+    return std::make_shared<CoordinateSystem>(
+        CoordinateSystem{toWideBuffer(wktOf(system)), epsgCode(system)});
 }
 
-using SharedSystem = decltype(GeoFacts::system);
+SystemPointer unknownSystem() {
+    return std::make_shared<CoordinateSystem>(CoordinateSystem{toWideBuffer(""), 0});
+}
+
+SystemPointer systemOf(GDALDataset& dataset) {
+    const OGRSpatialReference* system = dataset.GetSpatialRef();
+    return system != nullptr && !system->IsEmpty() ? described(identified(*system))
+                                                   : unknownSystem();
+}
+
+/// A registered system; null when there is none of this code. That takes half the time of reading
+/// it out of a file.
+SystemPointer registeredSystem(int code) {
+    OGRSpatialReference system;
+    return code != 0 && system.importFromEPSG(code) == OGRERR_NONE ? described(system) : nullptr;
+}
+
+/// Null when the file is gone.
+SystemPointer systemOf(const KnownFacts& known, const RasterOpener& open) {
+    if (SystemPointer registered = registeredSystem(known.projectedSystem)) {
+        return registered;
+    }
+    GDALDataset* dataset = open();
+    return dataset != nullptr ? systemOf(*dataset) : nullptr;
+}
 
 /// The systems of the keys met so far. Sets have one or two; past the limit it starts anew.
 class KnownSystems {
@@ -71,9 +92,12 @@ class KnownSystems {
     }
 
     /// Only the first who asks for a key works the system out. The others do not wait for it, as
-    /// they have files to open meanwhile.
-    SharedSystem systemOf(GDALDataset& dataset, const std::string& key) {
-        std::promise<std::shared_ptr<const CoordinateSystem>> promise;
+    /// they have files to open meanwhile. Not valid when the work comes to nothing; those who did
+    /// not wait then have an unknown system, and the next one who asks tries again.
+    template <typename Work>
+    SharedSystem systemOf(const std::string& key, const Work& work) {
+        const SystemPointer unknown = unknownSystem();
+        std::promise<SystemPointer> promise;
         SharedSystem own = promise.get_future().share();
         {
             const std::lock_guard<std::mutex> lock(mutex_);
@@ -85,14 +109,14 @@ class KnownSystems {
                 return place->second;
             }
         }
-        try {
-            promise.set_value(Pyxis::systemOf(dataset));
-        } catch (...) {
-            promise.set_exception(std::current_exception());
-            const std::lock_guard<std::mutex> lock(mutex_);
-            systems_.erase(key);
+        const SystemPointer found = guarded(SystemPointer(), work);
+        promise.set_value(found ? found : unknown);
+        if (found) {
+            return own;
         }
-        return own;
+        const std::lock_guard<std::mutex> lock(mutex_);
+        systems_.erase(key);
+        return {};
     }
 
   private:
@@ -102,12 +126,17 @@ class KnownSystems {
     std::unordered_map<std::string, SharedSystem> systems_;
 };
 
-SharedSystem systemOf(GDALDataset& dataset, const std::string& key) {
-    if (!key.empty()) {
-        return KnownSystems::instance().systemOf(dataset, key);
+SharedSystem sharedSystemOf(const KnownFacts& known, const RasterOpener& open) {
+    const auto work = [&] { return systemOf(known, open); };
+    if (!known.systemKey.empty()) {
+        return KnownSystems::instance().systemOf(known.systemKey, work);
     }
-    std::promise<std::shared_ptr<const CoordinateSystem>> promise;
-    promise.set_value(systemOf(dataset));
+    SystemPointer found = work();
+    if (!found) {
+        return {};
+    }
+    std::promise<SystemPointer> promise;
+    promise.set_value(std::move(found));
     return promise.get_future().share();
 }
 
@@ -149,12 +178,16 @@ bool GeoFacts::isToldByRotation() const {
     return off <= kMostPixelsOff * std::min(size.x, size.y);
 }
 
-std::shared_ptr<const GeoFacts> readGeoFacts(GDALDataset& dataset, const KnownFacts& known) {
+std::shared_ptr<const GeoFacts> readGeoFacts(const KnownFacts& known, std::int32_t width,
+                                             std::int32_t height, const RasterOpener& open) {
     auto facts = std::make_shared<GeoFacts>();
     if (known.transform) {
         facts->transform = *known.transform;
-    } else if (dataset.GetGeoTransform(facts->transform.data()) != CE_None) {
-        return nullptr;
+    } else {
+        GDALDataset* dataset = open();
+        if (dataset == nullptr || dataset->GetGeoTransform(facts->transform.data()) != CE_None) {
+            return nullptr;
+        }
     }
     // Formats that always give a transform give this one when they know of none.
     constexpr std::array<double, 6> kUnknown = {0, 1, 0, 0, 0, 1};
@@ -166,10 +199,10 @@ std::shared_ptr<const GeoFacts> readGeoFacts(GDALDataset& dataset, const KnownFa
         !std::isfinite(facts->transform[3])) {
         return nullptr;
     }
-    facts->width = dataset.GetRasterXSize();
-    facts->height = dataset.GetRasterYSize();
-    facts->system = systemOf(dataset, known.systemKey);
-    return facts;
+    facts->width = width;
+    facts->height = height;
+    facts->system = sharedSystemOf(known, open);
+    return facts->system.valid() ? facts : nullptr;
 }
 
 GdalGeoCorrelation* GdalGeoCorrelation::clone() const {

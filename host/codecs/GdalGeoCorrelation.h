@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <future>
 #include <memory>
 #include <string>
@@ -41,10 +42,14 @@ struct GeoFacts {
     bool isToldByRotation() const;
 };
 
-/// Null when the raster has no usable geotransform: ground control points alone do not tell where
-/// each corner lies. Rasters with the same system key have the same coordinate system, which is
-/// then worked out once.
-std::shared_ptr<const GeoFacts> readGeoFacts(GDALDataset& dataset, const KnownFacts& known);
+/// Opens the file of a raster where what is known does not do; null when it is gone.
+using RasterOpener = std::function<GDALDataset*()>;
+
+/// Null when the raster, of this size in pixels, has no usable geotransform (ground control points
+/// alone do not tell where each corner lies), or its file is gone. Rasters with the same system key
+/// have the same coordinate system, which is then worked out once.
+std::shared_ptr<const GeoFacts> readGeoFacts(const KnownFacts& known, std::int32_t width,
+                                             std::int32_t height, const RasterOpener& open);
 
 /// The name and description of every geo-correlation here.
 struct GeoCorrelationTexts {

@@ -60,14 +60,16 @@ OpenedFile::OpenedFile(const GdalFormat& format, std::string path, std::string a
 
 OpenedFile::~OpenedFile() {
     HandlePool::instance().forget(*this);
-    const ErrorCapture silent;
-    datasets_.clear();
+    if (isOpen()) {
+        const ErrorCapture silent;
+        datasets_.clear();
+    }
 }
 
 std::shared_ptr<OpenedFile> OpenedFile::open(const GdalFormat& format, const std::string& path,
                                              std::string& why) {
     // An absolute path cannot read as one of the drivers' own names for parts of files.
-    const std::string absolute = absolutePath(path);
+    const std::string absolute = Pyxis::absolutePath(path);
     const std::optional<FileHead> head = readHead(absolute, why);
     if (!head) {
         return nullptr;
@@ -89,22 +91,25 @@ std::shared_ptr<OpenedFile> OpenedFile::open(const GdalFormat& format, const std
 std::string OpenedFile::load() {
     const std::lock_guard<std::mutex> lock(mutex_);
     const ErrorCapture errors;
-    if (openPart("%s") == nullptr) {
+    if (known_.raster && known_.transform) {
+        addPart("%s");  // opened when it is used
+    } else if (openPart("%s") == nullptr) {
         return errors.message().empty() ? std::string("damaged ") + format_.texts().name + " file"
                                         : errors.message();
-    }
-    if (format_.takesWorldFile() && !known_.transform && !isGeoreferenced(mainDataset())) {
+    } else if (format_.takesWorldFile() && !known_.transform && !isGeoreferenced(mainDataset())) {
         takeWorldFile();
     }
     std::string why = format_.load(*this);
     if (why.empty() && frames_.empty()) {
         why = "holds no raster";
     }
-    if (!known_.systemKey.empty()) {
+    if (why.empty() && !known_.systemKey.empty()) {
         // Cheap while the file is open; later it may have to open again.
-        geoFacts_.front() = readGeoFacts(*datasets_.front(), known_);
+        geoFacts_.front() = readPlace(frames_.front());
     }
-    HandlePool::instance().used(*this);
+    if (isOpen()) {
+        HandlePool::instance().used(*this);
+    }
     return why;
 }
 
@@ -134,10 +139,27 @@ GDALDataset* OpenedFile::openPart(const std::string& name) {
     if (!dataset) {
         return nullptr;
     }
-    partNames_.push_back(name);
+    addPart(name);
     datasets_.push_back(std::move(dataset));
-    geoFacts_.emplace_back();
     return datasets_.back().get();
+}
+
+void OpenedFile::addPart(const std::string& name) {
+    partNames_.push_back(name);
+    geoFacts_.emplace_back();
+}
+
+void OpenedFile::addKnownRaster() {
+    const KnownRaster& raster = known_.raster.value();
+    FrameFacts facts;
+    facts.band = 1;
+    facts.width = raster.width;
+    facts.height = raster.height;
+    facts.blockWidth = raster.blockWidth;
+    facts.blockHeight = raster.blockHeight;
+    facts.type = sampleTypeOf(raster.format, raster.bits).value();
+    facts.format = raster.format;
+    frames_.push_back(std::move(facts));
 }
 
 void OpenedFile::addBandsOf(GDALDataset& dataset, const std::vector<std::string>& ownTexts) {
@@ -181,30 +203,37 @@ bool OpenedFile::openAgain() {
     return true;
 }
 
-std::shared_ptr<const GeoFacts> OpenedFile::geoFacts(int index) {
-    const std::size_t part = frame(index).part;
-    {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        if (geoFacts_[part]) {
-            return *geoFacts_[part];
-        }
-    }
-    const Use use(*this, index);
-    if (use.band() == nullptr) {
+GDALDataset* OpenedFile::dataset(std::size_t part) {
+    if (!openAgain()) {
         return nullptr;
     }
-    geoFacts_[part] = readGeoFacts(*datasets_[part], known_);
-    return *geoFacts_[part];
+    HandlePool::instance().used(*this);
+    return datasets_[part].get();
+}
+
+std::shared_ptr<const GeoFacts> OpenedFile::readPlace(const FrameFacts& frame) {
+    return readGeoFacts(known_, frame.width, frame.height, [&] { return dataset(frame.part); });
+}
+
+std::shared_ptr<const GeoFacts> OpenedFile::geoFacts(int index) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    auto& known = geoFacts_[frame(index).part];
+    if (known) {
+        return *known;
+    }
+    const ErrorCapture silent;
+    std::shared_ptr<const GeoFacts> read = readPlace(frame(index));
+    if (read || isOpen()) {  // a file that could not be opened may be another time
+        known = read;
+    }
+    return read;
 }
 
 OpenedFile::Use::Use(OpenedFile& file, int frame)
     : lock_(file.mutex_), band_(guarded<GDALRasterBand*>(nullptr, [&]() -> GDALRasterBand* {
-          if (!file.openAgain()) {
-              return nullptr;
-          }
-          HandlePool::instance().used(file);
           const FrameFacts& facts = file.frame(frame);
-          return file.datasets_[facts.part]->GetRasterBand(facts.band);
+          GDALDataset* dataset = file.dataset(facts.part);
+          return dataset != nullptr ? dataset->GetRasterBand(facts.band) : nullptr;
       })) {}
 
 }  // namespace Pyxis

@@ -33,8 +33,9 @@ struct FrameFacts {
     std::string ownText;  ///< what the format itself tells of the band: a letter, a file's name
 };
 
-/// A file that GDAL has opened for reading: what is known of it, and its datasets, which close
-/// when too many are open and open again when they are used. Several images may share it, on
+/// A file that is open for reading: what is known of it, and GDAL's datasets, which close when too
+/// many are open and open again when they are used. A file whose own bytes tell everything is not
+/// opened by GDAL before it is used. Several images may share it, on
 /// several threads; GDAL's datasets may not be used by two threads at once, so every use of them
 /// goes through `Use`.
 class OpenedFile {
@@ -50,6 +51,8 @@ class OpenedFile {
 
     /// The path as it was given.
     const std::string& path() const { return path_; }
+    /// The path from the root on, for as long as this lives.
+    const std::string& absolutePath() const { return absolutePath_; }
     /// Bytes in the opened file.
     std::uint64_t size() const { return stamp_.file.size; }
     /// Whether the file is another now than when it was opened.
@@ -88,7 +91,11 @@ class OpenedFile {
 
     // For formats, while they load.
 
+    /// Whether GDAL has opened the file. Where its own bytes told everything it has not.
+    bool isOpen() const { return !datasets_.empty(); }
     GDALDataset& mainDataset() { return *datasets_.front(); }
+    /// Adds the raster that the file's own bytes told of as a frame.
+    void addKnownRaster();
     /// Opens another dataset of the same file by the driver's own name for it, with "%s" where the
     /// path goes; null on failure.
     GDALDataset* openPart(const std::string& name);
@@ -102,7 +109,10 @@ class OpenedFile {
                const FileHead& head);
     std::string load();
     void takeWorldFile();
+    void addPart(const std::string& name);
     bool openAgain();
+    GDALDataset* dataset(std::size_t part);
+    std::shared_ptr<const GeoFacts> readPlace(const FrameFacts& frame);
     std::string nameOfPart(std::string name) const;
 
     const GdalFormat& format_;

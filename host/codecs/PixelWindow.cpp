@@ -49,15 +49,9 @@ std::optional<GDALDataType> bufferType(GDALDataType own, SampleFormat format,
     if (request.sampleBits == 0 || ownAsked) {
         return own;
     }
-    const auto* found = std::find_if(
-        std::begin(kSampleTypes), std::end(kSampleTypes), [&request](const SampleType& sample) {
-            return sample.format == request.sampleFormat && sample.bits == request.sampleBits;
-        });
-    if (found == std::end(kSampleTypes) ||
-        (own == GDT_Byte && format == SampleFormat::SignedInteger)) {
-        return std::nullopt;
-    }
-    return found->type;
+    return own == GDT_Byte && format == SampleFormat::SignedInteger
+               ? std::nullopt
+               : sampleTypeOf(request.sampleFormat, request.sampleBits);
 }
 
 bool windowInside(const GDALRasterBand& band, const PixelRequest& request) {
@@ -131,6 +125,14 @@ bool readReduced(GDALRasterBand& band, const PixelRequest& request, GDALDataType
 }
 
 }  // namespace
+
+std::optional<GDALDataType> sampleTypeOf(SampleFormat format, std::int32_t bits) {
+    const auto* found = std::find_if(std::begin(kSampleTypes), std::end(kSampleTypes),
+                                     [format, bits](const SampleType& sample) {
+                                         return sample.format == format && sample.bits == bits;
+                                     });
+    return found != std::end(kSampleTypes) ? std::optional(found->type) : std::nullopt;
+}
 
 SampleFormat sampleFormatOf(GDALRasterBand& band) {
     if (holdsSignedBytes(band)) {

@@ -1,10 +1,8 @@
 #include "host/codecs/ReadAhead.h"
 
 #include <algorithm>
-#include <atomic>
-#include <cstddef>
-#include <system_error>
-#include <thread>
+#include <exception>
+#include <utility>
 
 #include "host/codecs/FileCache.h"
 #include "host/codecs/GdalFormat.h"
@@ -28,52 +26,55 @@ void openAny(FileCache& cache, const std::string& path) {
     }
 }
 
-/// The threads besides the one that asks.
-class Helpers {
-  public:
-    template <typename Work>
-    Helpers(std::size_t count, const Work& work) {
-        try {
-            for (std::size_t i = 0; i < count; ++i) {
-                threads_.emplace_back(work);
-            }
-        } catch (const std::system_error&) {
-            // Fewer do the work.
-        }
-    }
-    Helpers(const Helpers&) = delete;
-    Helpers& operator=(const Helpers&) = delete;
-    ~Helpers() {
-        for (std::thread& thread : threads_) {
-            thread.join();
-        }
-    }
-
-  private:
-    std::vector<std::thread> threads_;
-};
-
 }  // namespace
 
-void readAhead(FileCache& cache, const std::vector<std::string>& paths,
-               const std::function<bool()>& stop) {
-    const std::size_t count = std::min(paths.size(), FileCache::kMostFiles);
-    const std::size_t threads = std::min<std::size_t>(
-        {count / kFilesForThread, std::max(std::thread::hardware_concurrency(), 1U), kMostThreads});
+ReadAhead::ReadAhead(std::shared_ptr<FileCache> cache, std::vector<std::string> paths,
+                     std::function<bool()> stop)
+    : cache_(std::move(cache)),
+      paths_(std::move(paths)),
+      stop_(std::move(stop)),
+      count_(std::min(paths_.size(), FileCache::kMostFiles)) {
+    const std::size_t threads =
+        std::min<std::size_t>({count_ / kFilesForThread,
+                               std::max(std::thread::hardware_concurrency(), 1U), kMostThreads});
     if (threads < 2) {
         return;
     }
-    std::atomic<std::size_t> next{0};
-    const auto work = [&] {
-        for (std::size_t at = next++; at < count && !stop(); at = next++) {
-            guarded(false, [&] {
-                openAny(cache, paths[at]);
-                return true;
-            });
+    helpers_.reserve(threads - 1);
+    try {
+        // The first file most likely brings the coordinate system of all. It is a helper's, so that
+        // the caller need not wait for it.
+        helpers_.emplace_back([this] {
+            open(0);
+            openNextFiles();
+        });
+        while (helpers_.size() < threads - 1) {
+            helpers_.emplace_back([this] { openNextFiles(); });
         }
-    };
-    const Helpers helpers(threads - 1, work);
-    work();
+    } catch (const std::exception&) {
+        // Fewer do the work.
+    }
+    openNextFiles();
+}
+
+ReadAhead::~ReadAhead() {
+    next_ = count_;
+    for (std::thread& helper : helpers_) {
+        helper.join();
+    }
+}
+
+void ReadAhead::open(std::size_t at) {
+    guarded(false, [&] {
+        openAny(*cache_, paths_[at]);
+        return true;
+    });
+}
+
+void ReadAhead::openNextFiles() {
+    for (std::size_t at = next_++; at < count_ && !stop_(); at = next_++) {
+        open(at);
+    }
 }
 
 }  // namespace Pyxis

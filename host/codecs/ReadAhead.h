@@ -1,15 +1,40 @@
 #pragma once
 
+#include <atomic>
+#include <cstddef>
 #include <functional>
+#include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace Pyxis {
 
 class FileCache;
 
-/// Opens the files on several threads and leaves them in the cache. Ends early when `stop` says so.
-void readAhead(FileCache& cache, const std::vector<std::string>& paths,
-               const std::function<bool()>& stop);
+/// Opens files on several threads and leaves them in a cache. The constructor returns when every
+/// file is opened or being opened: working out a coordinate system takes as long as opening a
+/// hundred files, and whoever needs it then waits for it.
+class ReadAhead {
+  public:
+    /// Ends early when `stop` says so.
+    ReadAhead(std::shared_ptr<FileCache> cache, std::vector<std::string> paths,
+              std::function<bool()> stop);
+    ReadAhead(const ReadAhead&) = delete;
+    ReadAhead& operator=(const ReadAhead&) = delete;
+    /// Waits for the files that are being opened.
+    ~ReadAhead();
+
+  private:
+    void open(std::size_t at);
+    void openNextFiles();
+
+    std::shared_ptr<FileCache> cache_;
+    std::vector<std::string> paths_;
+    std::function<bool()> stop_;
+    std::size_t count_;
+    std::atomic<std::size_t> next_{1};  // the first is the first helper's
+    std::vector<std::thread> helpers_;
+};
 
 }  // namespace Pyxis

@@ -21,8 +21,9 @@ StandardCodecs::StandardCodecs(QuickBird quickBird, Changes changes)
 StandardCodecs::~StandardCodecs() = default;
 
 void StandardCodecs::readAhead(const std::vector<std::string>& paths,
-                               const std::function<bool()>& stop) const {
-    Pyxis::readAhead(*cache_, paths, stop);
+                               const std::function<bool()>& stop) {
+    readingAhead_ = nullptr;  // what is still going on ends first
+    readingAhead_ = std::make_unique<ReadAhead>(cache_, paths, stop);
 }
 
 void StandardCodecs::add(std::unique_ptr<ImageFormatCodec> codec) {

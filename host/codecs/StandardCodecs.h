@@ -11,6 +11,7 @@
 namespace Pyxis {
 
 class FileCache;
+class ReadAhead;
 
 /// The host's component codecs in the order in which they are asked (QuickBird TIFF, TIFF, NITF,
 /// FAST), registered for as long as the object lives.
@@ -29,9 +30,9 @@ class PYXIS_CODECS_API StandardCodecs {
     StandardCodecs(const StandardCodecs&) = delete;
     StandardCodecs& operator=(const StandardCodecs&) = delete;
     /// Opens files on several threads, so that the codecs have them at hand when they are asked;
-    /// worth it for many only. Ends early when `stop` says so. Files that cannot be opened are
-    /// left for the codecs to find.
-    void readAhead(const std::vector<std::string>& paths, const std::function<bool()>& stop) const;
+    /// worth it for many only. Ends early when `stop`, which is asked on those threads for as long
+    /// as this object lives, says so. Files that cannot be opened are left for the codecs to find.
+    void readAhead(const std::vector<std::string>& paths, const std::function<bool()>& stop);
     /// Closes the images of these codecs that nobody has deleted.
     ~StandardCodecs();
 
@@ -41,6 +42,7 @@ class PYXIS_CODECS_API StandardCodecs {
     std::shared_ptr<FileCache> cache_;
     std::vector<std::unique_ptr<ImageFormatCodec>> codecs_;
     std::vector<std::unique_ptr<CodecRegistration>> registrations_;
+    std::unique_ptr<ReadAhead> readingAhead_;
 };
 
 }  // namespace Pyxis

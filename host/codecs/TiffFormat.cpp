@@ -19,6 +19,13 @@ constexpr std::string_view kBandListHead = "{\n  bandList = \n";
 
 /// The last block of the last band; none in a sparse file, whose block was never written.
 std::optional<PixelBlock> lastBlockOf(OpenedFile& file) {
+    const std::optional<PixelBlock>& known = file.known().lastBlock;
+    const auto written = [&] {
+        return known && known->offset != 0 && known->length != 0 ? known : std::nullopt;
+    };
+    if (!file.isOpen()) {
+        return written();
+    }
     GDALDataset& dataset = file.mainDataset();
     GDALRasterBand& band = *dataset.GetRasterBand(dataset.GetRasterCount());
     int width = 1;
@@ -28,8 +35,7 @@ std::optional<PixelBlock> lastBlockOf(OpenedFile& file) {
     const int row = (band.GetYSize() - 1) / height;
     const std::uint64_t blocks = (std::uint64_t(column) + 1) * (std::uint64_t(row) + 1);
     if (dataset.GetRasterCount() == 1 && blocks == file.known().blocks) {
-        const std::optional<PixelBlock>& known = file.known().lastBlock;
-        return known && known->offset != 0 && known->length != 0 ? known : std::nullopt;
+        return written();
     }
     const std::string place = std::to_string(column) + "_" + std::to_string(row);
     const char* offset = band.GetMetadataItem(("BLOCK_OFFSET_" + place).c_str(), "TIFF");
@@ -71,12 +77,16 @@ class TiffFormat : public GdalFormat {
         return std::find(kMagics.begin(), kMagics.end(), head.substr(0, 4)) != kMagics.end();
     }
     std::string load(OpenedFile& file) const override {
-        GDALDataset& dataset = file.mainDataset();
-        file.addBandsOf(dataset);
-        const char* description = file.known().mayHaveDescription
-                                      ? dataset.GetMetadataItem("TIFFTAG_IMAGEDESCRIPTION")
-                                      : nullptr;
-        file.setDescription(description != nullptr ? description : "");
+        if (file.isOpen()) {
+            GDALDataset& dataset = file.mainDataset();
+            file.addBandsOf(dataset);
+            const char* description = file.known().mayHaveDescription
+                                          ? dataset.GetMetadataItem("TIFFTAG_IMAGEDESCRIPTION")
+                                          : nullptr;
+            file.setDescription(description != nullptr ? description : "");
+        } else {
+            file.addKnownRaster();
+        }
         return file.numFrames() > 0 && endsBeforePixels(file) ? "the file is cut short" : "";
     }
     bool takesWorldFile() const override { return true; }
@@ -112,10 +122,10 @@ class QuickBirdFormat final : public TiffFormat {
         }();
         return kTexts;
     }
-    std::string reject(const OpenedFile& file) const override {
-        return file.description().rfind(kBandListHead, 0) == 0
-                   ? ""
-                   : "the image description holds no band list";
+    std::string_view reject(const OpenedFile& file) const override {
+        return file.description().starts_with(kBandListHead)
+                   ? ""sv
+                   : "the image description holds no band list"sv;
     }
 };
 

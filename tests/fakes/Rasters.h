@@ -48,7 +48,7 @@ struct Raster {
     int bands = 1;
     GDALDataType type = GDT_Byte;
     std::optional<std::array<double, 6>> transform = {{500000, 30, 0, 4600000, 0, -30}};
-    int epsg = 32632;              ///< 0: no coordinate system
+    int epsg = 32632;              ///< 0: no coordinate system; -1: one without a code
     std::string description = {};  ///< image description
     bool palette = false;
     std::string driver = "GTiff";
@@ -98,7 +98,13 @@ inline std::string writeRaster(const std::string& path, const Raster& raster = {
     }
     if (raster.epsg != 0) {
         OGRSpatialReference system;
-        system.importFromEPSG(raster.epsg);
+        if (raster.epsg > 0) {
+            system.importFromEPSG(raster.epsg);
+        } else {
+            system.SetProjCS("own");
+            system.SetWellKnownGeogCS("WGS84");
+            system.SetTM(1, 12, 0.9, 500, 0);
+        }
         dataset->SetSpatialRef(&system);
     }
     if (!raster.description.empty()) {

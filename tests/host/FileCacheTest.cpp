@@ -51,7 +51,7 @@ TEST_F(FileCache, ChangedFilesAreReadAnew) {
 
 TEST(FileCacheThatIgnoresChanges, AnswersOfARunFitTogether) {
     const fakes::TempDirectory directory;
-    const StandardCodecs codecs(StandardCodecs::QuickBird::With, StandardCodecs::Changes::Ignore);
+    StandardCodecs codecs(StandardCodecs::QuickBird::With, StandardCodecs::Changes::Ignore);
     std::vector<std::string> paths = {directory / "none.tif"};
     for (int i = 0; i < 80; ++i) {
         paths.push_back(fakes::writeRaster(directory / ("r" + std::to_string(i) + ".tif"),

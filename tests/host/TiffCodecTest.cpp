@@ -50,38 +50,76 @@ TEST_F(TiffCodec, FramesShowLayoutAndPixelsOfTheirBands) {
     }
 }
 
+/// What GDAL says of the first band of a file: block size, sample type, first corner, the system.
+std::string gdalSays(const std::string& path) {
+    const GDALDatasetUniquePtr dataset(GDALDataset::Open(path.c_str()));
+    GDALRasterBand& band = *dataset->GetRasterBand(1);
+    std::array<double, 6> t{};
+    int width = 0, height = 0;
+    band.GetBlockSize(&width, &height);
+    dataset->GetGeoTransform(t.data());
+    const char* const form[] = {"FORMAT=WKT2_2018", "MULTILINE=NO", nullptr};
+    char* text = nullptr;
+    dataset->GetSpatialRef()->exportToWkt(&text, form);
+    const std::string wkt = text;
+    CPLFree(text);
+    return CPLSPrintf("%d x %d of %d, %.9g %.9g, %s", width, height,
+                      GDALGetDataTypeSizeBits(band.GetRasterDataType()), t[0], t[3], wkt.c_str());
+}
+
+std::string codecSays(const Opened& opened) {
+    const auto* geo = opened.property<GeoTiffCorrelation>();
+    StringBuffer system;
+    geo->getCoordinateSystem(system);
+    const Point2d corner = geo->getUpperLeft();
+    return CPLSPrintf("%d x %d of %d, %.9g %.9g, %s", opened.frame->frameOp9(),
+                      opened.frame->frameOp10(), opened.frame->frameOp6(), corner.x, corner.y,
+                      toUtf8(system).c_str());
+}
+
 TEST_F(TiffCodec, WhatTheDirectoryTellsIsWhatGdalSays) {
     struct Case {
         const char* name;
-        std::vector<std::string> options;
-        bool centres;
-        int model;
+        fakes::Raster raster;
+        bool opensLater = true;  // the file's own bytes do
+        const char* metadata[2] = {nullptr, nullptr};
+        int model = 0;
     };
+    const std::vector<std::string> big = {"BIGTIFF=YES", "TILED=YES", "BLOCKXSIZE=16",
+                                          "BLOCKYSIZE=32"};
     const Case cases[] = {
-        {"corners", {}, false, 0},
-        {"centres", {}, true, 0},
-        {"big", {"BIGTIFF=YES", "TILED=YES", "BLOCKXSIZE=16", "BLOCKYSIZE=16"}, false, 0},
-        {"big-endian", {"ENDIANNESS=BIG"}, false, 0},
-        {"big-endian centres", {"ENDIANNESS=BIG", "BIGTIFF=YES"}, true, 0},
-        {"dark on light", {"PHOTOMETRIC=MINISWHITE"}, false, 1},
+        {"corners", {}},
+        {"tiles", {.width = 40, .height = 70, .type = GDT_Int16, .options = big}},
+        {"big-endian", {.type = GDT_UInt32, .options = {"ENDIANNESS=BIG"}}},
+        {"packed", {.height = 90, .type = GDT_Float32, .options = {"COMPRESS=LZW", "PREDICTOR=3"}}},
+        {"long strip", {.height = 2001, .options = {"BLOCKYSIZE=2001"}}, false},
+        {"lines", {.width = 4000, .height = 3, .type = GDT_Float64, .options = {"BLOCKYSIZE=2"}}},
+        {"feet", {.epsg = 2263}},
+        {"degrees", {.epsg = 4326}},
+        {"own system", {.epsg = -1}},
+        {"centres", {}, false, {"AREA_OR_POINT", "Point"}},
+        {"described", {.description = "scene"}, false},
+        {"metadata", {}, false, {"SENSOR", "a"}},
+        {"complex", {.type = GDT_CFloat32}, false},
+        {"bits", {.options = {"NBITS=4"}}, false},
+        {"bands", {.bands = 2}, false},
+        {"dark on light", {.options = {"PHOTOMETRIC=MINISWHITE"}}, false, {nullptr, nullptr}, 1},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        const std::string path = fakes::writeRaster(
-            directory / "raster.tif", {.width = 40, .height = 40, .options = c.options});
-        if (c.centres) {
+        const std::string path =
+            fakes::writeRaster(directory / (std::string(c.name) + ".tif"), c.raster);
+        if (c.metadata[0] != nullptr) {
             GDALDatasetUniquePtr(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE))
-                ->SetMetadataItem("AREA_OR_POINT", "Point");
+                ->SetMetadataItem(c.metadata[0], c.metadata[1]);
         }
         const Opened opened(path);
-        std::array<double, 6> transform{};
-        GDALDatasetUniquePtr(GDALDataset::Open(path.c_str()))->GetGeoTransform(transform.data());
-        const auto* geo = opened.property<GeoTiffCorrelation>();
-        EXPECT_EQ(geo->getUpperLeft().x, transform[0]);
-        EXPECT_EQ(geo->getUpperLeft().y, transform[3]);
+        EXPECT_EQ(openBelow(directory.path()).empty(), c.opensLater);
+        EXPECT_EQ(codecSays(opened), gdalSays(path));
         EXPECT_EQ(opened.frame->frameOp4(), c.model);
         EXPECT_EQ(opened.frame->frameOp12() != nullptr, c.model == 1);
-        if (!c.centres) {  // what was changed afterwards lies behind the pixels
+        EXPECT_EQ(opened.pixels(), gdalPixels(path, 1));
+        if (c.metadata[0] == nullptr) {  // what was changed afterwards lies behind the pixels
             std::filesystem::resize_file(path, std::filesystem::file_size(path) - 1);
             EXPECT_EQ(whyNotReadable(fileSpecifier(path)), "the file is cut short");
         }
