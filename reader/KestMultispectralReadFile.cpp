@@ -49,6 +49,7 @@ ReadFile::KestMultispectralReadFile(const ReadFile& other)
       bands_(other.bands_),
       buckets_(other.buckets_),
       files_(other.files_),
+      metadataFile_(other.metadataFile_),
       setKind_(other.setKind_),
       propertySet_(std::make_shared<PropertySet>(*other.propertySet_)) {}
 
@@ -68,9 +69,7 @@ ReadFile::Codecs ReadFile::keepReadable(const kest::ComponentList& listed) {
         if (codec == nullptr) {
             continue;
         }
-        Pyxis::FileSpecifier file;
-        kest::appendComponent(component, frame, file);
-        files_.push_back(file);
+        files_.push_back({component, frame});
         kept.append(component, frame);
     }
     specifier_ = kept.specifier();
@@ -104,7 +103,7 @@ void ReadFile::addMetadataTextFile(Pyxis::FindFileInterface& findFile) {
     if (!findFile.findFile(codec_, first, metadata, metadata)) {
         return;
     }
-    files_.push_back(metadata);
+    metadataFile_ = metadata;
     const KestMultispectralMetadataTextFileProperty property(metadata);
     propertySet_->appendProperty(&property);
 }
@@ -118,13 +117,19 @@ const Pyxis::FileSpecifier& ReadFile::getFileSpecifier() const {
 }
 
 int ReadFile::getNumFiles() const {
-    return static_cast<int>(files_.size());
+    return static_cast<int>(files_.size()) + (metadataFile_ ? 1 : 0);
 }
 
 Pyxis::FileSpecifier ReadFile::getFile(int index) const {
     return kest::answerOr(Pyxis::FileSpecifier(), [this, index] {
-        return index >= 0 && index < getNumFiles() ? files_[static_cast<std::size_t>(index)]
-                                                   : Pyxis::FileSpecifier();
+        Pyxis::FileSpecifier file;
+        if (index >= 0 && static_cast<std::size_t>(index) < files_.size()) {
+            const ComponentFile& component = files_[static_cast<std::size_t>(index)];
+            kest::appendComponent(component.file, component.frame, file);
+        } else if (index >= 0 && index < getNumFiles()) {
+            file = *metadataFile_;
+        }
+        return file;
     });
 }
 

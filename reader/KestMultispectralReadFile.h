@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "properties/KestMultispectralPropertySetIterator.h"
@@ -56,6 +57,12 @@ class KestMultispectralReadFile : public Pyxis::ReadImageFileInterface {
   private:
     using Codecs = std::vector<const Pyxis::ImageFormatCodec*>;
 
+    /// Handed out as a list of its own, which few ask for.
+    struct ComponentFile {
+        Pyxis::FileSpecifier file;
+        int frame;
+    };
+
     /// Fills `specifier_` and `files_` with the components that a codec reads; answers the codecs
     /// by place in `listed`, null for the others.
     Codecs keepReadable(const kest::ComponentList& listed);
@@ -69,7 +76,8 @@ class KestMultispectralReadFile : public Pyxis::ReadImageFileInterface {
     kest::ComponentList components_;  ///< `specifier_`, parsed
     std::vector<kest::BandRecord> bands_;
     std::vector<kest::BucketRecord> buckets_;
-    std::vector<Pyxis::FileSpecifier> files_;
+    std::vector<ComponentFile> files_;
+    std::optional<Pyxis::FileSpecifier> metadataFile_;  ///< the last of the files, when it is there
     int setKind_ = 0;
     /// Shared with every frame, which may outlive the image.
     std::shared_ptr<KestMultispectralPropertySetIterator> propertySet_;

@@ -34,12 +34,6 @@ std::string textOf(Getter getter) {
     return toUtf8(text);
 }
 
-/// Of a plain file, or of a list of one component.
-std::string pathOf(const Pyxis::FileSpecifier& file) {
-    return file.type() == Pyxis::FileSpecifier::Type::Compound ? componentsOf(file).at(0).path
-                                                               : toUtf8(file.string());
-}
-
 /// The text of a band's coordinate system, which nearly always is that of the band before.
 std::string systemText(const Pyxis::StringBuffer& text, SystemText& last) {
     const auto size = static_cast<std::size_t>(text.numDataBytes());
@@ -164,9 +158,7 @@ OpenedSet::OpenedSet(Session& session, const Pyxis::FileSpecifier& set) {
         throw Failure(ExitCode::Unexpected, "the set cannot be opened");
     }
     view_.scheme = reader->setKind();
-    for (int i = 0; i < image_->getNumFiles(); ++i) {
-        view_.files.push_back(pathOf(image_->getFile(i)));
-    }
+    gatherFiles();
     gatherBands(*reader);
     gatherBuckets(*reader);
 }
@@ -180,6 +172,16 @@ std::unique_ptr<Pyxis::ReadImageFileFrameInterface> OpenedSet::openFrame(int fra
         throw Failure(ExitCode::CannotRead, file, "the band cannot be opened");
     }
     return opened;
+}
+
+void OpenedSet::gatherFiles() {
+    for (const Component& component : componentsOf(image_->getFileSpecifier())) {
+        view_.files.push_back(component.path);
+    }
+    // A file that is no component follows them.
+    for (int i = static_cast<int>(view_.files.size()); i < image_->getNumFiles(); ++i) {
+        view_.files.push_back(toUtf8(image_->getFile(i).string()));
+    }
 }
 
 void OpenedSet::gatherBands(const KestMultispectralReadFile& reader) {

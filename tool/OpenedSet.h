@@ -88,6 +88,7 @@ class OpenedSet {
     const Pyxis::FileSpecifier& specifier() const { return image_->getFileSpecifier(); }
 
   private:
+    void gatherFiles();
     void gatherBands(const KestMultispectralReadFile& reader);
     void gatherBuckets(const KestMultispectralReadFile& reader);
 

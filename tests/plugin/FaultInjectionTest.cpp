@@ -321,8 +321,8 @@ const std::vector<Operation> kOperations = {
      [](Scene& s) { s.image.reset(s.codec.cloneOpenImage(s.opened.get())); }, "3ppp4M", "3ppp4M",
      "- 3ppp4M"},
     {"getFile", Product::Po,
-     [](Scene& s) { s.answer = s.opened->getFile(3).isEmpty() ? "none" : "file"; }, "file", "file",
-     "file"},
+     [](Scene& s) { s.answer = s.opened->getFile(0).isEmpty() ? "none" : "file"; }, "file", "file",
+     "file none"},
     {"texts", Product::Po,
      [](Scene& s) {
          Pyxis::StringBuffer text;
