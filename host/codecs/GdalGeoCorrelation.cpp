@@ -67,11 +67,14 @@ SystemPointer systemOf(GDALDataset& dataset) {
                                                    : unknownSystem();
 }
 
-/// A registered system; null when there is none of this code. That takes half the time of reading
-/// it out of a file.
+/// A registered projected system in metres; null when there is none of this code. That takes half
+/// the time of reading it out of a file.
 SystemPointer registeredSystem(int code) {
     OGRSpatialReference system;
-    return code != 0 && system.importFromEPSG(code) == OGRERR_NONE ? described(system) : nullptr;
+    return code != 0 && system.importFromEPSG(code) == OGRERR_NONE && system.IsProjected() != 0 &&
+                   system.GetLinearUnits() == 1.0
+               ? described(system)
+               : nullptr;
 }
 
 /// Null when the file is gone.

@@ -52,12 +52,14 @@ constexpr PlainKey kPlainKeys[] = {
     {kProjectedCitation, true, 0},   {kLinearUnits, false, kMetre},
 };
 
-bool isPlain(const Key& key) {
-    return std::any_of(std::begin(kPlainKeys), std::end(kPlainKeys), [&key](const PlainKey& plain) {
-        return key.id == plain.id &&
-               (plain.isText ? key.place == tag::kAsciiParameters
-                             : key.isNumber() && (plain.value == 0 || key.value == plain.value));
-    });
+bool isPlain(const Key& key, std::string_view texts) {
+    const auto says = [&](const PlainKey& plain) {
+        return plain.isText
+                   ? key.place == tag::kAsciiParameters && key.value + key.count <= texts.size()
+                   : key.isNumber() && (plain.value == 0 || key.value == plain.value);
+    };
+    return std::any_of(std::begin(kPlainKeys), std::end(kPlainKeys),
+                       [&](const PlainKey& plain) { return key.id == plain.id && says(plain); });
 }
 
 /// The keys of a directory of version 1 that is all there; none of any other.
@@ -79,9 +81,11 @@ const Key* find(const std::vector<Key>& keys, std::uint64_t id) {
     return found != keys.end() ? &*found : nullptr;
 }
 
-/// Some writers hide parameters of the system in its name, as NAME = VALUE.
-bool isName(std::string_view texts) {
-    return texts.find_first_of("=$\n") == std::string_view::npos;
+/// Whether texts are names and nothing else, up to their one terminator. Some writers hide
+/// parameters of the system there, as NAME = VALUE.
+bool areNames(std::string_view texts) {
+    using namespace std::string_view_literals;
+    return texts.empty() || texts.find_first_of("=$\n\0"sv) == texts.size() - 1;
 }
 
 int plainProjectedSystem(const std::vector<Key>& keys, std::string_view texts) {
@@ -91,8 +95,9 @@ int plainProjectedSystem(const std::vector<Key>& keys, std::string_view texts) {
             return one.id >= next.id;  // each at most once
         });
     return system != nullptr && disorder == keys.end() && find(keys, kModelType) != nullptr &&
-                   std::all_of(keys.begin(), keys.end(), isPlain) && isName(texts) &&
-                   system->value < kUserDefined
+                   std::all_of(keys.begin(), keys.end(),
+                               [texts](const Key& key) { return isPlain(key, texts); }) &&
+                   areNames(texts) && system->value < kUserDefined
                ? static_cast<int>(system->value)
                : 0;
 }

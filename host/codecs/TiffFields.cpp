@@ -74,6 +74,11 @@ std::uint64_t TiffReader::number(std::string_view bytes) const {
 }
 
 TiffFields::TiffFields(const std::string& path, const FileHead& head) : file_(path, head) {
+    // BigTIFF says how wide its places are, for versions to come.
+    if (file_.isBig() &&
+        (file_.number(file_.bytes(4, 2)) != kBig.offset || file_.number(file_.bytes(6, 2)) != 0)) {
+        return;
+    }
     const Layout& layout = file_.isBig() ? kBig : kClassic;
     const std::uint64_t start = file_.number(file_.bytes(layout.firstDirectory, layout.offset));
     const std::uint64_t count = file_.number(file_.bytes(start, layout.entryCount));
@@ -147,9 +152,11 @@ const TiffFields::Field* TiffFields::find(std::uint64_t tag) const {
 std::string_view TiffFields::part(const Field& field, std::uint64_t first, std::uint64_t values) {
     const std::uint64_t size = sizeOf(field.type);
     const auto length = static_cast<std::size_t>(size * values);
-    return field.count <= field.place.size() / size
-               ? field.place.substr(static_cast<std::size_t>(first * size), length)
-               : file_.bytes(file_.number(field.place) + first * size, length);
+    const std::string_view bytes =
+        field.count <= field.place.size() / size
+            ? field.place.substr(static_cast<std::size_t>(first * size), length)
+            : file_.bytes(file_.number(field.place) + first * size, length);
+    return bytes.size() == length ? bytes : std::string_view();
 }
 
 }  // namespace Pyxis

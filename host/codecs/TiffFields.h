@@ -66,7 +66,8 @@ class TiffFields {
     bool has(std::uint64_t tag) const { return find(tag) != nullptr; }
     /// How many values a field has; 0 when there is no such field.
     std::uint64_t count(std::uint64_t tag) const;
-    /// All bytes of a field; none when there are too many or the type is not one of those above.
+    /// All bytes of a field; none when there are too many, they are not all there, or the type is
+    /// not one of those above.
     std::string_view value(std::uint64_t tag);
     /// The last number of a field of whole numbers.
     std::optional<std::uint64_t> lastNumber(std::uint64_t tag);

@@ -34,7 +34,9 @@ std::optional<PixelBlock> lastBlockOf(OpenedFile& file) {
     const int column = (band.GetXSize() - 1) / width;
     const int row = (band.GetYSize() - 1) / height;
     const std::uint64_t blocks = (std::uint64_t(column) + 1) * (std::uint64_t(row) + 1);
-    if (dataset.GetRasterCount() == 1 && blocks == file.known().blocks) {
+    // GDAL reads an only block in parts where it is large.
+    const std::uint64_t knownBlocks = file.known().blocks;
+    if (dataset.GetRasterCount() == 1 && (knownBlocks == blocks || knownBlocks == 1)) {
         return written();
     }
     const std::string place = std::to_string(column) + "_" + std::to_string(row);

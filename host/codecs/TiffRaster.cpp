@@ -95,8 +95,9 @@ bool isPlain(TiffFields& fields) {
                        [&fields](std::uint64_t tag) { return fields.has(tag); });
 }
 
-/// Whether the places of all blocks are listed, and a block is not too large to be held.
-bool hasItsBlocks(const TiffFields& fields, const KnownRaster& raster, std::uint64_t offsets,
+/// Whether the places of all blocks are listed, and a block is not so large that it is held, or
+/// read, in another way.
+bool hasItsBlocks(TiffFields& fields, const KnownRaster& raster, std::uint64_t offsets,
                   std::uint64_t lengths) {
     const auto number = [](std::int32_t size, std::int32_t block) {
         return (static_cast<std::uint64_t>(size) + static_cast<std::uint64_t>(block) - 1) /
@@ -107,7 +108,12 @@ bool hasItsBlocks(const TiffFields& fields, const KnownRaster& raster, std::uint
     const std::uint64_t bytes = static_cast<std::uint64_t>(raster.blockWidth) *
                                 static_cast<std::uint64_t>(raster.blockHeight) *
                                 static_cast<std::uint64_t>(raster.bits / 8);
-    return fields.count(offsets) == blocks && fields.count(lengths) == blocks && bytes <= INT_MAX;
+    // libtiff cuts up the only strip of an uncompressed file.
+    constexpr std::uint64_t kMostBytesOfOnlyStrip = 8192;
+    const bool mayBeCut = blocks == 1 && offsets == tag::kStripOffsets &&
+                          oneNumber(fields, tag::kCompression) == kNone;
+    return fields.count(offsets) == blocks && fields.count(lengths) == blocks &&
+           bytes <= (mayBeCut ? kMostBytesOfOnlyStrip : INT_MAX);
 }
 
 /// A size in pixels; 0 where there is none, or one that GDAL does not take.

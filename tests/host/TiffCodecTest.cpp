@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <random>
 
 #include "Opened.h"
 #include "host/codecs/Readability.h"
@@ -52,7 +53,11 @@ TEST_F(TiffCodec, FramesShowLayoutAndPixelsOfTheirBands) {
 
 /// What GDAL says of the first band of a file: block size, sample type, first corner, the system.
 std::string gdalSays(const std::string& path) {
+    const CPLErrorHandlerPusher silent(CPLQuietErrorHandler);
     const GDALDatasetUniquePtr dataset(GDALDataset::Open(path.c_str()));
+    if (!dataset) {
+        return "does not open";
+    }
     GDALRasterBand& band = *dataset->GetRasterBand(1);
     std::array<double, 6> t{};
     int width = 0, height = 0;
@@ -60,8 +65,10 @@ std::string gdalSays(const std::string& path) {
     dataset->GetGeoTransform(t.data());
     const char* const form[] = {"FORMAT=WKT2_2018", "MULTILINE=NO", nullptr};
     char* text = nullptr;
-    dataset->GetSpatialRef()->exportToWkt(&text, form);
-    const std::string wkt = text;
+    if (dataset->GetSpatialRef() != nullptr) {
+        dataset->GetSpatialRef()->exportToWkt(&text, form);
+    }
+    const std::string wkt = text != nullptr ? text : "";
     CPLFree(text);
     return CPLSPrintf("%d x %d of %d, %.9g %.9g, %s", width, height,
                       GDALGetDataTypeSizeBits(band.GetRasterDataType()), t[0], t[3], wkt.c_str());
@@ -92,7 +99,8 @@ TEST_F(TiffCodec, WhatTheDirectoryTellsIsWhatGdalSays) {
         {"tiles", {.width = 40, .height = 70, .type = GDT_Int16, .options = big}},
         {"big-endian", {.type = GDT_UInt32, .options = {"ENDIANNESS=BIG"}}},
         {"packed", {.height = 90, .type = GDT_Float32, .options = {"COMPRESS=LZW", "PREDICTOR=3"}}},
-        {"long strip", {.height = 2001, .options = {"BLOCKYSIZE=2001"}}, false},
+        {"long strip", {.width = 4, .height = 2001, .options = {"BLOCKYSIZE=2001"}}, false},
+        {"large strip", {.width = 90, .height = 100, .options = {"BLOCKYSIZE=100"}}, false},
         {"lines", {.width = 4000, .height = 3, .type = GDT_Float64, .options = {"BLOCKYSIZE=2"}}},
         {"feet", {.epsg = 2263}},
         {"degrees", {.epsg = 4326}},
@@ -124,6 +132,31 @@ TEST_F(TiffCodec, WhatTheDirectoryTellsIsWhatGdalSays) {
             EXPECT_EQ(whyNotReadable(fileSpecifier(path)), "the file is cut short");
         }
     }
+}
+
+TEST_F(TiffCodec, DamagedDirectoriesAreNotReadOtherwiseThanByGdal) {
+    std::vector<std::string> files;
+    for (const char* big : {"BIGTIFF=NO", "BIGTIFF=YES"}) {
+        files.push_back(
+            fakes::readFile(fakes::writeRaster(directory / "good.tif", {.options = {big}})));
+    }
+    std::mt19937 random(1);
+    int compared = 0;
+    for (int i = 0; i < 700; ++i) {
+        std::string bytes = files[i % files.size()];
+        for (int changes = i % 3; changes >= 0; --changes) {
+            bytes.at(random() % (bytes.size() - 100)) = static_cast<char>(random() % 5);
+        }
+        const std::string path = directory / "damaged.tif";
+        fakes::writeFile(path, bytes);
+        const Opened opened(path);
+        const bool opensLater = opened.frame != nullptr && openBelow(directory.path()).empty();
+        if (opensLater && opened.property<GeoTiffCorrelation>() != nullptr) {
+            ASSERT_EQ(codecSays(opened), gdalSays(path)) << "damage " << i;
+            ++compared;
+        }
+    }
+    EXPECT_GT(compared, 100);
 }
 
 /// Upper left, upper right, lower left, lower right.
