@@ -126,13 +126,14 @@ std::int32_t sizeIn(TiffFields& fields, std::uint64_t tag) {
 bool findBlocks(TiffFields& fields, KnownRaster& raster) {
     // GDAL reads larger strips line by line.
     constexpr std::int32_t kMostRows = 2000;
-    constexpr std::int32_t kTileUnit = 16;
     if (fields.has(tag::kTileOffsets)) {
+        const auto isUsual = [](std::int32_t size) {
+            return size > 0 && size <= 32768 && size % 16 == 0;
+        };
         raster.blockWidth = sizeIn(fields, tag::kTileWidth);
         raster.blockHeight = sizeIn(fields, tag::kTileHeight);
         return !fields.has(tag::kStripOffsets) && !fields.has(tag::kRowsPerStrip) &&
-               raster.blockWidth > 0 && raster.blockHeight > 0 &&
-               raster.blockWidth % kTileUnit == 0 && raster.blockHeight % kTileUnit == 0 &&
+               isUsual(raster.blockWidth) && isUsual(raster.blockHeight) &&
                hasItsBlocks(fields, raster, tag::kTileOffsets, tag::kTileLengths);
     }
     raster.blockWidth = raster.width;
