@@ -61,8 +61,8 @@ std::size_t copyAscii(std::basic_string_view<From> text, std::basic_string<To>& 
     out.resize(text.size());
     std::size_t done = 0;
     while (text.size() - done >= kBlock) {
-        std::array<From, kBlock> from;
-        std::array<To, kBlock> to;
+        std::array<From, kBlock> from{};
+        std::array<To, kBlock> to{};
         std::memcpy(from.data(), text.data() + done, sizeof from);
         Unsigned all = 0;
         for (std::size_t i = 0; i < kBlock; ++i) {

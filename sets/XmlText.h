@@ -56,7 +56,7 @@ class CharacterSet {
 inline std::size_t skipPlain(std::string_view text, std::size_t from, char quote) {
     constexpr std::size_t kBlock = 16;
     while (from + kBlock <= text.size()) {
-        std::array<unsigned char, kBlock> block;
+        std::array<unsigned char, kBlock> block{};
         std::memcpy(block.data(), text.data() + from, kBlock);
         unsigned char marks = 0;
         for (const unsigned char c : block) {

@@ -13,7 +13,7 @@ namespace {
 
 /// A field that a plain raster may have. With values, it is one of these whole numbers.
 struct PlainField {
-    std::uint64_t tag;
+    std::uint64_t tag = 0;
     std::array<std::uint16_t, 4> values{};  ///< none: any content; zeros at the end are no values
 };
 
