@@ -145,9 +145,9 @@ TEST_F(TiffCodec, DamagedDirectoriesAreNotReadOtherwiseThanByGdal) {
     }
     std::mt19937 random(1);
     int compared = 0;
-    for (int i = 0; i < 700; ++i) {
+    for (std::size_t i = 0; i < 700; ++i) {
         std::string bytes = files[i % files.size()];
-        for (int changes = i % 3; changes >= 0; --changes) {
+        for (std::size_t changes = 0; changes <= i % 3; ++changes) {
             bytes.at(random() % (bytes.size() - 100)) = static_cast<char>(random() % 5);
         }
         const std::string path = directory / "damaged.tif";
