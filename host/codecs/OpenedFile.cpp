@@ -105,7 +105,7 @@ std::string OpenedFile::load() {
     }
     if (why.empty() && !known_.systemKey.empty()) {
         // Cheap while the file is open; later it may have to open again.
-        geoFacts_.front() = readPlace(frames_.front());
+        placeOf(frames_.front());
     }
     if (isOpen()) {
         HandlePool::instance().used(*this);
@@ -211,22 +211,23 @@ GDALDataset* OpenedFile::dataset(std::size_t part) {
     return datasets_[part].get();
 }
 
-std::shared_ptr<const GeoFacts> OpenedFile::readPlace(const FrameFacts& frame) {
-    return readGeoFacts(known_, frame.width, frame.height, [&] { return dataset(frame.part); });
-}
-
-std::shared_ptr<const GeoFacts> OpenedFile::geoFacts(int index) {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    auto& known = geoFacts_[frame(index).part];
+std::shared_ptr<const GeoFacts> OpenedFile::placeOf(const FrameFacts& frame) {
+    auto& known = geoFacts_[frame.part];
     if (known) {
         return *known;
     }
-    const ErrorCapture silent;
-    std::shared_ptr<const GeoFacts> read = readPlace(frame(index));
+    std::shared_ptr<const GeoFacts> read =
+        readGeoFacts(known_, frame.width, frame.height, [&] { return dataset(frame.part); });
     if (read || isOpen()) {  // a file that could not be opened may be another time
         known = read;
     }
     return read;
+}
+
+std::shared_ptr<const GeoFacts> OpenedFile::geoFacts(int index) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    const ErrorCapture silent;
+    return placeOf(frame(index));
 }
 
 OpenedFile::Use::Use(OpenedFile& file, int frame)

@@ -112,7 +112,7 @@ class OpenedFile {
     void addPart(const std::string& name);
     bool openAgain();
     GDALDataset* dataset(std::size_t part);
-    std::shared_ptr<const GeoFacts> readPlace(const FrameFacts& frame);
+    std::shared_ptr<const GeoFacts> placeOf(const FrameFacts& frame);
     std::string nameOfPart(std::string name) const;
 
     const GdalFormat& format_;
