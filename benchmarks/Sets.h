@@ -6,8 +6,8 @@
 
 #include "codec/KestMultispectralCodec.h"
 #include "codec/strings/BufferText.h"
-#include "fakes/Fakes.h"
-#include "fakes/Sets.h"
+#include "tests/fakes/Fakes.h"
+#include "tests/fakes/Sets.h"
 
 // The sets that are measured, by their number of components.
 

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "fuzz/Input.h"
-#include "host/codecs/FastHeader.h"
+#include "host/formats/FastHeader.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using fuzz::require;

@@ -5,10 +5,10 @@
 #include <string_view>
 #include <vector>
 
-#include "fakes/Fakes.h"
-#include "fakes/Resources.h"
 #include "fuzz/Input.h"
 #include "fuzz/Texts.h"
+#include "tests/fakes/Fakes.h"
+#include "tests/fakes/Resources.h"
 
 namespace fuzz {
 

@@ -1,7 +1,7 @@
 // The file header and the image subheader of a NITF file, as they lie on the disk.
 
 #include "fuzz/Input.h"
-#include "host/codecs/NitfSubheader.h"
+#include "host/formats/NitfSubheader.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using fuzz::require;

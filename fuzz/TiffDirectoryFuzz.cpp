@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "fuzz/Input.h"
-#include "host/codecs/TiffDirectory.h"
+#include "host/tiff/TiffDirectory.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using fuzz::require;

@@ -1,6 +1,6 @@
 #include <iostream>
 
-#include "tool/Main.h"
+#include "tool/CommandLine.h"
 
 int main(int argc, char** argv) {
     return kestms::run(argc, argv, std::cin, std::cout, std::cerr);

@@ -11,12 +11,12 @@
 #include "bands/BandTypes.h"
 #include "bands/NamingScheme.h"
 #include "tests/tool/RunTool.h"
-#include "tool/GeoTiffWriter.h"
-#include "tool/HandOn.h"
-#include "tool/InputText.h"
-#include "tool/Interrupt.h"
-#include "tool/Progress.h"
-#include "tool/Spectrum.h"
+#include "tool/raster/GeoTiffWriter.h"
+#include "tool/raster/HandOn.h"
+#include "tool/scene/InputText.h"
+#include "tool/scene/Spectrum.h"
+#include "tool/terminal/Interrupt.h"
+#include "tool/terminal/Progress.h"
 
 namespace kestms {
 namespace {

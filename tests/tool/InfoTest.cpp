@@ -5,8 +5,8 @@
 
 #include "bands/NamingScheme.h"
 #include "tests/tool/RunTool.h"
-#include "tool/Resources.h"
-#include "tool/Words.h"
+#include "tool/scene/Resources.h"
+#include "tool/terminal/Words.h"
 
 namespace kestms {
 namespace {

@@ -1,4 +1,4 @@
-#include "tool/Inputs.h"
+#include "tool/scene/Inputs.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@
 #include <thread>
 
 #include "tests/tool/RunTool.h"
-#include "tool/RasterDirectory.h"
+#include "tool/scene/RasterDirectory.h"
 
 namespace kestms {
 namespace {

@@ -1,13 +1,13 @@
-#include "tool/OutputFile.h"
+#include "tool/raster/OutputFile.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <csignal>
 
-#include "fakes/Rasters.h"
-#include "tool/Failure.h"
-#include "tool/Interrupt.h"
+#include "tests/fakes/Rasters.h"
+#include "tool/terminal/Failure.h"
+#include "tool/terminal/Interrupt.h"
 
 namespace kestms {
 namespace {

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "fakes/Rasters.h"
-#include "tool/Main.h"
+#include "tests/fakes/Rasters.h"
+#include "tool/CommandLine.h"
 
 // Runs the tool in this process, as a user would at a terminal.
 

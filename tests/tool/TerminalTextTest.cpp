@@ -1,4 +1,4 @@
-#include "tool/TerminalText.h"
+#include "tool/terminal/TerminalText.h"
 
 #include <gtest/gtest.h>
 

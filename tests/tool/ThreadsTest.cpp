@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "codec/KestMultispectralCodec.h"
-#include "fakes/Rasters.h"
 #include "host/DirectoryFileFinder.h"
 #include "host/Text.h"
-#include "host/codecs/StandardCodecs.h"
+#include "host/formats/StandardCodecs.h"
 #include "sets/ComponentList.h"
+#include "tests/fakes/Rasters.h"
 
 namespace {
 

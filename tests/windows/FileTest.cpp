@@ -4,10 +4,10 @@
 #include <string>
 #include <utility>
 
-#include "Modules.h"
 #include "host/DirectoryFileFinder.h"
 #include "platform/Platform.h"
 #include "properties/KestMultispectralMetadataTextFileProperty.h"
+#include "tests/windows/Modules.h"
 
 namespace {
 

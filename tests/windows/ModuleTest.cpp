@@ -3,11 +3,11 @@
 #include <memory>
 #include <vector>
 
-#include "Modules.h"
 #include "codec/KestMultispectralCodec.h"
-#include "fakes/Fakes.h"
 #include "platform/Platform.h"
 #include "properties/KestMultispectralBandNameProperty.h"
+#include "tests/fakes/Fakes.h"
+#include "tests/windows/Modules.h"
 
 namespace {
 

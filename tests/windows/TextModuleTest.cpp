@@ -4,9 +4,9 @@
 #include <map>
 #include <string>
 
-#include "Modules.h"
 #include "codec/KestMultispectralCodec.h"
 #include "platform/Platform.h"
+#include "tests/windows/Modules.h"
 
 namespace {
 

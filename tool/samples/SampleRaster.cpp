@@ -8,9 +8,9 @@
 #include <cmath>
 #include <cstdint>
 
-#include "host/codecs/ErrorCapture.h"
-#include "tool/Interrupt.h"
-#include "tool/OutputFile.h"
+#include "host/gdal/ErrorCapture.h"
+#include "tool/raster/OutputFile.h"
+#include "tool/terminal/Interrupt.h"
 
 namespace kestms::samples {
 namespace {

@@ -8,11 +8,11 @@
 
 #include "host/Text.h"
 #include "sets/ComponentList.h"
-#include "tool/Failure.h"
-#include "tool/Interrupt.h"
-#include "tool/OutputFile.h"
+#include "tool/raster/OutputFile.h"
 #include "tool/samples/FastHeaderText.h"
 #include "tool/samples/SampleRaster.h"
+#include "tool/terminal/Failure.h"
+#include "tool/terminal/Interrupt.h"
 
 namespace fs = std::filesystem;
 

@@ -1,0 +1,31 @@
+#include "host/gdal/ErrorCapture.h"
+
+#include <cpl_error.h>
+
+#include <exception>
+
+namespace Pyxis {
+namespace {
+
+void keepMessage(CPLErr severity, CPLErrorNum /*number*/, const char* message) {
+    if (severity < CE_Failure || message == nullptr) {
+        return;
+    }
+    try {
+        *static_cast<std::string*>(CPLGetErrorHandlerUserData()) = message;
+    } catch (const std::exception&) {
+        // GDAL's C code lies between here and whoever could catch; the words are lost.
+    }
+}
+
+}  // namespace
+
+ErrorCapture::ErrorCapture() {
+    CPLPushErrorHandlerEx(keepMessage, &message_);
+}
+
+ErrorCapture::~ErrorCapture() {
+    CPLPopErrorHandler();
+}
+
+}  // namespace Pyxis

@@ -1,0 +1,226 @@
+#include "host/gdal/GdalGeoCorrelation.h"
+
+#include <cpl_conv.h>
+#include <gdal_priv.h>
+#include <ogr_spatialref.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <mutex>
+#include <unordered_map>
+#include <utility>
+
+#include "host/gdal/Guarded.h"
+#include "host/tiff/KnownFacts.h"
+
+namespace Pyxis {
+namespace {
+
+/// The EPSG code of the system as a whole; 0 when it has none.
+int epsgCode(const OGRSpatialReference& system) {
+    const char* authority = system.GetAuthorityName(nullptr);
+    const char* code = system.GetAuthorityCode(nullptr);
+    if (authority == nullptr || code == nullptr || !EQUAL(authority, "EPSG")) {
+        return 0;
+    }
+    return static_cast<int>(std::clamp(std::strtol(code, nullptr, 10), 0L, 0x7fffffffL));
+}
+
+/// Formats that spell a system out, without a code or a name, still mean a registered one.
+OGRSpatialReference identified(const OGRSpatialReference& system) {
+    OGRSpatialReference known(system);
+    if (epsgCode(system) != 0 || known.AutoIdentifyEPSG() != OGRERR_NONE ||
+        known.importFromEPSG(epsgCode(known)) != OGRERR_NONE) {
+        return system;
+    }
+    return known;
+}
+
+/// One form for all, so that equal systems give equal texts.
+std::string wktOf(const OGRSpatialReference& system) {
+    const char* const options[] = {"FORMAT=WKT2_2018", "MULTILINE=NO", nullptr};
+    char* text = nullptr;
+    std::string wkt;
+    if (system.exportToWkt(&text, options) == OGRERR_NONE && text != nullptr) {
+        wkt = text;
+    }
+    CPLFree(text);
+    return wkt;
+}
+
+using SystemPointer = std::shared_ptr<const CoordinateSystem>;
+using SharedSystem = decltype(GeoFacts::system);
+
+SystemPointer described(const OGRSpatialReference& system) {
+    return std::make_shared<CoordinateSystem>(
+        CoordinateSystem{toWideBuffer(wktOf(system)), epsgCode(system)});
+}
+
+SystemPointer unknownSystem() {
+    return std::make_shared<CoordinateSystem>(CoordinateSystem{toWideBuffer(""), 0});
+}
+
+SystemPointer systemOf(GDALDataset& dataset) {
+    const OGRSpatialReference* system = dataset.GetSpatialRef();
+    return system != nullptr && !system->IsEmpty() ? described(identified(*system))
+                                                   : unknownSystem();
+}
+
+/// A registered projected system in metres; null when there is none of this code. That takes half
+/// the time of reading it out of a file.
+SystemPointer registeredSystem(int code) {
+    OGRSpatialReference system;
+    return code != 0 && system.importFromEPSG(code) == OGRERR_NONE && system.IsProjected() != 0 &&
+                   system.GetLinearUnits() == 1.0
+               ? described(system)
+               : nullptr;
+}
+
+/// Null when the file is gone.
+SystemPointer systemOf(const KnownFacts& known, const RasterOpener& open) {
+    if (SystemPointer registered = registeredSystem(known.projectedSystem)) {
+        return registered;
+    }
+    GDALDataset* dataset = open();
+    return dataset != nullptr ? systemOf(*dataset) : nullptr;
+}
+
+/// The systems of the keys met so far. Sets have one or two; past the limit it starts anew.
+class KnownSystems {
+  public:
+    static KnownSystems& instance() {
+        static auto* const systems = new KnownSystems;
+        return *systems;
+    }
+
+    /// Only the first who asks for a key works the system out. The others do not wait for it, as
+    /// they have files to open meanwhile. Not valid when the work comes to nothing; those who did
+    /// not wait then have an unknown system, and the next one who asks tries again.
+    template <typename Work>
+    SharedSystem systemOf(const std::string& key, const Work& work) {
+        const SystemPointer unknown = unknownSystem();
+        std::promise<SystemPointer> promise;
+        SharedSystem own = promise.get_future().share();
+        {
+            const std::lock_guard<std::mutex> lock(mutex_);
+            if (systems_.size() >= kMostSystems && systems_.count(key) == 0) {
+                systems_.clear();
+            }
+            const auto [place, added] = systems_.emplace(key, own);
+            if (!added) {
+                return place->second;
+            }
+        }
+        const SystemPointer found = guarded(SystemPointer(), work);
+        promise.set_value(found ? found : unknown);
+        if (found) {
+            return own;
+        }
+        const std::lock_guard<std::mutex> lock(mutex_);
+        systems_.erase(key);
+        return {};
+    }
+
+  private:
+    static constexpr std::size_t kMostSystems = 64;
+
+    std::mutex mutex_;
+    std::unordered_map<std::string, SharedSystem> systems_;
+};
+
+SharedSystem sharedSystemOf(const KnownFacts& known, const RasterOpener& open) {
+    const auto work = [&] { return systemOf(known, open); };
+    if (!known.systemKey.empty()) {
+        return KnownSystems::instance().systemOf(known.systemKey, work);
+    }
+    SystemPointer found = work();
+    if (!found) {
+        return {};
+    }
+    std::promise<SystemPointer> promise;
+    promise.set_value(std::move(found));
+    return promise.get_future().share();
+}
+
+double determinant(const std::array<double, 6>& t) {
+    return t[1] * t[5] - t[2] * t[4];
+}
+
+}  // namespace
+
+Point2d GeoFacts::at(double column, double row) const {
+    return {transform[0] + column * transform[1] + row * transform[2],
+            transform[3] + column * transform[4] + row * transform[5]};
+}
+
+Vector2d GeoFacts::pixelSize() const {
+    return {std::hypot(transform[1], transform[4]), std::hypot(transform[2], transform[5])};
+}
+
+bool GeoFacts::mirrored() const {
+    return determinant(transform) > 0;
+}
+
+double GeoFacts::rotation() const {
+    const double angle = std::atan2(transform[4], transform[1]);
+    return mirrored() ? -angle : angle;
+}
+
+bool GeoFacts::isToldByRotation() const {
+    constexpr double kMostPixelsOff = 1e-3;
+    const Vector2d size = pixelSize();
+    const double angle = rotation();
+    const double sign = mirrored() ? -1.0 : 1.0;
+    // A line upward, scaled after its rotation, as the set codec works it out.
+    const double x = -size.x * std::sin(angle);
+    const double y = sign * size.y * std::cos(angle);
+    const double right = sign * size.y * std::sin(angle);
+    const double off = std::max(std::hypot(x + transform[2], y + transform[5]) * height,
+                                std::abs(right - transform[4]) * width);
+    return off <= kMostPixelsOff * std::min(size.x, size.y);
+}
+
+std::shared_ptr<const GeoFacts> readGeoFacts(const KnownFacts& known, std::int32_t width,
+                                             std::int32_t height, const RasterOpener& open) {
+    auto facts = std::make_shared<GeoFacts>();
+    if (known.transform) {
+        facts->transform = *known.transform;
+    } else {
+        GDALDataset* dataset = open();
+        if (dataset == nullptr || dataset->GetGeoTransform(facts->transform.data()) != CE_None) {
+            return nullptr;
+        }
+    }
+    // Formats that always give a transform give this one when they know of none.
+    constexpr std::array<double, 6> kUnknown = {0, 1, 0, 0, 0, 1};
+    if (facts->transform == kUnknown) {
+        return nullptr;
+    }
+    const double area = determinant(facts->transform);
+    if (!std::isfinite(area) || area == 0.0 || !std::isfinite(facts->transform[0]) ||
+        !std::isfinite(facts->transform[3])) {
+        return nullptr;
+    }
+    facts->width = width;
+    facts->height = height;
+    facts->system = sharedSystemOf(known, open);
+    return facts->system.valid() ? facts : nullptr;
+}
+
+GdalGeoCorrelation* GdalGeoCorrelation::clone() const {
+    return newOrNull<GdalGeoCorrelation>(*this);
+}
+
+GdalGeoTiffCorrelation* GdalGeoTiffCorrelation::clone() const {
+    return newOrNull<GdalGeoTiffCorrelation>(*this);
+}
+
+std::unique_ptr<FormatCodecGeoCorrelation> correlationOf(std::shared_ptr<const GeoFacts> facts) {
+    if (facts->isToldByRotation()) {
+        return std::make_unique<GdalGeoCorrelation>(std::move(facts));
+    }
+    return std::make_unique<GdalGeoTiffCorrelation>(std::move(facts));
+}
+
+}  // namespace Pyxis

@@ -1,0 +1,123 @@
+#include "host/tiff/GeoKeys.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <string_view>
+#include <vector>
+
+#include "host/tiff/TiffTags.h"
+
+namespace Pyxis {
+namespace {
+
+/// In a key, and in the head of the directory: its version, two revisions, the number of keys.
+constexpr std::size_t kKeyNumbers = 4;
+
+struct Key {
+    std::uint64_t id;
+    std::uint64_t place;  ///< tag of the field that holds the value; 0: `value` is the value
+    std::uint64_t count;
+    std::uint64_t value;
+
+    bool isNumber() const { return place == 0 && count == 1; }
+};
+
+// Numbers of GeoTIFF 1.1.
+constexpr std::uint64_t kModelType = 1024;
+constexpr std::uint64_t kRasterType = 1025;
+constexpr std::uint64_t kCitation = 1026;
+constexpr std::uint64_t kGeodeticCitation = 2049;
+constexpr std::uint64_t kAngularUnits = 2054;
+constexpr std::uint64_t kProjectedSystem = 3072;
+constexpr std::uint64_t kProjectedCitation = 3073;
+constexpr std::uint64_t kLinearUnits = 3076;
+
+constexpr std::uint64_t kProjected = 1;
+constexpr std::uint64_t kCorners = 1;
+constexpr std::uint64_t kMetre = 9001;
+constexpr std::uint64_t kDegree = 9102;
+constexpr std::uint64_t kUserDefined = 32767;
+
+/// What the key of a plain projected system may say. Zero stands for any value.
+struct PlainKey {
+    std::uint64_t id;
+    bool isText;
+    std::uint64_t value;
+};
+constexpr PlainKey kPlainKeys[] = {
+    {kModelType, false, kProjected}, {kRasterType, false, 0},         {kCitation, true, 0},
+    {kGeodeticCitation, true, 0},    {kAngularUnits, false, kDegree}, {kProjectedSystem, false, 0},
+    {kProjectedCitation, true, 0},   {kLinearUnits, false, kMetre},
+};
+
+bool isPlain(const Key& key, std::string_view texts) {
+    const auto says = [&](const PlainKey& plain) {
+        return plain.isText
+                   ? key.place == tag::kAsciiParameters && key.value + key.count <= texts.size()
+                   : key.isNumber() && (plain.value == 0 || key.value == plain.value);
+    };
+    return std::any_of(std::begin(kPlainKeys), std::end(kPlainKeys),
+                       [&](const PlainKey& plain) { return key.id == plain.id && says(plain); });
+}
+
+/// The keys of a directory of version 1 that is all there; none of any other.
+std::vector<Key> keysIn(const std::vector<std::uint64_t>& directory) {
+    std::vector<Key> keys;
+    if (directory.size() >= kKeyNumbers && directory[0] == 1 &&
+        directory[3] < directory.size() / kKeyNumbers) {
+        for (std::size_t at = kKeyNumbers; keys.size() < directory[3]; at += kKeyNumbers) {
+            keys.push_back(
+                {directory[at], directory[at + 1], directory[at + 2], directory[at + 3]});
+        }
+    }
+    return keys;
+}
+
+const Key* find(const std::vector<Key>& keys, std::uint64_t id) {
+    const auto found =
+        std::find_if(keys.begin(), keys.end(), [id](const Key& key) { return key.id == id; });
+    return found != keys.end() ? &*found : nullptr;
+}
+
+/// Whether texts are names and nothing else, up to their one terminator. Some writers hide
+/// parameters of the system there, as NAME = VALUE.
+bool areNames(std::string_view texts) {
+    using namespace std::string_view_literals;
+    return texts.empty() || texts.find_first_of("=$\n\0"sv) == texts.size() - 1;
+}
+
+int plainProjectedSystem(const std::vector<Key>& keys, std::string_view texts) {
+    const Key* system = find(keys, kProjectedSystem);
+    const auto disorder =
+        std::adjacent_find(keys.begin(), keys.end(), [](const Key& one, const Key& next) {
+            return one.id >= next.id;  // each at most once
+        });
+    return system != nullptr && disorder == keys.end() && find(keys, kModelType) != nullptr &&
+                   std::all_of(keys.begin(), keys.end(),
+                               [texts](const Key& key) { return isPlain(key, texts); }) &&
+                   areNames(texts) && system->value < kUserDefined
+               ? static_cast<int>(system->value)
+               : 0;
+}
+
+}  // namespace
+
+GeoKeys readGeoKeys(TiffFields& fields) {
+    GeoKeys read;
+    for (std::uint64_t tag = tag::kKeyDirectory; tag <= tag::kAsciiParameters; ++tag) {
+        if (fields.has(tag)) {
+            const std::string_view value = fields.value(tag);
+            read.bytes.append(std::to_string(tag)).append("=");
+            read.bytes.append(std::to_string(value.size())).append(":").append(value);
+        }
+    }
+    const std::vector<Key> keys = keysIn(fields.shorts(tag::kKeyDirectory));
+    const Key* raster = find(keys, kRasterType);
+    read.placesAreCorners = raster != nullptr && raster->isNumber() && raster->value == kCorners;
+    read.projectedSystem = plainProjectedSystem(keys, fields.value(tag::kAsciiParameters));
+    return read;
+}
+
+}  // namespace Pyxis

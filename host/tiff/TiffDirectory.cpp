@@ -1,0 +1,68 @@
+#include "host/tiff/TiffDirectory.h"
+
+#include <utility>
+#include <vector>
+
+#include "host/tiff/GeoKeys.h"
+#include "host/tiff/TiffFields.h"
+#include "host/tiff/TiffRaster.h"
+#include "host/tiff/TiffTags.h"
+
+namespace Pyxis {
+namespace {
+
+/// Of a raster that is tied at its first corner, north up, as nearly all are.
+std::optional<std::array<double, 6>> transformOf(TiffFields& fields, const GeoKeys& keys) {
+    const std::vector<double> scale = fields.doubles(tag::kPixelScale, 3);
+    const std::vector<double> tie = fields.doubles(tag::kTiePoints, 6);
+    if (scale.empty() || tie.empty() || !(scale[0] > 0) || !(scale[1] > 0) || tie[0] != 0 ||
+        tie[1] != 0 || fields.has(tag::kTransformation) || !keys.placesAreCorners) {
+        return std::nullopt;
+    }
+    return {{tie[3], scale[0], 0, tie[4], 0, -scale[1]}};
+}
+
+/// Only of light on dark and of red, green and blue is it sure that GDAL makes no colours up.
+bool mayHaveColours(TiffFields& fields) {
+    constexpr std::uint64_t kLightOnDark = 1;
+    constexpr std::uint64_t kRedGreenBlue = 2;
+    const std::uint64_t model = fields.lastNumber(tag::kPhotometric).value_or(UINT64_MAX);
+    const bool isPlain = model == kLightOnDark || model == kRedGreenBlue;
+    return fields.has(tag::kColourMap) || !isPlain;
+}
+
+void findLastBlock(TiffFields& fields, KnownFacts& facts) {
+    const bool tiled = fields.has(tag::kTileOffsets);
+    const std::uint64_t offsets = tiled ? tag::kTileOffsets : tag::kStripOffsets;
+    const std::uint64_t lengths = tiled ? tag::kTileLengths : tag::kStripLengths;
+    const auto offset = fields.lastNumber(offsets);
+    const auto length = fields.lastNumber(lengths);
+    if (offset && length && fields.count(offsets) == fields.count(lengths)) {
+        facts.lastBlock = PixelBlock{*offset, *length};
+        facts.blocks = fields.count(offsets);
+    }
+}
+
+}  // namespace
+
+KnownFacts tiffFacts(const std::string& path, const FileHead& head) {
+    KnownFacts facts;
+    TiffFields fields(path, head);
+    if (!fields.all().empty()) {
+        GeoKeys keys = readGeoKeys(fields);
+        // GDAL's own field of metadata can hold anything, descriptions included.
+        facts.mayNameOverviews = fields.has(tag::kGdalMetadata);
+        facts.mayHaveDescription = facts.mayNameOverviews || fields.has(tag::kDescription);
+        facts.mayHaveColours = mayHaveColours(fields);
+        facts.transform = transformOf(fields, keys);
+        facts.systemKey = std::move(keys.bytes);
+        facts.projectedSystem = keys.projectedSystem;
+        findLastBlock(fields, facts);
+        if (facts.lastBlock) {
+            facts.raster = plainRasterOf(fields);
+        }
+    }
+    return facts;
+}
+
+}  // namespace Pyxis

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/file/FileHead.h"
+
+namespace Pyxis {
+
+/// A TIFF file read at places that it names itself; reading past its end gives no bytes. Most
+/// places lie in the head, so that the file seldom needs to be opened.
+class TiffReader {
+  public:
+    /// `path` and `head` must outlive the reader.
+    TiffReader(const std::string& path, const FileHead& head);
+    TiffReader(const TiffReader&) = delete;
+    TiffReader& operator=(const TiffReader&) = delete;
+    ~TiffReader();
+
+    /// Whether places are 64 bits wide.
+    bool isBig() const { return big_; }
+    /// At most `count` bytes from `offset` on, valid as long as reader and head.
+    std::string_view bytes(std::uint64_t offset, std::size_t count);
+    /// The bytes as a number in the file's byte order.
+    std::uint64_t number(std::string_view bytes) const;
+
+  private:
+    const std::string& path_;
+    std::string_view head_;
+    bool bigEndian_;
+    bool big_;
+    int descriptor_ = -1;
+    std::deque<std::string> read_;  ///< what does not lie in the head
+};
+
+/// The first directory of a TIFF file: fields of values under tags.
+class TiffFields {
+  public:
+    /// The types of fields that are read here.
+    enum Type : std::uint64_t {
+        Ascii = 2,
+        Short = 3,
+        Long = 4,
+        Rational = 5,
+        Double = 12,
+        Long8 = 16
+    };
+
+    struct Field {
+        std::uint64_t tag;
+        std::uint64_t type;
+        std::uint64_t count;     ///< of values
+        std::string_view place;  ///< the values themselves when they fit, else where they are
+    };
+
+    /// `path` and `head` must outlive the fields.
+    TiffFields(const std::string& path, const FileHead& head);
+
+    /// In the order of the file; none when the directory is not laid out as TIFF says.
+    const std::vector<Field>& all() const { return fields_; }
+    bool has(std::uint64_t tag) const { return find(tag) != nullptr; }
+    /// How many values a field has; 0 when there is no such field.
+    std::uint64_t count(std::uint64_t tag) const;
+    /// All bytes of a field; none when there are too many, they are not all there, or the type is
+    /// not one of those above.
+    std::string_view value(std::uint64_t tag);
+    /// The last number of a field of whole numbers.
+    std::optional<std::uint64_t> lastNumber(std::uint64_t tag);
+    /// A field of 16-bit numbers; none for any other.
+    std::vector<std::uint64_t> shorts(std::uint64_t tag);
+    /// A field of exactly so many floating-point numbers; nothing else.
+    std::vector<double> doubles(std::uint64_t tag, std::uint64_t expected);
+
+  private:
+    const Field* find(std::uint64_t tag) const;
+    std::string_view part(const Field& field, std::uint64_t first, std::uint64_t values);
+
+    TiffReader file_;
+    std::vector<Field> fields_;
+};
+
+}  // namespace Pyxis

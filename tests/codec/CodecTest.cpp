@@ -1,0 +1,134 @@
+#include "codec/KestMultispectralCodec.h"
+
+#include <gmock/gmock.h>
+
+#include <array>
+
+#include "tests/fakes/Fakes.h"
+#include "tests/fakes/Resources.h"
+#include "tests/fakes/Sets.h"
+
+namespace {
+
+using fakes::bandFrame;
+using fakes::setOf;
+using Pyxis::toUtf8;
+using Image = std::unique_ptr<Pyxis::ReadImageFileInterface>;
+using Frame = std::unique_ptr<Pyxis::ReadImageFileFrameInterface>;
+
+TEST(CodecTest, TellsWhatItIs) {
+    const KestMultispectralCodec codec;
+    unsigned int major = 99;
+    unsigned int minor = 99;
+    unsigned int build = 99;
+    codec.getLibVersionInfo(major, minor, build);
+    EXPECT_NE(build, 99U);
+    codec.getApiVersionInfo(major, minor);
+    EXPECT_TRUE(major == 6 && minor == 0);
+    EXPECT_THAT((std::array{static_cast<int>(codec.codecCapability()),
+                            static_cast<int>(codec.getFormatDecodabilityType()),
+                            static_cast<int>(codec.getFormatOrganization()),
+                            static_cast<int>(codec.getFormatFrameType())}),
+                testing::Each(1));
+    for (int feature = -1; feature < 8; ++feature) {
+        EXPECT_EQ(codec.isFormatFeature(static_cast<Pyxis::FormatFeature>(feature)), feature == 4);
+    }
+    EXPECT_FALSE(codec.isValidFileName(setOf({"/a", "/b"})) || codec.isEncodableImage({}, {}));
+    EXPECT_EQ(codec.writeImage(), nullptr);
+    Pyxis::StringBuffer text = Pyxis::toWideBuffer("extension");
+    codec.getExtensionText(0, text);
+    EXPECT_EQ(codec.getNumExtensions() + text.numDataBytes(), 0);
+}
+
+TEST(CodecTest, TextsComeFromTheModuleThatTheHostNames) {
+    KestMultispectralCodec codec;
+    const auto texts = [&codec] {
+        Pyxis::StringBuffer format;
+        Pyxis::StringBuffer description;
+        Pyxis::StringBuffer copyright;
+        codec.getFormatName(format);
+        codec.getDescriptionText(description);
+        codec.getCopyrightText(copyright);
+        return toUtf8(format) + toUtf8(description) + toUtf8(copyright);
+    };
+    EXPECT_EQ(texts(), "");
+    codec.setResourceFileName(Pyxis::fileSpecifier(fakes::stringModule("numbers")));
+    EXPECT_EQ(texts(), "<18100><18101><18102>");
+    codec.setResourceFileName(Pyxis::FileSpecifier());
+    EXPECT_EQ(texts(), "");
+}
+
+class CodecSetTest : public testing::Test {
+  protected:
+    CodecSetTest() {
+        for (const char* path : {"/a01.tif", "/b02.tif", "/c03.tif"}) {
+            host_.add(path, bandFrame());
+        }
+        fakes::FrameFacts other = bandFrame();
+        other.bits = 16;
+        host_.add("/other.tif", other);
+    }
+
+    fakes::World world_;
+    fakes::Codec host_{world_};
+    KestMultispectralCodec codec_;
+};
+
+TEST_F(CodecSetTest, AnswersByTheNumberOfComponentsThatFit) {
+    const Pyxis::FileSpecifier noPath(
+        Pyxis::toWideBuffer("<storage><image><component><data><file path='/a01.tif'/></data>"
+                            "</component><component/><component/></image></storage>"),
+        Pyxis::FileSpecifier::Type::Compound);
+    struct Row {
+        Pyxis::FileSpecifier set;
+        int decodability;
+        bool purifies;
+        Pyxis::FileSpecifier purified;
+    };
+    const Row rows[] = {
+        {Pyxis::fileSpecifier("/a01.tif"), 1, false, {}},
+        {{}, 1, false, {}},
+        {setOf({"/a01.tif"}), 1, false, {}},
+        {{Pyxis::toWideBuffer("no list"), Pyxis::FileSpecifier::Type::Compound}, 1, false, {}},
+        {setOf({"/a01.tif", "/b02.tif"}), 0, true, setOf({"/a01.tif", "/b02.tif"})},
+        {setOf({"/x", "/a01.tif", "/x", "/b02.tif", "/x"}), 0, true,
+         setOf({"/a01.tif", "/b02.tif"})},
+        {setOf({"/x", "/a01.tif"}), 3, false, {}},
+        {setOf({"/x", "/y"}), 3, false, {}},
+        {noPath, 3, false, {}},
+        {setOf({"/a01.tif", "/other.tif", "/b02.tif"}), 3, true,
+         setOf({"/a01.tif", "/other.tif", "/b02.tif"})},
+        {setOf({"/a01.tif", "/b02.tif", "/other.tif", "/x"}), 1, true,
+         setOf({"/a01.tif", "/b02.tif", "/other.tif"})},
+        // The frame does not exist: neither component can be measured.
+        {setOf({"/a01.tif", "/b02.tif"}, 1), 3, true, setOf({"/a01.tif", "/b02.tif"}, 1)},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(toUtf8(row.set.string()));
+        EXPECT_EQ(static_cast<int>(codec_.isDecodableFile(row.set, nullptr)), row.decodability);
+        Pyxis::FileSpecifier set = row.set;
+        EXPECT_EQ(codec_.purifyFileSet(set), row.purifies);
+        EXPECT_TRUE(set.isEqual(row.purifies ? row.purified : row.set));
+        EXPECT_EQ(world_.alive, 0);
+    }
+}
+
+TEST_F(CodecSetTest, OpensAndClonesSetsOfItsOwn) {
+    const Pyxis::FileSpecifier set = setOf({"/b02.tif", "/a01.tif", "/other.tif"});
+    Image image(codec_.openImage(&set));
+    const Image copy(codec_.cloneOpenImage(image.get()));
+    image.reset();
+    ASSERT_NE(copy, nullptr);
+    EXPECT_EQ(copy->getCodec(), &codec_);
+    ASSERT_EQ(copy->getNumFrames(), 3);
+    EXPECT_EQ(copy->openFrame(3), nullptr);
+    for (int index = 0; index < 3; ++index) {
+        EXPECT_EQ(Frame(copy->openFrame(index))->getFrameIndex(), index);
+    }
+    const Pyxis::FileSpecifier plain = Pyxis::fileSpecifier("/a01.tif");
+    EXPECT_EQ(codec_.cloneOpenImage(Image(host_.openImage(&plain)).get()), nullptr);
+    EXPECT_EQ(codec_.cloneOpenImage(nullptr), nullptr);
+    EXPECT_EQ(codec_.openImage(nullptr), nullptr);
+}
+
+}  // namespace

@@ -1,0 +1,462 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <iostream>
+#include <limits>
+#include <new>
+#include <set>
+
+#include "codec/KestMultispectralCodec.h"
+#include "properties/KestMultispectralBandNameProperty.h"
+#include "properties/KestMultispectralBucketProperty.h"
+#include "properties/KestMultispectralMetadataTextFileProperty.h"
+#include "properties/KestMultispectralProperty.h"
+#include "reader/KestMultispectralReadFile.h"
+#include "tests/fakes/Fakes.h"
+#include "tests/fakes/Resources.h"
+#include "tests/fakes/Sets.h"
+
+namespace {
+
+/// Which request for memory fails, counted from 0; every later one too when `sticky`.
+struct MemoryFault {
+    static constexpr int kNever = std::numeric_limits<int>::max();
+    int failing = kNever;
+    int requests = 0;
+    bool sticky = false;
+
+    bool failsNow() {
+        const int request = failing == kNever ? -1 : requests++;
+        return request == failing || (sticky && request > failing);
+    }
+} memoryFault;
+
+long blocksInUse = 0;
+
+#if defined(_WIN32)
+constexpr bool kHostTakesMemoryFromHere = false;
+#else
+constexpr bool kHostTakesMemoryFromHere = true;
+#endif
+
+}  // namespace
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    void* memory = memoryFault.failsNow() ? nullptr : std::malloc(size == 0 ? 1 : size);
+    blocksInUse += memory != nullptr ? 1 : 0;
+    return memory;
+}
+void* operator new(std::size_t size) {
+    if (void* memory = operator new(size, std::nothrow)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept {
+    blocksInUse -= memory != nullptr ? 1 : 0;
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    operator delete(memory);
+}
+
+namespace {
+
+using fakes::Fault;
+using fakes::property;
+using fakes::StringProperty;
+using BandName = KestMultispectralBandNameProperty;
+using Bucket = KestMultispectralBucketProperty;
+using MetadataText = KestMultispectralMetadataTextFileProperty;
+
+enum class Product { Po, BandListTiff, Nitf, Fast };
+
+/// A set of three bands, opened, and what came of the operation under test.
+struct Scene {
+    explicit Scene(Product product) : set(addComponents(product)), listed(set) {
+        opened.reset(codec.openImage(&set, finder));
+        openedFrame.reset(opened->openFrame(1));
+        ownProperties.reset(openedFrame->getProperties());
+        aliveBefore = world.alive;
+    }
+
+    Pyxis::FileSpecifier addComponents(Product product);
+    /// One file of three frames, each with a property of its own.
+    template <typename Codec>
+    Pyxis::FileSpecifier addFrames(Codec& reader, const std::string& path,
+                                   const std::vector<fakes::PropertyPointer>& frames) {
+        fakes::FileFacts file;
+        for (const fakes::PropertyPointer& each : frames) {
+            file.frames.push_back(fakes::bandFrame(1.0, &world));
+            file.frames.back().properties.push_back(each);
+        }
+        reader.add(path, std::move(file));
+        return fakes::framesOf(path, {0, 1, 2});
+    }
+
+    static const std::string& metadataPath() {
+        static const fakes::TempFile metadata("faults", std::string(100, 'x'));
+        return metadata.path();
+    }
+
+    fakes::TextsFrom texts{fakes::stringModule("numbers")};
+    fakes::World world;
+    fakes::Codec plain{world};
+    fakes::TiffCodec tiff{world};
+    fakes::NitfCodec nitf{world};
+    fakes::FastCodec fast{world};
+    fakes::Finder finder{world, metadataPath()};
+    KestMultispectralCodec codec;
+    Pyxis::FileSpecifier set;
+    const Pyxis::FileSpecifier listed;
+    std::unique_ptr<Pyxis::ReadImageFileInterface> opened;
+    std::unique_ptr<Pyxis::ReadImageFileFrameInterface> openedFrame;
+    std::unique_ptr<Pyxis::FormatCodecPropertySetIterator> ownProperties;
+    int aliveBefore = 0;
+
+    std::string answer;
+    std::unique_ptr<Pyxis::ReadImageFileInterface> image;
+    std::unique_ptr<Pyxis::ReadImageFileFrameInterface> frame;
+    std::unique_ptr<Pyxis::FormatCodecPropertySetIterator> properties;
+};
+
+Pyxis::FileSpecifier Scene::addComponents(Product product) {
+    const auto list = property<StringProperty>("property 9", fakes::kBandListHeader + "(3, 2, 1)");
+    const auto bandFile = [](const char* code) {
+        return property<fakes::FastBandFile>("L71195025_02520010730_" + std::string(code));
+    };
+    switch (product) {
+        case Product::BandListTiff:
+            return addFrames(tiff, "/a.tif", {list, list, list});
+        case Product::Nitf:
+            return addFrames(nitf, "/a.ntf",
+                             {property<StringProperty>("property 10", "R"),
+                              property<StringProperty>("property 10", "M"),
+                              property<StringProperty>("property 10", "N")});
+        case Product::Fast:
+            return addFrames(fast, "/L71195025_02520010730_HRF.FST",
+                             {bandFile("B30"), bandFile("B10"), bandFile("B20")});
+        case Product::Po:
+            break;
+    }
+    const std::vector<std::string> paths = {"/po_1_red_0.tif", "/po_1_pan_0.tif",
+                                            "/po_1_nir_0.tif"};
+    fakes::FrameFacts facts = fakes::bandFrame(1.0, &world);
+    facts.model = 2;
+    facts.bits = 24;
+    facts.format = 3;
+    for (const std::string& path : paths) {
+        plain.add(path, facts);
+    }
+    return fakes::setOf(paths);
+}
+
+/// A letter a property: of the component, metadata text (small when it could not be read),
+/// reference name, band name, band type, bucket.
+std::string lettersOf(Pyxis::FormatCodecPropertySetIterator& set) {
+    constexpr std::string_view kNames = "<18113>M<18107>R<18109>N<18116>T<18111>B";
+    std::string letters;
+    for (set.start(); !set.endOfList(); set.step()) {
+        const auto* each = set.openProperty();
+        const std::string name = Pyxis::toUtf8(each->getName());
+        const std::size_t place = name.empty() ? kNames.npos : kNames.find(name);
+        char letter = place == kNames.npos ? 'c' : kNames.at(place + 7);
+        if (const auto* text = dynamic_cast<const MetadataText*>(each)) {
+            letter = text->isValid() ? letter : 'm';
+            Pyxis::StringBuffer value;
+            text->getValue(value);
+            EXPECT_EQ(value.numDataBytes(), text->isValid() ? 101 : 0);
+        }
+        letters += letter;
+        set.closeProperty();
+    }
+    return letters;
+}
+
+/// The naming scheme, a letter a band (named by product, generically, not at all), the number of
+/// files, and what the frames publish of the whole set.
+std::string describe(KestMultispectralReadFile& image) {
+    std::string text = std::to_string(image.setKind());
+    for (int i = 0; i < image.getNumFrames(); ++i) {
+        const std::string name = Pyxis::toUtf8(image.band(i).bandName);
+        text += name.empty() ? 'n' : name.find("<18106>") == 0 ? 'g' : 'p';
+    }
+    const std::unique_ptr<Pyxis::ReadImageFileFrameInterface> frame(image.openFrame(0));
+    const std::unique_ptr<Pyxis::FormatCodecPropertySetIterator> set(frame->getProperties());
+    const std::string letters = lettersOf(*set);
+    const std::size_t end = letters.find('R');
+    return text + std::to_string(image.getNumFiles()) + letters.substr(0, end).substr(1);
+}
+
+/// What came of the operation, in one word. Nothing of the host's may be left over.
+std::string outcome(Scene& scene) {
+    std::string text = scene.answer;
+    if (!scene.set.isEqual(scene.listed)) {
+        text += "of" + std::to_string(kest::countComponents(scene.set));
+    }
+    if (scene.image) {
+        text += describe(dynamic_cast<KestMultispectralReadFile&>(*scene.image));
+    }
+    if (scene.frame) {
+        text += "frame" + std::to_string(scene.frame->getFrameIndex());
+    }
+    if (scene.properties) {
+        text += "set" + lettersOf(*scene.properties);
+    }
+    scene.frame.reset();
+    EXPECT_EQ(scene.world.alive, scene.aliveBefore);
+    EXPECT_EQ(scene.world.misuse, 0);
+    return text.empty() ? "-" : text;
+}
+
+struct Operation {
+    const char* name;
+    Product product;
+    void (*run)(Scene&);
+    /// Answers with host call 0, 1, 2, ... failing, the last one without a failure.
+    std::string whenCallsFail;
+    std::string whenCallsThrow;
+    /// All answers that a failing request for memory leads to.
+    std::string whenMemoryFails;
+};
+
+/// The answers in their order, "x*3" for three times x.
+std::string inRuns(const std::vector<std::string>& answers) {
+    std::string text;
+    for (auto each = answers.begin(); each != answers.end();) {
+        const auto next = std::find_if(each, answers.end(),
+                                       [&](const std::string& other) { return other != *each; });
+        text += (text.empty() ? "" : " ") + *each;
+        text += next - each > 1 ? "*" + std::to_string(next - each) : "";
+        each = next;
+    }
+    return text;
+}
+
+void openImage(Scene& scene) {
+    scene.image.reset(scene.codec.openImage(&scene.set, scene.finder));
+}
+
+template <typename Take>
+void forEachOwnProperty(Scene& scene, Take take) {
+    auto& set = *scene.ownProperties;
+    for (set.start(); !set.endOfList(); set.step()) {
+        const auto* property = set.openProperty();
+        if (dynamic_cast<const KestMultispectralProperty*>(property) != nullptr) {
+            take(*property);
+        }
+        set.closeProperty();
+    }
+}
+
+void cloneProperties(Scene& scene) {
+    forEachOwnProperty(scene, [&scene](const auto& property) {
+        const std::unique_ptr<Pyxis::FormatCodecPropertyInterface> copy(property.clone());
+        scene.answer += copy ? 'c' : '-';
+    });
+}
+
+/// Whether each property tells its file and its text, if it has one.
+void askProperties(Scene& scene) {
+    forEachOwnProperty(scene, [&scene](const auto& property) {
+        Pyxis::StringBuffer text;
+        Pyxis::FileSpecifier file;
+        if (const auto* band = dynamic_cast<const BandName*>(&property)) {
+            band->getFile(file);
+            band->getBandName(text);
+        } else if (const auto* bucket = dynamic_cast<const Bucket*>(&property)) {
+            bucket->getBucketName(text);
+        } else if (const auto* metadata = dynamic_cast<const MetadataText*>(&property)) {
+            metadata->getMetadataFile(file);
+        }
+        scene.answer += file.isEmpty() ? text.isZero() ? '-' : 't' : text.isZero() ? 'f' : 'b';
+    });
+}
+
+// Where a component without a codec leaves the set, the codecs of those after it go by place. A
+// band that cannot be told by its file's list or letter is named generically, and a set that cannot
+// be told is a generic one. Only the metadata text may be too much for the memory and the image be
+// opened all the same.
+const std::vector<Operation> kOperations = {
+    {"isDecodableFile", Product::Po,
+     [](Scene& s) {
+         s.answer = std::to_string(static_cast<int>(s.codec.isDecodableFile(s.set, nullptr)));
+     },
+     "0 3*4 0 3*4 0 1*4 0", "0 3*16 0*2 3*16 0*2 1*16 0*2", "0 1 3"},
+    {"purifyFileSet", Product::Po,
+     [](Scene& s) { s.answer = s.codec.purifyFileSet(s.set) ? "1" : "0"; }, "1of2*3 1", "0*3 1",
+     "0 1"},
+    {"openImage", Product::Po, openImage, "3p3M*2 3pp3M 3pp4M*12 3ppp3 3ppp4M",
+     "-*10 3ppp4M -*8 3ppp4M -*8 3ppp4M -*2 3ppp4M", "- 3ppp4M 3ppp4m"},
+    {"openImage by band lists", Product::BandListTiff, openImage,
+     "7p2c*2 7pp2c 1ggg3c*5 7ppp3c 1ggg3c*6 7ppp3c 1ggg3c*6 "
+     "7ppp3c 1ggg3c 7pp3c*4 7ppp3c*7 7pgp3c*5 7ppp3c 7pgp3c "
+     "7pp3c*4 7ppg3c*5 7ppp3c 7ppg3c 7pp3c*4 7ppg3c*5 7ppp3c "
+     "7ppg3c 7ppp3c",
+     "-*4 1ggg3c*10 - 1ggg3c*10 - 1ggg3c*10 -*7 7ppp3c - 7ppp3c*11 "
+     "7pgp3c*11 -*7 7ppp3c - 7ppg3c*11 -*7 7ppp3c - 7ppg3c*11 7ppp3c",
+     "- 1ggg3c 7pgp3c 7ppg3c 7ppp3c"},
+    {"openImage by band letters", Product::Nitf, openImage,
+     "8p2c*2 8pp2c 8ppp3c 1ggg3c 8ppp3c 1ggg3c 8ppp3c "
+     "1ggg3c 8pp3c*4 8ppp3c*7 8npp3c 8pgp3c 8ppp3c 8npp3c*2 "
+     "8ppp3c 8npp3c 8pp3c*4 8npp3c 8pgp3c 8ppp3c 8npp3c*2 "
+     "8ppp3c 8npp3c 8pp3c*4 8pnp3c 8ppg3c 8ppp3c 8pnp3c*2 "
+     "8ppp3c 8pnp3c 8ppp3c",
+     "-*16 8ppp3c - 8ppp3c*11 8pgp3c*11 -*7 8ppp3c - 8pgp3c*11 -*7 "
+     "8ppp3c - 8ppg3c*11 8ppp3c",
+     "- 8pgp3c 8ppg3c 8ppp3c"},
+    {"openImage by band files", Product::Fast, openImage, "6p2c*2 6pp2c 6pp3c*15 6ppp3c",
+     "-*10 6ppp3c -*2 6ppp3c -*8 6ppp3c -*2 6ppp3c -*8 6ppp3c -*2 "
+     "6ppp3c - 6ppp3c",
+     "- 6ppp3c"},
+    {"openFrame", Product::Po, [](Scene& s) { s.frame.reset(s.opened->openFrame(2)); },
+     "-*2 frame2", "-*2 frame2", "- frame2"},
+    {"getProperties", Product::Po,
+     [](Scene& s) { s.properties.reset(s.openedFrame->getProperties()); }, "setMRNTB*2 setcMRNTB",
+     "-*5 setcMRNTB",
+     "- set setMRNTB setc setcM setcMNTB setcMR setcMRN setcMRNB setcMRNT setcMRNTB setcMRTB "
+     "setcRNTB"},
+    {"cloneOpenImage", Product::Po,
+     [](Scene& s) { s.image.reset(s.codec.cloneOpenImage(s.opened.get())); }, "3ppp4M", "3ppp4M",
+     "- 3ppp4M"},
+    {"getFile", Product::Po,
+     [](Scene& s) { s.answer = s.opened->getFile(0).isEmpty() ? "none" : "file"; }, "file", "file",
+     "file none"},
+    {"texts", Product::Po,
+     [](Scene& s) {
+         Pyxis::StringBuffer text;
+         Pyxis::StringBuffer name;
+         s.codec.getFormatName(text);
+         const bool named = s.codec.getMultispectralPropertyName({}, name);
+         s.answer = std::string(text.isZero() ? "-" : "t") + (named ? "n" : "-") +
+                    (s.codec.isSupportedProperty({}, &name) ? "s" : "-");
+     },
+     "tns", "tns", "--- -ns t-- tn- tns"},
+    {"clone", Product::Po, cloneProperties, "ccccc", "ccccc",
+     "----- -cccc c---- c-ccc cc--- cc-cc ccc-- ccc-c cccc- ccccc"},
+    {"what properties tell", Product::Po, askProperties, "f-b-t", "f-b-t", "f-b-t"},
+};
+
+/// Runs the operation with the n-th host call going wrong, for every n that it gets to.
+std::vector<std::string> outcomesOf(const Operation& operation, Fault::Kind kind) {
+    std::vector<std::string> outcomes;
+    bool injected = true;
+    for (int n = 0; injected; ++n) {
+        SCOPED_TRACE(n);
+        Scene scene(operation.product);
+        int calls = 0;
+        scene.world.fail = [&](std::string_view) { return calls++ == n ? kind : Fault::None; };
+        if (kind == Fault::Throw) {
+            scene.world.failing = [&](std::string_view) { return calls++ == n; };
+        }
+        EXPECT_NO_THROW(operation.run(scene));
+        injected = calls > n;
+        scene.world.fail = nullptr;
+        scene.world.failing = nullptr;
+        outcomes.push_back(outcome(scene));
+    }
+    return outcomes;
+}
+
+TEST(FaultInjectionTest, EveryHostCallMayFailOrThrow) {
+    std::size_t faults = 0;
+    for (const Operation& operation : kOperations) {
+        SCOPED_TRACE(operation.name);
+        for (const Fault::Kind kind : {Fault::Fail, Fault::FailOtherwise, Fault::Throw}) {
+            const std::vector<std::string> outcomes = outcomesOf(operation, kind);
+            faults += outcomes.size() - 1;
+            EXPECT_EQ(inRuns(outcomes),
+                      kind == Fault::Throw ? operation.whenCallsThrow : operation.whenCallsFail);
+        }
+    }
+    std::cout << "host calls made to fail or throw: " << faults << "\n";
+}
+
+/// The answer with the n-th request for memory failing; `reached` tells whether there was one.
+void runShortOfMemory(const Operation& operation, int n, bool sticky, bool& reached,
+                      std::string& answer) {
+    Scene scene(operation.product);
+    kest::releaseResourceModule();  // so that loading the texts may fail as well
+    bool thrown = false;
+    memoryFault = {n, 0, sticky};
+    try {
+        operation.run(scene);
+    } catch (...) {
+        thrown = true;
+    }
+    reached = memoryFault.requests > n;
+    memoryFault = {};
+    EXPECT_FALSE(thrown);
+    answer = outcome(scene);
+}
+
+TEST(FaultInjectionTest, EveryRequestForMemoryMayFail) {
+    int faults = 0;
+    for (const Operation& operation : kOperations) {
+        SCOPED_TRACE(operation.name);
+        std::set<std::string> answers;
+        bool reached = true;
+        std::string answer(200, ' ');
+        runShortOfMemory(operation, MemoryFault::kNever, false, reached, answer);
+        for (const bool sticky : {false, true}) {
+            reached = true;
+            for (int n = 0; reached; ++n) {
+                SCOPED_TRACE(n);
+                const long before = blocksInUse;
+                runShortOfMemory(operation, n, sticky, reached, answer);
+                faults += reached ? 1 : 0;
+                EXPECT_TRUE(blocksInUse == before || !kHostTakesMemoryFromHere);
+                answers.insert(answer);
+            }
+        }
+        if (kHostTakesMemoryFromHere) {
+            EXPECT_EQ(inRuns({answers.begin(), answers.end()}), operation.whenMemoryFails);
+        }
+    }
+    std::cout << "requests for memory made to fail: " << faults << "\n";
+}
+
+/// What a frame answers to all requests, in their order.
+std::vector<int> answersOf(Pyxis::ReadImageFileFrameInterface& frame) {
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    Pyxis::ChannelRange range;
+    Pyxis::PixelRequest pixels;
+    frame.frameOp3(&width, &height);
+    frame.frameOp11(5, &range);
+    const bool read = frame.frameOp13(4, &pixels);
+    return {frame.frameOp1(0),
+            frame.frameOp1(3),
+            width,
+            height,
+            frame.frameOp4(),
+            frame.frameOp5(),
+            frame.frameOp6(),
+            frame.frameOp7(),
+            frame.frameOp8(),
+            frame.frameOp9(),
+            frame.frameOp10(),
+            static_cast<int>(range.minimum),
+            static_cast<int>(range.maximum),
+            frame.frameOp12() != nullptr,
+            read,
+            pixels.x,
+            frame.frameOp15(&frame) == &frame,
+            frame.frameOp16(16) != nullptr,
+            frame.frameOp16(1) != nullptr};
+}
+
+TEST(FaultInjectionTest, RequestsThatThrowAreAnsweredAsByAFrameThatHoldsNothing) {
+    Scene scene(Product::Po);
+    // Channel 0 of the component is asked whichever channel was asked for.
+    EXPECT_THAT(
+        answersOf(*scene.openedFrame),
+        testing::ElementsAre(1, 0, 30, 31, 2, 50, 24, 3, 80, 90, 100, 0, 111, 1, 1, 4, 1, 1, 0));
+    scene.world.fail = [](std::string_view) { return Fault::Throw; };
+    scene.world.failing = [](std::string_view) { return true; };
+    EXPECT_THAT(answersOf(*scene.openedFrame),
+                testing::ElementsAre(0, 0, 0, 0, 0, 1, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0));
+}
+
+}  // namespace

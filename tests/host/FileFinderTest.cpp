@@ -1,0 +1,39 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "host/DirectoryFileFinder.h"
+#include "tests/fakes/Resources.h"
+
+namespace fs = std::filesystem;
+
+TEST(FileFinderTest, LooksBesideTheBaseFileAndNowhereElse) {
+    const fakes::TempFile place("finder", "");
+    fs::remove(place.path());
+    const fs::path directory = place.path();
+    fs::create_directory(directory);
+    const fs::path wanted = directory / "PO_1_Metadata.txt";
+    std::ofstream(wanted) << "text";
+    const struct {
+        fs::path name;
+        bool found;
+    } rows[] = {
+        {"PO_1_Metadata.txt", true},
+        {"po_1_metadata.TXT", true},
+        {"elsewhere/PO_1_Metadata.txt", true},
+        {"elsewhere/po_1_metadata.txt", true},
+        {"po_2_metadata.txt", false},
+        {"elsewhere/", false},
+        {"", false},
+    };
+    for (const auto& row : rows) {
+        Pyxis::FileSpecifier file = Pyxis::fileSpecifier(row.name.string());
+        const Pyxis::FileSpecifier base = Pyxis::fileSpecifier((directory / "a.tif").string());
+        EXPECT_EQ(Pyxis::DirectoryFileFinder().findFile(nullptr, base, file, file), row.found)
+            << row.name;
+        const fs::path found = Pyxis::toUtf8(file.string());
+        EXPECT_TRUE(row.found ? fs::equivalent(found, wanted) : found == row.name) << found;
+    }
+    fs::remove_all(directory);
+}

@@ -1,0 +1,125 @@
+#include "tool/CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <exception>
+#include <iostream>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "tool/commands/Commands.h"
+#include "tool/commands/Context.h"
+#include "tool/terminal/Failure.h"
+#include "tool/terminal/Interrupt.h"
+#include "tool/terminal/TerminalText.h"
+
+namespace kestms {
+namespace {
+
+constexpr const char* kDescription =
+    "Reads single-band raster files of one scene as one multispectral image.";
+
+constexpr const char* kFooter =
+    "A set is named by its files: FILE (all its frames) or FILE#FRAME (0 is the first), a\n"
+    "directory, @LIST (a text file with one of these a line), - (the same from standard input),\n"
+    "or by one SET.xml that `kestms list` wrote.\n"
+    "\n"
+    "Examples:\n"
+    "  kestms info scene/*.TIF\n"
+    "  kestms list scene/ -o scene.xml\n"
+    "  kestms check scene.xml\n"
+    "\n"
+    "Exit codes:\n"
+    "  0    success\n"
+    "  1    the files do not make a set that can be decoded\n"
+    "  2    wrong usage\n"
+    "  3    an input cannot be read\n"
+    "  4    an output cannot be written\n"
+    "  5    unexpected error, such as no memory\n"
+    "  130  interrupted";
+
+void addCommands(CLI::App& app, Context& context) {
+    addListCommand(app, context);
+    addCheckCommand(app, context);
+    addInfoCommand(app, context);
+    addQuicklookCommand(app, context);
+    addSamplesCommand(app, context);
+    addVrtCommand(app, context);
+    addExportCommand(app, context);
+}
+
+std::string oneLine(std::string text) {
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    return text;
+}
+
+/// Throws CLI::ParseError.
+void parse(int argc, const char* const* argv, Context& context, CLI::App& app) {
+    app.require_subcommand(1);
+    app.set_version_flag("--version", std::string("kestms ") + KESTMS_VERSION);
+    app.add_option("--language", context.language,
+                   "Language of band names and other texts (default: the environment's)")
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+    app.footer(kFooter);
+    addCommands(app, context);
+    for (CLI::App* command : app.get_subcommands({})) {
+        command->fallthrough();
+    }
+    app.parse(argc, argv);
+}
+
+/// A word that is no command would otherwise read "A subcommand is required".
+std::string usageError(const CLI::App& app, const CLI::ParseError& error) {
+    const std::vector<std::string> rest = app.remaining();
+    const bool noCommand = app.get_subcommands().empty() && !rest.empty();
+    return (noCommand ? printable(rest.front()) + ": no such command" : error.what()) +
+           std::string(" (see kestms --help)");
+}
+
+int answer(const Context& context, ExitCode code, const std::string& text) {
+    context.note(oneLine(text));
+    return static_cast<int>(code);
+}
+
+/// A full disk or a closed pipe shows at the end only.
+ExitCode flushed(const Context& context, ExitCode code) {
+    context.out.flush();
+    if (!context.out) {
+        throw Failure(ExitCode::CannotWrite, "standard output", "write failed");
+    }
+    return code;
+}
+
+int runParsed(int argc, const char* const* argv, Context& context) {
+    CLI::App app(kDescription, "kestms");
+    try {
+        parse(argc, argv, context, app);
+    } catch (const CLI::Success& success) {
+        // Asked for help or the version.
+        app.exit(success, context.out, context.err);
+        return static_cast<int>(flushed(context, ExitCode::Success));
+    } catch (const CLI::ParseError& error) {
+        return answer(context, ExitCode::Usage, usageError(app, error));
+    }
+    return static_cast<int>(flushed(context, context.action()));
+}
+
+}  // namespace
+
+int run(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err) {
+    Context context(in, out, err);
+    const InterruptGuard guard;
+    try {
+        return runParsed(argc, argv, context);
+    } catch (const Failure& failure) {
+        return answer(context, failure.code(), failure.what());
+    } catch (const std::bad_alloc&) {
+        return answer(context, ExitCode::Unexpected, "out of memory");
+    } catch (const std::exception& error) {
+        return answer(context, ExitCode::Unexpected,
+                      std::string("unexpected error: ") + error.what());
+    }
+}
+
+}  // namespace kestms

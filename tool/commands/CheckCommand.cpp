@@ -1,0 +1,141 @@
+#include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "host/Text.h"
+#include "tool/commands/Commands.h"
+#include "tool/scene/Diagnosis.h"
+#include "tool/scene/Inputs.h"
+#include "tool/terminal/ExplanationReport.h"
+#include "tool/terminal/Json.h"
+#include "tool/terminal/TerminalText.h"
+#include "tool/terminal/Words.h"
+
+namespace kestms {
+namespace {
+
+struct CheckOptions {
+    std::vector<std::string> inputs;
+    bool json = false;
+    bool explain = false;
+};
+
+/// The components that a codec reads: what the naming scheme goes by.
+Explanation explainReadable(const Diagnosis& diagnosis) {
+    std::vector<Component> readable;
+    for (const ComponentDiagnosis& each : diagnosis.components) {
+        if (each.verdict != Verdict::Unreadable && each.verdict != Verdict::NoPath) {
+            readable.push_back(each.component);
+        }
+    }
+    return explainScheme(setOf(readable));
+}
+
+std::string summary(const Diagnosis& diagnosis) {
+    return std::string(diagnosis.isDecodable() ? "Decodable: " : "Not decodable: ") +
+           std::to_string(diagnosis.count(Verdict::Accepted)) + " of " +
+           std::to_string(diagnosis.components.size()) + " components belong together, " +
+           std::to_string(diagnosis.count(Verdict::Unreadable)) + " cannot be read.\n";
+}
+
+std::string reportText(const Diagnosis& diagnosis) {
+    using Align = TextTable::Align;
+    TextTable table({{"File", Align::Left},
+                     {"Frame", Align::Right},
+                     {"Verdict", Align::Left},
+                     {"Reason", Align::Left}});
+    for (std::size_t i = 0; i < diagnosis.components.size(); ++i) {
+        const ComponentDiagnosis& each = diagnosis.components[i];
+        const bool isReference = diagnosis.reference == i;
+        table.addRow({each.component.path, std::to_string(each.component.frame),
+                      std::string(verdictWord(each.verdict)),
+                      isReference ? "the others are compared with this one" : each.detail});
+    }
+    return table.text() + summary(diagnosis);
+}
+
+bool wasMeasured(Verdict verdict) {
+    return verdict == Verdict::Accepted || verdict == Verdict::LayoutDiffers ||
+           verdict == Verdict::SystemDiffers || verdict == Verdict::CornerOff;
+}
+
+Json componentJson(const ComponentDiagnosis& each) {
+    Json component = {{"file", each.component.path},
+                      {"fileFrame", each.component.frame},
+                      {"verdict", verdictWord(each.verdict)},
+                      {"reason", textOrNull(each.detail)}};
+    if (wasMeasured(each.verdict)) {
+        const auto model = static_cast<Pyxis::PixelModel>(each.data.pixelModel);
+        component["bitsPerPixel"] = each.data.pixelBits;
+        component["pixelModel"] = pixelModelWord(model);
+        component["coordinateSystem"] =
+            systemJson(each.data.coordinateSystemCode, Pyxis::toUtf8(each.data.coordinateSystem));
+        component["corners"] = cornersJson(each.data);
+    }
+    if (each.verdict == Verdict::CornerOff) {
+        component["cornerOff"] = {{"corner", cornerWord(each.finding.corner)},
+                                  {"axis", axisWord(each.finding.axis)},
+                                  {"units", each.finding.difference},
+                                  {"allowedUnits", each.finding.tolerance},
+                                  {"percent", percentOff(each.finding)},
+                                  {"allowedPercent", kest::kToleranceFactor * 100.0}};
+    }
+    return component;
+}
+
+Json reportJson(const Diagnosis& diagnosis) {
+    Json components = Json::array();
+    for (const ComponentDiagnosis& each : diagnosis.components) {
+        components.push_back(componentJson(each));
+    }
+    return {{"decodable", diagnosis.isDecodable()},
+            {"answer", static_cast<int>(diagnosis.answer)},
+            {"reference", diagnosis.reference ? Json(*diagnosis.reference) : Json(nullptr)},
+            {"components", std::move(components)}};
+}
+
+ExitCode check(Context& context, const CheckOptions& options) {
+    const Pyxis::FileSpecifier set = readSet(options.inputs, context, MissingFile::Keep);
+    const Diagnosis diagnosis = diagnose(context.session(), set);
+    if (options.json) {
+        Json report = reportJson(diagnosis);
+        if (options.explain) {
+            report["explanation"] = explanationJson(explainReadable(diagnosis));
+        }
+        writeJson(context.out, report);
+    } else {
+        context.out << reportText(diagnosis);
+        if (options.explain) {
+            context.out << "\n" << explanationText(explainReadable(diagnosis));
+        }
+    }
+    if (!diagnosis.isDecodable()) {
+        failUndecodable(diagnosis);
+    }
+    return ExitCode::Success;
+}
+
+}  // namespace
+
+void addCheckCommand(CLI::App& app, Context& context) {
+    CLI::App* command =
+        app.add_subcommand("check", "Tell whether files make a set, and why not, one by one");
+    auto options = std::make_shared<CheckOptions>();
+    command->add_option("SET|FILE", options->inputs, "A document of `kestms list`, or files")
+        ->required();
+    command->add_flag("--json", options->json, "Write JSON");
+    command->add_flag("--explain", options->explain, "Tell which rule makes the naming scheme");
+    command->footer(
+        "Examples:\n"
+        "  kestms check scene.xml\n"
+        "  kestms check scene/*.TIF --json\n"
+        "\n"
+        "The exit code is 0 for a set that can be decoded, else 1, or 3 when too few of its files\n"
+        "can be read.");
+    command->callback([&context, options] {
+        context.action = [&context, options] { return check(context, *options); };
+    });
+}
+
+}  // namespace kestms

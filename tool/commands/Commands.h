@@ -1,0 +1,20 @@
+#pragma once
+
+#include <CLI/App.hpp>
+
+#include "tool/commands/Context.h"
+
+// Each adds one command, with its options and examples, to the command line. The command sets
+// `Context::action` when it is chosen.
+
+namespace kestms {
+
+void addListCommand(CLI::App& app, Context& context);
+void addCheckCommand(CLI::App& app, Context& context);
+void addInfoCommand(CLI::App& app, Context& context);
+void addQuicklookCommand(CLI::App& app, Context& context);
+void addSamplesCommand(CLI::App& app, Context& context);
+void addVrtCommand(CLI::App& app, Context& context);
+void addExportCommand(CLI::App& app, Context& context);
+
+}  // namespace kestms

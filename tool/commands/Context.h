@@ -1,0 +1,35 @@
+#pragma once
+
+#include <functional>
+#include <iosfwd>
+#include <memory>
+#include <string>
+
+#include "tool/scene/Session.h"
+#include "tool/terminal/Failure.h"
+
+namespace kestms {
+
+/// What a run of the tool works with. Commands set `action` when they are chosen.
+class Context {
+  public:
+    Context(std::istream& input, std::ostream& output, std::ostream& errors);
+
+    /// The host, set up at the first call.
+    Session& session();
+    /// One line on the error stream that does not end the command.
+    void warn(const std::string& file, const std::string& reason) const;
+    void note(const std::string& text) const;
+
+    std::istream& in;
+    std::ostream& out;
+    std::ostream& err;
+    std::string language;  ///< empty: by the environment
+    /// The chosen command, run once the whole command line is understood.
+    std::function<ExitCode()> action;
+
+  private:
+    std::unique_ptr<Session> session_;
+};
+
+}  // namespace kestms

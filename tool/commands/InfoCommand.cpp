@@ -1,0 +1,177 @@
+#include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "tool/commands/Commands.h"
+#include "tool/commands/InfoJson.h"
+#include "tool/scene/InputText.h"
+#include "tool/scene/OpenedSet.h"
+#include "tool/terminal/ExplanationReport.h"
+#include "tool/terminal/PropertyText.h"
+#include "tool/terminal/TerminalText.h"
+#include "tool/terminal/Words.h"
+
+namespace kestms {
+namespace {
+
+using Align = TextTable::Align;
+
+struct InfoOptions {
+    std::vector<std::string> inputs;
+    bool json = false;
+    bool properties = false;
+    bool explain = false;
+};
+
+std::string sizeText(double first, double second) {
+    return numberText(first) + " x " + numberText(second);
+}
+
+std::string headText(const SetView& set) {
+    const auto [width, height] = finestSize(set);
+    std::string text = "Reference name:      " + printable(set.referenceName) + "\n";
+    text += "Naming scheme:       " + std::to_string(set.scheme) + " " +
+            std::string(schemeWord(set.scheme)) + " (" + std::string(schemeMeaning(set.scheme)) +
+            ")\n";
+    text += "Size:                " + sizeText(width, height) + " pixels on the finest grid\n";
+    if (!set.bands.empty() && set.bands.front().georeference) {
+        const Georeference& geo = *set.bands.front().georeference;
+        text +=
+            "Coordinate system:   " + printable(systemName(geo.epsg, geo.coordinateSystem)) + "\n";
+    }
+    if (!set.metadataFile.empty()) {
+        text += "Metadata text file:  " + printable(set.metadataFile) +
+                (set.metadataIsValid ? "\n" : " (cannot be read)\n");
+    }
+    return text;
+}
+
+std::string filesText(const SetView& set) {
+    std::string text = "\nFiles: " + std::to_string(set.files.size()) + "\n";
+    for (const std::string& file : set.files) {
+        text += "  " + printable(file) + "\n";
+    }
+    return text;
+}
+
+std::string bucketsText(const SetView& set) {
+    TextTable table({{"Bucket", Align::Right},
+                     {"Number", Align::Right},
+                     {"Name", Align::Left},
+                     {"Bands", Align::Right},
+                     {"Pixel size", Align::Left}});
+    for (const BucketView& bucket : set.buckets) {
+        table.addRow({std::to_string(bucket.index), std::to_string(bucket.number), bucket.name,
+                      std::to_string(bucket.bandCount),
+                      sizeText(bucket.pixelWidth, bucket.pixelHeight)});
+    }
+    return "\n" + table.text();
+}
+
+std::string bandsText(const SetView& set) {
+    TextTable table({{"Frame", Align::Right},
+                     {"Number", Align::Right},
+                     {"Name", Align::Left},
+                     {"Type", Align::Left},
+                     {"Channel", Align::Left},
+                     {"Bucket", Align::Right},
+                     {"Pixel size", Align::Left},
+                     {"File", Align::Left},
+                     {"File frame", Align::Right}});
+    for (const BandView& band : set.bands) {
+        const auto& geo = band.georeference;
+        table.addRow({std::to_string(band.frame), std::to_string(band.number), band.name,
+                      std::string(bandTypeWord(band.type)),
+                      std::string(channelWord(band.assignment)), std::to_string(band.bucket),
+                      geo ? sizeText(geo->pixelWidth, geo->pixelHeight) : "", band.componentPath,
+                      std::to_string(band.componentFrame)});
+    }
+    return "\n" + table.text();
+}
+
+/// Values of several lines stand under their names.
+std::string propertyLines(const PropertyText& property) {
+    const std::vector<std::string> lines = linesOf(property.value);
+    std::string text = "  " + printable(property.name) + ":";
+    if (lines.size() <= 1) {
+        return text + (lines.empty() ? "" : " " + printable(lines.front())) + "\n";
+    }
+    for (const std::string& line : lines) {
+        text += "\n    " + printable(line);
+    }
+    return text + "\n";
+}
+
+std::string propertiesText(const OpenedSet& set) {
+    std::string text;
+    for (int frame = 0; frame < set.numFrames(); ++frame) {
+        text += "\nFrame " + std::to_string(frame) + "\n";
+        for (const PropertyText& property : propertyTexts(*set.openFrame(frame))) {
+            text += propertyLines(property);
+        }
+    }
+    return text;
+}
+
+void addProperties(const OpenedSet& set, Json& json) {
+    for (int frame = 0; frame < set.numFrames(); ++frame) {
+        Json properties = Json::array();
+        for (const PropertyText& property : propertyTexts(*set.openFrame(frame))) {
+            properties.push_back({{"name", property.name}, {"value", property.value}});
+        }
+        json["bands"][static_cast<std::size_t>(frame)]["properties"] = std::move(properties);
+    }
+}
+
+void writeInfoJson(Context& context, const OpenedSet& set, const InfoOptions& options) {
+    Json json = setJson(set.view());
+    if (options.properties) {
+        addProperties(set, json);
+    }
+    if (options.explain) {
+        json["explanation"] = explanationJson(explainScheme(set.specifier()));
+    }
+    writeJson(context.out, json);
+}
+
+ExitCode info(Context& context, const InfoOptions& options) {
+    const OpenedSet set = openSet(context, options.inputs);
+    if (options.json) {
+        writeInfoJson(context, set, options);
+        return ExitCode::Success;
+    }
+    const SetView& view = set.view();
+    context.out << headText(view) << filesText(view) << bucketsText(view) << bandsText(view);
+    if (options.explain) {
+        context.out << "\n" << explanationText(explainScheme(set.specifier()));
+    }
+    if (options.properties) {
+        context.out << propertiesText(set);
+    }
+    return ExitCode::Success;
+}
+
+}  // namespace
+
+void addInfoCommand(CLI::App& app, Context& context) {
+    CLI::App* command = app.add_subcommand("info", "Describe a set and its bands");
+    auto options = std::make_shared<InfoOptions>();
+    command->add_option("SET|FILE", options->inputs, "A document of `kestms list`, or files")
+        ->required();
+    command->add_flag("--json", options->json, "Write JSON");
+    command->add_flag("--properties", options->properties,
+                      "Write every property of every frame as well");
+    command->add_flag("--explain", options->explain, "Tell which rule makes the naming scheme");
+    command->footer(
+        "Examples:\n"
+        "  kestms info scene.xml\n"
+        "  kestms info scene/*.TIF --explain\n"
+        "  kestms info scene/ --json --properties\n"
+        "  kestms --language ja info scene/");
+    command->callback([&context, options] {
+        context.action = [&context, options] { return info(context, *options); };
+    });
+}
+
+}  // namespace kestms

@@ -1,0 +1,109 @@
+#include <filesystem>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "host/Text.h"
+#include "pyxis/FileReadDescriptor.h"
+#include "tool/commands/Commands.h"
+#include "tool/raster/OutputFile.h"
+#include "tool/scene/Diagnosis.h"
+#include "tool/scene/Inputs.h"
+
+namespace fs = std::filesystem;
+
+namespace kestms {
+namespace {
+
+struct ListOptions {
+    std::vector<std::string> inputs;
+    std::string output;
+    bool purify = false;
+    bool keepPaths = false;
+};
+
+std::string absolutePath(const std::string& path) {
+    std::error_code error;
+    const fs::path absolute = fs::absolute(path, error);
+    return error ? path : absolute.lexically_normal().string();
+}
+
+/// Without the components that no codec reads, each of which is named on the error stream.
+Pyxis::FileSpecifier purified(Context& context, const Pyxis::FileSpecifier& set) {
+    Pyxis::FileSpecifier pure = set;
+    const bool remains = context.session().codec().purifyFileSet(pure);
+    const std::vector<Component> given = componentsOf(set);
+    for (const Component& component : given) {
+        const Pyxis::ImageFormatCodec* codec = nullptr;
+        if (Pyxis::FileReadDescriptor::findImageFileCodec(Pyxis::fileSpecifier(component.path),
+                                                          codec) !=
+            Pyxis::FormatDecodability::Decodable) {
+            context.warn(component.path, "left out: " + whyNotReadable(component.path));
+        }
+    }
+    if (!remains) {
+        throw Failure(ExitCode::NotDecodable, "fewer than two of the files can be read");
+    }
+    return pure;
+}
+
+ExitCode list(Context& context, const ListOptions& options) {
+    const MissingFile missing = options.purify ? MissingFile::Keep : MissingFile::Fail;
+    Pyxis::FileSpecifier set = readSet(options.inputs, context, missing);
+    std::vector<Component> components = componentsOf(set);
+    if (components.size() < 2) {
+        throw Failure(ExitCode::NotDecodable, components.front().path, kTooFewBands);
+    }
+    if (!options.keepPaths) {
+        for (Component& component : components) {
+            component.path = component.path.empty() ? "" : absolutePath(component.path);
+        }
+        set = setOf(components);
+    }
+    if (options.purify) {
+        set = purified(context, set);
+    }
+    const std::string document = Pyxis::toUtf8(set.string()) + "\n";
+    if (options.output.empty()) {
+        context.out << document;
+        return ExitCode::Success;
+    }
+    std::vector<std::string> files;
+    for (const Component& component : componentsOf(set)) {
+        files.push_back(component.path);
+    }
+    refuseToOverwriteInput(options.output, options.inputs, files);
+    OutputFile file(options.output);
+    file.write(document);
+    file.commit();
+    return ExitCode::Success;
+}
+
+}  // namespace
+
+void addListCommand(CLI::App& app, Context& context) {
+    CLI::App* command = app.add_subcommand("list", "Write the document that lists a set's files");
+    auto options = std::make_shared<ListOptions>();
+    command->add_option("FILE", options->inputs, "Files of the set, as FILE or FILE#FRAME")
+        ->required();
+    command->add_option("-o,--output", options->output,
+                        "Where the document goes (default: standard output)");
+    command->add_flag("--purify", options->purify, "Leave out files that no codec reads");
+    command->add_flag("--keep-paths", options->keepPaths,
+                      "Write paths as given; they are then looked up from the directory in which\n"
+                      "a program is started (default: absolute paths)");
+    command->footer(
+        "Examples:\n"
+        "  kestms list scene/ -o scene.xml\n"
+        "  kestms list red.tif green.tif nir.tif\n"
+        "  kestms list 'stack.tif#0' 'stack.tif#3' -o pair.xml\n"
+        "  ls scene/*.TIF | kestms list - --purify -o scene.xml");
+    command->callback([&context, options] {
+        context.action = [&context, options] { return list(context, *options); };
+    });
+}
+
+}  // namespace kestms

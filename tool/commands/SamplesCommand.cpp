@@ -1,0 +1,45 @@
+#include <memory>
+#include <string>
+
+#include "tool/commands/Commands.h"
+#include "tool/samples/SampleSets.h"
+
+namespace kestms {
+
+namespace {
+
+/// Fewer pixels show nothing; more take hours.
+constexpr int kFewestPixels = 8;
+constexpr int kMostPixels = 4096;
+
+struct SamplesOptions {
+    std::string directory;
+    int size = samples::kUsualPixels;
+};
+
+}  // namespace
+
+void addSamplesCommand(CLI::App& app, Context& context) {
+    auto options = std::make_shared<SamplesOptions>();
+    CLI::App* command =
+        app.add_subcommand("samples", "Write small sample sets of every naming scheme");
+    command->add_option("DIR", options->directory, "Directory for the sets, made when missing")
+        ->required();
+    command
+        ->add_option("--size", options->size,
+                     "Pixels along each side of a scene (default: 256); panchromatic bands have\n"
+                     "up to four times as many")
+        ->check(CLI::Range(kFewestPixels, kMostPixels));
+    command->footer(
+        "Examples:\n"
+        "  kestms samples /tmp/scenes\n"
+        "  kestms info /tmp/scenes/landsat7/set.xml");
+    command->callback([&context, options] {
+        context.action = [options] {
+            samples::writeSamples(options->directory, options->size);
+            return ExitCode::Success;
+        };
+    });
+}
+
+}  // namespace kestms

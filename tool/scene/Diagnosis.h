@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "pyxis/ImageFormatCodec.h"
+#include "sets/SetMembership.h"
+#include "tool/scene/Inputs.h"
+#include "tool/scene/Session.h"
+
+namespace kestms {
+
+/// The reason given for a set of one.
+inline constexpr const char* kTooFewBands = "a set needs at least two bands";
+
+/// What becomes of one component in a set.
+enum class Verdict {
+    Accepted,
+    NoPath,
+    Unreadable,  ///< no codec reads it; the set does without
+    CannotOpen,
+    NoSuchFrame,
+    LayoutRefused,
+    NoGeoreference,
+    LayoutDiffers,
+    SystemDiffers,
+    CornerOff,
+};
+
+struct ComponentDiagnosis {
+    Component component;
+    Verdict verdict = Verdict::Accepted;
+    std::string detail;  ///< empty for Accepted
+    kest::InclusionData data;
+    kest::MembershipFinding finding;
+};
+
+struct Diagnosis {
+    /// The codec's own answer.
+    Pyxis::FormatDecodability answer = Pyxis::FormatDecodability::Undetermined;
+    std::vector<ComponentDiagnosis> components;
+    /// The component with which the others are compared: the first that can be measured.
+    std::optional<std::size_t> reference;
+
+    bool isDecodable() const { return answer == Pyxis::FormatDecodability::Decodable; }
+    /// Components with that verdict.
+    std::size_t count(Verdict verdict) const;
+};
+
+/// Asks the codec about the set, and explains every component, past the first fault too.
+Diagnosis diagnose(Session& session, const Pyxis::FileSpecifier& set);
+
+/// A stable word for the verdict ("layout-differs").
+std::string_view verdictWord(Verdict verdict);
+
+/// Per cent of the reference's extent by which the corner of a CornerOff finding is off.
+double percentOff(const kest::MembershipFinding& finding);
+/// "upper-left" and so on; "x" or "y".
+std::string_view cornerWord(kest::Corner corner);
+std::string_view axisWord(kest::Axis axis);
+
+/// Ends the command with the reason for which the set is not decodable.
+[[noreturn]] void failUndecodable(const Diagnosis& diagnosis);
+
+}  // namespace kestms

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "pyxis/FileSpecifier.h"
+#include "tool/scene/Inputs.h"
+
+namespace kestms {
+
+/// What one component's own name or format says.
+struct ComponentScheme {
+    Component component;
+    int kind = 0;                 ///< a kest::NamingScheme
+    int trailingBandNumber = -1;  ///< -1: the name ends in no two digits
+};
+
+/// Why a set follows its naming scheme.
+struct Explanation {
+    int scheme = 0;  ///< a kest::NamingScheme
+    std::vector<ComponentScheme> components;
+    std::string rule;  ///< the deciding rule, a sentence
+    /// What kept the set from a better scheme, each a sentence: the first component that differs
+    /// in kind from the first one, the first two that share a band number.
+    std::vector<std::string> obstacles;
+};
+
+/// `set` holds the components that a codec reads (see OpenedSet::specifier).
+Explanation explainScheme(const Pyxis::FileSpecifier& set);
+
+}  // namespace kestms

@@ -1,0 +1,109 @@
+#include "tool/scene/InputText.h"
+
+#include <array>
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <istream>
+#include <iterator>
+#include <system_error>
+
+#include "host/Text.h"
+#include "tool/terminal/Failure.h"
+#include "tool/terminal/Interrupt.h"
+
+namespace fs = std::filesystem;
+
+namespace kestms {
+namespace {
+
+/// A list of ten million files; what is larger is not a list.
+constexpr std::size_t kMaximumBytes = std::size_t{1} << 30;
+
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+constexpr std::string_view kLittleEndianMark = "\xFF\xFE";
+constexpr std::string_view kBigEndianMark = "\xFE\xFF";
+
+std::string fromUtf16(std::string_view bytes, bool bigEndian) {
+    std::u16string text;
+    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+        const auto first = static_cast<unsigned char>(bytes[i]);
+        const auto second = static_cast<unsigned char>(bytes[i + 1]);
+        text.push_back(
+            static_cast<char16_t>(bigEndian ? first << 8 | second : second << 8 | first));
+    }
+    return Pyxis::wideToUtf8(text);
+}
+
+std::string decoded(std::string bytes) {
+    const std::string_view text = bytes;
+    if (text.starts_with(kUtf8Mark)) {
+        return bytes.substr(kUtf8Mark.size());
+    }
+    if (text.starts_with(kLittleEndianMark) || text.starts_with(kBigEndianMark)) {
+        return fromUtf16(text.substr(2), text.starts_with(kBigEndianMark));
+    }
+    return bytes;
+}
+
+}  // namespace
+
+std::string readText(std::istream& stream, const std::string& name) {
+    std::string bytes;
+    std::array<char, 65536> block{};
+    while (stream.read(block.data(), block.size()) || stream.gcount() > 0) {
+        bytes.append(block.data(), static_cast<std::size_t>(stream.gcount()));
+        throwIfInterrupted();
+        if (bytes.size() > kMaximumBytes) {
+            throw Failure(ExitCode::CannotRead, name, "too long for a list of files");
+        }
+    }
+    throwIfInterrupted();
+    if (stream.bad()) {
+        throw Failure(ExitCode::CannotRead, name, "read failed");
+    }
+    return decoded(std::move(bytes));
+}
+
+std::string readTextFile(const std::string& path) {
+    std::error_code error;
+    if (fs::is_directory(path, error)) {
+        throw Failure(ExitCode::CannotRead, path, std::generic_category().message(EISDIR));
+    }
+    errno = 0;
+    std::ifstream file(path, std::ios::binary);
+    if (!file) {
+        throw Failure(ExitCode::CannotRead, path, std::generic_category().message(errno));
+    }
+    return readText(file, path);
+}
+
+bool looksLikeXml(std::string_view text) {
+    const std::size_t start = text.find_first_not_of(" \t\r\n");
+    return start != std::string_view::npos && text[start] == '<';
+}
+
+bool fileLooksLikeXml(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::array<char, 4096> block{};
+    file.read(block.data(), block.size());
+    return looksLikeXml(decoded({block.data(), static_cast<std::size_t>(file.gcount())}));
+}
+
+std::vector<std::string> linesOf(std::string_view text) {
+    std::vector<std::string> lines;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        std::string_view line = text.substr(0, end);
+        text.remove_prefix(std::min(end + 1, text.size()));
+        if (line.ends_with('\r')) {
+            line.remove_suffix(1);
+        }
+        if (!line.empty()) {
+            lines.emplace_back(line);
+        }
+    }
+    return lines;
+}
+
+}  // namespace kestms

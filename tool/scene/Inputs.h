@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "pyxis/FileSpecifier.h"
+#include "tool/commands/Context.h"
+
+namespace kestms {
+
+/// One file of a set and the frame of it that holds the band.
+struct Component {
+    std::string path;
+    int frame = 0;
+};
+
+/// What to do with a file that the user named and that is not there.
+enum class MissingFile {
+    Fail,  ///< a Failure with ExitCode::CannotRead
+    Keep,  ///< take it as a component that nobody can read
+};
+
+/// The set that command arguments name, as a compound specifier. An argument is
+///  - FILE: every frame of the file (frame 0 of a file that no codec reads);
+///  - FILE#FRAME: one frame, 0 for the first; a file whose own name is the whole argument wins;
+///  - a directory: its raster files in natural order of their names;
+///  - @FILE: a text file with one of the above a line; "-" reads them from standard input.
+/// A single argument (or standard input) may also be a component list document, which is taken as
+/// it is. Paths are kept as given. Throws a Failure for what cannot be read, with the codes of
+/// `ExitCode`.
+Pyxis::FileSpecifier readSet(const std::vector<std::string>& arguments, Context& context,
+                             MissingFile missing);
+
+/// The components of a set in order; those without a path have an empty one.
+std::vector<Component> componentsOf(const Pyxis::FileSpecifier& set);
+
+/// A compound specifier that lists the components.
+Pyxis::FileSpecifier setOf(const std::vector<Component>& components);
+
+/// Why no codec reads the file, in a few words; for files that none does.
+std::string whyNotReadable(const std::string& path);
+
+/// Throws a Failure with ExitCode::Usage when `output` is a file that command arguments name, one
+/// of the set's files, or one that such a file is a header of.
+void refuseToOverwriteInput(const std::string& output, const std::vector<std::string>& arguments,
+                            const std::vector<std::string>& files);
+
+}  // namespace kestms

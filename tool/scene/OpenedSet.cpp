@@ -1,0 +1,240 @@
+#include "tool/scene/OpenedSet.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "host/Text.h"
+#include "properties/KestMultispectralBandNameProperty.h"
+#include "properties/KestMultispectralBandTypeProperty.h"
+#include "properties/KestMultispectralBucketProperty.h"
+#include "properties/KestMultispectralMetadataTextFileProperty.h"
+#include "properties/KestMultispectralReferenceNameProperty.h"
+#include "pyxis/FormatCodecGeoCorrelation.h"
+#include "sets/ComponentList.h"
+#include "sets/SetMembership.h"
+#include "tool/scene/Diagnosis.h"
+#include "tool/scene/Inputs.h"
+#include "tool/terminal/Interrupt.h"
+
+namespace kestms {
+namespace {
+
+using Pyxis::toUtf8;
+
+struct SystemText {
+    Pyxis::StringBuffer buffer;
+    std::string text;
+};
+
+/// The text that one of the codec's getters writes.
+template <typename Getter>
+std::string textOf(Getter getter) {
+    Pyxis::StringBuffer text;
+    getter(text);
+    return toUtf8(text);
+}
+
+/// The text of a band's coordinate system, which nearly always is that of the band before.
+std::string systemText(const Pyxis::StringBuffer& text, SystemText& last) {
+    const auto size = static_cast<std::size_t>(text.numDataBytes());
+    const bool same = last.buffer.type() == text.type() &&
+                      last.buffer.numDataBytes() == text.numDataBytes() &&
+                      std::equal(text.data(), text.data() + size, last.buffer.data());
+    if (!same) {
+        last = {text, toUtf8(text)};
+    }
+    return last.text;
+}
+
+Georeference georeferenceOf(const Pyxis::FormatCodecGeoCorrelation& geo, SystemText& system) {
+    kest::InclusionData data;
+    kest::measureGeoreference(geo, data);
+    Pyxis::Vector2d size;
+    Pyxis::Vector2d scale;
+    Georeference result;
+    geo.getPixelSize(size);
+    geo.getUnitScale(scale);
+    geo.getRotation(result.rotation);
+    result.pixelWidth = size.x * scale.x;
+    result.pixelHeight = size.y * scale.y;
+    result.upperLeft = data.upperLeft;
+    result.upperRight = data.upperRight;
+    result.lowerLeft = data.lowerLeft;
+    result.lowerRight = data.lowerRight;
+    result.coordinateSystem = systemText(data.coordinateSystem, system);
+    result.epsg = data.coordinateSystemCode;
+    return result;
+}
+
+/// Sorts the properties of a frame into the views of its band and its set.
+class PropertyReader {
+  public:
+    PropertyReader(BandView& band, SetView& set, SystemText& system)
+        : band_(band), set_(set), system_(system) {}
+
+    void read(const Pyxis::FormatCodecPropertyInterface& property) {
+        if (const auto* geo = dynamic_cast<const Pyxis::FormatCodecGeoCorrelation*>(&property)) {
+            if (!band_.georeference) {
+                band_.georeference = georeferenceOf(*geo, system_);
+            }
+        } else if (const auto* reference =
+                       dynamic_cast<const KestMultispectralReferenceNameProperty*>(&property)) {
+            set_.referenceName =
+                textOf([reference](Pyxis::StringBuffer& out) { reference->getValue(out); });
+        } else if (const auto* name =
+                       dynamic_cast<const KestMultispectralBandNameProperty*>(&property)) {
+            readName(*name);
+        } else if (const auto* type =
+                       dynamic_cast<const KestMultispectralBandTypeProperty*>(&property)) {
+            band_.type = type->bandType();
+            band_.assignment = type->bandAssignment();
+        } else if (const auto* bucket =
+                       dynamic_cast<const KestMultispectralBucketProperty*>(&property)) {
+            band_.bucket = bucket->getBucketNum();
+            band_.bucketName =
+                textOf([bucket](Pyxis::StringBuffer& out) { bucket->getBucketName(out); });
+        } else if (const auto* metadata =
+                       dynamic_cast<const KestMultispectralMetadataTextFileProperty*>(&property)) {
+            Pyxis::FileSpecifier file;
+            set_.metadataIsValid = metadata->getMetadataFile(file);
+            set_.metadataFile = toUtf8(file.string());
+        }
+    }
+
+  private:
+    void readName(const KestMultispectralBandNameProperty& name) {
+        Pyxis::FileSpecifier file;
+        name.getFile(file);
+        band_.componentPath = toUtf8(file.string());
+        band_.componentFrame = name.getFrame();
+        band_.indexInBucket = name.getBandIndex();
+        band_.name = textOf([&name](Pyxis::StringBuffer& out) { name.getBandName(out); });
+    }
+
+    BandView& band_;
+    SetView& set_;
+    SystemText& system_;
+};
+
+void readFrame(Pyxis::ReadImageFileFrameInterface& frame, BandView& band, SetView& set,
+               SystemText& system) {
+    frame.frameOp3(&band.width, &band.height);
+    band.model = static_cast<Pyxis::PixelModel>(frame.frameOp4());
+    band.bits = frame.frameOp6();
+    band.format = static_cast<Pyxis::SampleFormat>(frame.frameOp7());
+    const std::unique_ptr<Pyxis::FormatCodecPropertySetIterator> properties(frame.getProperties());
+    if (!properties) {
+        return;
+    }
+    PropertyReader reader(band, set, system);
+    for (properties->start(); !properties->endOfList(); properties->step()) {
+        if (const auto* property = properties->openProperty()) {
+            reader.read(*property);
+        }
+        properties->closeProperty();
+    }
+}
+
+}  // namespace
+
+Pyxis::Size finestSize(const SetView& set) {
+    Pyxis::Size size;
+    for (const BandView& band : set.bands) {
+        if (std::int64_t{band.width} * band.height > std::int64_t{size.width} * size.height) {
+            size = {band.width, band.height};
+        }
+    }
+    return size;
+}
+
+OpenedSet::OpenedSet(Session& session, const Pyxis::FileSpecifier& set) {
+    const KestMultispectralCodec& codec = session.codec();
+    if (codec.isDecodableFile(set, &session.finder()) != Pyxis::FormatDecodability::Decodable) {
+        failUndecodable(diagnose(session, set));
+    }
+    image_.reset(codec.openImage(&set, session.finder()));
+    const auto* reader = dynamic_cast<const KestMultispectralReadFile*>(image_.get());
+    if (reader == nullptr) {
+        throw Failure(ExitCode::Unexpected, "the set cannot be opened");
+    }
+    view_.scheme = reader->setKind();
+    gatherFiles();
+    gatherBands(*reader);
+    gatherBuckets(*reader);
+}
+
+std::unique_ptr<Pyxis::ReadImageFileFrameInterface> OpenedSet::openFrame(int frame) const {
+    std::unique_ptr<Pyxis::ReadImageFileFrameInterface> opened(image_->openFrame(frame));
+    if (!opened) {
+        const std::string file = static_cast<std::size_t>(frame) < view_.bands.size()
+                                     ? view_.bands[static_cast<std::size_t>(frame)].componentPath
+                                     : "frame " + std::to_string(frame);
+        throw Failure(ExitCode::CannotRead, file, "the band cannot be opened");
+    }
+    return opened;
+}
+
+void OpenedSet::gatherFiles() {
+    for (const Component& component : componentsOf(image_->getFileSpecifier())) {
+        view_.files.push_back(component.path);
+    }
+    // A file that is no component follows them.
+    for (int i = static_cast<int>(view_.files.size()); i < image_->getNumFiles(); ++i) {
+        view_.files.push_back(toUtf8(image_->getFile(i).string()));
+    }
+}
+
+void OpenedSet::gatherBands(const KestMultispectralReadFile& reader) {
+    SystemText system;
+    for (int i = 0; i < image_->getNumFrames(); ++i) {
+        throwIfInterrupted();
+        BandView band;
+        band.frame = i;
+        band.number = reader.band(i).bandNumber;
+        readFrame(*openFrame(i), band, view_, system);
+        view_.bands.push_back(std::move(band));
+    }
+}
+
+void OpenedSet::gatherBuckets(const KestMultispectralReadFile& reader) {
+    for (int i = 0; !view_.bands.empty() && i < reader.getNumBuckets(0); ++i) {
+        const kest::BucketRecord& record = reader.bucket(i);
+        view_.buckets.push_back({i, record.bucketNumber, toUtf8(record.bucketName),
+                                 record.bandCount, record.bucketVector.x, record.bucketVector.y});
+    }
+}
+
+namespace {
+
+void warnOfLeftOut(const Context& context, const Pyxis::FileSpecifier& given,
+                   const Pyxis::FileSpecifier& taken) {
+    const std::vector<Component> rest = componentsOf(taken);
+    std::size_t next = 0;
+    // The taken ones are the given ones in order, with some left out.
+    for (const Component& component : componentsOf(given)) {
+        if (next < rest.size() && rest[next].path == component.path &&
+            rest[next].frame == component.frame) {
+            ++next;
+        } else {
+            context.warn(component.path, "left out: " + whyNotReadable(component.path));
+        }
+    }
+}
+
+}  // namespace
+
+OpenedSet openSet(Context& context, const std::vector<std::string>& arguments) {
+    const Pyxis::FileSpecifier given = readSet(arguments, context, MissingFile::Fail);
+    OpenedSet opened(context.session(), given);
+    if (kest::countComponents(opened.specifier()) == kest::countComponents(given)) {
+        return opened;
+    }
+    warnOfLeftOut(context, given, opened.specifier());
+    // Components that follow an unreadable one may lose their bands; the codec's own remedy is a
+    // list without it.
+    Pyxis::FileSpecifier pure = given;
+    context.session().codec().purifyFileSet(pure);
+    return {context.session(), pure};
+}
+
+}  // namespace kestms

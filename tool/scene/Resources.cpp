@@ -1,0 +1,66 @@
+#include "tool/scene/Resources.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+namespace kestms {
+namespace {
+
+constexpr std::string_view kPrefix = "kestmultispectral-";
+constexpr std::string_view kExtension = ".txt";
+constexpr const char* kDefaultLanguage = "en";
+
+fs::path resourceDirectory() {
+    std::error_code error;
+    const fs::path installed =
+        fs::read_symlink("/proc/self/exe", error).parent_path() / ".." / "share" / "kestms";
+    return !error && fs::is_directory(installed, error) ? installed
+                                                        : fs::path(KESTMS_SOURCE_RESOURCES);
+}
+
+}  // namespace
+
+std::vector<std::string> availableLanguages() {
+    std::vector<std::string> languages;
+    std::error_code error;
+    fs::directory_iterator entries(resourceDirectory(), error);
+    for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
+        const std::string name = entries->path().filename().string();
+        if (name.starts_with(kPrefix) && name.ends_with(kExtension) &&
+            name.size() > kPrefix.size() + kExtension.size()) {
+            languages.push_back(
+                name.substr(kPrefix.size(), name.size() - kPrefix.size() - kExtension.size()));
+        }
+    }
+    std::sort(languages.begin(), languages.end());
+    return languages;
+}
+
+std::string resourceFile(const std::string& language) {
+    const auto available = availableLanguages();
+    if (std::find(available.begin(), available.end(), language) == available.end()) {
+        return {};
+    }
+    const std::string name = std::string(kPrefix) + language + std::string(kExtension);
+    return (resourceDirectory() / name).string();
+}
+
+std::string environmentLanguage() {
+    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const char* value = std::getenv(variable);
+        if (value == nullptr || *value == '\0') {
+            continue;
+        }
+        const std::string_view locale = value;
+        const std::string language(locale.substr(0, locale.find_first_of("_.@")));
+        return resourceFile(language).empty() ? kDefaultLanguage : language;
+    }
+    return kDefaultLanguage;
+}
+
+}  // namespace kestms

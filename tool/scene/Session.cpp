@@ -1,0 +1,35 @@
+#include "tool/scene/Session.h"
+
+#include "host/Text.h"
+#include "tool/scene/Resources.h"
+#include "tool/terminal/Failure.h"
+#include "tool/terminal/Interrupt.h"
+
+namespace kestms {
+namespace {
+
+std::string joined(const std::vector<std::string>& words) {
+    std::string text;
+    for (const std::string& word : words) {
+        text += (text.empty() ? "" : ", ") + word;
+    }
+    return text;
+}
+
+}  // namespace
+
+Session::Session(const std::string& language)
+    : language_(language.empty() ? environmentLanguage() : language), registration_(codec_) {
+    const std::string file = resourceFile(language_);
+    if (file.empty() && !language.empty()) {
+        throw Failure(ExitCode::Usage, "--language " + language,
+                      "no such language; there are " + joined(availableLanguages()));
+    }
+    codec_.setResourceFileName(Pyxis::fileSpecifier(file));
+}
+
+void Session::readAhead(const std::vector<std::string>& paths) {
+    componentCodecs_.readAhead(paths, isInterrupted);
+}
+
+}  // namespace kestms

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "codec/KestMultispectralCodec.h"
+#include "host/CodecRegistry.h"
+#include "host/DirectoryFileFinder.h"
+#include "host/formats/StandardCodecs.h"
+
+namespace kestms {
+
+/// The host with its codecs, set up for one run of the tool.
+class Session {
+  public:
+    /// Texts come in that language; an empty one takes the environment's. Throws a Failure with
+    /// ExitCode::Usage for a language that there is not.
+    explicit Session(const std::string& language);
+
+    const KestMultispectralCodec& codec() const { return codec_; }
+    Pyxis::FindFileInterface& finder() { return finder_; }
+    /// Opens files that are about to be asked for, several at a time.
+    void readAhead(const std::vector<std::string>& paths);
+    /// The language in use.
+    const std::string& language() const { return language_; }
+
+  private:
+    std::string language_;
+    Pyxis::StandardCodecs componentCodecs_{Pyxis::StandardCodecs::QuickBird::With,
+                                           Pyxis::StandardCodecs::Changes::Ignore};
+    KestMultispectralCodec codec_;
+    Pyxis::CodecRegistration registration_;
+    Pyxis::DirectoryFileFinder finder_;
+};
+
+}  // namespace kestms

@@ -1,0 +1,43 @@
+#include "tool/terminal/ExplanationReport.h"
+
+#include "tool/terminal/TerminalText.h"
+#include "tool/terminal/Words.h"
+
+namespace kestms {
+
+std::string explanationText(const Explanation& explanation) {
+    std::string text = "Naming scheme " + std::to_string(explanation.scheme) + " (" +
+                       std::string(schemeWord(explanation.scheme)) + "): " + explanation.rule +
+                       ".\n";
+    for (const std::string& obstacle : explanation.obstacles) {
+        text += "  " + printable(obstacle) + ".\n";
+    }
+    using Align = TextTable::Align;
+    TextTable table({{"File", Align::Left},
+                     {"Frame", Align::Right},
+                     {"Shows", Align::Left},
+                     {"Trailing number", Align::Right}});
+    for (const ComponentScheme& each : explanation.components) {
+        const int number = each.trailingBandNumber;
+        table.addRow({each.component.path, std::to_string(each.component.frame),
+                      std::string(schemeWord(each.kind)),
+                      number < 0 ? "none" : std::to_string(number)});
+    }
+    return text + table.text();
+}
+
+Json explanationJson(const Explanation& explanation) {
+    Json components = Json::array();
+    for (const ComponentScheme& each : explanation.components) {
+        const int number = each.trailingBandNumber;
+        components.push_back({{"file", each.component.path},
+                              {"fileFrame", each.component.frame},
+                              {"kind", schemeWord(each.kind)},
+                              {"trailingNumber", number < 0 ? Json(nullptr) : Json(number)}});
+    }
+    return {{"rule", explanation.rule},
+            {"obstacles", explanation.obstacles},
+            {"components", std::move(components)}};
+}
+
+}  // namespace kestms

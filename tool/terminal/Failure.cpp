@@ -1,0 +1,14 @@
+#include "tool/terminal/Failure.h"
+
+#include "tool/terminal/TerminalText.h"
+
+namespace kestms {
+
+Failure::Failure(ExitCode code, const std::string& reason)
+    : std::runtime_error(reason), code_(code) {}
+
+Failure::Failure(ExitCode code, const std::string& file, const std::string& reason)
+    : std::runtime_error((file.empty() ? "''" : printableName(file)) + ": " + reason),
+      code_(code) {}
+
+}  // namespace kestms
