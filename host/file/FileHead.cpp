@@ -11,6 +11,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "host/file/WorldFile.h"
+
 namespace Pyxis {
 namespace {
 
@@ -50,16 +52,6 @@ bool FileStamp::settled() const {
     const nanoseconds tick = wholeSeconds ? nanoseconds(3s) : nanoseconds(50ms);
     const nanoseconds now = std::chrono::system_clock::now().time_since_epoch();
     return now - nanoseconds(std::max(file.modified, file.changed)) > tick;
-}
-
-std::vector<std::string> worldFilesOf(const std::string& path) {
-    const std::size_t dot = path.rfind('.');
-    const std::size_t slash = path.rfind('/');
-    if (dot == std::string::npos || (slash != std::string::npos && dot < slash)) {
-        return {};
-    }
-    const std::string stem = path.substr(0, dot);
-    return {stem + ".tfw", stem + ".TFW", stem + ".wld"};
 }
 
 FileStamp stampOf(const std::string& path, bool withWorldFiles) {

@@ -29,9 +29,6 @@ struct FileStamp {
     bool settled() const;
 };
 
-/// The names that a raster's world file may have; none for a name without an extension.
-std::vector<std::string> worldFilesOf(const std::string& path);
-
 FileStamp stampOf(const std::string& path, bool withWorldFiles);
 
 /// The path from the root on; empty for an empty path.

@@ -2,15 +2,10 @@
 
 #include <cpl_conv.h>
 #include <gdal_frmts.h>
-#include <unistd.h>
 
-#include <filesystem>
 #include <mutex>
 #include <optional>
 #include <string_view>
-#include <system_error>
-
-#include "host/file/FileHead.h"
 
 namespace Pyxis {
 namespace {
@@ -34,19 +29,12 @@ class ThreadOption {
     std::optional<std::string> before_;
 };
 
-/// The files that GDAL may look at beside the one it opens: the file itself and its world file.
-/// Naming them keeps GDAL from reading whole directories, and from following auxiliary files and
-/// overviews of any format to wherever those point.
-CPLStringList allowedSiblings(const std::string& path, bool withWorldFile) {
+/// The files that GDAL may look at beside the one it opens: none. It takes a list of siblings at
+/// its word only when the file itself is the one name on it; with a second name it goes on to
+/// auxiliary files and overviews, and through those to any file or network address.
+CPLStringList nothingBeside(const std::string& path) {
     CPLStringList names;
     names.AddString(CPLGetFilename(path.c_str()));
-    for (const std::string& name :
-         withWorldFile ? worldFilesOf(path) : std::vector<std::string>()) {
-        std::error_code gone;  // a pipe would block
-        if (std::filesystem::is_regular_file(name, gone) && access(name.c_str(), R_OK) == 0) {
-            names.AddString(CPLGetFilename(name.c_str()));
-        }
-    }
     return names;
 }
 
@@ -65,15 +53,15 @@ void registerDrivers(std::string_view driver) {
 }  // namespace
 
 GDALDatasetUniquePtr openForReading(const char* driver, const std::string& name,
-                                    const std::string& path, const Opening& opening) {
+                                    const std::string& path, bool mayNameOverviews) {
     registerDrivers(driver);
     const ThreadOption noAuxiliaryFiles("GDAL_PAM_ENABLED", "NO");
     const char* const drivers[] = {driver, nullptr};
     GDALDatasetUniquePtr dataset(
         GDALDataset::Open(name.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR,
-                          drivers, nullptr, allowedSiblings(path, opening.withWorldFile).List()));
+                          drivers, nullptr, nothingBeside(path).List()));
     // Metadata inside a file can name any other one as the place of its overviews.
-    if (dataset && opening.mayNameOverviews &&
+    if (dataset && mayNameOverviews &&
         dataset->GetMetadataItem("OVERVIEW_FILE", "OVERVIEWS") != nullptr) {
         CPLError(CE_Failure, CPLE_AppDefined, "names another file as its overviews");
         dataset.reset();

@@ -6,15 +6,11 @@
 
 namespace Pyxis {
 
-struct Opening {
-    bool withWorldFile = false;
-    bool mayNameOverviews = true;  ///< whether the file may name another one as its overviews
-};
-
 /// Opens `name`, which is the file `path` or the driver's name for a part of it, for reading with
-/// that driver only. GDAL writes nothing beside the file, and looks at nothing there but a world
-/// file where that is wanted. Null on failure, with GDAL's words reported as its error.
+/// that driver only. GDAL writes nothing beside the file and reads nothing there. A file that names
+/// another one as its overviews is refused; `mayNameOverviews` is false where it cannot. Null on
+/// failure, with GDAL's words reported as its error.
 GDALDatasetUniquePtr openForReading(const char* driver, const std::string& name,
-                                    const std::string& path, const Opening& opening);
+                                    const std::string& path, bool mayNameOverviews);
 
 }  // namespace Pyxis

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "host/cache/HandlePool.h"
+#include "host/file/WorldFile.h"
 #include "host/formats/GdalFormat.h"
 #include "host/gdal/GdalOpen.h"
 #include "host/gdal/Guarded.h"
@@ -113,16 +114,12 @@ std::string OpenedFile::load() {
     return why;
 }
 
-/// Opens the file anew together with its world file. Only files without a place of their own need
-/// that, and looking for files that are not there costs more than the rest of opening.
+/// Only files without a place of their own have it looked for: that costs more than the rest of
+/// opening.
 void OpenedFile::takeWorldFile() {
     withWorldFile_ = true;
     stamp_ = stampOf(absolutePath_, true);
-    GDALDatasetUniquePtr dataset = openForReading(format_.driver(), absolutePath_, absolutePath_,
-                                                  {withWorldFile_, known_.mayNameOverviews});
-    if (dataset) {
-        datasets_.front() = std::move(dataset);
-    }
+    known_.transform = readWorldFile(absolutePath_);
 }
 
 bool OpenedFile::hasChanged() const {
@@ -134,8 +131,8 @@ std::string OpenedFile::nameOfPart(std::string name) const {
 }
 
 GDALDataset* OpenedFile::openPart(const std::string& name) {
-    GDALDatasetUniquePtr dataset = openForReading(format_.driver(), nameOfPart(name), absolutePath_,
-                                                  {withWorldFile_, known_.mayNameOverviews});
+    GDALDatasetUniquePtr dataset =
+        openForReading(format_.driver(), nameOfPart(name), absolutePath_, known_.mayNameOverviews);
     if (!dataset) {
         return nullptr;
     }
@@ -194,7 +191,7 @@ bool OpenedFile::openAgain() {
     }
     for (const std::string& name : partNames_) {
         datasets_.push_back(openForReading(format_.driver(), nameOfPart(name), absolutePath_,
-                                           {withWorldFile_, known_.mayNameOverviews}));
+                                           known_.mayNameOverviews));
         if (!datasets_.back()) {
             datasets_.clear();
             return false;
