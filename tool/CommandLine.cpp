@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "tool/commands/Commands.h"
-#include "tool/commands/Context.h"
+#include "tool/scene/Context.h"
 #include "tool/terminal/Failure.h"
 #include "tool/terminal/Interrupt.h"
 #include "tool/terminal/TerminalText.h"

@@ -5,12 +5,13 @@
 
 #include "host/Text.h"
 #include "tool/commands/Commands.h"
+#include "tool/commands/ExplanationReport.h"
+#include "tool/commands/PlaceJson.h"
 #include "tool/scene/Diagnosis.h"
 #include "tool/scene/Inputs.h"
-#include "tool/terminal/ExplanationReport.h"
+#include "tool/scene/Words.h"
 #include "tool/terminal/Json.h"
 #include "tool/terminal/TerminalText.h"
-#include "tool/terminal/Words.h"
 
 namespace kestms {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <CLI/App.hpp>
 
-#include "tool/commands/Context.h"
+#include "tool/scene/Context.h"
 
 // Each adds one command, with its options and examples, to the command line. The command sets
 // `Context::action` when it is chosen.

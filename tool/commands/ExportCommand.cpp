@@ -18,15 +18,15 @@ struct ExportOptions {
 };
 
 ExitCode exportSet(Context& context, const ExportOptions& options) {
-    handOn(
-        context, options.request,
-        [&](const OpenedSet& set, const OutputRaster& raster, const std::vector<BandFacts>& facts,
-            OutputFile& file, const ProgressFunction& progress) {
-            if (!shareNoData(facts)) {
-                context.warn(raster.path, "without a no-data value: the bands have different ones");
-            }
-            writeGeoTiff(set, raster, facts, options.format, file, progress);
-        });
+    handOn(context, options.request,
+           [&](const OpenedSet& set, const OutputRaster& raster, OutputFile& file,
+               const ProgressFunction& progress) {
+               if (!shareNoData(raster)) {
+                   context.warn(raster.path,
+                                "without a no-data value: the bands have different ones");
+               }
+               writeGeoTiff(set, raster, options.format, file, progress);
+           });
     return ExitCode::Success;
 }
 

@@ -4,13 +4,14 @@
 #include <vector>
 
 #include "tool/commands/Commands.h"
+#include "tool/commands/ExplanationReport.h"
 #include "tool/commands/InfoJson.h"
 #include "tool/scene/InputText.h"
 #include "tool/scene/OpenedSet.h"
-#include "tool/terminal/ExplanationReport.h"
-#include "tool/terminal/PropertyText.h"
+#include "tool/scene/PropertyText.h"
+#include "tool/scene/Words.h"
+#include "tool/terminal/NumberText.h"
 #include "tool/terminal/TerminalText.h"
-#include "tool/terminal/Words.h"
 
 namespace kestms {
 namespace {
@@ -28,40 +29,41 @@ std::string sizeText(double first, double second) {
     return numberText(first) + " x " + numberText(second);
 }
 
-std::string headText(const SetView& set) {
-    const auto [width, height] = finestSize(set);
-    std::string text = "Reference name:      " + printable(set.referenceName) + "\n";
-    text += "Naming scheme:       " + std::to_string(set.scheme) + " " +
-            std::string(schemeWord(set.scheme)) + " (" + std::string(schemeMeaning(set.scheme)) +
-            ")\n";
+std::string headText(const OpenedSet& set) {
+    const SetDescription& shared = set.description();
+    const auto [width, height] = set.finestSize();
+    std::string text = "Reference name:      " + printable(shared.referenceName) + "\n";
+    text += "Naming scheme:       " + std::to_string(shared.scheme) + " " +
+            std::string(schemeWord(shared.scheme)) + " (" +
+            std::string(schemeMeaning(shared.scheme)) + ")\n";
     text += "Size:                " + sizeText(width, height) + " pixels on the finest grid\n";
-    if (!set.bands.empty() && set.bands.front().georeference) {
-        const Georeference& geo = *set.bands.front().georeference;
+    if (!set.bands().empty() && set.bands().front().georeference) {
+        const Georeference& geo = *set.bands().front().georeference;
         text +=
             "Coordinate system:   " + printable(systemName(geo.epsg, geo.coordinateSystem)) + "\n";
     }
-    if (!set.metadataFile.empty()) {
-        text += "Metadata text file:  " + printable(set.metadataFile) +
-                (set.metadataIsValid ? "\n" : " (cannot be read)\n");
+    if (!shared.metadataFile.empty()) {
+        text += "Metadata text file:  " + printable(shared.metadataFile) +
+                (shared.metadataIsValid ? "\n" : " (cannot be read)\n");
     }
     return text;
 }
 
-std::string filesText(const SetView& set) {
-    std::string text = "\nFiles: " + std::to_string(set.files.size()) + "\n";
-    for (const std::string& file : set.files) {
+std::string filesText(const OpenedSet& set) {
+    std::string text = "\nFiles: " + std::to_string(set.files().size()) + "\n";
+    for (const std::string& file : set.files()) {
         text += "  " + printable(file) + "\n";
     }
     return text;
 }
 
-std::string bucketsText(const SetView& set) {
+std::string bucketsText(const OpenedSet& set) {
     TextTable table({{"Bucket", Align::Right},
                      {"Number", Align::Right},
                      {"Name", Align::Left},
                      {"Bands", Align::Right},
                      {"Pixel size", Align::Left}});
-    for (const BucketView& bucket : set.buckets) {
+    for (const Bucket& bucket : set.buckets()) {
         table.addRow({std::to_string(bucket.index), std::to_string(bucket.number), bucket.name,
                       std::to_string(bucket.bandCount),
                       sizeText(bucket.pixelWidth, bucket.pixelHeight)});
@@ -69,7 +71,7 @@ std::string bucketsText(const SetView& set) {
     return "\n" + table.text();
 }
 
-std::string bandsText(const SetView& set) {
+std::string bandsText(const OpenedSet& set) {
     TextTable table({{"Frame", Align::Right},
                      {"Number", Align::Right},
                      {"Name", Align::Left},
@@ -79,7 +81,7 @@ std::string bandsText(const SetView& set) {
                      {"Pixel size", Align::Left},
                      {"File", Align::Left},
                      {"File frame", Align::Right}});
-    for (const BandView& band : set.bands) {
+    for (const Band& band : set.bands()) {
         const auto& geo = band.georeference;
         table.addRow({std::to_string(band.frame), std::to_string(band.number), band.name,
                       std::string(bandTypeWord(band.type)),
@@ -105,9 +107,9 @@ std::string propertyLines(const PropertyText& property) {
 
 std::string propertiesText(const OpenedSet& set) {
     std::string text;
-    for (int frame = 0; frame < set.numFrames(); ++frame) {
-        text += "\nFrame " + std::to_string(frame) + "\n";
-        for (const PropertyText& property : propertyTexts(*set.openFrame(frame))) {
+    for (const Band& band : set.bands()) {
+        text += "\nFrame " + std::to_string(band.frame) + "\n";
+        for (const PropertyText& property : propertyTexts(*set.openFrame(band.frame))) {
             text += propertyLines(property);
         }
     }
@@ -115,17 +117,17 @@ std::string propertiesText(const OpenedSet& set) {
 }
 
 void addProperties(const OpenedSet& set, Json& json) {
-    for (int frame = 0; frame < set.numFrames(); ++frame) {
+    for (const Band& band : set.bands()) {
         Json properties = Json::array();
-        for (const PropertyText& property : propertyTexts(*set.openFrame(frame))) {
+        for (const PropertyText& property : propertyTexts(*set.openFrame(band.frame))) {
             properties.push_back({{"name", property.name}, {"value", property.value}});
         }
-        json["bands"][static_cast<std::size_t>(frame)]["properties"] = std::move(properties);
+        json["bands"][static_cast<std::size_t>(band.frame)]["properties"] = std::move(properties);
     }
 }
 
 void writeInfoJson(Context& context, const OpenedSet& set, const InfoOptions& options) {
-    Json json = setJson(set.view());
+    Json json = setJson(set);
     if (options.properties) {
         addProperties(set, json);
     }
@@ -141,8 +143,7 @@ ExitCode info(Context& context, const InfoOptions& options) {
         writeInfoJson(context, set, options);
         return ExitCode::Success;
     }
-    const SetView& view = set.view();
-    context.out << headText(view) << filesText(view) << bucketsText(view) << bandsText(view);
+    context.out << headText(set) << filesText(set) << bucketsText(set) << bandsText(set);
     if (options.explain) {
         context.out << "\n" << explanationText(explainScheme(set.specifier()));
     }

@@ -2,18 +2,19 @@
 
 #include <string>
 
-#include "tool/terminal/Words.h"
+#include "tool/commands/PlaceJson.h"
+#include "tool/scene/Words.h"
 
 namespace kestms {
 namespace {
 
-Json bandJson(const BandView& band) {
+Json bandJson(const Band& band) {
     Json json = {{"frame", band.frame},
                  {"number", band.number},
                  {"name", band.name},
                  {"type", bandTypeWord(band.type)},
                  {"displayChannel", channelWord(band.assignment)},
-                 {"commonName", textOrNull(commonName(band.type, band.number))},
+                 {"commonName", textOrNull(band.commonName)},
                  {"bucket", band.bucket},
                  {"indexInBucket", band.indexInBucket},
                  {"file", band.componentPath},
@@ -32,7 +33,7 @@ Json bandJson(const BandView& band) {
     return json;
 }
 
-Json bucketJson(const BucketView& bucket) {
+Json bucketJson(const Bucket& bucket) {
     return {{"index", bucket.index},
             {"number", bucket.number},
             {"name", bucket.name},
@@ -42,23 +43,24 @@ Json bucketJson(const BucketView& bucket) {
 
 }  // namespace
 
-Json setJson(const SetView& set) {
+Json setJson(const OpenedSet& set) {
     Json buckets = Json::array();
-    for (const BucketView& bucket : set.buckets) {
+    for (const Bucket& bucket : set.buckets()) {
         buckets.push_back(bucketJson(bucket));
     }
     Json bands = Json::array();
-    for (const BandView& band : set.bands) {
+    for (const Band& band : set.bands()) {
         bands.push_back(bandJson(band));
     }
-    const Json metadata = set.metadataFile.empty()
-                              ? Json(nullptr)
-                              : Json{{"file", set.metadataFile}, {"readable", set.metadataIsValid}};
-    const auto [width, height] = finestSize(set);
-    return {{"referenceName", set.referenceName},
-            {"namingScheme", {{"number", set.scheme}, {"name", schemeWord(set.scheme)}}},
+    const SetDescription& shared = set.description();
+    const Json metadata = shared.metadataFile.empty() ? Json(nullptr)
+                                                      : Json{{"file", shared.metadataFile},
+                                                             {"readable", shared.metadataIsValid}};
+    const auto [width, height] = set.finestSize();
+    return {{"referenceName", shared.referenceName},
+            {"namingScheme", {{"number", shared.scheme}, {"name", schemeWord(shared.scheme)}}},
             {"size", {width, height}},
-            {"files", set.files},
+            {"files", set.files()},
             {"metadataTextFile", metadata},
             {"buckets", std::move(buckets)},
             {"bands", std::move(bands)}};

@@ -6,6 +6,6 @@
 namespace kestms {
 
 /// Everything that `kestms info --json` tells of a set. Members are only ever added.
-Json setJson(const SetView& set);
+Json setJson(const OpenedSet& set);
 
 }  // namespace kestms

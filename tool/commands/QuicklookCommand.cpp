@@ -32,32 +32,31 @@ struct QuicklookOptions {
     int size = 1024;
 };
 
-const BandView* bandFor(const SetView& set, BandAssignment channel) {
-    const auto found = std::find_if(set.bands.begin(), set.bands.end(), [&](const BandView& band) {
-        return band.assignment == channel;
-    });
-    return found == set.bands.end() ? nullptr : &*found;
+const Band* bandFor(const OpenedSet& set, BandAssignment channel) {
+    const auto found = std::find_if(set.bands().begin(), set.bands().end(),
+                                    [&](const Band& band) { return band.assignment == channel; });
+    return found == set.bands().end() ? nullptr : &*found;
 }
 
 /// The bands for red, green and blue; the panchromatic or else the first band three times when one
 /// of the channels has none.
-std::array<const BandView*, 3> bandsToShow(const SetView& set) {
-    const std::array<const BandView*, 3> colours{bandFor(set, BandAssignment::RedChannel),
-                                                 bandFor(set, BandAssignment::GreenChannel),
-                                                 bandFor(set, BandAssignment::BlueChannel)};
+std::array<const Band*, 3> bandsToShow(const OpenedSet& set) {
+    const std::array<const Band*, 3> colours{bandFor(set, BandAssignment::RedChannel),
+                                             bandFor(set, BandAssignment::GreenChannel),
+                                             bandFor(set, BandAssignment::BlueChannel)};
     if (std::find(colours.begin(), colours.end(), nullptr) == colours.end()) {
         return colours;
     }
-    const auto grey = std::find_if(set.bands.begin(), set.bands.end(), [](const BandView& band) {
+    const auto grey = std::find_if(set.bands().begin(), set.bands().end(), [](const Band& band) {
         return band.type == BandType::Panchromatic;
     });
-    const BandView* shown = grey == set.bands.end() ? &set.bands.front() : &*grey;
+    const Band* shown = grey == set.bands().end() ? &set.bands().front() : &*grey;
     return {shown, shown, shown};
 }
 
 /// The picture's grid: that of the band with the most pixels among those shown, brought to the
 /// size that was asked for. A small scene is enlarged by a whole number.
-Pyxis::Size pictureSize(const BandView& band, int longest) {
+Pyxis::Size pictureSize(const Band& band, int longest) {
     const int side = std::max({band.width, band.height, 1});
     const int times = std::max(longest / side, 1);
     const double factor = side > longest ? static_cast<double>(longest) / side : times;
@@ -70,7 +69,7 @@ Pyxis::Size pictureSize(const BandView& band, int longest) {
 /// One channel of the picture: a band and its stretch.
 class Channel {
   public:
-    Channel(const OpenedSet& set, const BandView& band, int longest) : pixels_(set, band, longest) {
+    Channel(const OpenedSet& set, const Band& band, int longest) : pixels_(set, band, longest) {
         const std::vector<double> ends = pixels_.quantiles({kDarkPart, kBrightPart});
         dark_ = ends[0];
         bright_ = ends[1];
@@ -94,10 +93,10 @@ class Channel {
     double bright_;
 };
 
-Picture draw(const OpenedSet& set, const std::array<const BandView*, 3>& shown, int longest) {
-    const BandView& finest = **std::max_element(
-        shown.begin(), shown.end(),
-        [](const BandView* a, const BandView* b) { return a->width < b->width; });
+Picture draw(const OpenedSet& set, const std::array<const Band*, 3>& shown, int longest) {
+    const Band& finest =
+        **std::max_element(shown.begin(), shown.end(),
+                           [](const Band* a, const Band* b) { return a->width < b->width; });
     const Placement placement = placementOf(finest);
     const Pyxis::Size size = pictureSize(finest, longest);
     const std::array<Channel, 3> channels{Channel(set, *shown[0], longest),
@@ -126,8 +125,8 @@ Picture draw(const OpenedSet& set, const std::array<const BandView*, 3>& shown, 
 
 ExitCode quicklook(Context& context, const QuicklookOptions& options) {
     const OpenedSet set = openSet(context, options.inputs);
-    refuseToOverwriteInput(options.output, options.inputs, set.view().files);
-    const auto shown = bandsToShow(set.view());
+    refuseToOverwriteInput(options.output, options.inputs, set.files());
+    const auto shown = bandsToShow(set);
     draw(set, shown, options.size).writePng(options.output);
     return ExitCode::Success;
 }

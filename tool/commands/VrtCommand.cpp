@@ -10,11 +10,9 @@ namespace kestms {
 namespace {
 
 ExitCode writeVirtualRasters(Context& context, const HandOnRequest& request) {
-    handOn(
-        context, request,
-        [](const OpenedSet& /*set*/, const OutputRaster& raster,
-           const std::vector<BandFacts>& facts, OutputFile& file,
-           const ProgressFunction& /*progress*/) { file.write(virtualRasterText(raster, facts)); });
+    handOn(context, request,
+           [](const OpenedSet& /*set*/, const OutputRaster& raster, OutputFile& file,
+              const ProgressFunction& /*progress*/) { file.write(virtualRasterText(raster)); });
     return ExitCode::Success;
 }
 

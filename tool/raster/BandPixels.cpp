@@ -20,10 +20,11 @@ Pyxis::Size reduced(Pyxis::Size size, int longest) {
 
 }  // namespace
 
-BandPixels::BandPixels(const OpenedSet& set, const BandView& band, int longestSide)
+BandPixels::BandPixels(const OpenedSet& set, const Band& band, int longestSide)
     : placement_(placementOf(band)),
       size_{band.width, band.height},
       buffer_(reduced(size_, longestSide)),
+      noData_(band.noData),
       values_(static_cast<std::size_t>(buffer_.width) * static_cast<std::size_t>(buffer_.height)) {
     const auto frame = set.openFrame(band.frame);
     Pyxis::PixelRequest request;
@@ -37,11 +38,6 @@ BandPixels::BandPixels(const OpenedSet& set, const BandView& band, int longestSi
     request.bufferBytes = values_.size() * sizeof(double);
     if (!frame->frameOp13(0, &request)) {
         throw Failure(ExitCode::CannotRead, band.componentPath, "its pixels cannot be read");
-    }
-    Pyxis::ChannelRange range;
-    frame->frameOp11(0, &range);
-    if (range.hasNoData) {
-        noData_ = range.noData;
     }
 }
 

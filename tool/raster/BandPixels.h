@@ -14,7 +14,7 @@ class BandPixels {
   public:
     /// Reads the band through its frame, with at most that many pixels on either side. Throws a
     /// Failure with ExitCode::CannotRead.
-    BandPixels(const OpenedSet& set, const BandView& band, int longestSide);
+    BandPixels(const OpenedSet& set, const Band& band, int longestSide);
 
     /// The value at a place in the world; none outside the band and where it has no data.
     std::optional<double> at(const Pyxis::Point2d& world) const;

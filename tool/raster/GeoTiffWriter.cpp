@@ -8,6 +8,7 @@
 #include <exception>
 
 #include "host/gdal/ErrorCapture.h"
+#include "tool/raster/BandMetadata.h"
 #include "tool/raster/NoSidecar.h"
 #include "tool/raster/PlacedPixels.h"
 
@@ -25,14 +26,16 @@ bool sameValue(const std::optional<double>& a, const std::optional<double>& b) {
     return bothNan || a == b;
 }
 
-GDALDataType typeForAll(const OutputRaster& raster, const std::vector<BandFacts>& facts) {
-    GDALDataType type = facts.front().type;
-    for (std::size_t i = 0; i < facts.size(); ++i) {
-        if (facts[i].signedBytes != facts.front().signedBytes) {
-            throw Failure(ExitCode::NotDecodable, raster.bands[i].band->componentPath,
+GDALDataType typeForAll(const OutputRaster& raster) {
+    const bool signedBytes = hasSignedBytes(*raster.bands.front().band);
+    GDALDataType type = GDT_Unknown;
+    for (const PlacedBand& placed : raster.bands) {
+        if (hasSignedBytes(*placed.band) != signedBytes) {
+            throw Failure(ExitCode::NotDecodable, placed.band->componentPath,
                           "its samples and those of other bands do not fit into one file");
         }
-        type = GDALDataTypeUnion(type, facts[i].type);
+        const GDALDataType own = GDALGetDataTypeByName(placed.source.dataType.c_str());
+        type = type == GDT_Unknown ? own : GDALDataTypeUnion(type, own);
     }
     return type;
 }
@@ -65,32 +68,32 @@ CPLStringList creationOptions(GDALDataType type, bool signedBytes, const std::st
     return options;
 }
 
-void describe(GDALDataset& dataset, const OutputRaster& raster,
-              const std::vector<BandFacts>& facts) {
+void describe(GDALDataset& dataset, const OutputRaster& raster) {
     auto transform = raster.geoTransform;
     dataset.SetGeoTransform(transform.data());
     if (!raster.coordinateSystem.empty()) {
         dataset.SetProjection(raster.coordinateSystem.c_str());
     }
-    for (std::size_t i = 0; i < facts.size(); ++i) {
-        GDALRasterBand& band = *dataset.GetRasterBand(static_cast<int>(i) + 1);
-        band.SetDescription(facts[i].description.c_str());
-        band.SetColorInterpretation(facts[i].colour);
-        for (const MetadataItem& item : facts[i].metadata) {
-            band.SetMetadataItem(item.key, item.value.c_str(), item.domain);
+    for (std::size_t i = 0; i < raster.bands.size(); ++i) {
+        const Band& band = *raster.bands[i].band;
+        GDALRasterBand& written = *dataset.GetRasterBand(static_cast<int>(i) + 1);
+        written.SetDescription(band.name.c_str());
+        written.SetColorInterpretation(colourOf(band));
+        for (const MetadataItem& item : spectralMetadata(band)) {
+            written.SetMetadataItem(item.key, item.value.c_str(), item.domain);
         }
     }
-    if (facts.front().noData && shareNoData(facts)) {
-        dataset.GetRasterBand(1)->SetNoDataValue(*facts.front().noData);
+    const auto& noData = raster.bands.front().band->noData;
+    if (noData && shareNoData(raster)) {
+        dataset.GetRasterBand(1)->SetNoDataValue(*noData);
     }
 }
 
-void copyPixels(const OpenedSet& set, const OutputRaster& raster,
-                const std::vector<BandFacts>& facts, GDALDataType type, GDALDataset& dataset,
-                const ProgressFunction& progress) {
+void copyPixels(const OpenedSet& set, const OutputRaster& raster, GDALDataType type,
+                GDALDataset& dataset, const ProgressFunction& progress) {
     std::vector<std::byte> samples;
-    for (std::size_t i = 0; i < facts.size(); ++i) {
-        const PlacedPixels pixels(set, raster.bands[i], facts[i], type);
+    for (std::size_t i = 0; i < raster.bands.size(); ++i) {
+        const PlacedPixels pixels(set, raster.bands[i], type);
         GDALRasterBand& band = *dataset.GetRasterBand(static_cast<int>(i) + 1);
         for (int y = 0; y < raster.size.height; y += kWindowSide) {
             for (int x = 0; x < raster.size.width; x += kWindowSide) {
@@ -102,24 +105,24 @@ void copyPixels(const OpenedSet& set, const OutputRaster& raster,
                     return;  // the caller sees the error
                 }
                 progress((static_cast<double>(i) + static_cast<double>(y) / raster.size.height) /
-                         static_cast<double>(facts.size()));
+                         static_cast<double>(raster.bands.size()));
             }
         }
     }
 }
 
-void writePlain(const OpenedSet& set, const OutputRaster& raster,
-                const std::vector<BandFacts>& facts, const std::string& compression,
+void writePlain(const OpenedSet& set, const OutputRaster& raster, const std::string& compression,
                 const std::string& path, const OutputFile& output,
                 const ProgressFunction& progress) {
-    const GDALDataType type = typeForAll(raster, facts);
+    const GDALDataType type = typeForAll(raster);
     const Pyxis::ErrorCapture errors;
     GDALDatasetUniquePtr dataset(GetGDALDriverManager()->GetDriverByName("GTiff")->Create(
-        path.c_str(), raster.size.width, raster.size.height, static_cast<int>(facts.size()), type,
-        creationOptions(type, facts.front().signedBytes, compression).List()));
+        path.c_str(), raster.size.width, raster.size.height, static_cast<int>(raster.bands.size()),
+        type,
+        creationOptions(type, hasSignedBytes(*raster.bands.front().band), compression).List()));
     if (dataset) {
-        describe(*dataset, raster, facts);
-        copyPixels(set, raster, facts, type, *dataset, progress);
+        describe(*dataset, raster);
+        copyPixels(set, raster, type, *dataset, progress);
     }
     // A full disk may show only when the last tiles are written.
     dataset.reset();
@@ -172,24 +175,23 @@ void writeCloudOptimized(const std::string& from, const std::string& compression
 
 }  // namespace
 
-bool shareNoData(const std::vector<BandFacts>& facts) {
-    return std::all_of(facts.begin(), facts.end(), [&facts](const BandFacts& one) {
-        return sameValue(one.noData, facts.front().noData);
+bool shareNoData(const OutputRaster& raster) {
+    const auto& first = raster.bands.front().band->noData;
+    return std::all_of(raster.bands.begin(), raster.bands.end(), [&first](const PlacedBand& each) {
+        return sameValue(each.band->noData, first);
     });
 }
 
-void writeGeoTiff(const OpenedSet& set, const OutputRaster& raster,
-                  const std::vector<BandFacts>& facts, const GeoTiffOptions& options,
+void writeGeoTiff(const OpenedSet& set, const OutputRaster& raster, const GeoTiffOptions& options,
                   const OutputFile& output, const ProgressFunction& progress) {
     const NoSidecar noSidecar;
     if (!options.cloudOptimized) {
-        writePlain(set, raster, facts, options.compression, output.temporaryPath(), output,
-                   progress);
+        writePlain(set, raster, options.compression, output.temporaryPath(), output, progress);
         return;
     }
     // The copy goes through the levels of the whole image, so that has to be there first.
     const std::string whole = output.temporaryPath() + ".tif";
-    writePlain(set, raster, facts, options.compression, whole, output,
+    writePlain(set, raster, options.compression, whole, output,
                [&](double part) { progress(part * kCopyPart); });
     writeCloudOptimized(whole, options.compression, output,
                         [&](double part) { progress(kCopyPart + part * (1 - kCopyPart)); });

@@ -1,11 +1,9 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "tool/raster/OutputFile.h"
 #include "tool/raster/OutputLayout.h"
-#include "tool/scene/BandFacts.h"
 #include "tool/terminal/Progress.h"
 
 namespace kestms {
@@ -16,13 +14,12 @@ struct GeoTiffOptions {
 };
 
 /// Writes the raster as a tiled GeoTIFF, pixels as the frames give them, window by window. Bands
-/// of different sample types get the smallest one that holds all. `facts` has one entry for each
-/// band. Throws a Failure with ExitCode::CannotRead or ExitCode::CannotWrite.
-void writeGeoTiff(const OpenedSet& set, const OutputRaster& raster,
-                  const std::vector<BandFacts>& facts, const GeoTiffOptions& options,
+/// of different sample types get the smallest one that holds all. Throws a Failure with
+/// ExitCode::CannotRead or ExitCode::CannotWrite.
+void writeGeoTiff(const OpenedSet& set, const OutputRaster& raster, const GeoTiffOptions& options,
                   const OutputFile& output, const ProgressFunction& progress);
 
 /// Whether all bands can share the one no-data value that a GeoTIFF has.
-bool shareNoData(const std::vector<BandFacts>& facts);
+bool shareNoData(const OutputRaster& raster);
 
 }  // namespace kestms

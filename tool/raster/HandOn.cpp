@@ -11,21 +11,12 @@
 namespace kestms {
 namespace {
 
-std::vector<BandFacts> factsOfAll(const OpenedSet& set, const OutputRaster& raster) {
-    std::vector<BandFacts> facts;
-    for (const PlacedBand& placed : raster.bands) {
-        throwIfInterrupted();
-        facts.push_back(factsOf(set, *placed.band));
-    }
-    return facts;
-}
-
 void writeAll(Context& context, const OpenedSet& set, const std::vector<OutputRaster>& rasters,
               const std::vector<std::unique_ptr<OutputFile>>& files, const RasterWriter& write) {
     ProgressBar bar(context.err, isTerminal(context.err));
     const auto count = static_cast<double>(rasters.size());
     for (std::size_t i = 0; i < rasters.size(); ++i) {
-        write(set, rasters[i], factsOfAll(set, rasters[i]), *files[i],
+        write(set, rasters[i], *files[i],
               [&](double part) { bar.show((static_cast<double>(i) + part) / count); });
     }
 }
@@ -38,11 +29,11 @@ void handOn(Context& context, const HandOnRequest& request, const RasterWriter& 
         throw Failure(ExitCode::CannotWrite, request.output, "is a directory");
     }
     const OpenedSet set = openSet(context, request.inputs);
-    const std::vector<OutputRaster> rasters = layOut(
-        set.view(), request.output, request.oneGrid ? Grids::OneForAll : Grids::OnePerBucket);
+    const std::vector<OutputRaster> rasters =
+        layOut(set, request.output, request.oneGrid ? Grids::OneForAll : Grids::OnePerBucket);
     std::vector<std::unique_ptr<OutputFile>> files;
     for (const OutputRaster& raster : rasters) {
-        refuseToOverwriteInput(raster.path, request.inputs, set.view().files);
+        refuseToOverwriteInput(raster.path, request.inputs, set.files());
         files.push_back(std::make_unique<OutputFile>(raster.path));
     }
     writeAll(context, set, rasters, files, write);

@@ -6,7 +6,6 @@
 
 #include "tool/raster/OutputFile.h"
 #include "tool/raster/OutputLayout.h"
-#include "tool/scene/BandFacts.h"
 #include "tool/terminal/Progress.h"
 
 namespace kestms {
@@ -20,8 +19,7 @@ struct HandOnRequest {
 
 /// Writes one raster of a set into its file and tells how much of it is done.
 using RasterWriter = std::function<void(const OpenedSet& set, const OutputRaster& raster,
-                                        const std::vector<BandFacts>& facts, OutputFile& file,
-                                        const ProgressFunction& progress)>;
+                                        OutputFile& file, const ProgressFunction& progress)>;
 
 /// Writes the rasters of a set, all of them or none, and prints their names.
 void handOn(Context& context, const HandOnRequest& request, const RasterWriter& write);

@@ -5,8 +5,10 @@
 #include <filesystem>
 #include <limits>
 
+#include "host/Text.h"
 #include "tool/raster/Placement.h"
 #include "tool/terminal/Failure.h"
+#include "tool/terminal/Interrupt.h"
 
 namespace kestms {
 namespace {
@@ -16,12 +18,12 @@ constexpr double kMostSlant = 0.5;
 /// Leaves room for sums of two positions.
 constexpr double kLargestPosition = std::numeric_limits<int>::max() / 4.0;
 
-double pixelArea(const BandView& band) {
+double pixelArea(const Band& band) {
     const auto& place = band.georeference;
     return place ? std::abs(place->pixelWidth * place->pixelHeight) : 0.0;
 }
 
-PixelWindow windowOf(const BandView& band, const Placement& grid) {
+PixelWindow windowOf(const Band& band, const Placement& grid) {
     const Placement placement = placementOf(band);
     const Pyxis::Point2d origin = grid.toRaster(placement.toWorld(0, 0));
     const Pyxis::Point2d right = grid.toRaster(placement.toWorld(band.width, 0));
@@ -43,16 +45,26 @@ PixelWindow windowOf(const BandView& band, const Placement& grid) {
             std::max(1, pixels(height))};
 }
 
-OutputRaster rasterOf(const std::vector<const BandView*>& bands, const std::string& path) {
-    const BandView& finest = **std::min_element(
+Pyxis::RasterSource sourceOf(const Band& band) {
+    throwIfInterrupted();
+    const auto source =
+        Pyxis::rasterSourceOf(Pyxis::fileSpecifier(band.componentPath), band.componentFrame);
+    if (!source) {
+        throw Failure(ExitCode::CannotRead, band.componentPath, "the band cannot be opened");
+    }
+    return *source;
+}
+
+OutputRaster rasterOf(const std::vector<const Band*>& bands, const std::string& path) {
+    const Band& finest = **std::min_element(
         bands.begin(), bands.end(),
-        [](const BandView* a, const BandView* b) { return pixelArea(*a) < pixelArea(*b); });
+        [](const Band* a, const Band* b) { return pixelArea(*a) < pixelArea(*b); });
     const Placement grid = placementOf(finest);
     OutputRaster raster;
     raster.path = path;
     raster.coordinateSystem = finest.georeference->coordinateSystem;
     PixelWindow all{0, 0, finest.width, finest.height};
-    for (const BandView* band : bands) {
+    for (const Band* band : bands) {
         const PixelWindow window = windowOf(*band, grid);
         const int right = std::max(all.x + all.width, window.x + window.width);
         const int bottom = std::max(all.y + all.height, window.y + window.height);
@@ -60,7 +72,7 @@ OutputRaster rasterOf(const std::vector<const BandView*>& bands, const std::stri
         all.y = std::min(all.y, window.y);
         all.width = right - all.x;
         all.height = bottom - all.y;
-        raster.bands.push_back({band, window});
+        raster.bands.push_back({band, window, sourceOf(*band)});
     }
     for (PlacedBand& placed : raster.bands) {
         placed.window.x -= all.x;
@@ -81,10 +93,10 @@ std::string pathForBucket(const std::string& path, int bucket) {
 
 }  // namespace
 
-std::vector<OutputRaster> layOut(const SetView& set, const std::string& path, Grids grids) {
-    std::vector<std::vector<const BandView*>> groups(
-        grids == Grids::OneForAll ? 1 : set.buckets.size());
-    for (const BandView& band : set.bands) {
+std::vector<OutputRaster> layOut(const OpenedSet& set, const std::string& path, Grids grids) {
+    std::vector<std::vector<const Band*>> groups(grids == Grids::OneForAll ? 1
+                                                                           : set.buckets().size());
+    for (const Band& band : set.bands()) {
         groups.at(grids == Grids::OneForAll ? 0 : static_cast<std::size_t>(band.bucket))
             .push_back(&band);
     }

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "host/formats/RasterSource.h"
 #include "pyxis/Geometry.h"
 #include "tool/scene/OpenedSet.h"
 
@@ -22,8 +23,9 @@ struct PixelWindow {
 /// A band and the window that the whole of it fills. A window of the band's own size holds its
 /// pixels as they are.
 struct PlacedBand {
-    const BandView* band = nullptr;
+    const Band* band = nullptr;
     PixelWindow window;
+    Pyxis::RasterSource source;  ///< where GDAL finds its samples
 };
 
 /// One raster to write. Its grid covers every band.
@@ -43,7 +45,8 @@ enum class Grids {
 /// The rasters that the set is handed on in. Where there is more than one, bucket N gets the path
 /// with "_N" before the extension. Bands of one pixel size that are a part of a pixel apart are
 /// moved to one grid. Points into `set`. Throws a Failure with ExitCode::NotDecodable for a band
-/// that no upright window can hold.
-std::vector<OutputRaster> layOut(const SetView& set, const std::string& path, Grids grids);
+/// that no upright window can hold, and one with ExitCode::CannotRead for a band that GDAL cannot
+/// find.
+std::vector<OutputRaster> layOut(const OpenedSet& set, const std::string& path, Grids grids);
 
 }  // namespace kestms

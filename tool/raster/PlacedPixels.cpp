@@ -37,14 +37,13 @@ std::size_t area(const PixelWindow& window) {
 
 }  // namespace
 
-PlacedPixels::PlacedPixels(const OpenedSet& set, const PlacedBand& placed, const BandFacts& facts,
-                           GDALDataType type)
+PlacedPixels::PlacedPixels(const OpenedSet& set, const PlacedBand& placed, GDALDataType type)
     : placed_(placed),
       frame_(set.openFrame(placed.band->frame)),
       type_(type),
-      ownType_(type == facts.type),
+      ownType_(type == GDALGetDataTypeByName(placed.source.dataType.c_str())),
       sampleBytes_(static_cast<std::size_t>(GDALGetDataTypeSizeBytes(type))),
-      fill_(facts.noData.value_or(0.0)) {}
+      fill_(placed.band->noData.value_or(0.0)) {}
 
 void PlacedPixels::readSource(const PixelWindow& source, std::vector<std::byte>& samples) const {
     samples.resize(area(source) * sampleBytes_);

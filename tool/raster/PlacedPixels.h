@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "tool/raster/OutputLayout.h"
-#include "tool/scene/BandFacts.h"
 
 namespace kestms {
 
@@ -15,8 +14,7 @@ namespace kestms {
 class PlacedPixels {
   public:
     /// The samples come as `type`. Where the band does not reach they are its no-data value, or 0.
-    PlacedPixels(const OpenedSet& set, const PlacedBand& placed, const BandFacts& facts,
-                 GDALDataType type);
+    PlacedPixels(const OpenedSet& set, const PlacedBand& placed, GDALDataType type);
 
     /// Fills `samples` with a window of the output raster, packed line by line. A band of another
     /// pixel size gives its nearest pixels. Throws a Failure with ExitCode::CannotRead.

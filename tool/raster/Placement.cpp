@@ -34,7 +34,7 @@ std::array<double, 6> Placement::geoTransform(double column, double row) const {
     return {origin.x, column_.x, row_.x, origin.y, column_.y, row_.y};
 }
 
-Placement placementOf(const BandView& band) {
+Placement placementOf(const Band& band) {
     if (!band.georeference) {
         throw Failure(ExitCode::NotDecodable, band.componentPath, "has no georeference");
     }

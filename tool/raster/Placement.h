@@ -27,6 +27,6 @@ class Placement {
 };
 
 /// Where the band lies. Throws a Failure with ExitCode::NotDecodable for one without georeference.
-Placement placementOf(const BandView& band);
+Placement placementOf(const Band& band);
 
 }  // namespace kestms

@@ -8,7 +8,8 @@
 #include <memory>
 #include <utility>
 
-#include "tool/terminal/Words.h"
+#include "tool/raster/BandMetadata.h"
+#include "tool/terminal/NumberText.h"
 
 namespace fs = std::filesystem;
 
@@ -51,9 +52,9 @@ Attributes::value_type number(const char* key, int value) {
     return {key, std::to_string(value)};
 }
 
-void addMetadata(CPLXMLNode* band, const BandFacts& facts) {
-    std::vector<MetadataItem> items = facts.metadata;
-    if (facts.signedBytes) {
+void addMetadata(CPLXMLNode* element, const Band& band) {
+    std::vector<MetadataItem> items = spectralMetadata(band);
+    if (hasSignedBytes(band)) {
         items.push_back({"IMAGE_STRUCTURE", "PIXELTYPE", "SIGNEDBYTE"});
     }
     CPLXMLNode* domain = nullptr;
@@ -61,7 +62,7 @@ void addMetadata(CPLXMLNode* band, const BandFacts& facts) {
     for (const MetadataItem& item : items) {
         if (domain == nullptr || !EQUAL(name, item.domain)) {
             name = item.domain;
-            domain = addElement(band, "Metadata");
+            domain = addElement(element, "Metadata");
             if (*name != '\0') {
                 CPLAddXMLAttributeAndValue(domain, "domain", name);
             }
@@ -70,48 +71,48 @@ void addMetadata(CPLXMLNode* band, const BandFacts& facts) {
     }
 }
 
-void addSource(CPLXMLNode* band, const PlacedBand& placed, const BandFacts& facts,
-               const std::string& rasterPath) {
-    const BandView& view = *placed.band;
-    CPLXMLNode* source = addElement(band, "SimpleSource");
+void addSource(CPLXMLNode* element, const PlacedBand& placed, const std::string& rasterPath) {
+    const Band& band = *placed.band;
+    CPLXMLNode* source = addElement(element, "SimpleSource");
     addText(source, "SourceFilename",
-            facts.source.prefix + relativePath(view.componentPath, rasterPath),
+            placed.source.prefix + relativePath(band.componentPath, rasterPath),
             {{"relativeToVRT", "1"}});
-    addText(source, "SourceBand", std::to_string(facts.source.band));
+    addText(source, "SourceBand", std::to_string(placed.source.band));
     addElement(source, "SourceProperties",
-               {number("RasterXSize", view.width),
-                number("RasterYSize", view.height),
-                {"DataType", facts.source.dataType},
-                number("BlockXSize", facts.block.width),
-                number("BlockYSize", facts.block.height)});
+               {number("RasterXSize", band.width),
+                number("RasterYSize", band.height),
+                {"DataType", placed.source.dataType},
+                number("BlockXSize", band.block.width),
+                number("BlockYSize", band.block.height)});
     addElement(source, "SrcRect",
-               {number("xOff", 0), number("yOff", 0), number("xSize", view.width),
-                number("ySize", view.height)});
+               {number("xOff", 0), number("yOff", 0), number("xSize", band.width),
+                number("ySize", band.height)});
     const PixelWindow& window = placed.window;
     addElement(source, "DstRect",
                {number("xOff", window.x), number("yOff", window.y), number("xSize", window.width),
                 number("ySize", window.height)});
 }
 
-void addBand(CPLXMLNode* root, const OutputRaster& raster, std::size_t index,
-             const BandFacts& facts) {
-    CPLXMLNode* band = addElement(
+void addBand(CPLXMLNode* root, const OutputRaster& raster, std::size_t index) {
+    const PlacedBand& placed = raster.bands[index];
+    const Band& band = *placed.band;
+    CPLXMLNode* element = addElement(
         root, "VRTRasterBand",
-        {{"dataType", facts.source.dataType}, number("band", static_cast<int>(index) + 1)});
-    addText(band, "Description", facts.description);
-    addMetadata(band, facts);
-    if (facts.noData) {
-        addText(band, "NoDataValue", numberText(*facts.noData));
+        {{"dataType", placed.source.dataType}, number("band", static_cast<int>(index) + 1)});
+    addText(element, "Description", band.name);
+    addMetadata(element, band);
+    if (band.noData) {
+        addText(element, "NoDataValue", numberText(*band.noData));
     }
-    if (facts.colour != GCI_Undefined) {
-        addText(band, "ColorInterp", GDALGetColorInterpretationName(facts.colour));
+    if (const GDALColorInterp colour = colourOf(band); colour != GCI_Undefined) {
+        addText(element, "ColorInterp", GDALGetColorInterpretationName(colour));
     }
-    addSource(band, raster.bands[index], facts, raster.path);
+    addSource(element, placed, raster.path);
 }
 
 }  // namespace
 
-std::string virtualRasterText(const OutputRaster& raster, const std::vector<BandFacts>& facts) {
+std::string virtualRasterText(const OutputRaster& raster) {
     const CPLXMLTreeCloser root(CPLCreateXMLNode(nullptr, CXT_Element, "VRTDataset"));
     CPLAddXMLAttributeAndValue(root.get(), "rasterXSize",
                                std::to_string(raster.size.width).c_str());
@@ -126,7 +127,7 @@ std::string virtualRasterText(const OutputRaster& raster, const std::vector<Band
     }
     addText(root.get(), "GeoTransform", transform);
     for (std::size_t i = 0; i < raster.bands.size(); ++i) {
-        addBand(root.get(), raster, i, facts[i]);
+        addBand(root.get(), raster, i);
     }
     const std::unique_ptr<char, decltype(&VSIFree)> text(CPLSerializeXMLTree(root.get()), VSIFree);
     return text.get();

@@ -6,8 +6,8 @@
 
 #include "host/Text.h"
 #include "pyxis/FileReadDescriptor.h"
+#include "tool/scene/Words.h"
 #include "tool/terminal/Interrupt.h"
-#include "tool/terminal/Words.h"
 
 namespace kestms {
 namespace {

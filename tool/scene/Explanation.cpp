@@ -5,7 +5,7 @@
 
 #include "bands/NamingScheme.h"
 #include "sets/ComponentList.h"
-#include "tool/terminal/Words.h"
+#include "tool/scene/Words.h"
 
 namespace kestms {
 namespace {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "pyxis/FileSpecifier.h"
-#include "tool/commands/Context.h"
+#include "tool/scene/Context.h"
 
 namespace kestms {
 

@@ -10,10 +10,12 @@
 #include "properties/KestMultispectralMetadataTextFileProperty.h"
 #include "properties/KestMultispectralReferenceNameProperty.h"
 #include "pyxis/FormatCodecGeoCorrelation.h"
+#include "reader/KestMultispectralReadFile.h"
 #include "sets/ComponentList.h"
 #include "sets/SetMembership.h"
 #include "tool/scene/Diagnosis.h"
 #include "tool/scene/Inputs.h"
+#include "tool/scene/Words.h"
 #include "tool/terminal/Interrupt.h"
 
 namespace kestms {
@@ -66,10 +68,10 @@ Georeference georeferenceOf(const Pyxis::FormatCodecGeoCorrelation& geo, SystemT
     return result;
 }
 
-/// Sorts the properties of a frame into the views of its band and its set.
+/// Sorts the properties of a frame into its band and what it shares with the others.
 class PropertyReader {
   public:
-    PropertyReader(BandView& band, SetView& set, SystemText& system)
+    PropertyReader(Band& band, SetDescription& set, SystemText& system)
         : band_(band), set_(set), system_(system) {}
 
     void read(const Pyxis::FormatCodecPropertyInterface& property) {
@@ -111,17 +113,26 @@ class PropertyReader {
         band_.name = textOf([&name](Pyxis::StringBuffer& out) { name.getBandName(out); });
     }
 
-    BandView& band_;
-    SetView& set_;
+    Band& band_;
+    SetDescription& set_;
     SystemText& system_;
 };
 
-void readFrame(Pyxis::ReadImageFileFrameInterface& frame, BandView& band, SetView& set,
-               SystemText& system) {
+void readPixelFacts(Pyxis::ReadImageFileFrameInterface& frame, Band& band) {
     frame.frameOp3(&band.width, &band.height);
     band.model = static_cast<Pyxis::PixelModel>(frame.frameOp4());
     band.bits = frame.frameOp6();
     band.format = static_cast<Pyxis::SampleFormat>(frame.frameOp7());
+    band.block = {frame.frameOp9(), frame.frameOp10()};
+    Pyxis::ChannelRange range;
+    frame.frameOp11(0, &range);
+    if (range.hasNoData) {
+        band.noData = range.noData;
+    }
+}
+
+void readProperties(Pyxis::ReadImageFileFrameInterface& frame, Band& band, SetDescription& set,
+                    SystemText& system) {
     const std::unique_ptr<Pyxis::FormatCodecPropertySetIterator> properties(frame.getProperties());
     if (!properties) {
         return;
@@ -137,9 +148,9 @@ void readFrame(Pyxis::ReadImageFileFrameInterface& frame, BandView& band, SetVie
 
 }  // namespace
 
-Pyxis::Size finestSize(const SetView& set) {
+Pyxis::Size OpenedSet::finestSize() const {
     Pyxis::Size size;
-    for (const BandView& band : set.bands) {
+    for (const Band& band : bands_) {
         if (std::int64_t{band.width} * band.height > std::int64_t{size.width} * size.height) {
             size = {band.width, band.height};
         }
@@ -153,21 +164,19 @@ OpenedSet::OpenedSet(Session& session, const Pyxis::FileSpecifier& set) {
         failUndecodable(diagnose(session, set));
     }
     image_.reset(codec.openImage(&set, session.finder()));
-    const auto* reader = dynamic_cast<const KestMultispectralReadFile*>(image_.get());
-    if (reader == nullptr) {
+    if (!image_) {
         throw Failure(ExitCode::Unexpected, "the set cannot be opened");
     }
-    view_.scheme = reader->setKind();
     gatherFiles();
-    gatherBands(*reader);
-    gatherBuckets(*reader);
+    gatherBands();
+    gatherBuckets();
 }
 
 std::unique_ptr<Pyxis::ReadImageFileFrameInterface> OpenedSet::openFrame(int frame) const {
     std::unique_ptr<Pyxis::ReadImageFileFrameInterface> opened(image_->openFrame(frame));
     if (!opened) {
-        const std::string file = static_cast<std::size_t>(frame) < view_.bands.size()
-                                     ? view_.bands[static_cast<std::size_t>(frame)].componentPath
+        const std::string file = static_cast<std::size_t>(frame) < bands_.size()
+                                     ? bands_[static_cast<std::size_t>(frame)].componentPath
                                      : "frame " + std::to_string(frame);
         throw Failure(ExitCode::CannotRead, file, "the band cannot be opened");
     }
@@ -176,31 +185,38 @@ std::unique_ptr<Pyxis::ReadImageFileFrameInterface> OpenedSet::openFrame(int fra
 
 void OpenedSet::gatherFiles() {
     for (const Component& component : componentsOf(image_->getFileSpecifier())) {
-        view_.files.push_back(component.path);
+        files_.push_back(component.path);
     }
     // A file that is no component follows them.
-    for (int i = static_cast<int>(view_.files.size()); i < image_->getNumFiles(); ++i) {
-        view_.files.push_back(toUtf8(image_->getFile(i).string()));
+    for (int i = static_cast<int>(files_.size()); i < image_->getNumFiles(); ++i) {
+        files_.push_back(toUtf8(image_->getFile(i).string()));
     }
 }
 
-void OpenedSet::gatherBands(const KestMultispectralReadFile& reader) {
+void OpenedSet::gatherBands() {
+    const auto& reader = dynamic_cast<const KestMultispectralReadFile&>(*image_);
+    description_.scheme = reader.setKind();
     SystemText system;
     for (int i = 0; i < image_->getNumFrames(); ++i) {
         throwIfInterrupted();
-        BandView band;
+        const auto frame = openFrame(i);
+        Band band;
         band.frame = i;
         band.number = reader.band(i).bandNumber;
-        readFrame(*openFrame(i), band, view_, system);
-        view_.bands.push_back(std::move(band));
+        readPixelFacts(*frame, band);
+        readProperties(*frame, band, description_, system);
+        band.commonName = commonName(band.type, band.number);
+        band.spectrum = spectralRangeOf(description_.scheme, band.number);
+        bands_.push_back(std::move(band));
     }
 }
 
-void OpenedSet::gatherBuckets(const KestMultispectralReadFile& reader) {
-    for (int i = 0; !view_.bands.empty() && i < reader.getNumBuckets(0); ++i) {
+void OpenedSet::gatherBuckets() {
+    const auto& reader = dynamic_cast<const KestMultispectralReadFile&>(*image_);
+    for (int i = 0; !bands_.empty() && i < reader.getNumBuckets(0); ++i) {
         const kest::BucketRecord& record = reader.bucket(i);
-        view_.buckets.push_back({i, record.bucketNumber, toUtf8(record.bucketName),
-                                 record.bandCount, record.bucketVector.x, record.bucketVector.y});
+        buckets_.push_back({i, record.bucketNumber, toUtf8(record.bucketName), record.bandCount,
+                            record.bucketVector.x, record.bucketVector.y});
     }
 }
 

@@ -1,7 +1,7 @@
-#include "tool/terminal/ExplanationReport.h"
+#include "tool/commands/ExplanationReport.h"
 
+#include "tool/scene/Words.h"
 #include "tool/terminal/TerminalText.h"
-#include "tool/terminal/Words.h"
 
 namespace kestms {
 

@@ -1,4 +1,4 @@
-#include "tool/commands/Context.h"
+#include "tool/scene/Context.h"
 
 #include <ostream>
 

@@ -1,9 +1,7 @@
-#include "tool/terminal/Words.h"
+#include "tool/scene/Words.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <cmath>
 #include <cstddef>
 
 #include "bands/NamingScheme.h"
@@ -118,17 +116,6 @@ std::string_view pixelModelWord(Pyxis::PixelModel model) {
 
 std::string_view sampleFormatWord(Pyxis::SampleFormat format) {
     return at(kFormats, format);
-}
-
-std::string numberText(double value) {
-    std::array<char, 64> text{};
-    char* const end = text.data() + text.size();
-    // Coordinates and sizes read better without an exponent.
-    const double size = std::abs(value);
-    const bool plain = size == 0.0 || (size >= 1e-9 && size < 1e15);
-    const auto result = plain ? std::to_chars(text.data(), end, value, std::chars_format::fixed)
-                              : std::to_chars(text.data(), end, value);
-    return {text.data(), result.ptr};
 }
 
 std::string systemName(int epsg, std::string_view wkt) {

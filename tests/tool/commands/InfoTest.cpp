@@ -6,7 +6,8 @@
 #include "bands/NamingScheme.h"
 #include "tests/tool/RunTool.h"
 #include "tool/scene/Resources.h"
-#include "tool/terminal/Words.h"
+#include "tool/scene/Words.h"
+#include "tool/terminal/NumberText.h"
 
 namespace kestms {
 namespace {

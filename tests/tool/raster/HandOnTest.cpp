@@ -263,9 +263,9 @@ TEST_F(HandOnGrids, InterruptedWritingStopsAndCleansUp) {
                 throw Failure(ExitCode::Interrupted, "interrupted");
             }
         };
-        const auto write = [&](const auto& set, const auto& raster, const auto& facts,
-                               const auto& file, const auto& /*progress*/) {
-            writeGeoTiff(set, raster, facts, {"LZW", true}, file, stop);
+        const auto write = [&](const auto& set, const auto& raster, const auto& file,
+                               const auto& /*progress*/) {
+            writeGeoTiff(set, raster, {"LZW", true}, file, stop);
         };
         EXPECT_THROW(handOn(context, {files, directory_ / "out.tif", true}, write), Failure);
     }

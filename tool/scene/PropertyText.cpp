@@ -1,4 +1,4 @@
-#include "tool/terminal/PropertyText.h"
+#include "tool/scene/PropertyText.h"
 
 #include <memory>
 
@@ -7,7 +7,8 @@
 #include "properties/KestMultispectralBandTypeProperty.h"
 #include "properties/KestMultispectralBucketProperty.h"
 #include "pyxis/FormatCodecGeoCorrelation.h"
-#include "tool/terminal/Words.h"
+#include "tool/scene/Words.h"
+#include "tool/terminal/NumberText.h"
 
 namespace kestms {
 namespace {

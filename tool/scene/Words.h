@@ -32,9 +32,6 @@ std::string_view pixelModelWord(Pyxis::PixelModel model);
 /// "unsigned integer", "signed integer", "complex", "floating point".
 std::string_view sampleFormatWord(Pyxis::SampleFormat format);
 
-/// A number as short as it can be while still reading back the same.
-std::string numberText(double value);
-
 /// The name of a coordinate system: "EPSG:32632" by its code, else the name in its WKT, else
 /// "none".
 std::string systemName(int epsg, std::string_view wkt);

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "bands/BandTypes.h"
+#include "pyxis/Geometry.h"
+#include "pyxis/ReadImageFile.h"
+#include "tool/scene/Spectrum.h"
+
+namespace kestms {
+
+/// Where a band lies in the world, in units of its coordinate system.
+struct Georeference {
+    double pixelWidth = 0.0;
+    double pixelHeight = 0.0;
+    double rotation = 0.0;  ///< radians, counter-clockwise
+    Pyxis::Point2d upperLeft;
+    Pyxis::Point2d upperRight;
+    Pyxis::Point2d lowerLeft;
+    Pyxis::Point2d lowerRight;
+    std::string coordinateSystem;  ///< WKT
+    int epsg = 0;                  ///< 0: no code
+};
+
+/// Everything the tool knows about one band of an opened set. Texts are UTF-8.
+struct Band {
+    // What the plug-in says of it.
+    int frame = 0;   ///< in the set
+    int number = 0;  ///< sort key; kest::kUnrecognisedNumber for a band that no rule knows
+    std::string name;
+    kest::BandType type = kest::BandType::Unknown;
+    kest::BandAssignment assignment = kest::BandAssignment::NotAssigned;
+    int bucket = 0;  ///< index in the set
+    int indexInBucket = 0;
+    std::string bucketName;
+    std::string componentPath;
+    int componentFrame = 0;
+
+    // What the sensor makes of it.
+    std::string commonName;                 ///< as in STAC; empty for a band without one
+    std::optional<SpectralRange> spectrum;  ///< nothing where the sensor is not known
+
+    // Its pixels.
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    std::int32_t bits = 0;
+    Pyxis::PixelModel model = Pyxis::PixelModel::SingleChannel;
+    Pyxis::SampleFormat format = Pyxis::SampleFormat::UnsignedInteger;
+    Pyxis::Size block;  ///< in which the file is read best
+    std::optional<double> noData;
+    std::optional<Georeference> georeference;
+};
+
+/// Bands that share one pixel size.
+struct Bucket {
+    int index = 0;
+    int number = 0;  ///< sort key
+    std::string name;
+    int bandCount = 0;
+    double pixelWidth = 0.0;
+    double pixelHeight = 0.0;
+};
+
+}  // namespace kestms
