@@ -1,6 +1,8 @@
 #include "codec/strings/StringResources.h"
 
+#include <cstddef>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 
@@ -12,14 +14,26 @@ namespace {
 
 constexpr int kFirstCapacity = 256;
 
-// Made with the module, not on first use: a host's codec object may outlive a local static.
-Pyxis::FileSpecifier resourceFile;
-std::unique_ptr<platform::StringModule> resourceModule;
+/// Where the texts come from, for the whole process.
+struct Resources {
+    Pyxis::FileSpecifier file;
+    std::unique_ptr<platform::StringModule> module;
+};
 
-void loadModule() {
-    if (!resourceFile.string().isZero()) {
-        resourceModule = platform::StringModule::load(wideText(resourceFile.string()));
+/// Never destroyed: a host may own its codec in a static object that goes after all of ours, and
+/// the codec's destructor still releases the module.
+Resources& resources() {
+    alignas(Resources) static std::byte storage[sizeof(Resources)];
+    static Resources& instance = *new (storage) Resources;
+    return instance;
+}
+
+const platform::StringModule* loadedModule() {
+    Resources& current = resources();
+    if (!current.module && !current.file.string().isZero()) {
+        current.module = platform::StringModule::load(wideText(current.file.string()));
     }
+    return current.module.get();
 }
 
 /// The caller's buffer is filled through its own operation: it may be of a class that derives
@@ -33,18 +47,16 @@ void fill(Pyxis::StringBuffer& buffer, std::u16string_view text, Pyxis::Characte
 
 void setResourceFileName(const Pyxis::FileSpecifier& file) {
     releaseResourceModule();
-    resourceFile.assign(file);
+    resources().file.assign(file);
 }
 
 void releaseResourceModule() {
-    resourceModule.reset();
+    resources().module.reset();
 }
 
 bool loadResourceString(unsigned int id, Pyxis::StringBuffer& text) {
-    if (!resourceModule) {
-        loadModule();
-    }
-    if (!resourceModule) {
+    const platform::StringModule* module = loadedModule();
+    if (module == nullptr) {
         fill(text, u"", Pyxis::StringBuffer::defaultCharacterType());
         return false;
     }
@@ -52,7 +64,7 @@ bool loadResourceString(unsigned int id, Pyxis::StringBuffer& text) {
     // answer the full length instead.
     std::u16string buffer(kFirstCapacity, u'\0');
     int capacity = kFirstCapacity;
-    while (resourceModule->loadString(id, buffer.data(), capacity) >= capacity) {
+    while (module->loadString(id, buffer.data(), capacity) >= capacity) {
         capacity *= 2;
         buffer.assign(static_cast<std::size_t>(capacity), u'\0');
     }
