@@ -9,6 +9,7 @@
 #include "host/formats/NitfSubheader.h"
 #include "host/gdal/GdalProperties.h"
 #include "host/gdal/OpenedFile.h"
+#include "host/gdal/PixelWindow.h"
 
 namespace Pyxis {
 namespace {
@@ -35,6 +36,14 @@ void addSegment(OpenedFile& file, GDALDataset& dataset, bool version20) {
     file.addBandsOf(dataset, bandRepresentations(imageSubheader(dataset), version20));
 }
 
+/// Whether a segment whose last bytes seem to be missing can be read to its end. The decoders of
+/// compressed segments make up what is missing.
+bool isWhole(GDALDataset& dataset) {
+    const char* item = dataset.GetMetadataItem("NITF_IC");
+    const std::string_view compression = item != nullptr ? item : "";
+    return (compression == "NC" || compression == "NM") && canReadLastPixel(dataset);
+}
+
 class NitfFormat final : public GdalFormat {
   public:
     const FormatTexts& texts() const override {
@@ -52,8 +61,10 @@ class NitfFormat final : public GdalFormat {
     bool matches(std::string_view head) const override {
         return head.substr(0, 4) == "NITF" || head.substr(0, 4) == "NSIF";
     }
-    std::string refuse(const std::string& /*path*/, const FileHead& head) const override {
-        return statedFileLength(head.bytes) > head.state.size ? "the file is cut short" : "";
+    KnownFacts knownFacts(const std::string& /*path*/, const FileHead& head) const override {
+        KnownFacts facts;
+        facts.lastBlock = PixelBlock{0, endOfImages(head.bytes)};
+        return facts;
     }
     std::string load(OpenedFile& file) const override;
     void describe(OpenedFile& file, int frame, GdalPropertySet& properties) const override;
@@ -61,18 +72,22 @@ class NitfFormat final : public GdalFormat {
 
 std::string NitfFormat::load(OpenedFile& file) const {
     GDALDataset& first = file.mainDataset();
+    const bool mayBeCut = !file.known().lastBlock->isWithin(file.size());
     const char* version = first.GetMetadataItem("NITF_FHDR");
     const bool version20 = version != nullptr && isVersion20(version);
     const int segments = CSLCount(first.GetMetadata("SUBDATASETS")) / 2;  // a name and a text each
     if (segments < 2) {
         addSegment(file, first, version20);
-        return {};
+        return mayBeCut && !isWhole(first) ? "the file is cut short" : "";
     }
     if (segments > kMaxSegments) {
         return "holds more than " + std::to_string(kMaxSegments) + " image segments";
     }
     for (int i = 0; i < segments; ++i) {
         if (GDALDataset* segment = file.openPart("NITF_IM:" + std::to_string(i) + ":%s")) {
+            if (mayBeCut && !isWhole(*segment)) {
+                return "the file is cut short";
+            }
             addSegment(file, *segment, version20);
         }
     }

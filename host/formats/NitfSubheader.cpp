@@ -81,16 +81,20 @@ std::vector<std::string> bandRepresentations(std::string_view subheader, bool ve
     return representations;
 }
 
-unsigned long long statedFileLength(std::string_view fileHeader) {
-    constexpr unsigned long long kUnknown = 999999999999ULL;
+unsigned long long endOfImages(std::string_view fileHeader) {
     FieldReader header(fileHeader);
     header.skip(280);
     if (header.text(6) == kDowngradeByEvent && isVersion20(fileHeader)) {
         header.skip(kEventWidth);
     }
-    header.skip(56);
-    const unsigned long long length = header.number(12);
-    return length == kUnknown ? 0 : length;
+    header.skip(56 + 12);  // up to the length of the file, which writers get wrong
+    unsigned long long end = header.number(6);
+    unsigned long long images = header.number(3);
+    for (; images > 0 && !header.atEnd(); --images) {
+        end += header.number(6);  // subheader
+        end += header.number(10);
+    }
+    return images == 0 ? end : 0;
 }
 
 bool isVersion20(std::string_view fileHeader) {

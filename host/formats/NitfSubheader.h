@@ -11,9 +11,9 @@ namespace Pyxis {
 /// NSIF 1.0.
 std::vector<std::string> bandRepresentations(std::string_view subheader, bool version20);
 
-/// The length of the whole file as its header states it; 0 when it states none (the writer did not
-/// know, or the field is damaged).
-unsigned long long statedFileLength(std::string_view fileHeader);
+/// Where the last image segment ends, counted from the start of the file; 0 when the header does
+/// not say so or does not lie in these bytes.
+unsigned long long endOfImages(std::string_view fileHeader);
 
 /// Whether a file header is of version 2.0.
 bool isVersion20(std::string_view fileHeader);

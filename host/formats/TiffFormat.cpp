@@ -5,6 +5,7 @@
 #include "host/formats/GdalFormat.h"
 #include "host/gdal/GdalProperties.h"
 #include "host/gdal/OpenedFile.h"
+#include "host/gdal/PixelWindow.h"
 #include "host/tiff/TiffDirectory.h"
 
 namespace Pyxis {
@@ -17,14 +18,11 @@ constexpr std::array kMagics = {"II\x2a\x00"sv, "MM\x00\x2a"sv, "II\x2b\x00"sv, 
 
 constexpr std::string_view kBandListHead = "{\n  bandList = \n";
 
-/// The last block of the last band; none in a sparse file, whose block was never written.
+/// The last block of the last band; none where GDAL gives no place for it.
 std::optional<PixelBlock> lastBlockOf(OpenedFile& file) {
     const std::optional<PixelBlock>& known = file.known().lastBlock;
-    const auto written = [&] {
-        return known && known->offset != 0 && known->length != 0 ? known : std::nullopt;
-    };
     if (!file.isOpen()) {
-        return written();
+        return known;
     }
     GDALDataset& dataset = file.mainDataset();
     GDALRasterBand& band = *dataset.GetRasterBand(dataset.GetRasterCount());
@@ -37,7 +35,7 @@ std::optional<PixelBlock> lastBlockOf(OpenedFile& file) {
     // GDAL reads an only block in parts where it is large.
     const std::uint64_t knownBlocks = file.known().blocks;
     if (dataset.GetRasterCount() == 1 && (knownBlocks == blocks || knownBlocks == 1)) {
-        return written();
+        return known;
     }
     const std::string place = std::to_string(column) + "_" + std::to_string(row);
     const char* offset = band.GetMetadataItem(("BLOCK_OFFSET_" + place).c_str(), "TIFF");
@@ -48,11 +46,14 @@ std::optional<PixelBlock> lastBlockOf(OpenedFile& file) {
     return PixelBlock{std::strtoull(offset, nullptr, 10), std::strtoull(size, nullptr, 10)};
 }
 
-/// A file that was cut short keeps its directory when that stands before the pixels. The last block
-/// tells, as writers put the blocks in order.
+/// Whether the file was cut short. It keeps its directory when that stands before the pixels, or
+/// loses the end of it; the last block tells, as writers put the blocks in order. Some writers
+/// state the length of a full block for the last one, so GDAL has the last word.
 bool endsBeforePixels(OpenedFile& file) {
     const std::optional<PixelBlock> last = lastBlockOf(file);
-    return last && (last->offset > file.size() || last->length > file.size() - last->offset);
+    const bool isSparse = last && last->offset == 0 && last->length == 0;
+    const bool isThere = last && last->length != 0 && last->isWithin(file.size());
+    return file.isOpen() && !isSparse && !isThere && !canReadLastPixel(file.mainDataset());
 }
 
 /// Whether GDAL takes georeferences from the file itself, as it does unless told otherwise.

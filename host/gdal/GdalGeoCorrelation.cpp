@@ -68,11 +68,11 @@ SystemPointer systemOf(GDALDataset& dataset) {
 }
 
 /// A registered projected system in metres; null when there is none of this code. That takes half
-/// the time of reading it out of a file.
+/// the time of reading it out of a file. Of a compound system GDAL keeps the horizontal part.
 SystemPointer registeredSystem(int code) {
     OGRSpatialReference system;
     return code != 0 && system.importFromEPSG(code) == OGRERR_NONE && system.IsProjected() != 0 &&
-                   system.GetLinearUnits() == 1.0
+                   system.IsCompound() == 0 && system.GetLinearUnits() == 1.0
                ? described(system)
                : nullptr;
 }

@@ -1,6 +1,8 @@
 #include "host/gdal/PixelWindow.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <iterator>
@@ -164,6 +166,21 @@ bool readWindow(GDALRasterBand& band, SampleFormat format, const PixelRequest& r
     return band.RasterIO(GF_Read, request.x, request.y, request.width, request.height,
                          request.buffer, request.bufferWidth, request.bufferHeight, *type,
                          strides->pixel, strides->line, nullptr) == CE_None;
+}
+
+bool canReadLastPixel(GDALDataset& dataset) {
+    constexpr double kMostBytes = 64.0 * 1024 * 1024;
+    GDALRasterBand& band = *dataset.GetRasterBand(dataset.GetRasterCount());
+    int width = 1;
+    int height = 1;
+    band.GetBlockSize(&width, &height);
+    std::array<std::byte, 2 * sizeof(double)> pixel{};
+    const GDALDataType type = band.GetRasterDataType();
+    // One block may hold the samples of all bands.
+    return 1.0 * width * height * dataset.GetRasterCount() * GDALGetDataTypeSizeBytes(type) <=
+               kMostBytes &&
+           band.RasterIO(GF_Read, band.GetXSize() - 1, band.GetYSize() - 1, 1, 1, pixel.data(), 1,
+                         1, type, 0, 0, nullptr) == CE_None;
 }
 
 }  // namespace Pyxis

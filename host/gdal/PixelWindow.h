@@ -21,4 +21,8 @@ std::optional<GDALDataType> sampleTypeOf(SampleFormat format, std::int32_t bits)
 bool readWindow(GDALRasterBand& band, SampleFormat format, const PixelRequest& request,
                 bool overviews);
 
+/// Whether GDAL can read the last pixel of the last band, and so the whole block around it. False
+/// without a try when that block takes more than 64 MiB.
+bool canReadLastPixel(GDALDataset& dataset);
+
 }  // namespace Pyxis

@@ -81,6 +81,13 @@ const Key* find(const std::vector<Key>& keys, std::uint64_t id) {
     return found != keys.end() ? &*found : nullptr;
 }
 
+/// In ascending order, each at most once. Of a key given twice, libgeotiff takes the last.
+bool areInOrder(const std::vector<Key>& keys) {
+    return std::adjacent_find(keys.begin(), keys.end(), [](const Key& one, const Key& next) {
+               return one.id >= next.id;
+           }) == keys.end();
+}
+
 /// Whether texts are names and nothing else, up to their one terminator. Some writers hide
 /// parameters of the system there, as NAME = VALUE.
 bool areNames(std::string_view texts) {
@@ -90,11 +97,7 @@ bool areNames(std::string_view texts) {
 
 int plainProjectedSystem(const std::vector<Key>& keys, std::string_view texts) {
     const Key* system = find(keys, kProjectedSystem);
-    const auto disorder =
-        std::adjacent_find(keys.begin(), keys.end(), [](const Key& one, const Key& next) {
-            return one.id >= next.id;  // each at most once
-        });
-    return system != nullptr && disorder == keys.end() && find(keys, kModelType) != nullptr &&
+    return system != nullptr && find(keys, kModelType) != nullptr &&
                    std::all_of(keys.begin(), keys.end(),
                                [texts](const Key& key) { return isPlain(key, texts); }) &&
                    areNames(texts) && system->value < kUserDefined
@@ -102,21 +105,46 @@ int plainProjectedSystem(const std::vector<Key>& keys, std::string_view texts) {
                : 0;
 }
 
+struct DecidingField {
+    std::uint64_t tag;
+    TiffFields::Type type;
+};
+constexpr DecidingField kDecidingFields[] = {
+    {tag::kKeyDirectory, TiffFields::Short},
+    {tag::kDoubleParameters, TiffFields::Double},
+    {tag::kAsciiParameters, TiffFields::Ascii},
+};
+
+/// libtiff takes these fields in other types, too, and makes its own of damaged ones.
+std::string decidingBytes(TiffFields& fields) {
+    std::string bytes;
+    for (const auto& [tag, type] : kDecidingFields) {
+        if (!fields.has(tag)) {
+            continue;
+        }
+        const std::string_view value = fields.value(tag, type);
+        if (value.empty()) {
+            return {};
+        }
+        bytes.append(std::to_string(tag)).append("=");
+        bytes.append(std::to_string(value.size())).append(":").append(value);
+    }
+    return bytes.empty() ? bytes : (fields.areBigEndian() ? "MM" : "II") + bytes;
+}
+
 }  // namespace
 
 GeoKeys readGeoKeys(TiffFields& fields) {
     GeoKeys read;
-    for (std::uint64_t tag = tag::kKeyDirectory; tag <= tag::kAsciiParameters; ++tag) {
-        if (fields.has(tag)) {
-            const std::string_view value = fields.value(tag);
-            read.bytes.append(std::to_string(tag)).append("=");
-            read.bytes.append(std::to_string(value.size())).append(":").append(value);
-        }
-    }
+    read.bytes = decidingBytes(fields);
     const std::vector<Key> keys = keysIn(fields.shorts(tag::kKeyDirectory));
+    if (!areInOrder(keys)) {
+        return read;
+    }
     const Key* raster = find(keys, kRasterType);
     read.placesAreCorners = raster != nullptr && raster->isNumber() && raster->value == kCorners;
-    read.projectedSystem = plainProjectedSystem(keys, fields.value(tag::kAsciiParameters));
+    read.projectedSystem =
+        plainProjectedSystem(keys, fields.value(tag::kAsciiParameters, TiffFields::Ascii));
     return read;
 }
 

@@ -8,8 +8,9 @@ namespace Pyxis {
 
 /// What a TIFF file's GeoTIFF keys tell.
 struct GeoKeys {
-    /// The bytes of the key directory and its parameters, which decide on the coordinate system;
-    /// empty when there are none.
+    /// All bytes that decide which coordinate system the file has: its byte order, the key
+    /// directory and the parameters. Empty when there are no keys, or when libtiff reads a field
+    /// that this reader does not: files with equal bytes have the same system.
     std::string bytes;
     /// Whether places are said to be those of pixel corners, not of pixel centres.
     bool placesAreCorners = false;

@@ -13,6 +13,10 @@ namespace Pyxis {
 struct PixelBlock {
     std::uint64_t offset = 0;
     std::uint64_t length = 0;
+
+    bool isWithin(std::uint64_t fileSize) const {
+        return offset <= fileSize && length <= fileSize - offset;
+    }
 };
 
 /// A raster of one band as GDAL would find it.

@@ -22,13 +22,15 @@ std::optional<std::array<double, 6>> transformOf(TiffFields& fields, const GeoKe
     return {{tie[3], scale[0], 0, tie[4], 0, -scale[1]}};
 }
 
-/// Only of light on dark and of red, green and blue is it sure that GDAL makes no colours up.
+/// GDAL invents a colour table unless the photometric interpretation is MinIsBlack or RGB, and for
+/// samples of one bit always.
 bool mayHaveColours(TiffFields& fields) {
-    constexpr std::uint64_t kLightOnDark = 1;
-    constexpr std::uint64_t kRedGreenBlue = 2;
+    constexpr std::uint64_t kMinIsBlack = 1;
+    constexpr std::uint64_t kRgb = 2;
     const std::uint64_t model = fields.lastNumber(tag::kPhotometric).value_or(UINT64_MAX);
-    const bool isPlain = model == kLightOnDark || model == kRedGreenBlue;
-    return fields.has(tag::kColourMap) || !isPlain;
+    const bool inventsNone = (model == kMinIsBlack || model == kRgb) &&
+                             fields.lastNumber(tag::kBitsPerSample).value_or(1) != 1;
+    return fields.has(tag::kColourMap) || !inventsNone;
 }
 
 void findLastBlock(TiffFields& fields, KnownFacts& facts) {
@@ -58,7 +60,7 @@ KnownFacts tiffFacts(const std::string& path, const FileHead& head) {
         facts.systemKey = std::move(keys.bytes);
         facts.projectedSystem = keys.projectedSystem;
         findLastBlock(fields, facts);
-        if (facts.lastBlock) {
+        if (facts.lastBlock && facts.lastBlock->isWithin(head.state.size)) {
             facts.raster = plainRasterOf(fields);
         }
     }

@@ -101,11 +101,13 @@ std::uint64_t TiffFields::count(std::uint64_t tag) const {
     return field != nullptr ? field->count : 0;
 }
 
-std::string_view TiffFields::value(std::uint64_t tag) {
+std::string_view TiffFields::value(std::uint64_t tag, Type type) {
     const Field* field = find(tag);
-    const std::uint64_t size = field != nullptr ? sizeOf(field->type) : 0;
-    return size == 0 || field->count > kMostBytes / size ? std::string_view()
-                                                         : part(*field, 0, field->count);
+    const auto times = std::count_if(fields_.begin(), fields_.end(),
+                                     [tag](const Field& one) { return one.tag == tag; });
+    return times != 1 || field->type != type || field->count > kMostBytes / sizeOf(type)
+               ? std::string_view()
+               : part(*field, 0, field->count);
 }
 
 std::optional<std::uint64_t> TiffFields::lastNumber(std::uint64_t tag) {
@@ -119,26 +121,20 @@ std::optional<std::uint64_t> TiffFields::lastNumber(std::uint64_t tag) {
 }
 
 std::vector<std::uint64_t> TiffFields::shorts(std::uint64_t tag) {
-    const Field* field = find(tag);
     std::vector<std::uint64_t> numbers;
-    if (field != nullptr && field->type == Short) {
-        const std::string_view bytes = value(tag);
-        for (std::size_t at = 0; at + 2 <= bytes.size(); at += 2) {
-            numbers.push_back(file_.number(bytes.substr(at, 2)));
-        }
+    const std::string_view bytes = value(tag, Short);
+    for (std::size_t at = 0; at + 2 <= bytes.size(); at += 2) {
+        numbers.push_back(file_.number(bytes.substr(at, 2)));
     }
     return numbers;
 }
 
 std::vector<double> TiffFields::doubles(std::uint64_t tag, std::uint64_t expected) {
-    const Field* field = find(tag);
     std::vector<double> numbers;
-    if (field != nullptr && field->type == Double && field->count == expected) {
-        const std::string_view bytes = value(tag);
-        for (std::size_t at = 0; at + sizeof(double) <= bytes.size(); at += sizeof(double)) {
-            const std::string_view number = bytes.substr(at, sizeof(double));
-            numbers.push_back(std::bit_cast<double>(file_.number(number)));
-        }
+    const std::string_view bytes = value(tag, Double);
+    for (std::size_t at = 0; at + sizeof(double) <= bytes.size(); at += sizeof(double)) {
+        const std::string_view number = bytes.substr(at, sizeof(double));
+        numbers.push_back(std::bit_cast<double>(file_.number(number)));
     }
     return numbers.size() == expected ? numbers : std::vector<double>();
 }

@@ -24,6 +24,7 @@ class TiffReader {
 
     /// Whether places are 64 bits wide.
     bool isBig() const { return big_; }
+    bool isBigEndian() const { return bigEndian_; }
     /// At most `count` bytes from `offset` on, valid as long as reader and head.
     std::string_view bytes(std::uint64_t offset, std::size_t count);
     /// The bytes as a number in the file's byte order.
@@ -63,17 +64,18 @@ class TiffFields {
 
     /// In the order of the file; none when the directory is not laid out as TIFF says.
     const std::vector<Field>& all() const { return fields_; }
+    bool areBigEndian() const { return file_.isBigEndian(); }
     bool has(std::uint64_t tag) const { return find(tag) != nullptr; }
     /// How many values a field has; 0 when there is no such field.
     std::uint64_t count(std::uint64_t tag) const;
-    /// All bytes of a field; none when there are too many, they are not all there, or the type is
-    /// not one of those above.
-    std::string_view value(std::uint64_t tag);
+    /// All bytes of the field with this tag; none when it is of another type, there are two such
+    /// fields, or there are more bytes than a directory needs or fewer than the field says.
+    std::string_view value(std::uint64_t tag, Type type);
     /// The last number of a field of whole numbers.
     std::optional<std::uint64_t> lastNumber(std::uint64_t tag);
-    /// A field of 16-bit numbers; none for any other.
+    /// The numbers of a field of type Short whose value is known; else none.
     std::vector<std::uint64_t> shorts(std::uint64_t tag);
-    /// A field of exactly so many floating-point numbers; nothing else.
+    /// The numbers of a field of type Double that has exactly so many; else none.
     std::vector<double> doubles(std::uint64_t tag, std::uint64_t expected);
 
   private:

@@ -44,7 +44,7 @@ constexpr PlainField kPlainFields[] = {
     {tag::kPixelScale},
     {tag::kTiePoints},
     {tag::kKeyDirectory},
-    {tag::kKeyDirectory + 1},  // its double parameters
+    {tag::kDoubleParameters},
     {tag::kAsciiParameters},
     {tag::kGdalNoData},
 };

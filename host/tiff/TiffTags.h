@@ -30,7 +30,8 @@ constexpr std::uint64_t kPixelScale = 33550;
 constexpr std::uint64_t kTiePoints = 33922;
 constexpr std::uint64_t kTransformation = 34264;
 constexpr std::uint64_t kKeyDirectory = 34735;
-constexpr std::uint64_t kAsciiParameters = 34737;  // the double parameters lie between
+constexpr std::uint64_t kDoubleParameters = 34736;
+constexpr std::uint64_t kAsciiParameters = 34737;
 constexpr std::uint64_t kGdalMetadata = 42112;
 constexpr std::uint64_t kGdalNoData = 42113;
 

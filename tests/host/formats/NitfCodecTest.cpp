@@ -53,4 +53,42 @@ TEST_F(NitfCodec, ImageSegmentsFollowOneAnother) {
     }
 }
 
+TEST_F(NitfCodec, LengthsInHeadersNeedNotBeRight) {
+    struct Case {
+        const char* name;
+        const char* compression;
+        int fileLength, imageLength;  // what the header states too much
+        std::size_t lost;             // bytes at the end
+        bool isWhole;
+    };
+    const Case cases[] = {
+        {"file", "IC=NC", 3, 0, 0, true},
+        {"file and image", "IC=NC", 3, 3, 0, true},
+        {"last pixel lost", "IC=NC", 0, 0, 1, false},
+        {"and admitted", "IC=NC", -1, 0, 1, false},
+        {"packed", "IC=C3", 3, 0, 0, true},
+        {"packed, cut", "IC=C3", 0, 0, 3, false},
+    };
+    const GDALDatasetUniquePtr source(
+        GDALDataset::Open(fakes::writeRaster(directory / "source.tif").c_str()));
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::string path = directory / "lengths.ntf";
+        const char* const options[] = {c.compression, nullptr};
+        GDALDatasetUniquePtr(
+            GetGDALDriverManager()->GetDriverByName("NITF")->CreateCopy(
+                path.c_str(), source.get(), FALSE, const_cast<char**>(options), nullptr, nullptr))
+            .reset();
+        std::string bytes = fakes::readFile(path);
+        const auto change = [&bytes](std::size_t place, std::size_t width, int by) {
+            const int number = std::stoi(bytes.substr(place, width)) + by;
+            bytes.replace(place, width, CPLSPrintf("%0*d", static_cast<int>(width), number));
+        };
+        change(342, 12, c.fileLength);
+        change(369, 10, c.imageLength);
+        fakes::writeFile(path, bytes.substr(0, bytes.size() - c.lost));
+        EXPECT_EQ(whyNotReadable(fileSpecifier(path)), c.isWhole ? "" : "the file is cut short");
+    }
+}
+
 }  // namespace

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
-#include <random>
 
 #include "host/formats/Readability.h"
 #include "tests/host/formats/Opened.h"
@@ -49,117 +48,6 @@ TEST_F(TiffCodec, FramesShowLayoutAndPixelsOfTheirBands) {
             EXPECT_EQ(opened.pixels(), gdalPixels(path, i + 1));
         }
     }
-}
-
-/// What GDAL says of the first band of a file: block size, sample type, first corner, the system.
-std::string gdalSays(const std::string& path) {
-    const CPLErrorHandlerPusher silent(CPLQuietErrorHandler);
-    const GDALDatasetUniquePtr dataset(GDALDataset::Open(path.c_str()));
-    if (!dataset) {
-        return "does not open";
-    }
-    GDALRasterBand& band = *dataset->GetRasterBand(1);
-    std::array<double, 6> t{};
-    int width = 0, height = 0;
-    band.GetBlockSize(&width, &height);
-    dataset->GetGeoTransform(t.data());
-    const char* const form[] = {"FORMAT=WKT2_2018", "MULTILINE=NO", nullptr};
-    char* text = nullptr;
-    if (dataset->GetSpatialRef() != nullptr) {
-        dataset->GetSpatialRef()->exportToWkt(&text, form);
-    }
-    const std::string wkt = text != nullptr ? text : "";
-    CPLFree(text);
-    return CPLSPrintf("%d x %d of %d, %.9g %.9g, %s", width, height,
-                      GDALGetDataTypeSizeBits(band.GetRasterDataType()), t[0], t[3], wkt.c_str());
-}
-
-std::string codecSays(const Opened& opened) {
-    const auto* geo = opened.property<GeoTiffCorrelation>();
-    StringBuffer system;
-    geo->getCoordinateSystem(system);
-    const Point2d corner = geo->getUpperLeft();
-    return CPLSPrintf("%d x %d of %d, %.9g %.9g, %s", opened.frame->frameOp9(),
-                      opened.frame->frameOp10(), opened.frame->frameOp6(), corner.x, corner.y,
-                      toUtf8(system).c_str());
-}
-
-TEST(TiffDirectory, TellsWhatGdalSays) {
-    const fakes::TempDirectory directory;
-    // Files just written are kept as well, so that it shows whether they are open.
-    const StandardCodecs codecs(StandardCodecs::QuickBird::With, StandardCodecs::Changes::Ignore);
-    struct Case {
-        const char* name;
-        fakes::Raster raster;
-        bool opensLater = true;  // the file's own bytes do
-        const char* metadata[2] = {nullptr, nullptr};
-        int model = 0;
-    };
-    const std::vector<std::string> big = {"BIGTIFF=YES", "TILED=YES", "BLOCKXSIZE=16",
-                                          "BLOCKYSIZE=32"};
-    const Case cases[] = {
-        {"corners", {}},
-        {"tiles", {.width = 40, .height = 70, .type = GDT_Int16, .options = big}},
-        {"big-endian", {.type = GDT_UInt32, .options = {"ENDIANNESS=BIG"}}},
-        {"packed", {.height = 90, .type = GDT_Float32, .options = {"COMPRESS=LZW", "PREDICTOR=3"}}},
-        {"long strip", {.width = 4, .height = 2001, .options = {"BLOCKYSIZE=2001"}}, false},
-        {"large strip", {.width = 90, .height = 100, .options = {"BLOCKYSIZE=100"}}, false},
-        {"lines", {.width = 4000, .height = 3, .type = GDT_Float64, .options = {"BLOCKYSIZE=2"}}},
-        {"feet", {.epsg = 2263}, false},
-        {"degrees", {.epsg = 4258}, false},
-        {"own system", {.epsg = -1}, false},
-        {"centres", {}, false, {"AREA_OR_POINT", "Point"}},
-        {"described", {.description = "scene"}, false},
-        {"metadata", {}, false, {"SENSOR", "a"}},
-        {"complex", {.type = GDT_CFloat32}, false},
-        {"bits", {.options = {"NBITS=4"}}, false},
-        {"bands", {.bands = 2}, false},
-        {"dark on light", {.options = {"PHOTOMETRIC=MINISWHITE"}}, false, {nullptr, nullptr}, 1},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        const std::string path =
-            fakes::writeRaster(directory / (std::string(c.name) + ".tif"), c.raster);
-        if (c.metadata[0] != nullptr) {
-            GDALDatasetUniquePtr(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE))
-                ->SetMetadataItem(c.metadata[0], c.metadata[1]);
-        }
-        const Opened opened(path);
-        EXPECT_EQ(openBelow(path).empty(), c.opensLater);
-        EXPECT_EQ(codecSays(opened), gdalSays(path));
-        EXPECT_EQ(opened.frame->frameOp4(), c.model);
-        EXPECT_EQ(opened.frame->frameOp12() != nullptr, c.model == 1);
-        EXPECT_EQ(opened.pixels(), gdalPixels(path, 1));
-        if (c.metadata[0] == nullptr) {  // what was changed afterwards lies behind the pixels
-            std::filesystem::resize_file(path, std::filesystem::file_size(path) - 1);
-            EXPECT_EQ(whyNotReadable(fileSpecifier(path)), "the file is cut short");
-        }
-    }
-}
-
-TEST_F(TiffCodec, DamagedDirectoriesAreNotReadOtherwiseThanByGdal) {
-    std::vector<std::string> files;
-    for (const char* big : {"BIGTIFF=NO", "BIGTIFF=YES"}) {
-        files.push_back(
-            fakes::readFile(fakes::writeRaster(directory / "good.tif", {.options = {big}})));
-    }
-    std::mt19937 random(1);
-    int compared = 0;
-    for (std::size_t i = 0; i < 700; ++i) {
-        std::string bytes = files[i % files.size()];
-        for (std::size_t changes = 0; changes <= i % 3; ++changes) {
-            bytes.at(random() % (bytes.size() - 100)) = static_cast<char>(random() % 5);
-        }
-        const std::string path = directory / "damaged.tif";
-        fakes::writeFile(path, bytes);
-        const Opened opened(path);
-        const bool opensLater = opened.frame != nullptr && openBelow(path).empty();
-        if (opensLater && opened.property<GeoTiffCorrelation>() != nullptr) {
-            ASSERT_EQ(codecSays(opened), gdalSays(path)) << "damage " << i;
-            ++compared;
-        }
-    }
-    EXPECT_GT(compared, 100);
 }
 
 /// Upper left, upper right, lower left, lower right.

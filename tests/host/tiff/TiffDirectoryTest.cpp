@@ -1,0 +1,230 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <random>
+
+#include "host/formats/Readability.h"
+#include "tests/host/formats/Opened.h"
+#include "tests/host/tiff/TiffFile.h"
+
+namespace {
+
+using namespace Pyxis;
+
+class TiffDirectory : public testing::Test {
+  protected:
+    std::string write(const std::vector<fakes::TiffField>& fields) {
+        const std::string path = directory / (std::to_string(++written) + ".tif");
+        fakes::writeFile(path, fakes::tiffBytes(rasterFields(fields), fakes::rasterPixels()));
+        return path;
+    }
+
+    TiffDirectory() { GDALAllRegister(); }
+
+    fakes::TempDirectory directory;
+    int written = 0;
+    // Files just written are kept as well, so that it shows whether they are open.
+    StandardCodecs codecs{StandardCodecs::QuickBird::With, StandardCodecs::Changes::Ignore};
+};
+
+/// What GDAL says of the first band of a file: block size, sample type, first corner, the system.
+std::string gdalSays(const std::string& path) {
+    const CPLErrorHandlerPusher silent(CPLQuietErrorHandler);
+    const GDALDatasetUniquePtr dataset(GDALDataset::Open(path.c_str()));
+    if (!dataset) {
+        return "does not open";
+    }
+    GDALRasterBand& band = *dataset->GetRasterBand(1);
+    std::array<double, 6> t{};
+    int width = 0, height = 0;
+    band.GetBlockSize(&width, &height);
+    dataset->GetGeoTransform(t.data());
+    const char* const form[] = {"FORMAT=WKT2_2018", "MULTILINE=NO", nullptr};
+    char* text = nullptr;
+    if (dataset->GetSpatialRef() != nullptr) {
+        dataset->GetSpatialRef()->exportToWkt(&text, form);
+    }
+    const std::string wkt = text != nullptr ? text : "";
+    CPLFree(text);
+    return CPLSPrintf("%d x %d of %d, %.9g %.9g, %s", width, height,
+                      GDALGetDataTypeSizeBits(band.GetRasterDataType()), t[0], t[3], wkt.c_str());
+}
+
+std::string codecSays(const Opened& opened) {
+    const auto* geo = opened.property<GeoTiffCorrelation>();
+    StringBuffer system;
+    geo->getCoordinateSystem(system);
+    const Point2d corner = geo->getUpperLeft();
+    return CPLSPrintf("%d x %d of %d, %.9g %.9g, %s", opened.frame->frameOp9(),
+                      opened.frame->frameOp10(), opened.frame->frameOp6(), corner.x, corner.y,
+                      toUtf8(system).c_str());
+}
+
+TEST_F(TiffDirectory, TellsWhatGdalSays) {
+    struct Case {
+        const char* name;
+        fakes::Raster raster;
+        bool opensLater = true;  // the file's own bytes do
+        const char* metadata[2] = {nullptr, nullptr};
+        int model = 0;
+    };
+    const std::vector<std::string> big = {"BIGTIFF=YES", "TILED=YES", "BLOCKXSIZE=16",
+                                          "BLOCKYSIZE=32"};
+    const Case cases[] = {
+        {"corners", {}},
+        {"tiles", {.width = 40, .height = 70, .type = GDT_Int16, .options = big}},
+        {"big-endian", {.type = GDT_UInt32, .options = {"ENDIANNESS=BIG"}}},
+        {"packed", {.height = 90, .type = GDT_Float32, .options = {"COMPRESS=LZW", "PREDICTOR=3"}}},
+        {"long strip", {.width = 4, .height = 2001, .options = {"BLOCKYSIZE=2001"}}, false},
+        {"large strip", {.width = 90, .height = 100, .options = {"BLOCKYSIZE=100"}}, false},
+        {"lines", {.width = 4000, .height = 3, .type = GDT_Float64, .options = {"BLOCKYSIZE=2"}}},
+        {"feet", {.epsg = 2263}, false},
+        {"degrees", {.epsg = 4258}, false},
+        {"own system", {.epsg = -1}, false},
+        {"centres", {}, false, {"AREA_OR_POINT", "Point"}},
+        {"described", {.description = "scene"}, false},
+        {"metadata", {}, false, {"SENSOR", "a"}},
+        {"complex", {.type = GDT_CFloat32}, false},
+        {"bits", {.options = {"NBITS=4"}}, false},
+        {"bands", {.bands = 2}, false},
+        {"bilevel", {.options = {"NBITS=1"}}, false, {nullptr, nullptr}, 1},
+        {"dark on light", {.options = {"PHOTOMETRIC=MINISWHITE"}}, false, {nullptr, nullptr}, 1},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::string path =
+            fakes::writeRaster(directory / (std::string(c.name) + ".tif"), c.raster);
+        if (c.metadata[0] != nullptr) {
+            GDALDatasetUniquePtr(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE))
+                ->SetMetadataItem(c.metadata[0], c.metadata[1]);
+        }
+        const Opened opened(path);
+        EXPECT_EQ(openBelow(path).empty(), c.opensLater);
+        EXPECT_EQ(codecSays(opened), gdalSays(path));
+        EXPECT_EQ(opened.frame->frameOp4(), c.model);
+        EXPECT_EQ(opened.frame->frameOp12() != nullptr, c.model == 1);
+        EXPECT_EQ(opened.pixels(), gdalPixels(path, 1));
+        if (c.metadata[0] == nullptr) {  // what was changed afterwards lies behind the pixels
+            std::filesystem::resize_file(path, std::filesystem::file_size(path) - 1);
+            EXPECT_EQ(whyNotReadable(fileSpecifier(path)), "the file is cut short");
+        }
+    }
+}
+
+TEST_F(TiffDirectory, DoesNotReadDamagedDirectoriesOtherwiseThanGdal) {
+    std::vector<std::string> files;
+    for (const char* big : {"BIGTIFF=NO", "BIGTIFF=YES"}) {
+        files.push_back(
+            fakes::readFile(fakes::writeRaster(directory / "good.tif", {.options = {big}})));
+    }
+    std::mt19937 random(1);
+    int compared = 0;
+    for (std::size_t i = 0; i < 700; ++i) {
+        std::string bytes = files[i % files.size()];
+        for (std::size_t changes = 0; changes <= i % 3; ++changes) {
+            bytes.at(random() % (bytes.size() - 100)) = static_cast<char>(random() % 5);
+        }
+        const std::string path = directory / (std::to_string(i) + ".tif");
+        fakes::writeFile(path, bytes);
+        const Opened opened(path);
+        const bool opensLater = opened.frame != nullptr && openBelow(path).empty();
+        if (opensLater && opened.property<GeoTiffCorrelation>() != nullptr) {
+            ASSERT_EQ(codecSays(opened), gdalSays(path)) << "damage " << i;
+            ++compared;
+        }
+    }
+    EXPECT_GT(compared, 100);
+}
+
+/// The keys of a system that is not registered: their numbers and names lie in other fields.
+std::vector<fakes::TiffField> ownSystem(int zone, std::uint16_t numbers, std::uint16_t text) {
+    const std::string name = "zone " + std::to_string(zone) + "|";
+    const auto length = static_cast<double>(name.size());
+    return {fakes::keyDirectory({{1024, 0, 1, 1},
+                                 {1025, 0, 1, 1},
+                                 {2048, 0, 1, 4326},
+                                 {3072, 0, 1, 32767},
+                                 {3073, 34737, length, 0},
+                                 {3074, 0, 1, 32767},
+                                 {3075, 0, 1, 1},
+                                 {3076, 0, 1, 9001},
+                                 {3080, 34736, 1, 0},
+                                 {3081, 34736, 1, 1},
+                                 {3082, 34736, 1, 2},
+                                 {3083, 34736, 1, 3},
+                                 {3092, 34736, 1, 4}}),
+            {34736, numbers, {numbers == 2 ? 9 : zone * 6.0, 0, 500000, 0, 1}},
+            {34737, text, fakes::codesOf(name)}};
+}
+
+TEST_F(TiffDirectory, DoesNotTakeOneSystemForAnother) {
+    using Fields = std::vector<fakes::TiffField>;
+    const auto directoryOf = [](int code, std::uint16_t type) {
+        return Fields{fakes::keyDirectory(fakes::systemKeys(code), type)};
+    };
+    const auto twice = [](int code, int second, int key = 3072) {
+        auto keys = fakes::systemKeys(code);
+        keys.push_back({static_cast<double>(key), 0, 1, static_cast<double>(second)});
+        return Fields{fakes::keyDirectory(keys)};
+    };
+    struct Case {
+        const char* name;
+        Fields first, second;
+    };
+    const Case cases[] = {
+        {"plain", directoryOf(32632, 3), directoryOf(32633, 3)},
+        {"signed keys", directoryOf(32632, 8), directoryOf(32633, 8)},
+        {"long keys", directoryOf(32632, 4), directoryOf(32633, 4)},
+        {"numbers", ownSystem(2, 12, 2), ownSystem(3, 12, 2)},
+        {"short numbers", ownSystem(2, 11, 2), ownSystem(3, 11, 2)},
+        {"whole numbers", ownSystem(2, 3, 2), ownSystem(3, 3, 2)},
+        {"byte text", ownSystem(2, 12, 1), ownSystem(3, 12, 1)},
+        {"undefined text", ownSystem(4, 12, 7), ownSystem(5, 12, 7)},
+        {"key twice", twice(32632, 32634), twice(32632, 32635)},
+        {"corners, then centres", twice(32632, 2, 1025), twice(32633, 2, 1025)},
+        {"compound", directoryOf(5556, 3), directoryOf(5555, 3)},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::string first = write(c.first);
+        const std::string second = write(c.second);
+        EXPECT_EQ(codecSays(Opened(first)), gdalSays(first));
+        EXPECT_EQ(codecSays(Opened(second)), gdalSays(second));
+        EXPECT_NE(gdalSays(first), gdalSays(second));
+    }
+}
+
+TEST_F(TiffDirectory, ReadsFilesWhosePixelsAreAllThere) {
+    const fakes::TiffField keys = fakes::keyDirectory(fakes::systemKeys(32632));
+    const fakes::TiffField fullStrips{279, 4, {36, 36, 36}};
+    const fakes::TiffField packed{259, 3, {8}};  // but the pixels are not
+    struct Case {
+        const char* name;
+        std::vector<fakes::TiffField> fields;
+        bool directoryLast;
+        std::size_t lost;  // bytes at the end
+        bool isWhole;
+    };
+    const Case cases[] = {
+        {"last strip said to be full", {keys, fullStrips}, false, 0, true},
+        {"last pixel lost", {keys, fullStrips}, false, 1, false},
+        {"packed strip said to be longer", {keys, fullStrips, packed}, false, 0, false},
+        {"directory last", {keys}, true, 0, true},
+        {"keys lost", {keys}, true, 40, true},
+        {"lengths of strips lost", {keys}, true, 120, false},
+        {"places of strips lost", {keys}, true, 130, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::string path = directory / "cut.tif";
+        const std::string bytes =
+            fakes::tiffBytes(rasterFields(c.fields), fakes::rasterPixels(), c.directoryLast);
+        fakes::writeFile(path, bytes.substr(0, bytes.size() - c.lost));
+        EXPECT_EQ(whyNotReadable(fileSpecifier(path)), c.isWhole ? "" : "the file is cut short");
+        if (c.isWhole) {
+            EXPECT_EQ(Opened(path).pixels(), gdalPixels(path, 1));
+        }
+    }
+}
+
+}  // namespace
