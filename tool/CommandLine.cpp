@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tool/commands/Commands.h"
+#include "tool/raster/TemporaryDirectory.h"
 #include "tool/scene/Context.h"
 #include "tool/terminal/Failure.h"
 #include "tool/terminal/Interrupt.h"
@@ -109,11 +110,13 @@ int runParsed(int argc, const char* const* argv, Context& context) {
 
 int run(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err) {
     Context context(in, out, err);
-    const InterruptGuard guard;
+    const InterruptGuard guard(TemporaryDirectory::removeAll);
     try {
         return runParsed(argc, argv, context);
     } catch (const Failure& failure) {
-        return answer(context, failure.code(), failure.what());
+        // An interrupted wait looks like a file that cannot be read.
+        return isInterrupted() ? answer(context, ExitCode::Interrupted, "interrupted")
+                               : answer(context, failure.code(), failure.what());
     } catch (const std::bad_alloc&) {
         return answer(context, ExitCode::Unexpected, "out of memory");
     } catch (const std::exception& error) {

@@ -44,6 +44,8 @@ void addExportCommand(CLI::App& app, Context& context) {
         ->add_option("--compress", options->format.compression,
                      "DEFLATE (default), LZW, ZSTD or NONE")
         ->transform(CLI::IsMember(kCompressions, CLI::ignore_case));
+    command->add_flag("--overwrite", options->request.overwrite,
+                      "Replace the output when it is there already");
     command->footer(
         "Pixels are copied as they are. Without --one-grid there is a file for each bucket: bands\n"
         "of one pixel size. Where there are several, bucket N goes to OUT_N.tif. The names\n"

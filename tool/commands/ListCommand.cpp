@@ -23,6 +23,7 @@ struct ListOptions {
     std::string output;
     bool purify = false;
     bool keepPaths = false;
+    bool overwrite = false;
 };
 
 std::string absolutePath(const std::string& path) {
@@ -71,14 +72,7 @@ ExitCode list(Context& context, const ListOptions& options) {
         context.out << document;
         return ExitCode::Success;
     }
-    std::vector<std::string> files;
-    for (const Component& component : componentsOf(set)) {
-        files.push_back(component.path);
-    }
-    refuseToOverwriteInput(options.output, options.inputs, files);
-    OutputFile file(options.output);
-    file.write(document);
-    file.commit();
+    writeOutput(options.output, {context.inputs, options.overwrite}, document);
     return ExitCode::Success;
 }
 
@@ -95,6 +89,8 @@ void addListCommand(CLI::App& app, Context& context) {
     command->add_flag("--keep-paths", options->keepPaths,
                       "Write paths as given; they are then looked up from the directory in which\n"
                       "a program is started (default: absolute paths)");
+    command->add_flag("--overwrite", options->overwrite,
+                      "Replace the output when it is there already");
     command->footer(
         "Examples:\n"
         "  kestms list scene/ -o scene.xml\n"

@@ -11,7 +11,6 @@
 #include "tool/raster/BandPixels.h"
 #include "tool/raster/Picture.h"
 #include "tool/raster/Placement.h"
-#include "tool/scene/Inputs.h"
 #include "tool/scene/OpenedSet.h"
 #include "tool/terminal/Interrupt.h"
 
@@ -30,6 +29,7 @@ struct QuicklookOptions {
     std::vector<std::string> inputs;
     std::string output;
     int size = 1024;
+    bool overwrite = false;
 };
 
 const Band* bandFor(const OpenedSet& set, BandAssignment channel) {
@@ -125,9 +125,8 @@ Picture draw(const OpenedSet& set, const std::array<const Band*, 3>& shown, int 
 
 ExitCode quicklook(Context& context, const QuicklookOptions& options) {
     const OpenedSet set = openSet(context, options.inputs);
-    refuseToOverwriteInput(options.output, options.inputs, set.files());
     const auto shown = bandsToShow(set);
-    draw(set, shown, options.size).writePng(options.output);
+    draw(set, shown, options.size).writePng(options.output, {context.inputs, options.overwrite});
     return ExitCode::Success;
 }
 
@@ -141,6 +140,8 @@ void addQuicklookCommand(CLI::App& app, Context& context) {
     command->add_option("-o,--output", options->output, "The picture to write")->required();
     command->add_option("--size", options->size, "Longest side in pixels (default: 1024)")
         ->check(CLI::Range(1, kLargestPicture));
+    command->add_flag("--overwrite", options->overwrite,
+                      "Replace the output when it is there already");
     command->footer(
         "Bands of different pixel sizes are brought to one grid and stretched from 2 to 98 %.\n"
         "Without bands for red, green and blue the picture is grey. Pixels without data are\n"

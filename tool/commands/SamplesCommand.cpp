@@ -15,6 +15,7 @@ constexpr int kMostPixels = 4096;
 struct SamplesOptions {
     std::string directory;
     int size = samples::kUsualPixels;
+    bool overwrite = false;
 };
 
 }  // namespace
@@ -30,13 +31,14 @@ void addSamplesCommand(CLI::App& app, Context& context) {
                      "Pixels along each side of a scene (default: 256); panchromatic bands have\n"
                      "up to four times as many")
         ->check(CLI::Range(kFewestPixels, kMostPixels));
+    command->add_flag("--overwrite", options->overwrite, "Replace files that are there already");
     command->footer(
         "Examples:\n"
         "  kestms samples /tmp/scenes\n"
         "  kestms info /tmp/scenes/landsat7/set.xml");
     command->callback([&context, options] {
         context.action = [options] {
-            samples::writeSamples(options->directory, options->size);
+            samples::writeSamples(options->directory, options->size, options->overwrite);
             return ExitCode::Success;
         };
     });

@@ -26,6 +26,8 @@ void addVrtCommand(CLI::App& app, Context& context) {
     command->add_option("-o,--output", options->output, "The virtual raster to write")->required();
     command->add_flag("--one-grid", options->oneGrid,
                       "One raster with all bands, on the grid of the smallest pixels");
+    command->add_flag("--overwrite", options->overwrite,
+                      "Replace the output when it is there already");
     command->footer(
         "Without --one-grid there is a raster for each bucket: bands of one pixel size. Where\n"
         "there are several, bucket N goes to OUT_N.vrt. The names written are printed. Bands\n"

@@ -184,6 +184,8 @@ bool shareNoData(const OutputRaster& raster) {
 
 void writeGeoTiff(const OpenedSet& set, const OutputRaster& raster, const GeoTiffOptions& options,
                   const OutputFile& output, const ProgressFunction& progress) {
+    // The codecs register no more drivers than the inputs need.
+    GDALAllRegister();
     const NoSidecar noSidecar;
     if (!options.cloudOptimized) {
         writePlain(set, raster, options.compression, output.temporaryPath(), output, progress);

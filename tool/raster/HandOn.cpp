@@ -4,7 +4,6 @@
 #include <memory>
 #include <ostream>
 
-#include "tool/scene/Inputs.h"
 #include "tool/terminal/Interrupt.h"
 #include "tool/terminal/TerminalText.h"
 
@@ -33,13 +32,13 @@ void handOn(Context& context, const HandOnRequest& request, const RasterWriter& 
         layOut(set, request.output, request.oneGrid ? Grids::OneForAll : Grids::OnePerBucket);
     std::vector<std::unique_ptr<OutputFile>> files;
     for (const OutputRaster& raster : rasters) {
-        refuseToOverwriteInput(raster.path, request.inputs, set.files());
-        files.push_back(std::make_unique<OutputFile>(raster.path));
+        files.push_back(std::make_unique<OutputFile>(
+            raster.path, OutputRules{context.inputs, request.overwrite}));
     }
     writeAll(context, set, rasters, files, write);
-    for (std::size_t i = 0; i < rasters.size(); ++i) {
-        files[i]->commit();
-        context.out << printable(rasters[i].path) << "\n";
+    commitTogether(files);
+    for (const OutputRaster& raster : rasters) {
+        context.out << printable(raster.path) << "\n";
     }
 }
 

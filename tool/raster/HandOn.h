@@ -15,6 +15,7 @@ struct HandOnRequest {
     std::vector<std::string> inputs;
     std::string output;
     bool oneGrid = false;
+    bool overwrite = false;
 };
 
 /// Writes one raster of a set into its file and tells how much of it is done.

@@ -1,10 +1,10 @@
 #include "tool/raster/OutputFile.h"
 
-#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
@@ -17,21 +17,67 @@ namespace fs = std::filesystem;
 namespace kestms {
 namespace {
 
+constexpr mode_t kAnyoneWrites = S_IWUSR | S_IWGRP | S_IWOTH;
+constexpr mode_t kPermissions = S_IRWXU | S_IRWXG | S_IRWXO;
+
+/// Files that describe the one of whose name they are made, and are wrong for its successor.
+constexpr const char* kSideFiles[] = {".aux.xml", ".ovr", ".msk"};
+
 std::string reasonOf(int error) {
     return std::generic_category().message(error);
 }
 
-/// Unlike any name in use: the process, and a number of its own.
-fs::path temporaryName(const fs::path& target) {
-    static std::atomic<int> counter = 0;
-    const std::string name = "." + target.stem().string() + ".kestms-" + std::to_string(getpid()) +
-                             "-" + std::to_string(counter++) + "~" + target.extension().string();
-    return target.parent_path() / name;
-}
+/// Renames files, and takes that back unless all of them succeed.
+class Renaming {
+  public:
+    Renaming() = default;
+    Renaming(const Renaming&) = delete;
+    Renaming& operator=(const Renaming&) = delete;
+    ~Renaming() {
+        for (auto step = steps_.rbegin(); step != steps_.rend(); ++step) {
+            if (step->previous.empty()) {
+                unlink(step->target.c_str());
+            } else {
+                std::rename(step->previous.c_str(), step->target.c_str());
+            }
+        }
+    }
+
+    /// Puts a file in its place, or nothing where `from` is empty. What was there is kept as
+    /// `previous` until the end. Throws std::system_error.
+    void replace(const fs::path& from, const fs::path& target, const fs::path& previous) {
+        Step step{target, {}};
+        if (fs::is_directory(target)) {
+            throw std::system_error(EISDIR, std::generic_category());
+        }
+        // A link leaves the name in place until the new file takes it; not every file system has
+        // them.
+        if ((!from.empty() && link(target.c_str(), previous.c_str()) == 0) ||
+            std::rename(target.c_str(), previous.c_str()) == 0) {
+            step.previous = previous;
+        } else if (errno != ENOENT) {
+            throw std::system_error(errno, std::generic_category());
+        }
+        steps_.push_back(step);
+        if (!from.empty() && std::rename(from.c_str(), target.c_str()) != 0) {
+            throw std::system_error(errno, std::generic_category());
+        }
+    }
+
+    void keep() { steps_.clear(); }
+
+  private:
+    struct Step {
+        fs::path target;
+        fs::path previous;  ///< empty where there was none
+    };
+
+    std::vector<Step> steps_;
+};
 
 }  // namespace
 
-OutputFile::OutputFile(const std::string& path) : given_(path) {
+OutputFile::OutputFile(const std::string& path, const OutputRules& rules) : given_(path) {
     std::error_code error;
     const fs::file_status status = fs::status(path, error);
     if (fs::is_directory(status)) {
@@ -40,31 +86,23 @@ OutputFile::OutputFile(const std::string& path) : given_(path) {
     if (fs::exists(status) && !fs::is_regular_file(status)) {
         fail("not a regular file");
     }
-    fs::path target = fs::weakly_canonical(fs::absolute(path, error), error);
+    const fs::path target = fs::weakly_canonical(fs::absolute(path, error), error);
     if (error || !target.has_filename()) {
         fail(reasonOf(error ? error.value() : EISDIR));
     }
-    const fs::path temporary = temporaryName(target);
-    const int descriptor = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (descriptor < 0) {
-        fail(reasonOf(errno));
+    rules.inputs.refuseOutput(path, rules.overwrite);
+    struct stat existing {};
+    if (stat(target.c_str(), &existing) == 0 &&
+        ((existing.st_mode & kAnyoneWrites) == 0 || access(target.c_str(), W_OK) != 0)) {
+        fail(reasonOf(EACCES));
     }
-    close(descriptor);
+    try {
+        directory_ = std::make_unique<TemporaryDirectory>(target.parent_path());
+    } catch (const std::system_error& why) {
+        fail(reasonOf(why.code().value()));
+    }
     target_ = target.string();
-    temporary_ = temporary.string();
-}
-
-OutputFile::~OutputFile() {
-    const fs::path temporary = temporary_;
-    const std::string prefix = temporary.filename().string();
-    std::error_code error;
-    fs::directory_iterator entries(temporary.parent_path(), error);
-    for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
-        if (entries->path().filename().string().starts_with(prefix)) {
-            std::error_code ignored;
-            fs::remove(entries->path(), ignored);
-        }
-    }
+    temporary_ = (directory_->path() / target.filename()).string();
 }
 
 void OutputFile::write(std::string_view content) {
@@ -77,17 +115,45 @@ void OutputFile::write(std::string_view content) {
     }
 }
 
-void OutputFile::commit() {
-    throwIfInterrupted();
-    std::error_code error;
-    fs::rename(temporary_, target_, error);
-    if (error) {
-        fail(error.message());
-    }
-}
-
 void OutputFile::fail(const std::string& reason) const {
     throw Failure(ExitCode::CannotWrite, given_, reason);
+}
+
+void commitTogether(const std::vector<std::unique_ptr<OutputFile>>& files) {
+    throwIfInterrupted();
+    const TemporaryDirectory::CommitLock lock;
+    Renaming renaming;
+    for (const auto& file : files) {
+        const auto keptAs = [&file](const char* suffix) {
+            return file->directory_->path() / (std::string("previous") + suffix);
+        };
+        struct stat existing {};
+        const bool replaces = stat(file->target_.c_str(), &existing) == 0;
+        if (replaces) {
+            chmod(file->temporary_.c_str(), existing.st_mode & kPermissions);
+        }
+        try {
+            for (const char* suffix : kSideFiles) {
+                const std::string written = file->temporary_ + suffix;
+                const bool isWritten = access(written.c_str(), F_OK) == 0;
+                if (isWritten || replaces) {
+                    renaming.replace(isWritten ? written : "", file->target_ + suffix,
+                                     keptAs(suffix));
+                }
+            }
+            renaming.replace(file->temporary_, file->target_, keptAs(""));
+        } catch (const std::system_error& why) {
+            file->fail(reasonOf(why.code().value()));
+        }
+    }
+    renaming.keep();
+}
+
+void writeOutput(const std::string& path, const OutputRules& rules, std::string_view content) {
+    std::vector<std::unique_ptr<OutputFile>> files;
+    files.push_back(std::make_unique<OutputFile>(path, rules));
+    files.front()->write(content);
+    commitTogether(files);
 }
 
 }  // namespace kestms

@@ -1,42 +1,57 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "tool/raster/TemporaryDirectory.h"
+#include "tool/scene/InputFiles.h"
 
 namespace kestms {
 
-/// A file being written. It grows under a temporary name in the directory of its path and takes
-/// its own name only with `commit`; without that nothing is left behind and a file that was there
-/// before stays as it was.
+/// What an output may replace: never an input, and another existing file only on request.
+struct OutputRules {
+    const InputFiles& inputs;
+    bool overwrite = false;
+};
+
+/// A file being written. It grows in a temporary directory beside its path and takes its name only
+/// with `commitTogether`; without that nothing is left behind and a file that was there before
+/// stays as it was.
 class OutputFile {
   public:
-    /// Creates the empty temporary file. Throws a Failure with ExitCode::CannotWrite when that is
-    /// not possible, and when `path` names something other than a regular file.
-    explicit OutputFile(const std::string& path);
-    OutputFile(const OutputFile&) = delete;
-    OutputFile& operator=(const OutputFile&) = delete;
-    /// Removes the temporary file, and files that a writer put beside it under names that begin
-    /// with its own, unless the output was committed.
-    ~OutputFile();
+    /// Throws a Failure: ExitCode::Usage when the rules forbid the output, ExitCode::CannotWrite
+    /// when there can be no file of that path or a read-only one is there.
+    OutputFile(const std::string& path, const OutputRules& rules);
 
-    /// The name under which to write, for writers that go by name; it has the extension of the
-    /// path.
+    /// The name under which to write, for writers that go by name; its file name is that of the
+    /// path. What they put beside it under names that begin with it becomes part of the output.
     const std::string& temporaryPath() const { return temporary_; }
+    /// As the user wrote it.
+    const std::string& path() const { return given_; }
 
     /// Replaces the content. Throws a Failure with ExitCode::CannotWrite.
     void write(std::string_view content);
-
-    /// Gives the file its name. Throws a Failure with ExitCode::CannotWrite, and one with
-    /// ExitCode::Interrupted when the user has interrupted the command.
-    void commit();
 
     /// A Failure with ExitCode::CannotWrite that names the path, for writers that go by name.
     [[noreturn]] void fail(const std::string& reason) const;
 
   private:
-    std::string given_;   ///< as the user wrote it
+    friend void commitTogether(const std::vector<std::unique_ptr<OutputFile>>& files);
+
+    std::string given_;
     std::string target_;  ///< with links resolved
+    std::unique_ptr<TemporaryDirectory> directory_;
     std::string temporary_;
 };
+
+/// Gives the files their names, all or none. Existing files keep their permissions. Throws a
+/// Failure with ExitCode::CannotWrite, and one with ExitCode::Interrupted when the user has
+/// interrupted the command.
+void commitTogether(const std::vector<std::unique_ptr<OutputFile>>& files);
+
+/// Writes one file in one step.
+void writeOutput(const std::string& path, const OutputRules& rules, std::string_view content);
 
 }  // namespace kestms

@@ -4,7 +4,6 @@
 
 #include "host/gdal/ErrorCapture.h"
 #include "tool/raster/NoSidecar.h"
-#include "tool/raster/OutputFile.h"
 
 namespace kestms {
 
@@ -18,8 +17,10 @@ Picture::Pixel& Picture::at(int column, int row) {
                    static_cast<std::size_t>(column)];
 }
 
-void Picture::writePng(const std::string& path) const {
-    OutputFile output(path);
+void Picture::writePng(const std::string& path, const OutputRules& rules) const {
+    std::vector<std::unique_ptr<OutputFile>> files;
+    files.push_back(std::make_unique<OutputFile>(path, rules));
+    const OutputFile& output = *files.front();
     GDALAllRegister();
     const Pyxis::ErrorCapture errors;
     GDALDriver* memory = GetGDALDriverManager()->GetDriverByName("MEM");
@@ -45,7 +46,7 @@ void Picture::writePng(const std::string& path) const {
     if (!complete || !errors.message().empty()) {
         output.fail(errors.message());
     }
-    output.commit();
+    commitTogether(files);
 }
 
 }  // namespace kestms

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "tool/raster/OutputFile.h"
+
 namespace kestms {
 
 /// A picture of red, green, blue and alpha samples, 8 bits each.
@@ -22,7 +24,7 @@ class Picture {
 
     /// Writes a PNG file in one step: there is a whole one afterwards, or none. Throws a Failure
     /// with ExitCode::CannotWrite.
-    void writePng(const std::string& path) const;
+    void writePng(const std::string& path, const OutputRules& rules) const;
 
   private:
     int width_;

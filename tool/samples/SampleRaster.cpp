@@ -9,7 +9,6 @@
 #include <cstdint>
 
 #include "host/gdal/ErrorCapture.h"
-#include "tool/raster/OutputFile.h"
 #include "tool/terminal/Interrupt.h"
 
 namespace kestms::samples {
@@ -66,8 +65,7 @@ std::string rawSamples(const SampleRaster& raster) {
     return bytes;
 }
 
-void writeRaster(const std::string& path, const SampleRaster& raster) {
-    OutputFile output(path);
+void writeRaster(const OutputFile& output, const SampleRaster& raster) {
     GDALAllRegister();
     const Pyxis::ErrorCapture errors;
     GDALDriver* driver = GetGDALDriverManager()->GetDriverByName(raster.driver.c_str());
@@ -98,7 +96,6 @@ void writeRaster(const std::string& path, const SampleRaster& raster) {
     if (!errors.message().empty()) {
         output.fail(errors.message());
     }
-    output.commit();
 }
 
 }  // namespace kestms::samples

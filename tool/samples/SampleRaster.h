@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "pyxis/Geometry.h"
+#include "tool/raster/OutputFile.h"
 #include "tool/samples/Scene.h"
 
 namespace kestms::samples {
@@ -30,6 +31,6 @@ std::string rawSamples(const SampleRaster& raster);
 
 /// Writes a georeferenced file with GDAL. Throws a Failure with ExitCode::CannotWrite, and one
 /// with ExitCode::Interrupted.
-void writeRaster(const std::string& path, const SampleRaster& raster);
+void writeRaster(const OutputFile& output, const SampleRaster& raster);
 
 }  // namespace kestms::samples

@@ -201,46 +201,78 @@ std::vector<SampleSet> sampleSets() {
             nitfLetters()};
 }
 
-std::string madeDirectory(const fs::path& directory) {
-    std::error_code error;
-    fs::create_directories(directory, error);
-    if (!fs::is_directory(directory)) {
-        throw Failure(ExitCode::CannotWrite, directory.string(),
-                      error ? error.message() : "is no directory");
+/// All the files of all sets, which appear together in the end or not at all.
+class SampleFiles {
+  public:
+    explicit SampleFiles(bool overwrite) : overwrite_(overwrite) {}
+    SampleFiles(const SampleFiles&) = delete;
+    SampleFiles& operator=(const SampleFiles&) = delete;
+    /// Removes the directories that it made, unless they hold files now.
+    ~SampleFiles() {
+        files_.clear();
+        for (auto made = made_.rbegin(); made != made_.rend(); ++made) {
+            std::error_code isInUse;
+            fs::remove(*made, isInUse);
+        }
     }
-    return fs::absolute(directory).lexically_normal().string();
+
+    std::string makeDirectory(const fs::path& directory) {
+        const fs::path parent = directory.parent_path();
+        if (!parent.empty() && !fs::exists(parent)) {
+            makeDirectory(parent);
+        }
+        std::error_code error;
+        if (fs::create_directory(directory, error)) {
+            made_.push_back(directory);
+        }
+        if (!fs::is_directory(directory)) {
+            throw Failure(ExitCode::CannotWrite, directory.string(),
+                          error ? error.message() : "is no directory");
+        }
+        return fs::absolute(directory).lexically_normal().string();
+    }
+
+    OutputFile& add(const fs::path& path) {
+        files_.push_back(
+            std::make_unique<OutputFile>(path.string(), OutputRules{noInputs_, overwrite_}));
+        return *files_.back();
+    }
+
+    void commit() { commitTogether(files_); }
+
+  private:
+    InputFiles noInputs_;
+    bool overwrite_;
+    std::vector<fs::path> made_;
+    std::vector<std::unique_ptr<OutputFile>> files_;
+};
+
+void writeList(SampleFiles& files, const std::string& directory,
+               const kest::ComponentListBuilder& list) {
+    files.add(fs::path(directory) / "set.xml")
+        .write(Pyxis::toUtf8(list.specifier().string()) + "\n");
 }
 
-void writeText(const fs::path& path, const std::string& content) {
-    OutputFile file(path.string());
-    file.write(content);
-    file.commit();
-}
-
-void writeList(const std::string& directory, const kest::ComponentListBuilder& list) {
-    writeText(fs::path(directory) / "set.xml", Pyxis::toUtf8(list.specifier().string()) + "\n");
-}
-
-void writeSet(const fs::path& parent, const SampleSet& set, int size) {
-    const std::string directory = madeDirectory(parent / set.directory);
+void writeSet(SampleFiles& files, const fs::path& parent, const SampleSet& set, int size) {
+    const std::string directory = files.makeDirectory(parent / set.directory);
     kest::ComponentListBuilder list;
     for (const SampleFile& file : set.files) {
         throwIfInterrupted();
         const std::string path = (fs::path(directory) / file.name).string();
-        writeRaster(path, {file.bands, scaled(file.pixels, size), set.extent, set.samples,
-                           file.driver, file.description, file.options});
+        writeRaster(files.add(path), {file.bands, scaled(file.pixels, size), set.extent,
+                                      set.samples, file.driver, file.description, file.options});
         for (int frame = 0; frame < static_cast<int>(file.bands.size()); ++frame) {
             list.append(Pyxis::fileSpecifier(path), frame);
         }
     }
     for (const TextFile& text : set.texts) {
-        writeText(fs::path(directory) / text.name, text.content);
+        files.add(fs::path(directory) / text.name).write(text.content);
     }
-    writeList(directory, list);
+    writeList(files, directory, list);
 }
 
-void writeFastSet(const fs::path& parent, double extent, int size) {
-    const std::string directory = madeDirectory(parent / "landsat7-fast");
+void writeFastSet(SampleFiles& files, const fs::path& parent, double extent, int size) {
+    const std::string directory = files.makeDirectory(parent / "landsat7-fast");
     kest::ComponentListBuilder list;
     for (const FastPart& part : fastParts()) {
         throwIfInterrupted();
@@ -249,30 +281,32 @@ void writeFastSet(const fs::path& parent, double extent, int size) {
         const fs::path header = fs::path(directory) / part.header;
         for (const SampleFile& band : part.bands) {
             const SampleRaster raster{band.bands, pixels, extent, Samples::EightBits};
-            writeText(fs::path(directory) / band.name, rawSamples(raster));
+            files.add(fs::path(directory) / band.name).write(rawSamples(raster));
             list.append(Pyxis::fileSpecifier(header.string()),
                         static_cast<int>(product.bandFiles.size()));
             product.bandFiles.push_back(band.name);
         }
-        writeText(header, fastHeaderText(product));
+        files.add(header).write(fastHeaderText(product));
     }
-    writeList(directory, list);
+    writeList(files, directory, list);
 }
 
 }  // namespace
 
-void writeSamples(const std::string& directory, int pixels) {
-    const fs::path parent = madeDirectory(directory);
+void writeSamples(const std::string& directory, int pixels, bool overwrite) {
+    SampleFiles files(overwrite);
+    const fs::path parent = files.makeDirectory(directory);
     std::string readme =
         "Sample sets, one a directory. All show the same made-up scene; set.xml lists the files\n"
         "of each set, with absolute paths.\n\n";
     for (const SampleSet& set : sampleSets()) {
-        writeSet(parent, set, pixels);
+        writeSet(files, parent, set, pixels);
         readme += set.directory + ": " + set.title + "\n";
     }
-    writeFastSet(parent, landsat7().extent, pixels);
+    writeFastSet(files, parent, landsat7().extent, pixels);
     readme += "landsat7-fast: The \"L7\" product as FAST headers with raw band files\n";
-    writeText(parent / "README.txt", readme);
+    files.add(parent / "README.txt").write(readme);
+    files.commit();
 }
 
 }  // namespace kestms::samples

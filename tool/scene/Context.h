@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "tool/scene/InputFiles.h"
 #include "tool/scene/Session.h"
 #include "tool/terminal/Failure.h"
 
@@ -25,6 +26,8 @@ class Context {
     std::ostream& out;
     std::ostream& err;
     std::string language;  ///< empty: by the environment
+    /// What the command was given to read.
+    InputFiles inputs;
     /// The chosen command, run once the whole command line is understood.
     std::function<ExitCode()> action;
 

@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string_view>
 #include <system_error>
 
@@ -63,16 +62,6 @@ int framesOf(const std::string& path) {
     return image ? std::max(image->getNumFrames(), 1) : 1;
 }
 
-/// The files that make an image: a header alone does not hold the pixels.
-std::vector<std::string> filesOf(const std::string& path) {
-    std::vector<std::string> files = {path};
-    const auto image = openImage(path);
-    for (int i = 0; image && i < image->getNumFiles(); ++i) {
-        files.push_back(Pyxis::toUtf8(image->getFile(i).string()));
-    }
-    return files;
-}
-
 /// Turns arguments into components.
 class ArgumentReader {
   public:
@@ -82,6 +71,7 @@ class ArgumentReader {
         if (argument == "-") {
             readLines(readText(context_.in, kStandardInput), kStandardInput);
         } else if (argument.starts_with('@') && !exists(argument)) {
+            context_.inputs.add(argument.substr(1));
             readLines(readTextFile(argument.substr(1)), argument.substr(1));
         } else {
             readEntry(argument);
@@ -101,6 +91,7 @@ class ArgumentReader {
     std::vector<Component> components() const {
         std::vector<std::string> files;
         for (const Entry& entry : entries_) {
+            context_.inputs.addRaster(entry.path);
             files.push_back(entry.path);
         }
         context_.session().readAhead(files);
@@ -166,6 +157,7 @@ Pyxis::FileSpecifier documentOf(const std::string& text, const std::string& name
 Pyxis::FileSpecifier opened(const Pyxis::FileSpecifier& document, Context& context) {
     std::vector<std::string> files;
     for (const Component& component : componentsOf(document)) {
+        context.inputs.addRaster(component.path);
         files.push_back(component.path);
     }
     context.session().readAhead(files);
@@ -207,6 +199,7 @@ Pyxis::FileSpecifier readSet(const std::vector<std::string>& arguments, Context&
     }
     if (arguments.size() == 1) {
         if (auto document = documentAt(arguments.front())) {
+            context.inputs.add(arguments.front());
             return opened(*document, context);
         }
     }
@@ -240,28 +233,6 @@ Pyxis::FileSpecifier setOf(const std::vector<Component>& components) {
 std::string whyNotReadable(const std::string& path) {
     const std::string reason = Pyxis::whyNotReadable(Pyxis::fileSpecifier(path));
     return reason.empty() ? "no codec reads it" : reason;
-}
-
-void refuseToOverwriteInput(const std::string& output, const std::vector<std::string>& arguments,
-                            const std::vector<std::string>& files) {
-    if (!exists(output)) {
-        return;
-    }
-    std::vector<std::string> inputs;
-    inputs.reserve(arguments.size());
-    for (const std::string& argument : arguments) {
-        inputs.push_back(argument.substr(argument.starts_with('@') && !exists(argument) ? 1 : 0));
-    }
-    for (const std::string& file : std::set<std::string>(files.begin(), files.end())) {
-        const std::vector<std::string> parts = filesOf(file);
-        inputs.insert(inputs.end(), parts.begin(), parts.end());
-    }
-    for (const std::string& input : inputs) {
-        std::error_code error;
-        if (fs::equivalent(output, input, error)) {
-            throw Failure(ExitCode::Usage, output, "the output would overwrite an input");
-        }
-    }
 }
 
 }  // namespace kestms

@@ -26,7 +26,8 @@ enum class MissingFile {
 ///  - a directory: its raster files in natural order of their names;
 ///  - @FILE: a text file with one of the above a line; "-" reads them from standard input.
 /// A single argument (or standard input) may also be a component list document, which is taken as
-/// it is. Paths are kept as given. Throws a Failure for what cannot be read, with the codes of
+/// it is. Paths are kept as given. All files read, components among them, go to the context's
+/// input files. Throws a Failure for what cannot be read, with the codes of
 /// `ExitCode`.
 Pyxis::FileSpecifier readSet(const std::vector<std::string>& arguments, Context& context,
                              MissingFile missing);
@@ -39,10 +40,5 @@ Pyxis::FileSpecifier setOf(const std::vector<Component>& components);
 
 /// Why no codec reads the file, in a few words; for files that none does.
 std::string whyNotReadable(const std::string& path);
-
-/// Throws a Failure with ExitCode::Usage when `output` is a file that command arguments name, one
-/// of the set's files, or one that such a file is a header of.
-void refuseToOverwriteInput(const std::string& output, const std::vector<std::string>& arguments,
-                            const std::vector<std::string>& files);
 
 }  // namespace kestms

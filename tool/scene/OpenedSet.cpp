@@ -1,6 +1,8 @@
 #include "tool/scene/OpenedSet.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <system_error>
 #include <utility>
 
 #include "host/Text.h"
@@ -232,7 +234,11 @@ void warnOfLeftOut(const Context& context, const Pyxis::FileSpecifier& given,
             rest[next].frame == component.frame) {
             ++next;
         } else {
-            context.warn(component.path, "left out: " + whyNotReadable(component.path));
+            const std::string why = whyNotReadable(component.path);
+            if (why.find(std::generic_category().message(EMFILE)) != std::string::npos) {
+                throw Failure(ExitCode::CannotRead, component.path, why);
+            }
+            context.warn(component.path, "left out: " + why);
         }
     }
 }
@@ -242,6 +248,9 @@ void warnOfLeftOut(const Context& context, const Pyxis::FileSpecifier& given,
 OpenedSet openSet(Context& context, const std::vector<std::string>& arguments) {
     const Pyxis::FileSpecifier given = readSet(arguments, context, MissingFile::Fail);
     OpenedSet opened(context.session(), given);
+    for (const std::string& file : opened.files()) {
+        context.inputs.add(file);
+    }
     if (kest::countComponents(opened.specifier()) == kest::countComponents(given)) {
         return opened;
     }

@@ -10,7 +10,7 @@
 
 #include "bands/BandTypes.h"
 #include "bands/NamingScheme.h"
-#include "tests/tool/RunTool.h"
+#include "tests/tool/Process.h"
 #include "tool/raster/GeoTiffWriter.h"
 #include "tool/raster/HandOn.h"
 #include "tool/scene/InputText.h"
@@ -96,7 +96,7 @@ void expectSame(GDALDataset& written, int band, const nlohmann::json& facts, boo
 
 TEST(HandOn, BandsOfEverySampleKeepTheirPixelsAndSayWhatTheyAre) {
     const fakes::TempDirectory directory;
-    ASSERT_EQ(runTool({"samples", directory.path(), "--size", "8"}).code, 0);
+    ASSERT_EQ(runKestms({"samples", directory.path(), "--size", "8"}).code, 0);
     Strings sets = {writeSegments(directory / "segments.ntf")};
     for (const auto& entry : fs::directory_iterator(directory.path())) {
         if (entry.is_directory()) {
@@ -105,10 +105,11 @@ TEST(HandOn, BandsOfEverySampleKeepTheirPixelsAndSayWhatTheyAre) {
     }
     for (const std::string& set : sets) {
         const auto info = runTool({"info", "--json", set}).json();
-        for (const Strings& command : {Strings{"vrt", set, "-o", directory / "out.vrt"},
-                                       {"export", set, "-o", directory / "out.tif"},
-                                       {"export", "--cog", set, "-o", directory / "out.tif"}}) {
-            const Outcome outcome = runTool(command);
+        for (const Strings& command :
+             {Strings{"vrt", set, "-o", directory / "out.vrt", "--overwrite"},
+              {"export", set, "-o", directory / "out.tif", "--overwrite"},
+              {"export", "--cog", set, "-o", directory / "out.tif", "--overwrite"}}) {
+            const Outcome outcome = runKestms(command);
             ASSERT_EQ(outcome.err, "") << set;
             const Strings names = linesOf(outcome.out);
             ASSERT_EQ(names.size(), info["buckets"].size());
@@ -225,28 +226,51 @@ TEST_F(HandOnGrids, LeavesNothingBehindWhenItFails) {
     EXPECT_TRUE(fs::is_fifo(directory_ / "pipe"));
 }
 
+/// Whatever was named, listed or found in a named folder, taken or not, and what belongs to it.
 TEST_F(HandOnGrids, AnOutputNeverReplacesAnInput) {
     ASSERT_EQ(runTool({"samples", directory_.path(), "--size", "8"}).code, 0);
     const std::string fast = directory_ / "landsat7-fast/";
     const std::string product = directory_ / "po-product/";
-    fakes::writeFile(directory_ / "list", fast + "L71026029_02920000609_HRF.FST\n");
-    const std::pair<std::string, std::string> cases[] = {
-        {fast + "set.xml", fast + "set.xml"},
-        {fast + "set.xml", fast + "L71026029_02920000609_HRF.FST"},
-        {fast + "set.xml", fast + "L71026029_02920000609_B10.FST"},
-        {"@" + (directory_ / "list"), directory_ / "list"},
-        {product, product + "po_1234567_metadata.txt"},
+    const std::string own = directory_ / "own/";
+    fs::create_directory(own);
+    const Strings pair = {write("own/v1.tif"), write("own/v2.tif")};
+    fakes::writeFile(own + "damaged.tif", fakes::readFile(pair[0]).substr(0, 300));
+    for (const char* name : {"v1.tfw", "v1.tifw", "v2.wld", "v1.tif.aux.xml", "v2.tif.ovr",
+                             "v1.TIF.msk", "v1.aux", "MTL.txt", "v1.xml", "old.vrt"}) {
+        fakes::writeFile(own + name, "<text/>");
+    }
+    const std::string list = directory_ / "list";
+    fakes::writeFile(list, pair[0] + "\n" + pair[1] + "\n" + own + "damaged.tif\n");
+    const std::string document = directory_ / "damaged.xml";
+    fakes::writeFile(document, runTool({"list", pair[0], pair[1], own + "damaged.tif"}).out);
+    std::vector<std::pair<Strings, std::string>> cases = {
+        {{fast + "set.xml"}, fast + "set.xml"},
+        {{fast + "set.xml"}, fast + "L71026029_02920000609_HRF.FST"},
+        {{fast + "set.xml"}, fast + "L71026029_02920000609_B10.FST"},
+        {{"@" + list}, list},
+        {{product}, product + "po_1234567_metadata.txt"},
+        {{own}, own + "damaged.tif"},
+        {{document}, own + "damaged.tif"},
+        {{"@" + list}, own + "damaged.tif"},
+        {pair, pair[1]},
     };
-    for (const auto& [input, output] : cases) {
+    for (const auto& name : {"v1.tfw", "v1.tifw", "v2.wld", "v1.tif.aux.xml", "v2.tif.ovr",
+                             "v1.TIF.msk", "v1.aux", "MTL.txt", "v1.xml"}) {
+        cases.emplace_back(pair, own + name);
+    }
+    for (const auto& [inputs, output] : cases) {
         const std::string before = fakes::readFile(output);
         for (const Strings& command : kCommands) {
-            if (command[0] == "list" && output.ends_with("metadata.txt")) {
-                continue;  // not read by this one
-            }
-            EXPECT_EQ(runTool(joined(command, {input, "-o", output})).code, 2)
-                << command[0] << output;
+            const Outcome outcome =
+                runTool(joined(joined(command, inputs), {"--overwrite", "-o", output}));
+            EXPECT_EQ(outcome.code, 2) << command[0] << " " << output << outcome.err;
         }
         EXPECT_EQ(fakes::readFile(output), before);
+    }
+    for (const Strings& command : kCommands) {
+        const std::string output = own + "old.vrt";
+        EXPECT_EQ(runTool(joined(joined(command, pair), {"-o", output})).code, 2);
+        EXPECT_EQ(runTool(joined(joined(command, pair), {"-o", output, "--overwrite"})).code, 0);
     }
 }
 
@@ -267,7 +291,7 @@ TEST_F(HandOnGrids, InterruptedWritingStopsAndCleansUp) {
                                const auto& /*progress*/) {
             writeGeoTiff(set, raster, {"LZW", true}, file, stop);
         };
-        EXPECT_THROW(handOn(context, {files, directory_ / "out.tif", true}, write), Failure);
+        EXPECT_THROW(handOn(context, {files, directory_ / "out.tif", true, true}, write), Failure);
     }
     EXPECT_EQ(fakes::namesIn(directory_), before);
 }

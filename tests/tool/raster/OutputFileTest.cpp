@@ -2,12 +2,15 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
 
+#include <chrono>
 #include <csignal>
+#include <thread>
 
-#include "tests/fakes/Rasters.h"
+#include "tests/tool/Process.h"
 #include "tool/terminal/Failure.h"
-#include "tool/terminal/Interrupt.h"
 
 namespace kestms {
 namespace {
@@ -15,30 +18,161 @@ namespace {
 namespace fs = std::filesystem;
 using fakes::namesIn;
 using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::HasSubstr;
 
-TEST(OutputFile, AppearsWithCommitOnlyBehindALinkToo) {
-    const fakes::TempDirectory directory;
-    fakes::writeFile(directory / "old.tif", "old");
-    fs::create_symlink("old.tif", directory / "link.tif");
-    {
-        const InterruptGuard guard;
-        OutputFile file(directory / "old.tif");
-        file.write("half");
-        fakes::writeFile(file.temporaryPath() + ".aux.xml", "beside");
-        std::raise(SIGTERM);
-        EXPECT_THROW(file.commit(), Failure);
+const InputFiles kNoInputs;
+const OutputRules kOverwrite{kNoInputs, true};
+
+using Files = std::vector<std::unique_ptr<OutputFile>>;
+
+Files filesOf(const Strings& paths) {
+    Files files;
+    for (const std::string& path : paths) {
+        files.push_back(std::make_unique<OutputFile>(path, kOverwrite));
+        files.back()->write("new");
     }
-    EXPECT_THAT(namesIn(directory), ElementsAre("link.tif", "old.tif"));
-    EXPECT_EQ(fakes::readFile(directory / "old.tif"), "old");
-    const InterruptGuard nextRun;
-    OutputFile file(directory / "link.tif");
-    EXPECT_EQ(fs::path(file.temporaryPath()).extension(), ".tif");
-    file.write("first, and longer");
-    file.write("new");
-    file.commit();
+    return files;
+}
+
+TEST(OutputFile, ReplacesWhatALinkLeadsToAndItsSideFilesAndKeepsThePermissions) {
+    const fakes::TempDirectory directory;
+    for (const char* name : {"old.tif", "old.tif.aux.xml", "old.tif.ovr"}) {
+        fakes::writeFile(directory / name, "old");
+    }
+    fs::create_symlink("old.tif", directory / "link.tif");
+    chmod((directory / "old.tif").c_str(), 0640);
+    {
+        const Files files = filesOf({directory / "link.tif"});
+        EXPECT_EQ(fs::path(files[0]->temporaryPath()).filename(), "old.tif");
+        fakes::writeFile(files[0]->temporaryPath() + ".aux.xml", "beside");
+        commitTogether(files);
+    }
+    EXPECT_THAT(namesIn(directory), ElementsAre("link.tif", "old.tif", "old.tif.aux.xml"));
     EXPECT_TRUE(fs::is_symlink(directory / "link.tif"));
     EXPECT_EQ(fakes::readFile(directory / "old.tif"), "new");
-    EXPECT_THAT(namesIn(directory), ElementsAre("link.tif", "old.tif"));
+    EXPECT_EQ(fakes::readFile(directory / "old.tif.aux.xml"), "beside");
+    EXPECT_EQ(fs::status(directory / "old.tif").permissions(), fs::perms(0640));
+    chmod((directory / "old.tif").c_str(), 0440);
+    EXPECT_THROW(filesOf({directory / "old.tif"}), Failure);
+}
+
+TEST(OutputFile, OutputsAppearTogetherOrNotAtAll) {
+    const fakes::TempDirectory directory;
+    fakes::writeFile(directory / "old.tif", "old");
+    fakes::writeFile(directory / "old.tif.ovr", "old");
+    const auto before = namesIn(directory);
+    {
+        const Files files =
+            filesOf({directory / "old.tif", directory / "a.tif", directory / "b.tif"});
+        fs::create_directory(directory / "b.tif");  // too late to be seen before
+        EXPECT_THROW(commitTogether(files), Failure);
+        fs::remove(directory / "b.tif");
+    }
+    EXPECT_EQ(namesIn(directory), before);
+    EXPECT_EQ(fakes::readFile(directory / "old.tif"), "old");
+    const Files files = filesOf({directory / "old.tif", directory / "a.tif"});
+    commitTogether(files);
+    EXPECT_EQ(fakes::readFile(directory / "old.tif"), "new");
+}
+
+TEST(OutputFile, ALaterRunClearsWhatADeadProcessLeft) {
+    const fakes::TempDirectory directory;
+    const auto child = fork();
+    if (child == 0) {
+        const Files files = filesOf({directory / "out.tif"});
+        _exit(0);  // as a crash would, without destructors
+    }
+    waitpid(child, nullptr, 0);
+    ASSERT_EQ(namesIn(directory).size(), 1U);
+    fs::create_directory(directory / ".kestms-mine");
+    const Files alive = filesOf({directory / "out.tif"});
+    const Files second = filesOf({directory / "other.tif"});
+    EXPECT_EQ(fakes::readFile(alive[0]->temporaryPath()), "new");
+    EXPECT_EQ(namesIn(directory).size(), 3U);
+}
+
+/// A set whose export takes some time.
+class WritingProcess : public InDirectory {
+  protected:
+    WritingProcess() {
+        for (const char* name : {"a_01.tif", "a_02.tif"}) {
+            files_.push_back(write(name, {.width = 3000, .height = 3000, .type = GDT_UInt16}));
+        }
+        before_ = namesIn(directory_);
+    }
+
+    Strings command(const std::string& output) const {
+        return joined({KESTMS_EXECUTABLE, "export", "-o", output}, files_);
+    }
+
+    Strings files_;
+    Strings before_;
+};
+
+TEST_F(WritingProcess, LeavesNothingBehindWhenItIsToldToStop) {
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        Process process(command(directory_ / "out.tif"));
+        while (namesIn(directory_) == before_) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        process.signal(number);
+        const Outcome outcome = process.wait();
+        EXPECT_EQ(outcome.code, 130) << number;
+        EXPECT_EQ(outcome.err, "kestms: interrupted\n");
+        EXPECT_EQ(namesIn(directory_), before_);
+    }
+}
+
+TEST_F(WritingProcess, HeedsLimitsAndSignalsThatItsParentIgnores) {
+    const auto limit = [] {
+        const rlimit small{100000, 100000};
+        setrlimit(RLIMIT_FSIZE, &small);
+    };
+    const Outcome full = Process(command(directory_ / "out.tif"), limit).wait();
+    EXPECT_EQ(full.code, 4) << full.err;
+    EXPECT_THAT(full.err, HasSubstr("out.tif: "));
+    EXPECT_EQ(namesIn(directory_), before_);
+    Process background(command(directory_ / "out.tif"), [] { signal(SIGINT, SIG_IGN); });
+    while (namesIn(directory_) == before_) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    background.signal(SIGINT);
+    EXPECT_EQ(background.wait().code, 0);
+}
+
+TEST(StarvedProcess, NeverWritesFewerBands) {
+    const fakes::TempDirectory directory;
+    Strings files;
+    for (int i = 10; i < 40; ++i) {
+        const std::string name = "b_" + std::to_string(i) + ".tif";
+        files.push_back(fakes::writeRaster(directory / name));
+    }
+    const std::string output = directory / "out.tif";
+    for (rlim_t descriptors = 8; descriptors < 48; descriptors += 3) {
+        const auto limit = [descriptors] {
+            const rlimit few{descriptors, descriptors};
+            setrlimit(RLIMIT_NOFILE, &few);
+        };
+        const Strings command = {"export", "-o", output, "--overwrite"};
+        if (runKestms(joined(command, files), limit).code == 0) {
+            EXPECT_EQ(gdalInfo(output)["bands"].size(), files.size()) << descriptors;
+        }
+    }
+}
+
+/// Whatever it waits for: here a pipe to which nobody writes.
+TEST(InterruptedProcess, EndsAtOnce) {
+    const fakes::TempDirectory directory;
+    ASSERT_EQ(mkfifo((directory / "pipe").c_str(), 0600), 0);
+    for (const bool opened : {false, true}) {
+        Process process({KESTMS_EXECUTABLE, "info", directory / "pipe"});
+        const int writer = opened ? open((directory / "pipe").c_str(), O_WRONLY | O_CLOEXEC) : -1;
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        process.signal(SIGTERM);
+        EXPECT_EQ(process.wait().code, 130);
+        close(writer);
+    }
 }
 
 }  // namespace

@@ -1,0 +1,135 @@
+#include "tool/raster/TemporaryDirectory.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <mutex>
+#include <set>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+namespace kestms {
+namespace {
+
+constexpr std::string_view kPrefix = ".kestms-";
+
+/// Only this program's names: the prefix, a process and a number.
+bool isOurs(const fs::path& path) {
+    const std::string name = path.filename().string();
+    return name.starts_with(kPrefix) && name.size() > kPrefix.size() &&
+           name.find_first_not_of("0123456789-", kPrefix.size()) == std::string::npos;
+}
+
+struct Registry {
+    std::mutex mutex;
+    std::set<fs::path> paths;
+    int created = 0;
+};
+
+Registry& registry() {
+    // Never destroyed: the thread that answers an interrupt may outlive static objects.
+    static auto* const instance = new Registry;
+    return *instance;
+}
+
+/// The descriptor that holds the lock; -1 while another process has it, or on failure.
+int lockDirectory(const fs::path& path) {
+    const int descriptor = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    if (descriptor >= 0 && flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+        close(descriptor);
+        return -1;
+    }
+    return descriptor;
+}
+
+void removeAbandoned(const fs::path& parent) {
+    std::error_code error;
+    fs::directory_iterator entries(parent, error);
+    for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
+        if (!isOurs(entries->path())) {
+            continue;
+        }
+        const int lock = lockDirectory(entries->path());
+        if (lock >= 0) {
+            std::error_code ignored;
+            fs::remove_all(entries->path(), ignored);
+            close(lock);
+        }
+    }
+}
+
+bool isThere(const fs::path& path, int descriptor) {
+    struct stat named {};
+    struct stat held {};
+    return fstat(descriptor, &held) == 0 && lstat(path.c_str(), &named) == 0 &&
+           named.st_ino == held.st_ino && named.st_dev == held.st_dev;
+}
+
+}  // namespace
+
+TemporaryDirectory::TemporaryDirectory(const fs::path& parent) {
+    removeAbandoned(parent);
+    Registry& all = registry();
+    const std::lock_guard<std::mutex> guard(all.mutex);
+    // Another process may take the directory for abandoned before it is locked.
+    constexpr int kTries = 100;
+    for (int i = 0; i < kTries && lock_ < 0; ++i) {
+        path_ = parent / (std::string(kPrefix) + std::to_string(getpid()) + "-" +
+                          std::to_string(all.created++));
+        if (mkdir(path_.c_str(), S_IRWXU) != 0) {
+            if (errno == EEXIST) {
+                continue;
+            }
+            throw std::system_error(errno, std::generic_category());
+        }
+        all.paths.insert(path_);
+        lock_ = lockDirectory(path_);
+        if (lock_ < 0 && errno == ENOTSUP) {
+            return;  // a file system without locks
+        }
+        if (lock_ >= 0 && !isThere(path_, lock_)) {
+            close(lock_);
+            lock_ = -1;
+        }
+    }
+    if (lock_ < 0) {
+        throw std::system_error(EBUSY, std::generic_category());
+    }
+}
+
+TemporaryDirectory::~TemporaryDirectory() {
+    Registry& all = registry();
+    const std::lock_guard<std::mutex> guard(all.mutex);
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+    all.paths.erase(path_);
+    if (lock_ >= 0) {
+        close(lock_);
+    }
+}
+
+void TemporaryDirectory::removeAll() {
+    Registry& all = registry();
+    const std::lock_guard<std::mutex> guard(all.mutex);
+    for (const fs::path& path : all.paths) {
+        std::error_code ignored;
+        fs::remove_all(path, ignored);
+    }
+}
+
+TemporaryDirectory::CommitLock::CommitLock() {
+    registry().mutex.lock();
+}
+
+TemporaryDirectory::CommitLock::~CommitLock() {
+    registry().mutex.unlock();
+}
+
+}  // namespace kestms

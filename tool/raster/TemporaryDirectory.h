@@ -1,0 +1,40 @@
+#pragma once
+
+#include <filesystem>
+
+namespace kestms {
+
+/// A hidden directory in which an output grows beside its destination, on the same file system.
+/// The process holds a lock on it for as long as it lives, so that a later run can tell what a
+/// dead process left behind and remove it.
+class TemporaryDirectory {
+  public:
+    /// Creates the directory in `parent`, and removes those there whose process is gone. Throws
+    /// std::system_error.
+    explicit TemporaryDirectory(const std::filesystem::path& parent);
+    TemporaryDirectory(const TemporaryDirectory&) = delete;
+    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+    /// Removes the directory with all that is in it.
+    ~TemporaryDirectory();
+
+    const std::filesystem::path& path() const { return path_; }
+
+    /// Removes the temporary directories of this process, for when it has to end at once. Waits
+    /// for a `CommitLock`.
+    static void removeAll();
+
+    /// Keeps `removeAll` waiting while outputs take their names.
+    class CommitLock {
+      public:
+        CommitLock();
+        CommitLock(const CommitLock&) = delete;
+        CommitLock& operator=(const CommitLock&) = delete;
+        ~CommitLock();
+    };
+
+  private:
+    std::filesystem::path path_;
+    int lock_ = -1;
+};
+
+}  // namespace kestms
