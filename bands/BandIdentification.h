@@ -15,6 +15,10 @@ namespace kest {
 void getBandTypeInfo(int scheme, int bandOrdinal, const Pyxis::FileSpecifier& component, int frame,
                      BandTypeInfo& out);
 
+/// The same, with what is known of the band beyond that.
+void identifyBand(int scheme, int bandOrdinal, const Pyxis::FileSpecifier& component, int frame,
+                  BandTypeInfo& out, BandDetails& details);
+
 /// Names and numbers a new bucket by the band that opened it. `bucketOrdinal` is the number of
 /// buckets so far plus one. Of a compound specifier the first component is taken; the vector is
 /// not used by any scheme. Writes nothing where `getBandTypeInfo` would not.

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
 
 #include "pyxis/StringBuffer.h"
 
@@ -29,6 +32,49 @@ enum class BandAssignment : std::int32_t {
 
 /// Number of a band or bucket that no rule recognises: it sorts last.
 inline constexpr std::int32_t kUnrecognisedNumber = 9999;
+
+/// The part of the spectrum that a band records, in micrometres.
+struct Spectrum {
+    double centre = 0.0;
+    double width = 0.0;  ///< full width at half maximum
+
+    /// From the limits in nanometres.
+    static constexpr Spectrum between(int from, int to) {
+        constexpr double kNanometres = 1000.0;
+        return {(from + to) / (2 * kNanometres), (to - from) / kNanometres};
+    }
+};
+
+/// What is known of a band beyond what hosts are told.
+struct BandDetails {
+    /// In the vocabulary of the STAC extension for electro-optical data (stac-extensions/eo,
+    /// version 1.1); empty for a band without one.
+    std::string commonName;
+    std::optional<Spectrum> spectrum;  ///< nothing where the sensor is not known
+};
+
+/// The common name of bands of a type; empty where the type alone does not tell it.
+constexpr std::string_view commonNameOf(BandType type) {
+    switch (type) {
+        case BandType::Blue:
+            return "blue";
+        case BandType::Green:
+            return "green";
+        case BandType::Red:
+            return "red";
+        case BandType::NearInfrared:
+            return "nir";
+        case BandType::ThermalLowGain:
+        case BandType::ThermalHighGain:
+            return "lwir";
+        case BandType::Panchromatic:
+            return "pan";
+        case BandType::MidInfrared:
+        case BandType::Unknown:
+            break;
+    }
+    return {};
+}
 
 /// What band identification tells of one band.
 struct BandTypeInfo {

@@ -6,9 +6,8 @@
 #include <utility>
 
 #include "bands/AsciiText.h"
-#include "bands/ComponentCodec.h"
 #include "bands/FileName.h"
-#include "pyxis/ComponentCodecs.h"
+#include "bands/Scheme.h"
 
 namespace kest {
 namespace {
@@ -22,18 +21,13 @@ int trailingBandNumber(std::u16string_view name) {
     return isDigit(tens) && isDigit(ones) ? (tens - u'0') * 10 + (ones - u'0') : -1;
 }
 
-/// Names come first: the tests after them make the host open the file.
-int kindOf(const Pyxis::FileSpecifier& file, const platform::PathName& path) {
-    if (isPoProduct(path.name)) {
-        return equalIgnoringCase(path.extension, u".NTF") ? SchemePoProductNitf : SchemePoProduct;
+int kindOf(const Pyxis::FileSpecifier& file, const platform::PathName& name) {
+    for (const Scheme* scheme : schemes()) {
+        if (scheme->matches != nullptr && scheme->matches(file, name)) {
+            return scheme->number;
+        }
     }
-    if (isLandsat7(path.name)) {
-        return equalIgnoringCase(path.extension, u".FST") ? SchemeLandsat7Fast : SchemeLandsat7;
-    }
-    if (isQuickBirdFile(file)) {
-        return SchemeQuickBird;
-    }
-    return isNitfFile(file) ? SchemeNitf : SchemeGeneric;
+    return SchemeGeneric;
 }
 
 /// No number counts as a number of its own: two names without one are alike.
@@ -79,24 +73,6 @@ int getNamingScheme(const Pyxis::FileSpecifier& componentList) {
 
 int getNamingScheme(const ComponentList& components) {
     return namingSchemeOf(classifyComponents(components));
-}
-
-bool isPoProductName(const Pyxis::FileSpecifier& file) {
-    return isPoProduct(fileNameOf(file).name);
-}
-
-bool isLandsat7Name(const Pyxis::FileSpecifier& file) {
-    return isLandsat7(fileNameOf(file).name);
-}
-
-bool isQuickBirdFile(const Pyxis::FileSpecifier& file) {
-    const Pyxis::ImageFormatCodec* codec = findCodec(file);
-    return dynamic_cast<const QBTiffFormatCodec*>(codec) != nullptr ||
-           readBandListText(file, codec).has_value();
-}
-
-bool isNitfFile(const Pyxis::FileSpecifier& file) {
-    return dynamic_cast<const NITFFormatCodec*>(findCodec(file)) != nullptr;
 }
 
 }  // namespace kest

@@ -107,10 +107,10 @@ void checkFileName(const FileSpecifier& file) {
     require(!isPo || !metadata.isEmpty(), "a product has a metadata text file");
     if (!metadata.isEmpty()) {
         const std::u16string text = nameText(metadata.string());
-        require(kest::hasPoPrefix(text) && text.find(u'/') == text.npos, "a name beside the file");
+        require(kest::equalIgnoringCase(text.substr(0, 3), u"po_") && text.find(u'/') == text.npos,
+                "a name beside the file");
     }
     require(!isPo || !kest::isLandsat7Name(file), "no name is of both products");
-    require(!isPo || kest::poBandCode(name).size() == 3, "a band code of three letters");
 
     const std::unique_ptr<char[]> list = kest::getQuickBirdBandList(file);
     require(list == nullptr || std::string_view(list.get()).size() == 4, "a list of four places");

@@ -115,7 +115,8 @@ void BandCollector::addBand(int index, const Source& source, const Pyxis::ImageF
     band.indexInBucket = buckets_[static_cast<std::size_t>(band.bucketIndex)].bandCount++;
     band.codec = &codec;
     BandTypeInfo info;
-    getBandTypeInfo(scheme_, numberOf(bands_.size()) + 1, source.file, source.frame, info);
+    identifyBand(scheme_, numberOf(bands_.size()) + 1, source.file, source.frame, info,
+                 band.details);
     band.bandType = info.bandType;
     band.bandAssignment = info.bandAssignment;
     band.bandNumber = info.bandNumber;

@@ -17,6 +17,7 @@ struct BandRecord {
     int bandNumber = 0;                              ///< sort key
     const Pyxis::ImageFormatCodec* codec = nullptr;  ///< reads the component; the host's
     Pyxis::StringBuffer bandName;
+    BandDetails details;
 };
 
 /// The bands of a set that share one pixel size.

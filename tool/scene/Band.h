@@ -7,7 +7,6 @@
 #include "bands/BandTypes.h"
 #include "pyxis/Geometry.h"
 #include "pyxis/ReadImageFile.h"
-#include "tool/scene/Spectrum.h"
 
 namespace kestms {
 
@@ -39,8 +38,8 @@ struct Band {
     int componentFrame = 0;
 
     // What the sensor makes of it.
-    std::string commonName;                 ///< as in STAC; empty for a band without one
-    std::optional<SpectralRange> spectrum;  ///< nothing where the sensor is not known
+    std::string commonName;                  ///< as in STAC; empty for a band without one
+    std::optional<kest::Spectrum> spectrum;  ///< nothing where the sensor is not known
 
     // Its pixels.
     std::int32_t width = 0;

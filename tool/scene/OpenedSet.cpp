@@ -17,7 +17,6 @@
 #include "sets/SetMembership.h"
 #include "tool/scene/Diagnosis.h"
 #include "tool/scene/Inputs.h"
-#include "tool/scene/Words.h"
 #include "tool/terminal/Interrupt.h"
 
 namespace kestms {
@@ -207,8 +206,8 @@ void OpenedSet::gatherBands() {
         band.number = reader.band(i).bandNumber;
         readPixelFacts(*frame, band);
         readProperties(*frame, band, description_, system);
-        band.commonName = commonName(band.type, band.number);
-        band.spectrum = spectralRangeOf(description_.scheme, band.number);
+        band.commonName = reader.band(i).details.commonName;
+        band.spectrum = reader.band(i).details.spectrum;
         bands_.push_back(std::move(band));
     }
 }

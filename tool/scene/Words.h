@@ -21,11 +21,6 @@ std::string_view bandTypeWord(kest::BandType type);
 /// "red", "green", "blue", or "none".
 std::string_view channelWord(kest::BandAssignment assignment);
 
-/// The band's common name in the vocabulary of the STAC extension for electro-optical data
-/// (stac-extensions/eo, version 1.1); empty for a band without one. `bandNumber` tells the two
-/// mid-infrared bands of Landsat 7 apart.
-std::string_view commonName(kest::BandType type, int bandNumber);
-
 /// "single channel", "palette", "RGB", "RGB with alpha".
 std::string_view pixelModelWord(Pyxis::PixelModel model);
 

@@ -3,7 +3,6 @@
 
 #include <cstdlib>
 
-#include "bands/NamingScheme.h"
 #include "tests/tool/RunTool.h"
 #include "tool/scene/Resources.h"
 #include "tool/scene/Words.h"
@@ -156,15 +155,6 @@ TEST_F(Info, ExplainsTheNamingScheme) {
     EXPECT_EQ(
         components[1],
         json({{"file", nir}, {"fileFrame", 0}, {"kind", "po-product"}, {"trailingNumber", 2}}));
-}
-
-TEST(Words, NameBandsInTheCommonVocabulary) {
-    using kest::BandType;
-    EXPECT_EQ(commonName(BandType::MidInfrared, 4), "swir16");
-    EXPECT_EQ(commonName(BandType::MidInfrared, 5), "swir22");
-    EXPECT_EQ(commonName(BandType::MidInfrared, 9), "");
-    EXPECT_EQ(commonName(BandType::ThermalHighGain, 7), "lwir");
-    EXPECT_EQ(commonName(BandType::Unknown, 4), "");
 }
 
 TEST(Words, WriteNumbersToBeReadByPeople) {

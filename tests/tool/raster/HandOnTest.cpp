@@ -8,13 +8,10 @@
 #include <map>
 #include <utility>
 
-#include "bands/BandTypes.h"
-#include "bands/NamingScheme.h"
 #include "tests/tool/Process.h"
 #include "tool/raster/GeoTiffWriter.h"
 #include "tool/raster/HandOn.h"
 #include "tool/scene/InputText.h"
-#include "tool/scene/Spectrum.h"
 #include "tool/terminal/Interrupt.h"
 #include "tool/terminal/Progress.h"
 
@@ -311,10 +308,6 @@ TEST(ProgressBar, ShowsOnATerminalOnlyAndEndsWithTheUsersPatience) {
     }
     EXPECT_THAT(shown.str(), StartsWith("\r[####################....................]  50 %\r"));
     EXPECT_EQ(hidden.str(), "");
-}
-
-TEST(Spectrum, IsNotToldForBandsThatTheSensorLacks) {
-    EXPECT_FALSE(spectralRangeOf(kest::SchemeLandsat7, kest::kUnrecognisedNumber));
 }
 
 }  // namespace
