@@ -1,5 +1,6 @@
 #include "host/tiff/TiffDirectory.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -27,9 +28,11 @@ std::optional<std::array<double, 6>> transformOf(TiffFields& fields, const GeoKe
 bool mayHaveColours(TiffFields& fields) {
     constexpr std::uint64_t kMinIsBlack = 1;
     constexpr std::uint64_t kRgb = 2;
-    const std::uint64_t model = fields.lastNumber(tag::kPhotometric).value_or(UINT64_MAX);
-    const bool inventsNone = (model == kMinIsBlack || model == kRgb) &&
-                             fields.lastNumber(tag::kBitsPerSample).value_or(1) != 1;
+    const auto model = fields.onlyNumber(tag::kPhotometric);
+    // One number a band, or one for all.
+    const std::vector<std::uint64_t> bits = fields.shorts(tag::kBitsPerSample);
+    const bool inventsNone = (model == kMinIsBlack || model == kRgb) && !bits.empty() &&
+                             std::find(bits.begin(), bits.end(), 1) == bits.end();
     return fields.has(tag::kColourMap) || !inventsNone;
 }
 

@@ -110,6 +110,10 @@ std::string_view TiffFields::value(std::uint64_t tag, Type type) {
                : part(*field, 0, field->count);
 }
 
+std::optional<std::uint64_t> TiffFields::onlyNumber(std::uint64_t tag) {
+    return count(tag) == 1 ? lastNumber(tag) : std::nullopt;
+}
+
 std::optional<std::uint64_t> TiffFields::lastNumber(std::uint64_t tag) {
     const Field* field = find(tag);
     if (field == nullptr || field->count == 0 ||

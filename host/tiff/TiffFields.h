@@ -71,6 +71,8 @@ class TiffFields {
     /// All bytes of the field with this tag; none when it is of another type, there are two such
     /// fields, or there are more bytes than a directory needs or fewer than the field says.
     std::string_view value(std::uint64_t tag, Type type);
+    /// The number of a field of one whole number.
+    std::optional<std::uint64_t> onlyNumber(std::uint64_t tag);
     /// The last number of a field of whole numbers.
     std::optional<std::uint64_t> lastNumber(std::uint64_t tag);
     /// The numbers of a field of type Short whose value is known; else none.

@@ -67,7 +67,7 @@ constexpr SampleKind kSampleKinds[] = {
 
 /// A field of one whole number; 0 for any other field, or none.
 std::uint64_t oneNumber(TiffFields& fields, std::uint64_t tag) {
-    return fields.count(tag) == 1 ? fields.lastNumber(tag).value_or(0) : 0;
+    return fields.onlyNumber(tag).value_or(0);
 }
 
 bool isPlain(TiffFields& fields, const TiffFields::Field& field) {

@@ -194,6 +194,25 @@ TEST_F(TiffDirectory, DoesNotTakeOneSystemForAnother) {
     }
 }
 
+TEST_F(TiffDirectory, ShowsTheColoursThatGdalInvents) {
+    const fakes::TiffField cases[] = {
+        {258, 3, {8}},    {258, 3, {1}},    {258, 3, {1, 8}}, {258, 4, {8}},    {262, 3, {0}},
+        {262, 3, {1, 0}}, {262, 3, {0, 1}}, {262, 3, {3}},    {320, 3, {1, 2}},
+    };
+    int withColours = 0;
+    for (const fakes::TiffField& field : cases) {
+        SCOPED_TRACE(testing::Message()
+                     << field.tag << " " << testing::PrintToString(field.values));
+        const std::string path = write({field});
+        const CPLErrorHandlerPusher silent(CPLQuietErrorHandler);
+        const GDALDatasetUniquePtr dataset(GDALDataset::Open(path.c_str()));
+        const bool expected = dataset->GetRasterBand(1)->GetColorTable() != nullptr;
+        EXPECT_EQ(Opened(path).frame->frameOp12() != nullptr, expected);
+        withColours += expected ? 1 : 0;
+    }
+    EXPECT_GT(withColours, 1);
+}
+
 TEST_F(TiffDirectory, ReadsFilesWhosePixelsAreAllThere) {
     const fakes::TiffField keys = fakes::keyDirectory(fakes::systemKeys(32632));
     const fakes::TiffField fullStrips{279, 4, {36, 36, 36}};
