@@ -10,7 +10,7 @@
 #include <fstream>
 
 #include "benchmarks/Sets.h"
-#include "host/formats/StandardCodecs.h"
+#include "host/codecs/StandardCodecs.h"
 
 namespace {
 

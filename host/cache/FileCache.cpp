@@ -1,78 +1,88 @@
 #include "host/cache/FileCache.h"
 
-#include <fcntl.h>
-#include <unistd.h>
+#include <utility>
 
-#include <cerrno>
-
-#include "host/cache/HandlePool.h"
-#include "host/formats/GdalFormat.h"
-#include "host/gdal/OpenedFile.h"
+#include "host/formats/Formats.h"
 
 namespace Pyxis {
 namespace {
 
-/// Whether the process can open no more files.
-bool descriptorsExhausted() {
-    const int probe = open("/dev/null", O_RDONLY | O_CLOEXEC);
-    if (probe >= 0) {
-        close(probe);
-        return false;
-    }
-    return errno == EMFILE || errno == ENFILE;
-}
+/// The path from the root on, without a copy of one that is.
+class AbsolutePath {
+  public:
+    explicit AbsolutePath(const std::string& path)
+        : made_(path.starts_with('/') ? std::string() : absolutePath(path)),
+          path_(path.starts_with('/') ? path : made_) {}
+    const std::string& operator*() const { return path_; }
+
+  private:
+    std::string made_;
+    const std::string& path_;
+};
 
 }  // namespace
 
-std::shared_ptr<OpenedFile> FileCache::open(const GdalFormat& format, const std::string& path,
-                                            std::string& why) {
-    const bool isAbsolute = path.starts_with('/');
-    std::shared_ptr<OpenedFile> file =
-        isAbsolute ? find({format.driver(), path}) : find({format.driver(), absolutePath(path)});
-    if (file) {
+Expected<RasterPointer> FileCache::open(const Format& format, const std::string& path) {
+    if (RasterPointer file = find(*AbsolutePath(path))) {
+        if (std::string_view(file->handle().driver()) != format.driver) {
+            return notOf(format);
+        }
         return file;
     }
-    file = OpenedFile::open(format, path, why);
-    if (!file && descriptorsExhausted()) {
-        HandlePool::instance().closeIdle();
-        file = OpenedFile::open(format, path, why);
-    }
-    if (file && format.mayBeKept() && (changes_ == Changes::Ignore || file->isSettled())) {
-        return keep(format.driver(), file);
-    }
-    return file;
+    return keep(format, loadRaster(format, path));
 }
 
-std::shared_ptr<OpenedFile> FileCache::find(const Key& key) {
-    std::shared_ptr<OpenedFile> changed;  // outlives the lock: closing takes a while
+Expected<RasterPointer> FileCache::open(const std::string& path) {
+    const AbsolutePath absolute(path);
+    if (RasterPointer file = find(*absolute)) {
+        return file;
+    }
+    Expected<FileHead> head = readHead(*absolute);
+    if (!head) {
+        return head.refusal();
+    }
+    const Format* format = formatOf(head->bytes);
+    if (format == nullptr) {
+        return Refusal{Refusal::Kind::OtherFormat,
+                       head->bytes.empty() ? "the file is empty" : "no known raster format"};
+    }
+    return keep(*format, loadRaster(*format, SourceFile{path, *absolute, std::move(*head)}));
+}
+
+RasterPointer FileCache::find(std::string_view absolutePath) {
+    RasterPointer changed;  // outlives the lock: closing takes a while
     const std::lock_guard<std::mutex> lock(mutex_);
-    const auto place = places_.find(key);
+    const auto place = places_.find(absolutePath);
     if (place == places_.end()) {
         return nullptr;
     }
-    if (changes_ == Changes::Ignore || !place->second->file->hasChanged()) {
-        entries_.splice(entries_.begin(), entries_, place->second);
-        return place->second->file;
+    if (changes_ == FileChanges::Ignore || !(*place->second)->handle().hasChanged()) {
+        files_.splice(files_.begin(), files_, place->second);
+        return *place->second;
     }
-    changed = place->second->file;
-    entries_.erase(place->second);
+    changed = *place->second;
+    files_.erase(place->second);
     places_.erase(place);
     return nullptr;
 }
 
-std::shared_ptr<OpenedFile> FileCache::keep(std::string_view driver,
-                                            const std::shared_ptr<OpenedFile>& file) {
-    const Key key{driver, file->absolutePath()};
-    const std::lock_guard<std::mutex> lock(mutex_);
-    const auto place = places_.find(key);
-    if (place != places_.end()) {
-        return place->second->file;  // another thread was faster
+Expected<RasterPointer> FileCache::keep(const Format& format, Expected<RasterPointer> file) {
+    if (!file || !format.mayBeKept ||
+        (changes_ == FileChanges::Notice && !(*file)->handle().isSettled())) {
+        return file;
     }
-    entries_.push_front({key, file});
-    places_.emplace(key, entries_.begin());
-    if (entries_.size() > kMostFiles) {
-        places_.erase(entries_.back().key);
-        entries_.pop_back();
+    RasterPointer forgotten;  // outlives the lock
+    std::list<RasterPointer> own = {*file};
+    const std::lock_guard<std::mutex> lock(mutex_);
+    const auto [place, added] = places_.emplace((*file)->handle().path(), own.begin());
+    if (!added) {
+        return *place->second;  // another thread was faster
+    }
+    files_.splice(files_.begin(), own);
+    if (files_.size() > kMostFiles) {
+        forgotten = std::move(files_.back());
+        places_.erase(forgotten->handle().path());
+        files_.pop_back();
     }
     return file;
 }

@@ -4,10 +4,8 @@
 #include <exception>
 #include <utility>
 
+#include "host/Guarded.h"
 #include "host/cache/FileCache.h"
-#include "host/formats/GdalFormat.h"
-#include "host/gdal/Guarded.h"
-#include "host/gdal/OpenedFile.h"
 
 namespace Pyxis {
 namespace {
@@ -16,15 +14,6 @@ namespace {
 constexpr std::size_t kFilesForThread = 16;
 /// More threads than that wait for one another's disk and memory.
 constexpr std::size_t kMostThreads = 4;
-
-void openAny(FileCache& cache, const std::string& path) {
-    for (const GdalFormat* format : {&tiffFormat(), &nitfFormat(), &fastFormat()}) {
-        std::string why;
-        if (cache.open(*format, path, why)) {
-            return;
-        }
-    }
-}
 
 }  // namespace
 
@@ -66,8 +55,7 @@ ReadAhead::~ReadAhead() {
 
 void ReadAhead::open(std::size_t at) {
     guarded(false, [&] {
-        openAny(*cache_, paths_[at]);
-        return true;
+        return static_cast<bool>(cache_->open(paths_[at]));  // a refusal is for the codecs to find
     });
 }
 

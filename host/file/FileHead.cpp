@@ -10,6 +10,7 @@
 #include <cstring>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "host/file/WorldFile.h"
 
@@ -30,18 +31,28 @@ FileState stateOf(const std::string& path) {
     return path.empty() || stat(path.c_str(), &status) != 0 ? FileState() : stateOf(status);
 }
 
-/// Why what is opened is no file to read; empty when it is one.
-std::string notRegular(int descriptor, FileHead& head) {
-    struct stat status {};
-    if (fstat(descriptor, &status) != 0) {
-        return std::strerror(errno);
-    }
-    if (S_ISDIR(status.st_mode)) {
-        return "is a directory";
-    }
-    head.state = stateOf(status);
-    return S_ISREG(status.st_mode) ? "" : "not a regular file";
+Refusal unreadable(std::string reason) {
+    return {Refusal::Kind::Unreadable, std::move(reason)};
 }
+
+/// A descriptor that is closed at the end.
+class Descriptor {
+  public:
+    /// A pipe or device must not block before it is known to be one.
+    explicit Descriptor(const std::string& path)
+        : number_(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() {
+        if (number_ >= 0) {
+            close(number_);
+        }
+    }
+    int number() const { return number_; }
+
+  private:
+    int number_;
+};
 
 }  // namespace
 
@@ -69,31 +80,24 @@ std::string absolutePath(const std::string& path) {
                                                : std::filesystem::absolute(path, none).string();
 }
 
-std::optional<FileHead> readHead(const std::string& path, std::string& why) {
+Expected<FileHead> readHead(const std::string& path) {
     if (path.empty()) {
-        why = "no file name";
-        return std::nullopt;
+        return unreadable("no file name");
     }
     if (path.rfind("/vsi", 0) == 0) {
-        why = "not a plain file";
-        return std::nullopt;
+        return unreadable("not a plain file");
     }
-    // A pipe or device must not block before it is known to be one.
-    const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0) {
-        why = std::strerror(errno);
-        return std::nullopt;
+    const Descriptor file(path);
+    struct stat status {};
+    if (file.number() < 0 || fstat(file.number(), &status) != 0) {
+        return unreadable(std::strerror(errno));
     }
-    std::optional<FileHead> head(std::in_place);
-    why = notRegular(descriptor, *head);
-    if (why.empty()) {
-        head->bytes.resize(FileHead::kBytes);
-        const ssize_t got = pread(descriptor, head->bytes.data(), head->bytes.size(), 0);
-        head->bytes.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
-    } else {
-        head.reset();
+    if (!S_ISREG(status.st_mode)) {
+        return unreadable(S_ISDIR(status.st_mode) ? "is a directory" : "not a regular file");
     }
-    close(descriptor);
+    FileHead head{std::string(FileHead::kBytes, '\0'), stateOf(status)};
+    const ssize_t got = pread(file.number(), head.bytes.data(), head.bytes.size(), 0);
+    head.bytes.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
     return head;
 }
 

@@ -1,11 +1,16 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
+#include "host/file/Expected.h"
+
 namespace Pyxis {
+
+/// Whether a file that was read before is looked at for changes whenever it is asked for, or taken
+/// to be what it was at first.
+enum class FileChanges { Notice, Ignore };
 
 /// Tells one state of a file from another.
 struct FileState {
@@ -42,7 +47,7 @@ struct FileHead {
     static constexpr std::size_t kBytes = 5000;
 };
 
-/// The head of a plain regular file. Nothing, with the reason in `why`, for anything else.
-std::optional<FileHead> readHead(const std::string& path, std::string& why);
+/// The head of a plain regular file; anything else is refused without waiting for it.
+Expected<FileHead> readHead(const std::string& path);
 
 }  // namespace Pyxis

@@ -91,8 +91,7 @@ std::optional<GeoTransform> worldFileTransform(std::string_view text) {
 
 std::optional<GeoTransform> readWorldFile(const std::string& rasterPath) {
     for (const std::string& name : worldFilesOf(rasterPath)) {
-        std::string why;
-        const std::optional<FileHead> head = readHead(name, why);
+        const Expected<FileHead> head = readHead(name);
         if (head && head->bytes.size() == head->state.size) {
             if (const auto transform = worldFileTransform(head->bytes)) {
                 return transform;

@@ -1,71 +1,113 @@
 #include "host/formats/FastSiblings.h"
 
-#include <cpl_string.h>
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <string_view>
-#include <system_error>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <utility>
 
-namespace fs = std::filesystem;
+#include "host/formats/FastHeader.h"
 
 namespace Pyxis {
 namespace {
 
-bool beginsWith(const std::string& name, std::string_view start) {
-    return EQUALN(name.c_str(), start.data(), start.size());
+// The directories are read with the calls of the system: the standard library's iterator ends the
+// process when memory fails.
+struct Close {
+    void operator()(DIR* directory) const { closedir(directory); }
+};
+using Directory = std::unique_ptr<DIR, Close>;
+
+char lowered(char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
 
-bool isNamed(const std::string& name, const std::vector<std::string>& names) {
+bool beginsWith(std::string_view name, std::string_view start) {
+    return equalIgnoringCase(name.substr(0, start.size()), start);
+}
+
+std::string directoryOf(const std::string& path) {
+    return path.substr(0, path.rfind('/'));
+}
+
+bool isNamed(std::string_view name, const std::vector<std::string>& names) {
     return std::any_of(names.begin(), names.end(),
-                       [&name](const auto& own) { return EQUAL(own.c_str(), name.c_str()); });
+                       [name](const auto& own) { return equalIgnoringCase(own, name); });
 }
 
 /// Whether GDAL makes such a name up for the bands that a header does not name: from the header's
 /// own name, with an ending or another last letter, or from a word for all headers.
-bool mayBeMadeUp(const std::string& name, const fs::path& header) {
-    const std::string headerName = header.filename().string();
+bool mayBeMadeUp(std::string_view name, std::string_view header) {
     const bool lastLetterDiffers =
-        name.size() == headerName.size() &&
-        beginsWith(name, std::string_view(headerName).substr(0, headerName.size() - 1));
-    return lastLetterDiffers || beginsWith(name, header.stem().string()) ||
+        name.size() == header.size() && beginsWith(name, header.substr(0, header.size() - 1));
+    return lastLetterDiffers || beginsWith(name, header.substr(0, header.rfind('.'))) ||
            beginsWith(name, "band") || beginsWith(name, "imagery");
 }
 
-/// The directories in which band files may really lie: a header and its bands may be linked
-/// together to where they are kept.
-bool liesWithHeader(const fs::path& file, const fs::path& header) {
-    std::error_code error;
-    const fs::path directory = fs::canonical(file, error).parent_path();
-    return !error && (directory == fs::canonical(header.parent_path(), error) ||
-                      directory == fs::canonical(header, error).parent_path());
+/// The path without links; empty when there is no such file.
+std::string realPath(const std::string& path) {
+    const std::unique_ptr<char, decltype(&std::free)> real(realpath(path.c_str(), nullptr),
+                                                           &std::free);
+    return real ? std::string(real.get()) : std::string();
+}
+
+/// Whether a file really lies beside the header. A header and its bands may be linked together to
+/// where they are kept.
+bool liesWithHeader(const std::string& file, const std::string& header) {
+    const std::string real = realPath(file);
+    return !real.empty() && (directoryOf(real) == realPath(directoryOf(header) + "/") ||
+                             directoryOf(real) == directoryOf(realPath(header)));
+}
+
+Refusal unsafe(const char* why, const std::string& name) {
+    return {Refusal::Kind::Unsafe, why + (": " + name)};
 }
 
 }  // namespace
 
-std::string whyNotSafeBeside(const std::string& header, const std::vector<std::string>& names) {
-    std::error_code error;
-    const fs::path path = fs::absolute(header, error);
-    fs::directory_iterator entries(path.parent_path(), error);
-    for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
-        const std::string name = entries->path().filename().string();
+bool equalIgnoringCase(std::string_view one, std::string_view other) {
+    return std::equal(one.begin(), one.end(), other.begin(), other.end(),
+                      [](char a, char b) { return lowered(a) == lowered(b); });
+}
+
+std::optional<Refusal> whyNotSafeBeside(const std::string& header,
+                                        const std::vector<std::string>& names) {
+    const auto outside = std::find_if_not(names.begin(), names.end(), isPlainFileName);
+    if (outside != names.end()) {
+        return unsafe("the header names a file outside its directory", *outside);
+    }
+    const std::string folder = directoryOf(header) + "/";
+    const std::string headerName = header.substr(folder.size());
+    const Directory directory(opendir(folder.c_str()));
+    if (!directory) {
+        return Refusal{Refusal::Kind::Unreadable,
+                       std::string("its directory cannot be listed: ") + std::strerror(errno)};
+    }
+    while (const dirent* entry = readdir(directory.get())) {
+        const std::string name = entry->d_name;
         const bool named = isNamed(name, names);
-        if (!named && !mayBeMadeUp(name, path)) {
+        struct stat status {};
+        if ((!named && !mayBeMadeUp(name, headerName)) ||
+            fstatat(dirfd(directory.get()), name.c_str(), &status, 0) != 0 ||
+            (S_ISDIR(status.st_mode) && !named)) {
             continue;
         }
-        std::error_code gone;
-        const fs::file_status status = entries->status(gone);
-        if (!fs::exists(status) || (fs::is_directory(status) && !named)) {
-            continue;
+        if (!S_ISREG(status.st_mode)) {
+            return unsafe("not a regular file", name);
         }
-        if (!fs::is_regular_file(status)) {
-            return "not a regular file: " + name;
-        }
-        if (entries->is_symlink(gone) && !liesWithHeader(entries->path(), path)) {
-            return "leads out of the header's directory: " + name;
+        const bool isLink =
+            fstatat(dirfd(directory.get()), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+            S_ISLNK(status.st_mode);
+        if (isLink && !liesWithHeader(folder + name, header)) {
+            return unsafe("leads out of the header's directory", name);
         }
     }
-    return error ? "its directory cannot be listed: " + error.message() : "";
+    return std::nullopt;
 }
 
 }  // namespace Pyxis

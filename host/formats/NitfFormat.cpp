@@ -1,15 +1,11 @@
-#include <cpl_string.h>
-
-#include <algorithm>
-#include <cstdlib>
-#include <cstring>
+#include <cstdint>
 #include <string>
+#include <utility>
 
-#include "host/formats/GdalFormat.h"
+#include "host/formats/Formats.h"
+#include "host/formats/FrameProperties.h"
+#include "host/formats/GeoCorrelation.h"
 #include "host/formats/NitfSubheader.h"
-#include "host/gdal/GdalProperties.h"
-#include "host/gdal/OpenedFile.h"
-#include "host/gdal/PixelWindow.h"
 
 namespace Pyxis {
 namespace {
@@ -17,96 +13,97 @@ namespace {
 /// Each image segment keeps the file open once more, so there is a limit to how many are shown.
 constexpr int kMaxSegments = 64;
 
+bool recognise(std::string_view head) {
+    return head.starts_with("NITF") || head.starts_with("NSIF");
+}
+
 /// The image subheader that a dataset was opened from, which GDAL hands out as its length and its
 /// bytes in base 64.
-std::string imageSubheader(GDALDataset& dataset) {
-    const char* item = dataset.GetMetadataItem("NITFImageSubheader", "NITF_METADATA");
-    const char* encoded = item != nullptr ? std::strchr(item, ' ') : nullptr;
-    if (encoded == nullptr) {
-        return {};
-    }
-    std::string bytes = encoded + 1;
-    const int length = CPLBase64DecodeInPlace(reinterpret_cast<GByte*>(bytes.data()));
-    bytes.resize(static_cast<std::size_t>(std::max(length, 0)));
-    return bytes;
+std::string imageSubheader(const Dataset& dataset) {
+    const std::string item = dataset.item("NITFImageSubheader", "NITF_METADATA").value_or("");
+    const std::size_t blank = item.find(' ');
+    return blank == std::string::npos ? std::string() : decodedBase64(item.substr(blank + 1));
 }
 
 /// Adds the bands of an image segment with their letters; a band without one has an empty text.
-void addSegment(OpenedFile& file, GDALDataset& dataset, bool version20) {
-    file.addBandsOf(dataset, bandRepresentations(imageSubheader(dataset), version20));
+void addSegment(RasterFacts& facts, const Dataset& dataset, bool version20) {
+    const std::vector<std::string> letters =
+        bandRepresentations(imageSubheader(dataset), version20);
+    std::size_t band = 0;
+    for (FrameFacts& frame : dataset.frames()) {
+        if (band < letters.size()) {
+            frame.ownText = letters[band++];
+        }
+        facts.frames.push_back(std::move(frame));
+    }
 }
 
 /// Whether a segment whose last bytes seem to be missing can be read to its end. The decoders of
 /// compressed segments make up what is missing.
-bool isWhole(GDALDataset& dataset) {
-    const char* item = dataset.GetMetadataItem("NITF_IC");
-    const std::string_view compression = item != nullptr ? item : "";
-    return (compression == "NC" || compression == "NM") && canReadLastPixel(dataset);
+bool isWhole(const Dataset& dataset) {
+    const std::string compression = dataset.item("NITF_IC").value_or("");
+    return (compression == "NC" || compression == "NM") && dataset.canReadLastPixel();
 }
 
-class NitfFormat final : public GdalFormat {
-  public:
-    const FormatTexts& texts() const override {
-        static const FormatTexts kTexts = {
-            "NITF",
-            "National Imagery Transmission Format and NATO Secondary Imagery Format",
-            {"ntf", "nitf", "nsf"},
-            {FormatFeature::Compression, FormatFeature::ReducedResolutions, FormatFeature::Palette,
-             FormatFeature::Tiling},
-            "Band Representation",
-            10};
-        return kTexts;
+Expected<RasterFacts> load(const SourceFile& file, DatasetHandle& handle) {
+    const Expected<Dataset> first = handle.open();
+    if (!first) {
+        return first.refusal();
     }
-    const char* driver() const override { return "NITF"; }
-    bool matches(std::string_view head) const override {
-        return head.substr(0, 4) == "NITF" || head.substr(0, 4) == "NSIF";
-    }
-    KnownFacts knownFacts(const std::string& /*path*/, const FileHead& head) const override {
-        KnownFacts facts;
-        facts.lastBlock = PixelBlock{0, endOfImages(head.bytes)};
+    const bool mayBeCut = endOfImages(file.head.bytes) > file.head.state.size;
+    const bool version20 = isVersion20(first->item("NITF_FHDR").value_or(""));
+    const int segments = first->numItems("SUBDATASETS") / 2;  // a name and a text each
+    RasterFacts facts;
+    if (segments < 2) {
+        if (mayBeCut && !isWhole(*first)) {
+            return damaged("the file is cut short");
+        }
+        addSegment(facts, *first, version20);
         return facts;
     }
-    std::string load(OpenedFile& file) const override;
-    void describe(OpenedFile& file, int frame, GdalPropertySet& properties) const override;
-};
-
-std::string NitfFormat::load(OpenedFile& file) const {
-    GDALDataset& first = file.mainDataset();
-    const bool mayBeCut = !file.known().lastBlock->isWithin(file.size());
-    const char* version = first.GetMetadataItem("NITF_FHDR");
-    const bool version20 = version != nullptr && isVersion20(version);
-    const int segments = CSLCount(first.GetMetadata("SUBDATASETS")) / 2;  // a name and a text each
-    if (segments < 2) {
-        addSegment(file, first, version20);
-        return mayBeCut && !isWhole(first) ? "the file is cut short" : "";
-    }
     if (segments > kMaxSegments) {
-        return "holds more than " + std::to_string(kMaxSegments) + " image segments";
+        return Refusal{Refusal::Kind::Unsafe,
+                       "holds more than " + std::to_string(kMaxSegments) + " image segments"};
     }
     for (int i = 0; i < segments; ++i) {
-        if (GDALDataset* segment = file.openPart("NITF_IM:" + std::to_string(i) + ":%s")) {
-            if (mayBeCut && !isWhole(*segment)) {
-                return "the file is cut short";
-            }
-            addSegment(file, *segment, version20);
+        const auto segment = handle.openPart("NITF_IM:" + std::to_string(i) + ":");
+        if (!segment) {
+            continue;
         }
+        if (mayBeCut && !isWhole(*segment)) {
+            return damaged("the file is cut short");
+        }
+        addSegment(facts, *segment, version20);
     }
-    return {};
+    return facts;
 }
 
-void NitfFormat::describe(OpenedFile& file, int frame, GdalPropertySet& properties) const {
-    if (const auto facts = file.geoFacts(frame)) {
-        properties.append(correlationOf(facts).get());
-    }
-    const GdalStringProperty letter(texts().ownProperty, "What the band shows, as a code letter",
-                                    file.frame(frame).ownText);
+constexpr const char* kLetter = "Band Representation";
+
+void describe(RasterFile& file, int frame, FrameProperties& properties) {
+    properties.append(correlationOf(file.place(frame)).get());
+    const TextProperty letter(kLetter, "What the band shows, as a code letter",
+                              file.frame(frame).ownText);
     properties.append(&letter);
 }
 
 }  // namespace
 
-const GdalFormat& nitfFormat() {
-    static const NitfFormat format;
+const Format& nitfFormat() {
+    static const Format format = {
+        .name = "NITF",
+        .description = "National Imagery Transmission Format and NATO Secondary Imagery Format",
+        .extensions = {"ntf", "nitf", "nsf"},
+        .features = {FormatFeature::Compression, FormatFeature::ReducedResolutions,
+                     FormatFeature::Palette, FormatFeature::Tiling},
+        .interface = Format::Interface::Nitf,
+        .ownProperty = kLetter,
+        .ownPropertyNumber = 10,
+        .driver = "NITF",
+        .recognise = recognise,
+        .load = load,
+        .describe = describe,
+    };
     return format;
 }
 

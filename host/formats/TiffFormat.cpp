@@ -1,11 +1,13 @@
-#include <cpl_conv.h>
-
+#include <algorithm>
 #include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <optional>
+#include <utility>
 
-#include "host/formats/GdalFormat.h"
-#include "host/gdal/GdalProperties.h"
-#include "host/gdal/OpenedFile.h"
-#include "host/gdal/PixelWindow.h"
+#include "host/formats/Formats.h"
+#include "host/formats/FrameProperties.h"
+#include "host/formats/GeoCorrelation.h"
 #include "host/tiff/TiffDirectory.h"
 
 namespace Pyxis {
@@ -18,129 +20,144 @@ constexpr std::array kMagics = {"II\x2a\x00"sv, "MM\x00\x2a"sv, "II\x2b\x00"sv, 
 
 constexpr std::string_view kBandListHead = "{\n  bandList = \n";
 
+bool recognise(std::string_view head) {
+    return std::find(kMagics.begin(), kMagics.end(), head.substr(0, 4)) != kMagics.end();
+}
+
 /// The last block of the last band; none where GDAL gives no place for it.
-std::optional<PixelBlock> lastBlockOf(OpenedFile& file) {
-    const std::optional<PixelBlock>& known = file.known().lastBlock;
-    if (!file.isOpen()) {
-        return known;
-    }
-    GDALDataset& dataset = file.mainDataset();
-    GDALRasterBand& band = *dataset.GetRasterBand(dataset.GetRasterCount());
-    int width = 1;
-    int height = 1;
-    band.GetBlockSize(&width, &height);
-    const int column = (band.GetXSize() - 1) / width;
-    const int row = (band.GetYSize() - 1) / height;
+std::optional<PixelBlock> lastBlockOf(const Dataset& dataset, const FrameFacts& last,
+                                      const KnownFacts& known) {
+    const int column = (last.width - 1) / last.blockWidth;
+    const int row = (last.height - 1) / last.blockHeight;
     const std::uint64_t blocks = (std::uint64_t(column) + 1) * (std::uint64_t(row) + 1);
     // GDAL reads an only block in parts where it is large.
-    const std::uint64_t knownBlocks = file.known().blocks;
-    if (dataset.GetRasterCount() == 1 && (knownBlocks == blocks || knownBlocks == 1)) {
-        return known;
+    if (dataset.numBands() == 1 && (known.blocks == blocks || known.blocks == 1)) {
+        return known.lastBlock;
     }
     const std::string place = std::to_string(column) + "_" + std::to_string(row);
-    const char* offset = band.GetMetadataItem(("BLOCK_OFFSET_" + place).c_str(), "TIFF");
-    const char* size = band.GetMetadataItem(("BLOCK_SIZE_" + place).c_str(), "TIFF");
-    if (offset == nullptr || size == nullptr) {
+    const auto offset = dataset.bandItem(last.band, ("BLOCK_OFFSET_" + place).c_str(), "TIFF");
+    const auto size = dataset.bandItem(last.band, ("BLOCK_SIZE_" + place).c_str(), "TIFF");
+    if (!offset || !size) {
         return std::nullopt;
     }
-    return PixelBlock{std::strtoull(offset, nullptr, 10), std::strtoull(size, nullptr, 10)};
+    return PixelBlock{std::strtoull(offset->c_str(), nullptr, 10),
+                      std::strtoull(size->c_str(), nullptr, 10)};
 }
 
 /// Whether the file was cut short. It keeps its directory when that stands before the pixels, or
 /// loses the end of it; the last block tells, as writers put the blocks in order. Some writers
 /// state the length of a full block for the last one, so GDAL has the last word.
-bool endsBeforePixels(OpenedFile& file) {
-    const std::optional<PixelBlock> last = lastBlockOf(file);
+bool endsBeforePixels(const Dataset& dataset, const FrameFacts& lastFrame, const KnownFacts& known,
+                      std::uint64_t fileSize) {
+    const std::optional<PixelBlock> last = lastBlockOf(dataset, lastFrame, known);
     const bool isSparse = last && last->offset == 0 && last->length == 0;
-    const bool isThere = last && last->length != 0 && last->isWithin(file.size());
-    return file.isOpen() && !isSparse && !isThere && !canReadLastPixel(file.mainDataset());
+    const bool isThere = last && last->length != 0 && last->isWithin(fileSize);
+    return !isSparse && !isThere && !dataset.canReadLastPixel();
 }
 
 /// Whether GDAL takes georeferences from the file itself, as it does unless told otherwise.
 bool usesOwnGeoreference() {
-    static const bool uses = CPLGetConfigOption("GDAL_GEOREF_SOURCES", nullptr) == nullptr;
+    static const bool uses = !gdalOption("GDAL_GEOREF_SOURCES");
     return uses;
 }
 
-class TiffFormat : public GdalFormat {
-  public:
-    const FormatTexts& texts() const override {
-        static const FormatTexts kTexts = {
-            "TIFF",
-            "Tagged Image File Format, with GeoTIFF georeference",
-            {"tif", "tiff"},
-            {FormatFeature::Compression, FormatFeature::ReducedResolutions, FormatFeature::Palette,
-             FormatFeature::Tiling},
-            "Image Description",
-            9};
-        return kTexts;
+FrameFacts frameOf(const KnownRaster& raster) {
+    FrameFacts facts;
+    facts.band = 1;
+    facts.width = raster.width;
+    facts.height = raster.height;
+    facts.blockWidth = raster.blockWidth;
+    facts.blockHeight = raster.blockHeight;
+    facts.format = raster.format;
+    facts.bits = raster.bits;
+    facts.sampleType = sampleTypeName(raster.format, raster.bits);
+    return facts;
+}
+
+Expected<RasterFacts> load(const SourceFile& file, DatasetHandle& handle) {
+    KnownFacts known = tiffFacts(file.absolutePath, file.head);
+    RasterFacts facts;
+    if (usesOwnGeoreference()) {
+        facts.place.transform = known.transform;
     }
-    const char* driver() const override { return "GTiff"; }
-    bool matches(std::string_view head) const override {
-        return std::find(kMagics.begin(), kMagics.end(), head.substr(0, 4)) != kMagics.end();
+    facts.place.systemKey = std::move(known.systemKey);
+    facts.place.projectedSystem = known.projectedSystem;
+    if (!known.mayNameOverviews) {
+        handle.setNamesNoOverviews();
     }
-    std::string load(OpenedFile& file) const override {
-        if (file.isOpen()) {
-            GDALDataset& dataset = file.mainDataset();
-            file.addBandsOf(dataset);
-            const char* description = file.known().mayHaveDescription
-                                          ? dataset.GetMetadataItem("TIFFTAG_IMAGEDESCRIPTION")
-                                          : nullptr;
-            file.setDescription(description != nullptr ? description : "");
-        } else {
-            file.addKnownRaster();
-        }
-        return file.numFrames() > 0 && endsBeforePixels(file) ? "the file is cut short" : "";
-    }
-    bool takesWorldFile() const override { return true; }
-    KnownFacts knownFacts(const std::string& path, const FileHead& head) const override {
-        KnownFacts facts = tiffFacts(path, head);
-        if (!usesOwnGeoreference()) {
-            facts.transform.reset();
-        }
+    if (known.raster && facts.place.transform) {
+        facts.frames.push_back(frameOf(*known.raster));  // GDAL waits until pixels are asked for
         return facts;
     }
-    void describe(OpenedFile& file, int frame, GdalPropertySet& properties) const override {
-        if (const auto facts = file.geoFacts(frame)) {
-            const GdalGeoTiffCorrelation correlation(facts);
-            properties.append(&correlation);
-        }
-        const std::string& text = file.description();
-        if (!text.empty()) {
-            const GdalStringProperty description(texts().ownProperty,
-                                                 "Description of the image in its file", text);
-            properties.append(&description);
-        }
+    const Expected<Dataset> dataset = handle.open();
+    if (!dataset) {
+        return dataset.refusal();
     }
-};
+    facts.frames = dataset->frames(known.mayHaveColours);
+    if (known.mayHaveDescription) {
+        facts.description = dataset->item("TIFFTAG_IMAGEDESCRIPTION").value_or("");
+    }
+    if (!facts.frames.empty() &&
+        endsBeforePixels(*dataset, facts.frames.back(), known, file.head.state.size)) {
+        return damaged("the file is cut short");
+    }
+    placeByWorldFile(facts, *dataset, handle);
+    return facts;
+}
 
-class QuickBirdFormat final : public TiffFormat {
-  public:
-    const FormatTexts& texts() const override {
-        static const FormatTexts kTexts = [this] {
-            FormatTexts texts = TiffFormat::texts();
-            texts.name = "QuickBird TIFF";
-            texts.description = "TIFF whose image description holds a band list";
-            return texts;
-        }();
-        return kTexts;
+constexpr const char* kDescription = "Image Description";
+
+void describe(RasterFile& file, int frame, FrameProperties& properties) {
+    if (const auto place = file.place(frame)) {
+        const CornerCorrelation correlation(place);
+        properties.append(&correlation);
     }
-    std::string_view reject(const OpenedFile& file) const override {
-        return file.description().starts_with(kBandListHead)
-                   ? ""sv
-                   : "the image description holds no band list"sv;
+    const std::string& text = file.facts().description;
+    if (!text.empty()) {
+        const TextProperty description(kDescription, "Description of the image in its file", text);
+        properties.append(&description);
     }
-};
+}
+
+std::string_view holdsNoBandList(const RasterFacts& facts) {
+    return facts.description.starts_with(kBandListHead)
+               ? ""sv
+               : "the image description holds no band list"sv;
+}
+
+Format makeTiffFormat() {
+    return {
+        .name = "TIFF",
+        .description = "Tagged Image File Format, with GeoTIFF georeference",
+        .extensions = {"tif", "tiff"},
+        .features = {FormatFeature::Compression, FormatFeature::ReducedResolutions,
+                     FormatFeature::Palette, FormatFeature::Tiling},
+        .interface = Format::Interface::Tiff,
+        .ownProperty = kDescription,
+        .ownPropertyNumber = 9,
+        .driver = "GTiff",
+        .recognise = recognise,
+        .load = load,
+        .describe = describe,
+    };
+}
 
 }  // namespace
 
-const GdalFormat& tiffFormat() {
-    static const TiffFormat format;
+const Format& tiffFormat() {
+    static const Format format = makeTiffFormat();
     return format;
 }
 
-const GdalFormat& quickBirdFormat() {
-    static const QuickBirdFormat format;
+const Format& quickBirdFormat() {
+    static const Format format = [] {
+        Format quickBird = makeTiffFormat();
+        quickBird.name = "QuickBird TIFF";
+        quickBird.description = "TIFF whose image description holds a band list";
+        quickBird.interface = Format::Interface::QuickBird;
+        quickBird.reject = holdsNoBandList;
+        return quickBird;
+    }();
     return format;
 }
 

@@ -1,46 +1,17 @@
 #include "host/gdal/PixelWindow.h"
 
+#include <gdal_priv.h>
+
 #include <algorithm>
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <iterator>
 #include <optional>
 #include <vector>
 
+#include "host/gdal/SampleTypes.h"
+
 namespace Pyxis {
 namespace {
-
-struct SampleType {
-    SampleFormat format;
-    std::int32_t bits;
-    GDALDataType type;
-};
-
-/// What a buffer may hold. The first entry with a format and size is the one meant.
-constexpr SampleType kSampleTypes[] = {
-    {SampleFormat::UnsignedInteger, 8, GDT_Byte},
-    {SampleFormat::UnsignedInteger, 16, GDT_UInt16},
-    {SampleFormat::UnsignedInteger, 32, GDT_UInt32},
-    {SampleFormat::UnsignedInteger, 64, GDT_UInt64},
-    {SampleFormat::SignedInteger, 16, GDT_Int16},
-    {SampleFormat::SignedInteger, 32, GDT_Int32},
-    {SampleFormat::SignedInteger, 64, GDT_Int64},
-    {SampleFormat::Complex, 32, GDT_CInt16},
-    {SampleFormat::Complex, 64, GDT_CFloat32},
-    {SampleFormat::Complex, 64, GDT_CInt32},
-    {SampleFormat::Complex, 128, GDT_CFloat64},
-    {SampleFormat::FloatingPoint, 32, GDT_Float32},
-    {SampleFormat::FloatingPoint, 64, GDT_Float64},
-};
-
-/// Bytes that are meant signed; this version of GDAL has no type for them.
-bool holdsSignedBytes(GDALRasterBand& band) {
-    const char* meaning = band.GetMetadataItem("PIXELTYPE", "IMAGE_STRUCTURE");
-    return band.GetRasterDataType() == GDT_Byte && meaning != nullptr &&
-           EQUAL(meaning, "SIGNEDBYTE");
-}
 
 /// The type that the buffer shall hold; none when there is no such type or GDAL would convert to
 /// it wrongly.
@@ -128,25 +99,6 @@ bool readReduced(GDALRasterBand& band, const PixelRequest& request, GDALDataType
 
 }  // namespace
 
-std::optional<GDALDataType> sampleTypeOf(SampleFormat format, std::int32_t bits) {
-    const auto* found = std::find_if(std::begin(kSampleTypes), std::end(kSampleTypes),
-                                     [format, bits](const SampleType& sample) {
-                                         return sample.format == format && sample.bits == bits;
-                                     });
-    return found != std::end(kSampleTypes) ? std::optional(found->type) : std::nullopt;
-}
-
-SampleFormat sampleFormatOf(GDALRasterBand& band) {
-    if (holdsSignedBytes(band)) {
-        return SampleFormat::SignedInteger;
-    }
-    const GDALDataType type = band.GetRasterDataType();
-    const auto* found =
-        std::find_if(std::begin(kSampleTypes), std::end(kSampleTypes),
-                     [type](const SampleType& sample) { return sample.type == type; });
-    return found == std::end(kSampleTypes) ? SampleFormat::UnsignedInteger : found->format;
-}
-
 bool readWindow(GDALRasterBand& band, SampleFormat format, const PixelRequest& request,
                 bool overviews) {
     const std::optional<GDALDataType> type = bufferType(band.GetRasterDataType(), format, request);
@@ -166,21 +118,6 @@ bool readWindow(GDALRasterBand& band, SampleFormat format, const PixelRequest& r
     return band.RasterIO(GF_Read, request.x, request.y, request.width, request.height,
                          request.buffer, request.bufferWidth, request.bufferHeight, *type,
                          strides->pixel, strides->line, nullptr) == CE_None;
-}
-
-bool canReadLastPixel(GDALDataset& dataset) {
-    constexpr double kMostBytes = 64.0 * 1024 * 1024;
-    GDALRasterBand& band = *dataset.GetRasterBand(dataset.GetRasterCount());
-    int width = 1;
-    int height = 1;
-    band.GetBlockSize(&width, &height);
-    std::array<std::byte, 2 * sizeof(double)> pixel{};
-    const GDALDataType type = band.GetRasterDataType();
-    // One block may hold the samples of all bands.
-    return 1.0 * width * height * dataset.GetRasterCount() * GDALGetDataTypeSizeBytes(type) <=
-               kMostBytes &&
-           band.RasterIO(GF_Read, band.GetXSize() - 1, band.GetYSize() - 1, 1, 1, pixel.data(), 1,
-                         1, type, 0, 0, nullptr) == CE_None;
 }
 
 }  // namespace Pyxis

@@ -9,7 +9,7 @@
 #include "codec/KestMultispectralCodec.h"
 #include "host/DirectoryFileFinder.h"
 #include "host/Text.h"
-#include "host/formats/StandardCodecs.h"
+#include "host/codecs/StandardCodecs.h"
 #include "sets/ComponentList.h"
 #include "tests/fakes/Rasters.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/formats/RasterSource.h"
+#include "host/codecs/RasterSource.h"
 #include "pyxis/Geometry.h"
 #include "tool/scene/OpenedSet.h"
 

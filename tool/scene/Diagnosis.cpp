@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "host/Text.h"
+#include "host/codecs/Readability.h"
 #include "pyxis/FileReadDescriptor.h"
 #include "tool/scene/Words.h"
 #include "tool/terminal/Interrupt.h"
@@ -38,6 +39,12 @@ std::string cornerText(const kest::MembershipFinding& finding) {
     return text.data();
 }
 
+std::string whyNotGeoreferenced(const std::string& path) {
+    const std::string unread = Pyxis::unreadGeoreference(Pyxis::fileSpecifier(path));
+    return "it is not georeferenced" +
+           (unread.empty() ? std::string() : "; " + unread + " beside it is not read");
+}
+
 void explainMeasureFault(kest::MeasureFault fault, ComponentDiagnosis& result) {
     const int frame = result.component.frame;
     switch (fault) {
@@ -59,7 +66,7 @@ void explainMeasureFault(kest::MeasureFault fault, ComponentDiagnosis& result) {
         case kest::MeasureFault::NoProperties:
         case kest::MeasureFault::NoGeoreference:
             result.verdict = Verdict::NoGeoreference;
-            result.detail = "it is not georeferenced";
+            result.detail = whyNotGeoreferenced(result.component.path);
             break;
     }
 }

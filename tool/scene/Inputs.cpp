@@ -10,7 +10,7 @@
 
 #include "codec/strings/BufferText.h"
 #include "host/Text.h"
-#include "host/formats/Readability.h"
+#include "host/codecs/Readability.h"
 #include "pyxis/FileReadDescriptor.h"
 #include "pyxis/ReadImageFile.h"
 #include "sets/ComponentList.h"

@@ -7,7 +7,7 @@
 #include "codec/KestMultispectralCodec.h"
 #include "host/CodecRegistry.h"
 #include "host/DirectoryFileFinder.h"
-#include "host/formats/StandardCodecs.h"
+#include "host/codecs/StandardCodecs.h"
 
 namespace kestms {
 

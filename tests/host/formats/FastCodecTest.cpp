@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "host/formats/Readability.h"
+#include "host/codecs/Readability.h"
 #include "tests/host/formats/Opened.h"
 #include "tool/samples/FastHeaderText.h"
 

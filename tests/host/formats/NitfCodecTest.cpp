@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/formats/Readability.h"
+#include "host/codecs/Readability.h"
 #include "tests/host/formats/Opened.h"
 
 namespace {

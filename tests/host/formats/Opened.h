@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "host/Text.h"
-#include "host/formats/StandardCodecs.h"
+#include "host/codecs/StandardCodecs.h"
 #include "pyxis/ComponentCodecs.h"
 #include "pyxis/FileReadDescriptor.h"
 #include "pyxis/FormatCodecGeoCorrelation.h"

@@ -5,6 +5,7 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 
+#include "host/codecs/Readability.h"
 #include "tests/host/formats/Opened.h"
 
 namespace {
@@ -131,6 +132,27 @@ TEST_F(SideFiles, AWorldFileThatIsNoFileIsPassedOver) {
     EXPECT_EQ(Opened(path).place(), "none");
     fakes::writeFile(directory / "lost.wld", "1\n0\n0\n-1\n0.5\n7.5\n");
     EXPECT_EQ(Opened(path).place(), "0 0, -1 ");
+}
+
+TEST_F(SideFiles, ThoseThatMayPlaceARasterAreNamedWhenTheyAreNotRead) {
+    const fakes::Raster raster{.transform = {}, .epsg = 0};
+    const FileSpecifier path = fileSpecifier(fakes::writeRaster(directory / "lost.tif", raster));
+    EXPECT_EQ(unreadGeoreference(path), "");
+    const char* const statistics = "<PAMDataset><PAMRasterBand band=\"1\"/></PAMDataset>";
+    ASSERT_EQ(mkfifo((directory / "lost.RPB").c_str(), 0600), 0);
+    const std::array<const char*, 2> cases[] = {
+        {"lost.tif.aux.xml", "<PAMDataset><GeoTransform>9,1,0,9,0,-1</GeoTransform></PAMDataset>"},
+        {"lost.tab", "!table\nDefinition Table\n  File \"lost.tif\"\n  Type \"RASTER\"\n"},
+        {"lost_rpc.txt", "LINE_OFF: 1\n"},
+        {"lost.tfw", "no numbers"},
+    };
+    for (const auto& [name, text] : cases) {
+        fakes::writeFile(directory / name, text);
+        EXPECT_EQ(unreadGeoreference(path), name);
+        std::filesystem::remove(directory / name);
+    }
+    fakes::writeFile(directory / "lost.tif.aux.xml", statistics);
+    EXPECT_EQ(unreadGeoreference(path), "");
 }
 
 }  // namespace

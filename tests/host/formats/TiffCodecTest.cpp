@@ -6,7 +6,7 @@
 #include <cstring>
 #include <limits>
 
-#include "host/formats/Readability.h"
+#include "host/codecs/Readability.h"
 #include "tests/host/formats/Opened.h"
 
 namespace {

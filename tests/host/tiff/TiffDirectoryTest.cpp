@@ -3,7 +3,7 @@
 #include <array>
 #include <random>
 
-#include "host/formats/Readability.h"
+#include "host/codecs/Readability.h"
 #include "tests/host/formats/Opened.h"
 #include "tests/host/tiff/TiffFile.h"
 

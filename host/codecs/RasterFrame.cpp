@@ -1,0 +1,130 @@
+#include "host/codecs/RasterFrame.h"
+
+#include <gdal_priv.h>
+
+#include <utility>
+#include <vector>
+
+#include "host/Guarded.h"
+#include "host/formats/Format.h"
+#include "host/formats/FrameProperties.h"
+#include "host/gdal/PixelWindow.h"
+
+namespace Pyxis {
+
+RasterFrame::RasterFrame(RasterPointer file, const Format& format, int index)
+    : file_(std::move(file)), format_(format), index_(index) {
+    const std::vector<std::uint8_t>& colours = facts().colours;
+    colourTable_ = {static_cast<std::int32_t>(colours.size() / 4), colours.data()};
+}
+
+GDALRasterBand* RasterFrame::bandIn(DatasetHandle::Use& use) const {
+    return use.band(facts().part, facts().band);
+}
+
+GDALRasterBand* RasterFrame::level(GDALRasterBand* band, int number) const {
+    if (number == 0) {
+        return band;
+    }
+    return number > 0 && number <= numOverviews(band) ? band->GetOverview(number - 1) : nullptr;
+}
+
+int RasterFrame::numOverviews(GDALRasterBand* band) const {
+    return band != nullptr && format_.hasOverviews ? band->GetOverviewCount() : 0;
+}
+
+bool RasterFrame::frameOp1(int number) {
+    DatasetHandle::Use use(file_->handle());
+    return level(bandIn(use), number) != nullptr;
+}
+
+int RasterFrame::getFrameIndex() const {
+    return index_;
+}
+
+void RasterFrame::frameOp3(std::int32_t* width, std::int32_t* height) {
+    if (width != nullptr) {
+        *width = facts().width;
+    }
+    if (height != nullptr) {
+        *height = facts().height;
+    }
+}
+
+std::int32_t RasterFrame::frameOp4() {
+    const PixelModel model =
+        facts().colours.empty() ? PixelModel::SingleChannel : PixelModel::Palette;
+    return static_cast<std::int32_t>(model);
+}
+
+std::int32_t RasterFrame::frameOp5() {
+    return 1;
+}
+
+std::int32_t RasterFrame::frameOp6() {
+    return facts().bits;
+}
+
+std::int32_t RasterFrame::frameOp7() {
+    return static_cast<std::int32_t>(facts().format);
+}
+
+std::int32_t RasterFrame::frameOp8() {
+    DatasetHandle::Use use(file_->handle());
+    return numOverviews(bandIn(use));
+}
+
+std::int32_t RasterFrame::frameOp9() {
+    return facts().blockWidth;
+}
+
+std::int32_t RasterFrame::frameOp10() {
+    return facts().blockHeight;
+}
+
+void RasterFrame::frameOp11(int channel, ChannelRange* range) {
+    if (channel != 0 || range == nullptr) {
+        return;
+    }
+    DatasetHandle::Use use(file_->handle());
+    GDALRasterBand* band = bandIn(use);
+    if (band == nullptr) {
+        return;
+    }
+    int hasNoData = FALSE;
+    range->minimum = band->GetMinimum(nullptr);
+    range->maximum = band->GetMaximum(nullptr);
+    range->noData = band->GetNoDataValue(&hasNoData);
+    range->hasNoData = hasNoData != FALSE;
+}
+
+const ColourTable* RasterFrame::frameOp12() {
+    return facts().colours.empty() ? nullptr : &colourTable_;
+}
+
+bool RasterFrame::frameOp13(int number, PixelRequest* request) {
+    return request != nullptr && guarded(false, [&] {
+               DatasetHandle::Use use(file_->handle());
+               GDALRasterBand* band = level(bandIn(use), number);
+               return band != nullptr &&
+                      readWindow(*band, facts().format, *request, format_.hasOverviews);
+           });
+}
+
+FormatCodecPropertySetIterator* RasterFrame::getProperties() {
+    return guarded<FormatCodecPropertySetIterator*>(nullptr, [this] {
+        auto properties = std::make_unique<FrameProperties>();
+        format_.describe(*file_, index_, *properties);
+        return properties.release();
+    });
+}
+
+void* RasterFrame::frameOp15(void* /*argument*/) {
+    return nullptr;
+}
+
+void* RasterFrame::frameOp16(int /*argument*/) {
+    return nullptr;
+}
+
+}  // namespace Pyxis

@@ -1,0 +1,95 @@
+#include "host/codecs/RasterImage.h"
+
+#include <unordered_set>
+#include <utility>
+
+#include "host/Guarded.h"
+#include "host/Text.h"
+#include "host/codecs/RasterFrame.h"
+
+namespace Pyxis {
+namespace {
+
+/// The images that exist. A caller may leave an image undeleted for good, so this list is never
+/// destroyed: it outlives every image.
+struct LiveImages {
+    std::mutex mutex;
+    std::unordered_set<RasterImage*> images;
+
+    static LiveImages& instance() {
+        static auto* const live = new LiveImages;
+        return *live;
+    }
+};
+
+}  // namespace
+
+RasterImage::RasterImage(const ImageFormatCodec& codec, const Format& format,
+                         const FileSpecifier& file, RasterPointer opened)
+    : codec_(&codec), format_(format), specifier_(file), opened_(std::move(opened)) {
+    LiveImages& live = LiveImages::instance();
+    const std::lock_guard<std::mutex> lock(live.mutex);
+    live.images.insert(this);
+}
+
+RasterImage::~RasterImage() {
+    LiveImages& live = LiveImages::instance();
+    const std::lock_guard<std::mutex> lock(live.mutex);
+    live.images.erase(this);
+}
+
+void RasterImage::closeAllOf(const ImageFormatCodec& codec) {
+    LiveImages& live = LiveImages::instance();
+    const std::lock_guard<std::mutex> lock(live.mutex);
+    for (RasterImage* image : live.images) {
+        if (image->codec_ == &codec) {
+            image->codec_ = nullptr;
+            image->opened_.reset();
+        }
+    }
+}
+
+RasterPointer RasterImage::opened() const {
+    const std::lock_guard<std::mutex> lock(LiveImages::instance().mutex);
+    return opened_;
+}
+
+const ImageFormatCodec* RasterImage::getCodec() const {
+    const std::lock_guard<std::mutex> lock(LiveImages::instance().mutex);
+    return codec_;
+}
+
+const FileSpecifier& RasterImage::getFileSpecifier() const {
+    return specifier_;
+}
+
+int RasterImage::getNumFiles() const {
+    const RasterPointer file = opened();
+    return file ? static_cast<int>(file->facts().otherFiles.size()) + 1 : 0;
+}
+
+FileSpecifier RasterImage::getFile(int index) const {
+    const RasterPointer file = opened();
+    if (!file || index < 0 || index >= RasterImage::getNumFiles()) {
+        return {};
+    }
+    if (index == 0) {
+        return specifier_;  // spelt as this caller did; the opened file may be another's
+    }
+    return fileSpecifier(file->facts().otherFiles[static_cast<std::size_t>(index) - 1]);
+}
+
+int RasterImage::getNumFrames() const {
+    const RasterPointer file = opened();
+    return file ? file->numFrames() : 0;
+}
+
+ReadImageFileFrameInterface* RasterImage::openFrame(int frameIndex) {
+    RasterPointer file = opened();
+    if (!file || frameIndex < 0 || frameIndex >= file->numFrames()) {
+        return nullptr;
+    }
+    return newOrNull<RasterFrame>(std::move(file), format_, frameIndex);
+}
+
+}  // namespace Pyxis

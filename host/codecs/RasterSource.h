@@ -1,0 +1,35 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "host/gdal/Export.h"
+#include "pyxis/FileSpecifier.h"
+
+namespace Pyxis {
+
+class RasterFile;
+
+/// How GDAL itself, and every program that stands on it, gets at a frame.
+struct RasterSource {
+    std::string prefix;    ///< goes before the file's path to make the dataset's name
+    int band = 0;          ///< from 1
+    std::string dataType;  ///< of the samples, GDAL's name for it
+};
+
+/// Codecs that know the sources of their frames.
+class RasterSources {
+  public:
+    virtual ~RasterSources();
+    /// Nothing when the codec does not read the file or it has no such frame.
+    virtual std::optional<RasterSource> source(const FileSpecifier& file, int frame) const = 0;
+};
+
+/// Nothing when the file has no such frame.
+std::optional<RasterSource> sourceOf(const RasterFile& file, int frame);
+
+/// The source of a frame, from the registered codec that reads the file, which still has it open if
+/// it was used of late; nothing when no component codec reads it or it has no such frame.
+PYXIS_CODECS_API std::optional<RasterSource> rasterSourceOf(const FileSpecifier& file, int frame);
+
+}  // namespace Pyxis

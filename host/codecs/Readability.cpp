@@ -1,0 +1,61 @@
+#include "host/codecs/Readability.h"
+
+#include <string_view>
+
+#include "host/Text.h"
+#include "host/cache/FileCache.h"
+#include "host/file/WorldFile.h"
+
+namespace Pyxis {
+namespace {
+
+/// Files that GDAL and other programs take georeferences from.
+struct SideFile {
+    std::string_view ending;
+    bool replacesExtension;  ///< else it follows the whole name
+    std::string_view mark;   ///< that the file holds when it places the raster
+};
+constexpr SideFile kSideFiles[] = {
+    {".aux.xml", false, "<GeoTransform>"},
+    {".aux.xml", false, "<GCPList"},
+    {".tab", true, "Type \"RASTER\""},
+    {".TAB", true, "Type \"RASTER\""},
+    {".RPB", true, ""},
+    {"_rpc.txt", true, ""},
+    {"_RPC.TXT", true, ""},
+    {".points", false, ""},
+};
+
+}  // namespace
+
+std::string whyNotReadable(const FileSpecifier& file) {
+    if (file.type() != FileSpecifier::Type::PlainFile) {
+        return "not a plain file";
+    }
+    const Expected<RasterPointer> opened = FileCache().open(toUtf8(file.string()));
+    return opened ? std::string() : opened.refusal().reason;
+}
+
+std::string unreadGeoreference(const FileSpecifier& file) {
+    const std::string path = toUtf8(file.string());
+    const std::size_t name = path.rfind('/') == std::string::npos ? 0 : path.rfind('/') + 1;
+    const std::size_t dot = path.rfind('.');
+    const bool hasExtension = dot != std::string::npos && dot > name;
+    for (const std::string& world : worldFilesOf(path)) {
+        if (readHead(world)) {
+            return world.substr(name);  // not of this format's, or it gives no place
+        }
+    }
+    for (const SideFile& side : kSideFiles) {
+        const std::string stem =
+            side.replacesExtension && hasExtension ? path.substr(0, dot) : path;
+        const std::string beside = stem + std::string(side.ending);
+        const Expected<FileHead> head = readHead(beside);
+        if (head && head->bytes.find(side.mark) != std::string::npos) {
+            return beside.substr(name);
+        }
+    }
+    return {};
+}
+
+}  // namespace Pyxis

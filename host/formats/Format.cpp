@@ -1,0 +1,82 @@
+#include "host/formats/Format.h"
+
+#include <memory>
+#include <utility>
+
+#include "host/file/WorldFile.h"
+#include "host/gdal/HandlePool.h"
+
+namespace Pyxis {
+
+Refusal damaged(std::string reason) {
+    return {Refusal::Kind::Damaged, std::move(reason)};
+}
+
+Refusal notOf(const Format& format) {
+    return {Refusal::Kind::OtherFormat, std::string("not a ") + format.name + " file"};
+}
+
+void placeByWorldFile(RasterFacts& facts, const Dataset& dataset, DatasetHandle& handle) {
+    // Looking for files that are not there costs more than the rest of opening.
+    if (!facts.place.transform && !dataset.hasTransform()) {
+        handle.watchWorldFiles();
+        facts.place.transform = readWorldFile(handle.path());
+    }
+}
+
+namespace {
+
+Expected<RasterPointer> load(const Format& format, const SourceFile& file) {
+    const ErrorCapture silent;
+    auto handle =
+        std::make_unique<DatasetHandle>(format.driver, file.absolutePath, file.head.state);
+    Expected<RasterFacts> facts = format.load(file, *handle);
+    if (!facts) {
+        const Refusal& refusal = facts.refusal();
+        return refusal.reason.empty() ? damaged(std::string("damaged ") + format.name + " file")
+                                      : refusal;
+    }
+    if (facts->frames.empty()) {
+        return damaged("holds no raster");
+    }
+    const bool hasKey = !facts->place.systemKey.empty();
+    auto raster = std::make_shared<RasterFile>(std::move(*facts), std::move(handle));
+    if (hasKey) {
+        // Cheap while the file is open; later it may have to open again.
+        raster->place(0);
+    }
+    raster->handle().loaded();
+    return raster;
+}
+
+template <typename Action>
+Expected<RasterPointer> withRoom(const Action& action) {
+    Expected<RasterPointer> raster = action();
+    if (!raster && HandlePool::instance().makeRoom()) {
+        return action();
+    }
+    return raster;
+}
+
+}  // namespace
+
+Expected<RasterPointer> loadRaster(const Format& format, SourceFile file) {
+    return withRoom([&] { return load(format, file); });
+}
+
+Expected<RasterPointer> loadRaster(const Format& format, const std::string& path) {
+    return withRoom([&]() -> Expected<RasterPointer> {
+        SourceFile file{path, absolutePath(path), {}};
+        Expected<FileHead> head = readHead(file.absolutePath);
+        if (!head) {
+            return head.refusal();
+        }
+        if (!format.recognise(head->bytes)) {
+            return notOf(format);
+        }
+        file.head = std::move(*head);
+        return load(format, file);
+    });
+}
+
+}  // namespace Pyxis

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "host/formats/Format.h"
+
+namespace Pyxis {
+
+/// All component formats, in the order in which their codecs are asked.
+const std::vector<const Format*>& formats();
+
+/// The format of a file that begins with these bytes; null when none recognises it. A format whose
+/// files are all of another one, too, is passed over.
+const Format* formatOf(std::string_view head);
+
+const Format& quickBirdFormat();
+const Format& tiffFormat();
+const Format& nitfFormat();
+const Format& fastFormat();
+
+}  // namespace Pyxis

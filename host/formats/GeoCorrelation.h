@@ -1,0 +1,83 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+
+#include "host/Text.h"
+#include "host/gdal/GeoFacts.h"
+#include "pyxis/FormatCodecGeoCorrelation.h"
+
+namespace Pyxis {
+
+/// The name and description of every geo-correlation here.
+struct GeoCorrelationTexts {
+    static constexpr const char* kName = "Geo-correlation";
+    static constexpr const char* kDescription = "Position of the raster in its coordinate system";
+};
+
+/// What all geo-correlations answer. `Base` is FormatCodecGeoCorrelation or GeoTiffCorrelation.
+template <typename Base>
+class GeoCorrelationBase : public Base {
+  public:
+    explicit GeoCorrelationBase(std::shared_ptr<const GeoFacts> facts) : facts_(std::move(facts)) {
+        this->setIdentifier(FormatCodecPropertyInterface::PropertyIdentifier::GeoCorrelation);
+        this->setDataType(FormatCodecPropertyInterface::PropertyDataType::GeoCorrelation);
+        this->setLevel(FormatCodecPropertyInterface::PropertyLevel::Frame);
+        this->nameText() = toWideBuffer(GeoCorrelationTexts::kName);
+        this->descriptionText() = toWideBuffer(GeoCorrelationTexts::kDescription);
+    }
+
+    void getOrigin(Point3d& origin) const override {
+        const Point2d corner = facts_->at(0, facts_->height);
+        origin = {corner.x, corner.y, 0.0};
+    }
+    void getPixelSize(Vector2d& size) const override { size = facts_->pixelSize(); }
+    void getRotation(double& radians) const override { radians = facts_->rotation(); }
+    /// Pixel sizes are in world units already; a mirrored raster grows downward from its origin.
+    void getUnitScale(Vector2d& scale) const override {
+        scale = Vector2d(1.0, facts_->mirrored() ? -1.0 : 1.0);
+    }
+    void getCoordinateSystem(StringBuffer& text) const override {
+        text = facts_->coordinateSystem().text;
+    }
+    bool hasCoordinateSystemCode() const override { return facts_->coordinateSystem().code > 0; }
+    void getCoordinateSystemCode(int& code) const override {
+        if (facts_->coordinateSystem().code > 0) {
+            code = facts_->coordinateSystem().code;
+        }
+    }
+    void getImageSize(std::int32_t& width, std::int32_t& height) const override {
+        width = facts_->width;
+        height = facts_->height;
+    }
+
+  protected:
+    const GeoFacts& facts() const { return *facts_; }
+
+  private:
+    std::shared_ptr<const GeoFacts> facts_;
+};
+
+/// For formats whose rasters are described by origin, pixel size and rotation.
+class OriginCorrelation final : public GeoCorrelationBase<FormatCodecGeoCorrelation> {
+  public:
+    using GeoCorrelationBase::GeoCorrelationBase;
+    OriginCorrelation* clone() const override;
+};
+
+/// With the corners as the geotransform has them, so that shear shows.
+class CornerCorrelation final : public GeoCorrelationBase<GeoTiffCorrelation> {
+  public:
+    using GeoCorrelationBase::GeoCorrelationBase;
+    CornerCorrelation* clone() const override;
+    Point2d getUpperLeft() const override { return facts().at(0, 0); }
+    Point2d getUpperRight() const override { return facts().at(facts().width, 0); }
+    Point2d getLowerLeft() const override { return facts().at(0, facts().height); }
+    Point2d getLowerRight() const override { return facts().at(facts().width, facts().height); }
+};
+
+/// The correlation of a format that has no class of its own for it: the one with the corners only
+/// where the other cannot tell them. Null for no facts.
+std::unique_ptr<FormatCodecGeoCorrelation> correlationOf(std::shared_ptr<const GeoFacts> facts);
+
+}  // namespace Pyxis

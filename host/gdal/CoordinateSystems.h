@@ -1,0 +1,29 @@
+#pragma once
+
+#include <functional>
+#include <future>
+#include <memory>
+
+#include "host/gdal/RasterFacts.h"
+#include "pyxis/StringBuffer.h"
+
+class GDALDataset;
+
+namespace Pyxis {
+
+struct CoordinateSystem {
+    StringBuffer text;  ///< wide: WKT2, on one line; empty when the file gives none
+    int code = 0;       ///< EPSG code; 0 when there is none
+};
+
+/// Never of null. Another thread may still be working it out.
+using SharedSystem = std::shared_future<std::shared_ptr<const CoordinateSystem>>;
+
+/// Opens the dataset of a raster where what is known does not do; null when its file is gone.
+using DatasetOpener = std::function<GDALDataset*()>;
+
+/// The coordinate system of a raster; not valid when its file is gone. Where the place has a key,
+/// only the first raster with that key has its system worked out.
+SharedSystem coordinateSystemOf(const PlaceFacts& place, const DatasetOpener& open);
+
+}  // namespace Pyxis

@@ -1,0 +1,119 @@
+#include "host/gdal/DatasetHandle.h"
+
+#include <gdal_priv.h>
+
+#include <utility>
+
+#include "host/Guarded.h"
+#include "host/gdal/HandlePool.h"
+#include "host/gdal/Opening.h"
+
+namespace Pyxis {
+
+void CloseDataset::operator()(GDALDataset* dataset) const {
+    GDALClose(dataset);
+}
+
+DatasetHandle::DatasetHandle(const char* driver, std::string path, const FileState& state)
+    : driver_(driver), path_(std::move(path)), stamp_{state, {}} {}
+
+DatasetHandle::~DatasetHandle() {
+    HandlePool::instance().forget(*this);
+    if (isOpen()) {
+        const ErrorCapture silent;
+        datasets_.clear();
+    }
+}
+
+bool DatasetHandle::hasChanged() const {
+    return stampOf(path_, !stamp_.worldFiles.empty()) != stamp_;
+}
+
+void DatasetHandle::watchWorldFiles() {
+    stamp_ = stampOf(path_, true);
+}
+
+Expected<DatasetPointer> DatasetHandle::openDataset(const std::string& prefix) const {
+    const ErrorCapture errors;
+    DatasetPointer dataset = openForReading(driver_, prefix + path_, path_, mayNameOverviews_);
+    if (!dataset) {
+        return Refusal{Refusal::Kind::Damaged, errors.message()};
+    }
+    return dataset;
+}
+
+Expected<Dataset> DatasetHandle::open() {
+    Expected<DatasetPointer> dataset = openDataset("");
+    if (!dataset) {
+        return dataset.refusal();
+    }
+    datasets_.push_back(std::move(*dataset));
+    return Dataset(*datasets_.front(), 0);
+}
+
+Expected<Dataset> DatasetHandle::openPart(const std::string& prefix) {
+    Expected<DatasetPointer> dataset = openDataset(prefix);
+    if (!dataset) {
+        return dataset.refusal();
+    }
+    prefixes_.push_back(prefix);
+    datasets_.push_back(std::move(*dataset));
+    return Dataset(*datasets_.back(), datasets_.size() - 1);
+}
+
+void DatasetHandle::loaded() {
+    if (isOpen()) {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        HandlePool::instance().used(*this);
+    }
+}
+
+bool DatasetHandle::closeIfIdle() {
+    const std::unique_lock<std::mutex> lock(mutex_, std::try_to_lock);
+    if (lock) {
+        const ErrorCapture silent;
+        datasets_.clear();
+    }
+    return lock.owns_lock();
+}
+
+/// False when the file has changed since it was first opened, so that what is known of it and its
+/// pixels would not agree.
+bool DatasetHandle::openAgain() {
+    if (isOpen()) {
+        return true;
+    }
+    if (hasChanged()) {
+        return false;
+    }
+    std::vector<DatasetPointer> datasets;
+    for (const std::string& prefix : prefixes_) {
+        Expected<DatasetPointer> dataset = openDataset(prefix);
+        if (!dataset && HandlePool::instance().makeRoom(this)) {
+            dataset = openDataset(prefix);
+        }
+        if (!dataset) {
+            return false;
+        }
+        datasets.push_back(std::move(*dataset));
+    }
+    datasets_ = std::move(datasets);
+    return true;
+}
+
+GDALDataset* DatasetHandle::Use::dataset(std::size_t part) noexcept {
+    return guarded<GDALDataset*>(nullptr, [&]() -> GDALDataset* {
+        if (!handle_.openAgain()) {
+            return nullptr;
+        }
+        HandlePool::instance().used(handle_);
+        return handle_.datasets_[part].get();
+    });
+}
+
+GDALRasterBand* DatasetHandle::Use::band(std::size_t part, int number) noexcept {
+    GDALDataset* open = dataset(part);
+    return open != nullptr ? open->GetRasterBand(number) : nullptr;
+}
+
+}  // namespace Pyxis

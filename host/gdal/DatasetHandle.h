@@ -1,0 +1,93 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "host/file/FileHead.h"
+#include "host/gdal/Dataset.h"
+#include "host/gdal/ErrorCapture.h"
+
+class GDALDataset;
+class GDALRasterBand;
+
+namespace Pyxis {
+
+struct CloseDataset {
+    void operator()(GDALDataset* dataset) const;
+};
+using DatasetPointer = std::unique_ptr<GDALDataset, CloseDataset>;
+
+/// GDAL's datasets of one file. They close when too many are open in the process, and open again
+/// when they are used, unless the file has changed meanwhile. Two threads may not use a dataset at
+/// once, so every use goes through `Use`.
+class DatasetHandle {
+  public:
+    /// `driver` is the only one of GDAL's that may open the file, and outlives the handle. `path`
+    /// is absolute.
+    DatasetHandle(const char* driver, std::string path, const FileState& state);
+    DatasetHandle(const DatasetHandle&) = delete;
+    DatasetHandle& operator=(const DatasetHandle&) = delete;
+    ~DatasetHandle();
+
+    const char* driver() const { return driver_; }
+    const std::string& path() const { return path_; }
+    /// Whether the file is another now than when it was first opened.
+    bool hasChanged() const;
+    /// Whether a change is sure to be noticed.
+    bool isSettled() const { return stamp_.settled(); }
+
+    /// Holds the datasets for this thread, open, and keeps GDAL silent.
+    class Use {
+      public:
+        explicit Use(DatasetHandle& handle) : handle_(handle), lock_(handle.mutex_) {}
+        Use(const Use&) = delete;
+        Use& operator=(const Use&) = delete;
+        /// Null when the file could not be opened again or has changed.
+        GDALDataset* dataset(std::size_t part) noexcept;
+        /// A band, from 1; null when the file could not be opened again or has changed.
+        GDALRasterBand* band(std::size_t part, int number) noexcept;
+
+      private:
+        DatasetHandle& handle_;
+        std::lock_guard<std::mutex> lock_;
+        ErrorCapture errors_;
+    };
+
+    /// Closes the datasets unless somebody is using them; returns whether they are closed.
+    bool closeIfIdle();
+
+    // While the file is loaded, by one thread.
+
+    /// The file names no other one as its overviews, so GDAL need not be asked.
+    void setNamesNoOverviews() { mayNameOverviews_ = false; }
+    /// From now on a change of the world files is one of the file.
+    void watchWorldFiles();
+    /// Opens the file itself, which is part 0.
+    Expected<Dataset> open();
+    /// Opens another dataset of the file by the driver's own name for it.
+    Expected<Dataset> openPart(const std::string& prefix);
+    bool isOpen() const { return !datasets_.empty(); }
+    /// Tells the pool of open files about this one.
+    void loaded();
+
+    /// What goes before the path to make the driver's name for a part; nothing for the file itself.
+    const std::string& prefix(std::size_t part) const { return prefixes_.at(part); }
+
+  private:
+    Expected<DatasetPointer> openDataset(const std::string& prefix) const;
+    bool openAgain();
+
+    const char* driver_;
+    std::string path_;
+    FileStamp stamp_;
+    bool mayNameOverviews_ = true;
+    std::vector<std::string> prefixes_ = {""};  // one a part
+
+    std::mutex mutex_;
+    std::vector<DatasetPointer> datasets_;  // of all parts, or of none
+};
+
+}  // namespace Pyxis

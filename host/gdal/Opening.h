@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+#include "host/gdal/DatasetHandle.h"
+
+namespace Pyxis {
+
+/// Opens `name`, which is the file `path` or the driver's name for a part of it, for reading with
+/// that driver only. GDAL writes nothing beside the file and reads nothing there. A file that names
+/// another one as its overviews is refused; `mayNameOverviews` is false where it cannot. Null on
+/// failure, with GDAL's words reported as its error.
+DatasetPointer openForReading(const char* driver, const std::string& name, const std::string& path,
+                              bool mayNameOverviews);
+
+}  // namespace Pyxis
