@@ -17,8 +17,8 @@ namespace fs = std::filesystem;
 namespace kestms {
 namespace {
 
-/// A list of ten million files; what is larger is not a list.
-constexpr std::size_t kMaximumBytes = std::size_t{1} << 30;
+/// A list of half a million files; what is larger is not a list.
+constexpr std::size_t kMaximumBytes = std::size_t{64} << 20U;
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view kLittleEndianMark = "\xFF\xFE";
@@ -35,12 +35,16 @@ std::string fromUtf16(std::string_view bytes, bool bigEndian) {
     return Pyxis::wideToUtf8(text);
 }
 
+bool isUtf16(std::string_view text) {
+    return text.starts_with(kLittleEndianMark) || text.starts_with(kBigEndianMark);
+}
+
 std::string decoded(std::string bytes) {
     const std::string_view text = bytes;
     if (text.starts_with(kUtf8Mark)) {
         return bytes.substr(kUtf8Mark.size());
     }
-    if (text.starts_with(kLittleEndianMark) || text.starts_with(kBigEndianMark)) {
+    if (isUtf16(text)) {
         return fromUtf16(text.substr(2), text.starts_with(kBigEndianMark));
     }
     return bytes;
@@ -52,8 +56,12 @@ std::string readText(std::istream& stream, const std::string& name) {
     std::string bytes;
     std::array<char, 65536> block{};
     while (stream.read(block.data(), block.size()) || stream.gcount() > 0) {
-        bytes.append(block.data(), static_cast<std::size_t>(stream.gcount()));
+        const std::string_view read(block.data(), static_cast<std::size_t>(stream.gcount()));
+        bytes.append(read);
         throwIfInterrupted();
+        if (!isUtf16(bytes) && read.find('\0') != std::string_view::npos) {
+            throw Failure(ExitCode::CannotRead, name, "not a text file");
+        }
         if (bytes.size() > kMaximumBytes) {
             throw Failure(ExitCode::CannotRead, name, "too long for a list of files");
         }

@@ -152,6 +152,33 @@ TEST(CommandLine, AnswersWrongUsageWithCodeTwo) {
     }
 }
 
+/// Standard input that has no end.
+class EndlessBuffer : public std::streambuf {
+  public:
+    std::size_t bytes() const { return bytes_; }
+
+  private:
+    int_type underflow() override {
+        setg(text_.data(), text_.data(), text_.data() + text_.size());
+        bytes_ += text_.size();
+        return traits_type::to_int_type(text_.front());
+    }
+
+    std::string text_ = std::string(65535, 'a') + "\n";
+    std::size_t bytes_ = 0;
+};
+
+TEST(CommandLine, RefusesListsWithoutAnEnd) {
+    const Outcome zeros = runTool({"info", "@/dev/zero"});
+    EXPECT_EQ(zeros.code, 3);
+    EXPECT_EQ(zeros.err, "kestms: /dev/zero: not a text file\n");
+    EndlessBuffer buffer;
+    const Outcome endless = runAsTheUser({"info", "-"}, std::istream(&buffer));
+    EXPECT_EQ(endless.code, 3);
+    EXPECT_EQ(endless.err, "kestms: standard input: too long for a list of files\n");
+    EXPECT_LE(buffer.bytes(), 65U << 20U);
+}
+
 /// Standard input on which the user waits, and then interrupts.
 class InterruptingBuffer : public std::streambuf {
     int_type underflow() override {
