@@ -11,12 +11,14 @@ namespace {
 
 BandDetails detailsOf(const BandRow& row) {
     const std::string_view name = row.commonName.empty() ? commonNameOf(row.type) : row.commonName;
-    return {std::string(name), row.spectrum};
+    return {std::string(name), row.spectrum, BandRole::Band};
 }
 
-std::optional<Identity> identify(int scheme, const BandFile& band) {
-    const Scheme* row = schemeOf(scheme);
-    return row == nullptr ? std::nullopt : row->identify(band);
+std::optional<Identity> identify(const SetNaming& naming, const Pyxis::FileSpecifier& file,
+                                 int frame, int ordinal) {
+    const Scheme* row = schemeOf(naming.scheme);
+    return row == nullptr ? std::nullopt
+                          : row->identify({file, frame, ordinal, naming.product.get()});
 }
 
 void write(const Name& name, Pyxis::StringBuffer& out) {
@@ -45,13 +47,13 @@ Identity::Identity(const BandRow& band, const BucketRow& bucket)
 void getBandTypeInfo(int scheme, int bandOrdinal, const Pyxis::FileSpecifier& component, int frame,
                      BandTypeInfo& out) {
     BandDetails details;
-    identifyBand(scheme, bandOrdinal, component, frame, out, details);
+    identifyBand({scheme, nullptr}, bandOrdinal, component, frame, out, details);
 }
 
-void identifyBand(int scheme, int bandOrdinal, const Pyxis::FileSpecifier& component, int frame,
-                  BandTypeInfo& out, BandDetails& details) {
+void identifyBand(const SetNaming& naming, int bandOrdinal, const Pyxis::FileSpecifier& component,
+                  int frame, BandTypeInfo& out, BandDetails& details) {
     const Pyxis::FileSpecifier file = componentAt(component, bandOrdinal);
-    const std::optional<Identity> identity = identify(scheme, {file, frame, bandOrdinal});
+    const std::optional<Identity> identity = identify(naming, file, frame, bandOrdinal);
     if (identity) {
         out.bandType = identity->type;
         out.bandAssignment = identity->assignment;
@@ -64,8 +66,14 @@ void identifyBand(int scheme, int bandOrdinal, const Pyxis::FileSpecifier& compo
 void getBucketInfo(int scheme, int bucketOrdinal, const Pyxis::FileSpecifier& component, int frame,
                    double /*vectorX*/, double /*vectorY*/, Pyxis::StringBuffer& bucketName,
                    int& bucketNumber) {
+    identifyBucket({scheme, nullptr}, bucketOrdinal, component, frame, bucketName, bucketNumber);
+}
+
+void identifyBucket(const SetNaming& naming, int bucketOrdinal,
+                    const Pyxis::FileSpecifier& component, int frame,
+                    Pyxis::StringBuffer& bucketName, int& bucketNumber) {
     const Pyxis::FileSpecifier file = componentAt(component, 0);
-    const std::optional<Identity> identity = identify(scheme, {file, frame, bucketOrdinal});
+    const std::optional<Identity> identity = identify(naming, file, frame, bucketOrdinal);
     if (identity) {
         write(identity->bucketName, bucketName);
         bucketNumber = identity->bucketNumber;

@@ -45,12 +45,16 @@ struct Spectrum {
     }
 };
 
+/// What a frame is to the scene. Everything but bands sorts behind them.
+enum class BandRole : std::int32_t { Band, Quality, Mask, Angle, Ancillary, Preview, Metadata };
+
 /// What is known of a band beyond what hosts are told.
 struct BandDetails {
     /// In the vocabulary of the STAC extension for electro-optical data (stac-extensions/eo,
     /// version 1.1); empty for a band without one.
     std::string commonName;
     std::optional<Spectrum> spectrum;  ///< nothing where the sensor is not known
+    BandRole role = BandRole::Band;
 };
 
 /// The common name of bands of a type; empty where the type alone does not tell it.

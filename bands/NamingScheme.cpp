@@ -8,6 +8,8 @@
 #include "bands/AsciiText.h"
 #include "bands/FileName.h"
 #include "bands/Scheme.h"
+#include "bands/catalogue/ProductCatalogue.h"
+#include "codec/strings/BufferText.h"
 
 namespace kest {
 namespace {
@@ -67,12 +69,30 @@ int namingSchemeOf(const std::vector<ComponentKind>& kinds) {
     return haveDistinctNumbers(kinds) ? SchemeNumbered : SchemeGeneric;
 }
 
+SetNaming nameSet(const ComponentList& components, const Pyxis::ImageFormatCodec* codec,
+                  Pyxis::FindFileInterface* finder) {
+    const int scheme = namingSchemeOf(classifyComponents(components));
+    const auto catalogue = currentCatalogue();
+    if (catalogue == nullptr || (scheme != SchemeGeneric && scheme != SchemeNumbered)) {
+        return {scheme, nullptr};
+    }
+    std::vector<std::u16string> paths;
+    for (int i = 0; i < components.count(); ++i) {
+        Pyxis::FileSpecifier file;
+        int frame = 0;
+        components.get(i, file, frame);
+        paths.push_back(wideText(file.string()));
+    }
+    auto product = catalogue->productOf(paths, codec, finder);
+    return {product ? int{SchemeCatalogue} : scheme, std::move(product)};
+}
+
 int getNamingScheme(const Pyxis::FileSpecifier& componentList) {
     return getNamingScheme(ComponentList(componentList));
 }
 
 int getNamingScheme(const ComponentList& components) {
-    return namingSchemeOf(classifyComponents(components));
+    return nameSet(components, nullptr, nullptr).scheme;
 }
 
 }  // namespace kest

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "pyxis/FileSpecifier.h"
+#include "pyxis/FindFileInterface.h"
+#include "pyxis/ImageFormatCodec.h"
 #include "sets/ComponentList.h"
 
 namespace kest {
@@ -18,6 +21,7 @@ enum NamingScheme : int {
     SchemeLandsat7Fast = 6,   ///< "L7" names with the extension ".FST"
     SchemeQuickBird = 7,      ///< QuickBird TIFF files
     SchemeNitf = 8,           ///< NITF files
+    SchemeCatalogue = 9,      ///< files of one scene of a product that the catalogue knows
 };
 
 /// What the scheme decision knows of one component.
@@ -28,10 +32,23 @@ struct ComponentKind {
 
 /// The kind of every component, in list order.
 std::vector<ComponentKind> classifyComponents(const ComponentList& components);
-/// The scheme that a set of such components follows.
+/// The scheme that a set of such components follows; never that of a catalogue.
 int namingSchemeOf(const std::vector<ComponentKind>& kinds);
 
-/// The scheme of the set that a compound specifier lists.
+struct Product;
+
+/// By what the bands of a set are named.
+struct SetNaming {
+    int scheme = SchemeNone;
+    std::shared_ptr<const Product> product;  ///< of SchemeCatalogue
+};
+
+/// How the bands of that set are named. With a `finder`, which gets `codec`, products are tried
+/// that need a witness beside their files.
+SetNaming nameSet(const ComponentList& components, const Pyxis::ImageFormatCodec* codec,
+                  Pyxis::FindFileInterface* finder);
+
+/// The scheme of the set that a compound specifier lists, without a finder.
 int getNamingScheme(const Pyxis::FileSpecifier& componentList);
 int getNamingScheme(const ComponentList& components);
 

@@ -7,13 +7,16 @@ namespace kest {
 
 void getReferenceName(int scheme, const Pyxis::FileSpecifier& componentList,
                       Pyxis::StringBuffer& out) {
-    getReferenceNameOfComponent(scheme, componentAt(componentList, 0), out);
+    getReferenceNameOfComponent({scheme, nullptr}, componentAt(componentList, 0), out);
 }
 
-void getReferenceNameOfComponent(int scheme, const Pyxis::FileSpecifier& component,
+void getReferenceNameOfComponent(const SetNaming& naming, const Pyxis::FileSpecifier& component,
                                  Pyxis::StringBuffer& out) {
-    if (const Scheme* row = schemeOf(scheme)) {
-        out = nameBuffer(row->referenceName(fileNameOf(component).name));
+    const Scheme* row = schemeOf(naming.scheme);
+    const auto name =
+        row == nullptr ? std::nullopt : row->referenceName({component, 0, 1, naming.product.get()});
+    if (name) {
+        out = nameBuffer(*name);
     }
 }
 

@@ -67,8 +67,12 @@ struct Identity {
 struct BandFile {
     const Pyxis::FileSpecifier& file;
     int frame = 0;
-    int ordinal = 0;  ///< number of bands, or of buckets, found so far plus one
+    int ordinal = 0;                   ///< number of bands, or of buckets, found so far plus one
+    const Product* product = nullptr;  ///< of a set that follows one of the catalogue
 };
+
+/// The file's name without directory and extension, as several schemes name a set.
+std::optional<std::u16string> fileNameAsReference(const BandFile& first);
 
 struct Scheme {
     NamingScheme number;
@@ -78,14 +82,14 @@ struct Scheme {
     bool (*matches)(const Pyxis::FileSpecifier& file, const platform::PathName& name);
     /// Nothing when the band cannot be told at all.
     std::optional<Identity> (*identify)(const BandFile& band);
-    /// The name that a set's bands share, by the file name of its first component.
-    std::u16string (*referenceName)(std::u16string_view fileName);
+    /// The name that a set's bands share, by its first component; nothing when there is none.
+    std::optional<std::u16string> (*referenceName)(const BandFile& first);
 };
 
 /// All schemes, those that are tried on every component first and in the order of trial.
 std::span<const Scheme* const> schemes();
 
-/// The scheme of that number; null outside 1 to 8.
+/// The scheme of that number; null outside 1 to 9.
 const Scheme* schemeOf(int number);
 
 /// The row of that code in a table; null when there is none.

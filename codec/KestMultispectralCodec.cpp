@@ -2,7 +2,9 @@
 
 #include <cstdlib>
 
+#include "bands/catalogue/ProductCatalogue.h"
 #include "codec/ApiVersion.h"
+#include "codec/strings/BufferText.h"
 #include "codec/strings/StringIds.h"
 #include "codec/strings/StringResources.h"
 #include "platform/Platform.h"
@@ -132,6 +134,25 @@ Pyxis::ReadImageFileInterface* Codec::cloneOpenImage(
 
 void Codec::setResourceFileName(const Pyxis::FileSpecifier& file) {
     kest::attempt([&] { kest::setResourceFileName(file); });
+}
+
+bool Codec::setProductCatalogue(const Pyxis::FileSpecifier& file, Pyxis::StringBuffer* reason) {
+    return kest::answerOr(false, [&] {
+        const auto fault = kest::setProductCatalogue(file);
+        if (reason != nullptr) {
+            *reason = kest::wideBuffer(kest::wideText(kest::narrowBuffer(fault.reason)));
+        }
+        return fault.reason.empty();
+    });
+}
+
+bool Codec::getBandDetails(const Pyxis::ReadImageFileInterface& image, int frame,
+                           BandDetails& details) const {
+    const auto* set = dynamic_cast<const KestMultispectralReadFile*>(&image);
+    if (set == nullptr || frame < 0 || frame >= set->getNumFrames()) {
+        return false;
+    }
+    return kest::attempt([&] { details = set->band(frame).details; });
 }
 
 bool Codec::getMultispectralPropertyName(MultispectralPropertyId id,

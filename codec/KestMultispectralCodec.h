@@ -1,5 +1,6 @@
 #pragma once
 
+#include "bands/BandTypes.h"
 #include "codec/strings/KestExport.h"
 #include "properties/MultispectralPropertyId.h"
 #include "pyxis/ImageFormatCodec.h"
@@ -10,6 +11,7 @@
 /// that other codecs of the host read. It only reads.
 class KEST_API KestMultispectralCodec : public Pyxis::ImageFormatCodec {
   public:
+    using BandDetails = kest::BandDetails;
     using InclusionData = kest::InclusionData;
     using MultispectralPropertyId = kest::MultispectralPropertyId;
 
@@ -48,6 +50,17 @@ class KEST_API KestMultispectralCodec : public Pyxis::ImageFormatCodec {
 
     /// Names the module that holds the plug-in's texts, for the whole process.
     void setResourceFileName(const Pyxis::FileSpecifier& file);
+    /// Names the catalogue of products by which sets are named that no naming scheme of old knows,
+    /// for the whole process: a document, or the documents that a compound specifier lists. An
+    /// empty specifier ends its use; without a catalogue all answers are as ever. False, with the
+    /// reason in English and no catalogue, when a document cannot be used. Opened images keep the
+    /// names that they have.
+    bool setProductCatalogue(const Pyxis::FileSpecifier& file,
+                             Pyxis::StringBuffer* reason = nullptr);
+    /// What is known of the band behind frame `frame` of an image that this codec opened, beyond
+    /// its properties: common name, spectrum, role. False for another image or frame.
+    bool getBandDetails(const Pyxis::ReadImageFileInterface& image, int frame,
+                        BandDetails& details) const;
     /// The name under which frames publish the property. False, with `name` untouched, for an id
     /// that there is not.
     bool getMultispectralPropertyName(MultispectralPropertyId id, Pyxis::StringBuffer& name) const;

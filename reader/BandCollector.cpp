@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <memory>
 #include <numeric>
+#include <utility>
 
 #include "bands/BandIdentification.h"
 #include "pyxis/ComponentCodecs.h"
@@ -39,8 +40,8 @@ int numberOf(std::size_t count) {
 
 }  // namespace
 
-BandCollector::BandCollector(int scheme, double tolerance)
-    : scheme_(scheme), bucketIndex_(tolerance) {}
+BandCollector::BandCollector(SetNaming naming, double tolerance)
+    : naming_(std::move(naming)), bucketIndex_(tolerance) {}
 
 void BandCollector::add(int index, const Pyxis::FileSpecifier& component, int frame,
                         const Pyxis::ImageFormatCodec& codec) {
@@ -101,8 +102,8 @@ int BandCollector::bucketOf(const Source& source) {
     }
     BucketRecord bucket;
     bucket.bucketVector = source.pixelSize;
-    getBucketInfo(scheme_, numberOf(buckets_.size()) + 1, source.file, source.frame,
-                  source.pixelSize.x, source.pixelSize.y, bucket.bucketName, bucket.bucketNumber);
+    identifyBucket(naming_, numberOf(buckets_.size()) + 1, source.file, source.frame,
+                   bucket.bucketName, bucket.bucketNumber);
     buckets_.push_back(bucket);
     bucketIndex_.add(source.pixelSize);
     return numberOf(buckets_.size()) - 1;
@@ -115,7 +116,7 @@ void BandCollector::addBand(int index, const Source& source, const Pyxis::ImageF
     band.indexInBucket = buckets_[static_cast<std::size_t>(band.bucketIndex)].bandCount++;
     band.codec = &codec;
     BandTypeInfo info;
-    identifyBand(scheme_, numberOf(bands_.size()) + 1, source.file, source.frame, info,
+    identifyBand(naming_, numberOf(bands_.size()) + 1, source.file, source.frame, info,
                  band.details);
     band.bandType = info.bandType;
     band.bandAssignment = info.bandAssignment;

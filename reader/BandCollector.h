@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "bands/NamingScheme.h"
 #include "pyxis/FileSpecifier.h"
 #include "pyxis/FormatCodecPropertySetIterator.h"
 #include "pyxis/ImageFormatCodec.h"
@@ -13,8 +14,8 @@ namespace kest {
 /// Gathers the bands and buckets of a set, component by component.
 class BandCollector {
   public:
-    /// `scheme` is the set's naming scheme; pixel sizes within `tolerance` share a bucket.
-    BandCollector(int scheme, double tolerance);
+    /// `naming` is the set's; pixel sizes within `tolerance` share a bucket.
+    BandCollector(SetNaming naming, double tolerance);
 
     /// Opens frame `frame` of the set's component `index` through `codec` and adds the band that
     /// it holds. A component that cannot be opened or tells too little adds none.
@@ -40,7 +41,7 @@ class BandCollector {
     int bucketOf(const Source& source);
     void addBand(int index, const Source& source, const Pyxis::ImageFormatCodec& codec);
 
-    int scheme_;
+    SetNaming naming_;
     BucketIndex bucketIndex_;
     std::vector<BandRecord> bands_;
     std::vector<BucketRecord> buckets_;

@@ -34,9 +34,9 @@ ReadFile::KestMultispectralReadFile(const Pyxis::ImageFormatCodec* codec,
     : codec_(codec), components_(specifier_), propertySet_(std::make_shared<PropertySet>()) {
     const Codecs codecs = keepReadable(kest::ComponentList(*setSpecifier));
     components_ = kest::ComponentList(specifier_);
-    setKind_ = kest::getNamingScheme(components_);
+    naming_ = kest::nameSet(components_, codec, findFile);
     findBands(codecs);
-    if (setKind_ == kest::SchemePoProduct && findFile != nullptr) {
+    if (naming_.scheme == kest::SchemePoProduct && findFile != nullptr) {
         addMetadataTextFile(*findFile);
     }
 }
@@ -50,7 +50,7 @@ ReadFile::KestMultispectralReadFile(const ReadFile& other)
       buckets_(other.buckets_),
       files_(other.files_),
       metadataFile_(other.metadataFile_),
-      setKind_(other.setKind_),
+      naming_(other.naming_),
       propertySet_(std::make_shared<PropertySet>(*other.propertySet_)) {}
 
 ReadFile::~KestMultispectralReadFile() = default;
@@ -77,7 +77,7 @@ ReadFile::Codecs ReadFile::keepReadable(const kest::ComponentList& listed) {
 }
 
 void ReadFile::findBands(const Codecs& codecs) {
-    kest::BandCollector collector(setKind_, geoTolerance_);
+    kest::BandCollector collector(naming_, geoTolerance_);
     for (int i = 0; i < components_.count(); ++i) {
         Pyxis::FileSpecifier component;
         int frame = 0;
@@ -194,5 +194,5 @@ void ReadFile::getReferenceName(Pyxis::StringBuffer& name) const {
     Pyxis::FileSpecifier first;
     int frame = 0;
     components_.get(0, first, frame);
-    kest::getReferenceNameOfComponent(setKind_, first, name);
+    kest::getReferenceNameOfComponent(naming_, first, name);
 }

@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "bands/NamingScheme.h"
 #include "properties/KestMultispectralPropertySetIterator.h"
 #include "pyxis/FileSpecifier.h"
 #include "pyxis/FindFileInterface.h"
@@ -49,7 +50,9 @@ class KestMultispectralReadFile : public Pyxis::ReadImageFileInterface {
     void getReferenceName(Pyxis::StringBuffer& name) const;
 
     /// The naming scheme that the set follows, a kest::NamingScheme.
-    int setKind() const { return setKind_; }
+    int setKind() const { return naming_.scheme; }
+    /// The product of the catalogue that the set follows; null without one.
+    const kest::Product* product() const { return naming_.product.get(); }
     /// Everything known of a band, or of a bucket.
     const kest::BandRecord& band(int index) const;
     const kest::BucketRecord& bucket(int index) const;
@@ -78,7 +81,7 @@ class KestMultispectralReadFile : public Pyxis::ReadImageFileInterface {
     std::vector<kest::BucketRecord> buckets_;
     std::vector<ComponentFile> files_;
     std::optional<Pyxis::FileSpecifier> metadataFile_;  ///< the last of the files, when it is there
-    int setKind_ = 0;
+    kest::SetNaming naming_;
     /// Shared with every frame, which may outlive the image.
     std::shared_ptr<KestMultispectralPropertySetIterator> propertySet_;
 };

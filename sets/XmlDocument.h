@@ -134,6 +134,8 @@ class Document {
     /// The processing instructions for a target, in document order.
     const std::vector<Instruction>& processingInstructions(std::string_view target) const;
     bool isStandalone() const { return standalone_; }
+    /// Whether the parse reached the end of the text without a fault.
+    bool isComplete() const { return complete_; }
     /// Always empty: faults are not recorded, and hosts rely on reading what came before one.
     static std::string_view error(const Element* element);
 
@@ -191,6 +193,7 @@ class Document {
     /// The chain that was last searched far for a number, from the element on where that began.
     mutable std::vector<const Element*> indexedChain_;
     bool standalone_ = false;
+    bool complete_ = false;
 };
 
 }  // namespace kest::xml

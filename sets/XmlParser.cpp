@@ -295,7 +295,7 @@ std::unique_ptr<Document> Document::parse(std::string_view text) {
     document->source_ = isUtf16(text) ? utf16ToUtf8(text) : std::string(text);
     if (!document->source_.empty()) {
         trimToMarkup(document->source_);
-        Parser(*document).parse();
+        document->complete_ = Parser(*document).parse();
     }
     return document;
 }

@@ -1,3 +1,4 @@
+#include "bands/FileName.h"
 #include "bands/schemes/Schemes.h"
 
 namespace kest {
@@ -11,13 +12,17 @@ Identity Identity::generic(int ordinal) {
     return identity;
 }
 
+std::optional<std::u16string> fileNameAsReference(const BandFile& first) {
+    return fileNameOf(first.file).name;
+}
+
 constexpr Scheme kGenericScheme{
     SchemeGeneric,
     "generic",
     "no common naming convention",
     nullptr,
     [](const BandFile& band) { return std::optional(Identity::generic(band.ordinal)); },
-    [](std::u16string_view name) { return std::u16string(name); },
+    fileNameAsReference,
 };
 
 }  // namespace kest

@@ -77,8 +77,8 @@ std::optional<Identity> identify(const BandFile& band) {
     return identityIn(kBands, codeOf(fileNameOf(band.file).name));
 }
 
-std::u16string referenceName(std::u16string_view name) {
-    return upperCase(name.substr(0, kSceneForm.size()));
+std::optional<std::u16string> referenceName(const BandFile& first) {
+    return upperCase(fileNameOf(first.file).name.substr(0, kSceneForm.size()));
 }
 
 }  // namespace

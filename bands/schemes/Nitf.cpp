@@ -72,7 +72,7 @@ constexpr Scheme kNitfScheme{
     "NITF files with band letters",
     [](const Pyxis::FileSpecifier& file, const platform::PathName&) { return isNitfFile(file); },
     identify,
-    [](std::u16string_view name) { return std::u16string(name); },
+    fileNameAsReference,
 };
 
 bool isNitfFile(const Pyxis::FileSpecifier& file) {

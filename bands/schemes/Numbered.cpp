@@ -34,7 +34,9 @@ std::optional<Identity> identify(const BandFile& band) {
 
 /// Cuts the two digits of the band number off, and the "_" or "_B" before them as long as a
 /// character is left before it.
-std::u16string withoutBandNumber(std::u16string_view name) {
+std::optional<std::u16string> withoutBandNumber(const BandFile& first) {
+    const std::u16string fileName = fileNameOf(first.file).name;
+    std::u16string_view name = fileName;
     if (name.size() > 2) {
         name.remove_suffix(2);
         if (name.size() >= 2 && name.back() == u'_') {

@@ -78,8 +78,9 @@ std::optional<Identity> identify(const BandFile& band) {
     return identityIn(kBands, codeOf(fileNameOf(band.file).name));
 }
 
-std::u16string referenceName(std::u16string_view name) {
-    return upperCase(name.substr(0, orderNumberEnd(name)));
+std::optional<std::u16string> referenceName(const BandFile& first) {
+    const std::u16string name = fileNameOf(first.file).name;
+    return upperCase(std::u16string_view(name).substr(0, orderNumberEnd(name)));
 }
 
 }  // namespace

@@ -125,7 +125,7 @@ constexpr Scheme kQuickBirdScheme{
         return isQuickBirdFile(file);
     },
     identify,
-    [](std::u16string_view name) { return std::u16string(name); },
+    fileNameAsReference,
 };
 
 bool isQuickBirdFile(const Pyxis::FileSpecifier& file) {

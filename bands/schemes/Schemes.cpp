@@ -8,8 +8,9 @@ namespace {
 
 /// Names are tried before codecs, which make the host open the file.
 constexpr std::array kSchemes{
-    &kPoProductScheme, &kPoProductNitfScheme, &kLandsat7Scheme, &kLandsat7FastScheme,
-    &kQuickBirdScheme, &kNitfScheme,          &kNumberedScheme, &kGenericScheme,
+    &kPoProductScheme,    &kPoProductNitfScheme, &kLandsat7Scheme,
+    &kLandsat7FastScheme, &kQuickBirdScheme,     &kNitfScheme,
+    &kCatalogueScheme,    &kNumberedScheme,      &kGenericScheme,
 };
 
 }  // namespace

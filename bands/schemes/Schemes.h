@@ -14,5 +14,6 @@ extern const Scheme kLandsat7Scheme;
 extern const Scheme kLandsat7FastScheme;
 extern const Scheme kQuickBirdScheme;
 extern const Scheme kNitfScheme;
+extern const Scheme kCatalogueScheme;
 
 }  // namespace kest

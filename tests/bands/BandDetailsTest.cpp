@@ -20,7 +20,8 @@ TEST(BandDetailsTest, StandBesideTheBandsRow) {
     for (const auto& test : cases) {
         kest::BandTypeInfo info;
         kest::BandDetails details;
-        kest::identifyBand(test.scheme, 1, Pyxis::fileSpecifier(test.path), 0, info, details);
+        kest::identifyBand({test.scheme, nullptr}, 1, Pyxis::fileSpecifier(test.path), 0, info,
+                           details);
         EXPECT_EQ(details.commonName, test.commonName) << test.path;
         EXPECT_EQ(details.spectrum.has_value(), test.width > 0) << test.path;
         const kest::Spectrum spectrum = details.spectrum.value_or(kest::Spectrum());

@@ -1,31 +1,14 @@
 #include "tool/scene/Words.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 
+#include "bands/BandWords.h"
 #include "bands/Scheme.h"
 
 namespace kestms {
 namespace {
 
-struct TypeRow {
-    kest::BandType type;
-    std::string_view word;
-};
-
-constexpr std::array kTypes = {
-    TypeRow{kest::BandType::Blue, "blue"},
-    TypeRow{kest::BandType::Green, "green"},
-    TypeRow{kest::BandType::Red, "red"},
-    TypeRow{kest::BandType::NearInfrared, "near-infrared"},
-    TypeRow{kest::BandType::MidInfrared, "mid-infrared"},
-    TypeRow{kest::BandType::ThermalLowGain, "thermal-low-gain"},
-    TypeRow{kest::BandType::ThermalHighGain, "thermal-high-gain"},
-    TypeRow{kest::BandType::Panchromatic, "panchromatic"},
-};
-
-constexpr std::array<std::string_view, 4> kChannels = {"none", "red", "green", "blue"};
 constexpr std::array<std::string_view, 4> kModels = {"single channel", "palette", "RGB",
                                                      "RGB with alpha"};
 constexpr std::array<std::string_view, 5> kFormats = {
@@ -50,13 +33,11 @@ std::string_view schemeMeaning(int scheme) {
 }
 
 std::string_view bandTypeWord(kest::BandType type) {
-    const auto row = std::find_if(kTypes.begin(), kTypes.end(),
-                                  [type](const TypeRow& each) { return each.type == type; });
-    return row != kTypes.end() ? row->word : "unknown";
+    return kest::wordOf(kest::kBandTypeWords, type);
 }
 
 std::string_view channelWord(kest::BandAssignment assignment) {
-    return at(kChannels, assignment);
+    return kest::wordOf(kest::kChannelWords, assignment);
 }
 
 std::string_view pixelModelWord(Pyxis::PixelModel model) {

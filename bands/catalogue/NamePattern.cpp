@@ -1,0 +1,225 @@
+#include "bands/catalogue/NamePattern.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "bands/AsciiText.h"
+
+namespace kest {
+namespace {
+
+constexpr std::size_t kNoMatch = std::u16string_view::npos;
+
+bool isLetter(char16_t character) {
+    return toUpper(character) >= u'A' && toUpper(character) <= u'Z';
+}
+
+std::size_t digitsAt(std::u16string_view text) {
+    return static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), isDigit) -
+                                    text.begin());
+}
+
+}  // namespace
+
+class NamePattern::Compiler {
+  public:
+    Compiler(std::u16string_view text, const std::vector<std::u16string>& codes, std::string& fault)
+        : rest_(text), codes_(codes), fault_(fault) {}
+
+    bool compile(NamePattern& pattern) {
+        if (rest_.size() > kMaxLength) {
+            return fail("is too long");
+        }
+        while (!rest_.empty()) {
+            if (!part()) {
+                return false;
+            }
+        }
+        if (bands_ != 1) {
+            return fail("needs one {band}");
+        }
+        if (sceneStarts_ != sceneEnds_) {
+            return fail("lacks a ]");
+        }
+        pattern.folders_ = folders_;
+        pattern.parts_ = std::move(parts_);
+        return true;
+    }
+
+  private:
+    bool fail(const char* what) {
+        fault_ = what;
+        return false;
+    }
+
+    bool takes(std::u16string_view word) {
+        if (!rest_.starts_with(word)) {
+            return false;
+        }
+        rest_.remove_prefix(word.size());
+        return true;
+    }
+
+    Part& add(Kind kind) {
+        parts_.emplace_back().kind = kind;
+        return parts_.back();
+    }
+
+    bool part() {
+        if (takes(u"#+")) {
+            add(Kind::Digits);
+        } else if (takes(u"#")) {
+            add(Kind::Digit);
+        } else if (takes(u"@")) {
+            add(Kind::Letter);
+        } else if (takes(u"{date}")) {
+            add(Kind::Date).digits = 8;
+        } else if (takes(u"{yearday}")) {
+            add(Kind::Date).digits = 7;
+        } else if (takes(u"{band}")) {
+            ++bands_;
+            Part& band = add(Kind::Band);
+            band.choices = codes_;
+            sortChoices(band);
+        } else if (takes(u"(")) {
+            return choice();
+        } else if (takes(u"[")) {
+            add(Kind::SceneStart);
+            return ++sceneStarts_ == 1 || fail("has a second [");
+        } else if (takes(u"]")) {
+            add(Kind::SceneEnd);
+            return ++sceneEnds_ == sceneStarts_ || fail("has a ] without a [");
+        } else {
+            return text();
+        }
+        return true;
+    }
+
+    bool text() {
+        if (takes(u"\\")) {
+            if (rest_.empty()) {
+                return fail("ends in a \\");
+            }
+        } else if (std::u16string_view(u"{}()|+").find(rest_.front()) != rest_.npos) {
+            return fail("has a sign out of place; write \\ before one that stands for itself");
+        }
+        folders_ += rest_.front() == u'/' ? 1 : 0;
+        Part& part =
+            parts_.empty() || parts_.back().kind != Kind::Text ? add(Kind::Text) : parts_.back();
+        part.text.push_back(toUpper(rest_.front()));
+        rest_.remove_prefix(1);
+        return true;
+    }
+
+    bool choice() {
+        const std::size_t end = rest_.find(u')');
+        if (end == rest_.npos) {
+            return fail("lacks a )");
+        }
+        std::u16string_view texts = rest_.substr(0, end);
+        rest_.remove_prefix(end + 1);
+        if (texts.find_first_of(u"#@([{}]/\\") != texts.npos) {
+            return fail("has a choice of more than plain texts");
+        }
+        Part& part = add(Kind::Choice);
+        while (true) {
+            const std::size_t bar = std::min(texts.find(u'|'), texts.size());
+            part.choices.push_back(upperCase(texts.substr(0, bar)));
+            if (bar == texts.size()) {
+                break;
+            }
+            texts.remove_prefix(bar + 1);
+        }
+        sortChoices(part);
+        return true;
+    }
+
+    static void sortChoices(Part& part) {
+        part.codes.resize(part.choices.size());
+        std::iota(part.codes.begin(), part.codes.end(), std::size_t{0});
+        std::stable_sort(part.codes.begin(), part.codes.end(),
+                         [&part](std::size_t left, std::size_t right) {
+                             return part.choices[left].size() > part.choices[right].size();
+                         });
+        std::vector<std::u16string> sorted;
+        for (const std::size_t code : part.codes) {
+            sorted.push_back(part.choices[code]);
+        }
+        part.choices = std::move(sorted);
+    }
+
+    std::u16string_view rest_;
+    const std::vector<std::u16string>& codes_;
+    std::string& fault_;
+    std::vector<Part> parts_;
+    std::size_t folders_ = 0;
+    std::size_t bands_ = 0;
+    std::size_t sceneStarts_ = 0;
+    std::size_t sceneEnds_ = 0;
+};
+
+std::optional<NamePattern> NamePattern::compile(std::u16string_view text,
+                                                const std::vector<std::u16string>& codes,
+                                                std::string& fault) {
+    NamePattern pattern;
+    if (!Compiler(text, codes, fault).compile(pattern)) {
+        return std::nullopt;
+    }
+    return pattern;
+}
+
+std::optional<NamePattern::Match> NamePattern::match(std::u16string_view name) const {
+    Match match;
+    std::size_t at = 0;
+    std::size_t sceneStart = 0;
+    for (const Part& part : parts_) {
+        const std::u16string_view rest = name.substr(at);
+        std::size_t choice = 0;
+        const std::size_t length = lengthAt(part, rest, choice);
+        if (length == kNoMatch) {
+            return std::nullopt;
+        }
+        if (part.kind == Kind::SceneStart) {
+            sceneStart = at;
+        } else if (part.kind == Kind::SceneEnd) {
+            match.scene = name.substr(sceneStart, at - sceneStart);
+        } else if (part.kind == Kind::Band) {
+            match.code = part.codes[choice];
+        } else if (part.kind == Kind::Date) {
+            match.date = rest.substr(0, length);
+        }
+        at += length;
+    }
+    return at == name.size() ? std::optional(match) : std::nullopt;
+}
+
+std::size_t NamePattern::lengthAt(const Part& part, std::u16string_view rest, std::size_t& choice) {
+    switch (part.kind) {
+        case Kind::Text:
+            return rest.starts_with(part.text) ? part.text.size() : kNoMatch;
+        case Kind::Digit:
+            return !rest.empty() && isDigit(rest.front()) ? 1 : kNoMatch;
+        case Kind::Letter:
+            return !rest.empty() && isLetter(rest.front()) ? 1 : kNoMatch;
+        case Kind::Digits: {
+            const std::size_t length = digitsAt(rest);
+            return length > 0 ? length : kNoMatch;
+        }
+        case Kind::Date:
+            return digitsAt(rest.substr(0, part.digits)) == part.digits ? part.digits : kNoMatch;
+        case Kind::Choice:
+        case Kind::Band:
+            for (choice = 0; choice < part.choices.size(); ++choice) {
+                if (rest.starts_with(part.choices[choice])) {
+                    return part.choices[choice].size();
+                }
+            }
+            return kNoMatch;
+        case Kind::SceneStart:
+        case Kind::SceneEnd:
+            return 0;
+    }
+    return kNoMatch;
+}
+
+}  // namespace kest

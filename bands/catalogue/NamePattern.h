@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// What the file names of a product look like, as the catalogue writes it:
+//
+//   LC08_          letters, digits and signs stand for themselves, whatever their case
+//   #  @           a digit, a letter
+//   #+             a run of digits, at least one
+//   (T1|T2|)       one of several texts; the last one here is empty
+//   [ ... ]        the part that is the scene's name
+//   {band}         the code of one of the product's bands or layers
+//   {date}         year, month and day in eight digits; {yearday} year and day in seven
+//   /              the end of a folder's name; what stands before it are the folders' names
+//   \x             the sign x itself
+//
+// Each part takes the longest text that it can and never gives any of it back, so that matching
+// takes time in proportion to the name, whatever the pattern.
+
+namespace kest {
+
+/// The letters A to Z and digits are ASCII's. Names and codes are upper-case.
+class NamePattern {
+  public:
+    static constexpr std::size_t kMaxLength = 500;
+
+    struct Match {
+        std::optional<std::u16string_view> scene;
+        std::size_t code = 0;      ///< index of the code that stands in the place of "{band}"
+        std::u16string_view date;  ///< 8 digits, or 7 with the day of the year; empty without one
+    };
+
+    /// `codes` are those that "{band}" stands for. On a fault nothing, and `fault` is a sentence.
+    static std::optional<NamePattern> compile(std::u16string_view text,
+                                              const std::vector<std::u16string>& codes,
+                                              std::string& fault);
+
+    /// Number of folders that the pattern names.
+    std::size_t folders() const { return folders_; }
+    /// `name` is as many folders as the pattern has, and the file's name without extension, upper
+    /// case with "/" in between. The views are parts of it.
+    std::optional<Match> match(std::u16string_view name) const;
+
+  private:
+    enum class Kind { Text, Digit, Letter, Digits, Choice, Band, Date, SceneStart, SceneEnd };
+
+    struct Part {
+        Kind kind = Kind::Text;
+        std::u16string text;
+        std::vector<std::u16string> choices;  ///< the longest first
+        std::vector<std::size_t> codes;       ///< of each choice, its index among the codes
+        std::size_t digits = 0;               ///< of a date
+    };
+
+    class Compiler;
+
+    static std::size_t lengthAt(const Part& part, std::u16string_view rest, std::size_t& choice);
+
+    std::vector<Part> parts_;
+    std::size_t folders_ = 0;
+};
+
+}  // namespace kest

@@ -1,0 +1,122 @@
+#include "bands/catalogue/Product.h"
+
+#include <algorithm>
+
+#include "bands/AsciiText.h"
+
+namespace kest {
+namespace {
+
+constexpr char kEnglish[] = "en";
+
+#ifdef _WIN32
+constexpr std::u16string_view kSeparators = u"/\\";
+#else
+constexpr std::u16string_view kSeparators = u"/";
+#endif
+
+/// Upper-case, with "/" between folders, without the extension; places are those of `path`.
+std::u16string comparable(std::u16string_view path) {
+    const std::size_t nameStart = path.find_last_of(kSeparators) + 1;
+    const std::size_t dot = path.find_last_of(u'.');
+    std::u16string text =
+        upperCase(path.substr(0, dot == path.npos || dot < nameStart ? path.size() : dot));
+    std::replace_if(
+        text.begin(), text.end(),
+        [](char16_t c) { return kSeparators.find(c) != kSeparators.npos; }, u'/');
+    return text;
+}
+
+/// Where the file's name with that many folders before it starts; nothing when there are fewer.
+std::optional<std::size_t> startOf(std::u16string_view text, std::size_t folders) {
+    std::size_t start = text.rfind(u'/') + 1;
+    for (; folders > 0; --folders) {
+        if (start < 2) {
+            return std::nullopt;
+        }
+        start = text.rfind(u'/', start - 2) + 1;
+    }
+    return start;
+}
+
+int number(std::u16string_view digits) {
+    int value = 0;
+    for (const char16_t digit : digits) {
+        value = value * 10 + (digit - u'0');
+    }
+    return value;
+}
+
+/// Of eight digits, or seven with the day of the year; empty when there is no such day.
+std::string isoDate(std::u16string_view digits) {
+    if (digits.empty()) {
+        return {};
+    }
+    const int year = number(digits.substr(0, 4));
+    int month = 0;
+    int day = 0;
+    const bool isLeap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+    const int lengths[] = {31, isLeap ? 29 : 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    if (digits.size() == 8) {
+        month = number(digits.substr(4, 2));
+        day = number(digits.substr(6));
+    } else {
+        day = number(digits.substr(4));
+        for (month = 1; month <= 12 && day > lengths[month - 1]; ++month) {
+            day -= lengths[month - 1];
+        }
+    }
+    if (month < 1 || month > 12 || day < 1 || day > lengths[month - 1]) {
+        return {};
+    }
+    const auto padded = [](int value, std::size_t width) {
+        const std::string text = std::to_string(value);
+        return std::string(width - std::min(width, text.size()), '0') + text;
+    };
+    return padded(year, 4) + "-" + padded(month, 2) + "-" + padded(day, 2);
+}
+
+}  // namespace
+
+std::u16string_view LocalText::in(std::string_view language) const {
+    for (const std::string_view wanted : {language, std::string_view(kEnglish)}) {
+        for (const auto& [tag, text] : texts) {
+            if (tag == wanted) {
+                return text;
+            }
+        }
+    }
+    return texts.empty() ? std::u16string_view() : texts.front().second;
+}
+
+std::optional<ProductFile> Product::match(std::u16string_view path) const {
+    const std::u16string text = comparable(path);
+    const std::u16string_view view = text;
+    for (const FilePattern& each : files) {
+        const std::optional<std::size_t> start = startOf(view, each.pattern.folders());
+        const auto found = start ? each.pattern.match(view.substr(*start)) : std::nullopt;
+        if (!found) {
+            continue;
+        }
+        ProductFile file;
+        file.product = this;
+        file.band = &bands[bandOfCode[found->code]];
+        file.bucket = &buckets[each.bucket.value_or(file.band->bucket)];
+        file.date = isoDate(found->date);
+        const std::size_t end = std::min(path.find_first_of(kSeparators, *start), path.size());
+        file.witnessBase = path.substr(0, end);
+        std::u16string_view folder = view.substr(0, *start - std::min<std::size_t>(*start, 1));
+        if (found->scene) {
+            file.sceneKey = *found->scene;
+            file.scene = path.substr(static_cast<std::size_t>(found->scene->data() - view.data()),
+                                     found->scene->size());
+        } else {
+            file.sceneKey = folder;
+            file.scene = path.substr(0, folder.size()).substr(folder.rfind(u'/') + 1);
+        }
+        return file;
+    }
+    return std::nullopt;
+}
+
+}  // namespace kest

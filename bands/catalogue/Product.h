@@ -1,0 +1,85 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "bands/BandTypes.h"
+#include "bands/catalogue/NamePattern.h"
+
+namespace kest {
+
+/// A text in one or more languages ("en", "de").
+struct LocalText {
+    std::vector<std::pair<std::string, std::u16string>> texts;
+
+    /// In that language, else in English, else the first; empty without any.
+    std::u16string_view in(std::string_view language) const;
+};
+
+/// Bands of a product that have one pixel size.
+struct CatalogueBucket {
+    std::string id;
+    int number = 0;
+    LocalText name;
+};
+
+/// A band, or another raster or file that comes with the bands (see BandDetails::role).
+struct CatalogueBand {
+    /// As in file names, in the spelling of the document; the first one is shown.
+    std::vector<std::u16string> codes;
+    LocalText name;
+    BandType type = BandType::Unknown;
+    BandAssignment assignment = BandAssignment::NotAssigned;
+    int order = 0;  ///< sort key; bands below kFirstLayerOrder, everything else from there on
+    BandDetails details;
+    std::size_t bucket = 0;  ///< index among the product's buckets
+};
+
+inline constexpr int kFirstLayerOrder = 1000;
+
+/// What the files of a product are called.
+struct FilePattern {
+    std::string text;
+    NamePattern pattern;
+    std::optional<std::size_t> bucket;  ///< takes the place of the band's
+};
+
+struct Product;
+
+/// What the catalogue makes of one file's path. Points into the product.
+struct ProductFile {
+    const Product* product = nullptr;
+    const CatalogueBand* band = nullptr;
+    const CatalogueBucket* bucket = nullptr;
+    /// The name of the scene, as the path spells it: the part of the file's name that the product
+    /// marks, else the name of the folder.
+    std::u16string scene;
+    /// Equal for the files of one product that belong to one scene, and for no others.
+    std::u16string sceneKey;
+    std::string date;  ///< "2018-06-29"; empty when the name has none
+    /// A path in the folder where a witness of the product would be.
+    std::u16string witnessBase;
+};
+
+/// A product of a satellite's ground segment, by the names of its files.
+struct Product {
+    std::string id;
+    LocalText name;
+    std::string source;  ///< where the band table comes from
+    std::vector<FilePattern> files;
+    std::vector<CatalogueBand> bands;     ///< the bands, then everything else
+    std::vector<std::size_t> bandOfCode;  ///< by the index of the code in the patterns
+    std::vector<CatalogueBucket> buckets;
+    /// Names of files of which one must be there, because the bands' names alone prove nothing.
+    std::vector<std::u16string> witnesses;
+
+    /// What the file of that path is in this product; nothing when its name does not fit. The
+    /// path's extension does not matter, nor does case. Takes time in proportion to the path.
+    std::optional<ProductFile> match(std::u16string_view path) const;
+};
+
+}  // namespace kest

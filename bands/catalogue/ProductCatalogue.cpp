@@ -1,0 +1,127 @@
+#include "bands/catalogue/ProductCatalogue.h"
+
+#include "bands/FileName.h"
+#include "bands/catalogue/CatalogueDocument.h"
+#include "codec/strings/BufferText.h"
+#include "platform/Platform.h"
+#include "sets/ComponentList.h"
+
+namespace kest {
+namespace {
+
+std::shared_ptr<const ProductCatalogue>& current() {
+    // Never destroyed: a host's codec object may outlive the module's statics.
+    static auto& catalogue = *new std::shared_ptr<const ProductCatalogue>();
+    return catalogue;
+}
+
+/// Whether all paths are files of one scene of the product.
+bool isOneScene(const Product& product, const std::vector<std::u16string>& paths,
+                const Pyxis::ImageFormatCodec* codec, Pyxis::FindFileInterface* finder) {
+    std::optional<ProductFile> first;
+    for (const std::u16string& path : paths) {
+        std::optional<ProductFile> file = product.match(path);
+        if (!file || (first && file->sceneKey != first->sceneKey)) {
+            return false;
+        }
+        if (!first) {
+            first = std::move(file);
+        }
+    }
+    return first && isWitnessed(*first, finder, codec);
+}
+
+/// The bytes of a document; nothing when it cannot be read or is larger than any may be.
+std::optional<std::string> readDocument(const Pyxis::FileSpecifier& file, std::string& reason) {
+    const auto opened = platform::PlainFile::open(wideText(file.string()));
+    if (!opened) {
+        reason = "cannot be opened";
+        return std::nullopt;
+    }
+    const std::uint32_t size = opened->size();
+    if (size > kMaxCatalogueDocument) {
+        reason = "is larger than a catalogue may be";
+        return std::nullopt;
+    }
+    std::string bytes(size, '\0');
+    bytes.resize(opened->readFromStart(bytes.data(), size));
+    return bytes;
+}
+
+}  // namespace
+
+ProductCatalogue::Fault ProductCatalogue::add(std::string_view document) {
+    std::vector<std::shared_ptr<const Product>> products = products_;
+    std::size_t bandCount = bandCount_;
+    std::string reason = readCatalogue(document, products, bandCount);
+    if (reason.empty()) {
+        products_ = std::move(products);
+        bandCount_ = bandCount;
+    }
+    return {std::move(reason)};
+}
+
+ProductCatalogue::Fault ProductCatalogue::addFiles(const Pyxis::FileSpecifier& files) {
+    for (int i = 0; i < countComponents(files); ++i) {
+        const Pyxis::FileSpecifier file = componentAt(files, i);
+        std::string reason;
+        if (const std::optional<std::string> document = readDocument(file, reason)) {
+            reason = add(*document).reason;
+        }
+        if (!reason.empty()) {
+            return {narrowText(file.string()) + ": " + reason};
+        }
+    }
+    return {};
+}
+
+std::vector<ProductFile> ProductCatalogue::filesNamed(std::u16string_view path) const {
+    std::vector<ProductFile> files;
+    for (const auto& product : products_) {
+        if (std::optional<ProductFile> file = product->match(path)) {
+            files.push_back(std::move(*file));
+        }
+    }
+    return files;
+}
+
+std::shared_ptr<const Product> ProductCatalogue::productOf(const std::vector<std::u16string>& paths,
+                                                           const Pyxis::ImageFormatCodec* codec,
+                                                           Pyxis::FindFileInterface* finder) const {
+    for (const auto& product : products_) {
+        if (isOneScene(*product, paths, codec, finder)) {
+            return product;
+        }
+    }
+    return nullptr;
+}
+
+bool isWitnessed(const ProductFile& file, Pyxis::FindFileInterface* finder,
+                 const Pyxis::ImageFormatCodec* codec) {
+    const auto plain = [](std::u16string_view path) {
+        return Pyxis::FileSpecifier(wideBuffer(path), Pyxis::FileSpecifier::Type::PlainFile);
+    };
+    for (const std::u16string& witness : file.product->witnesses) {
+        Pyxis::FileSpecifier found = plain(witness);
+        if (finder != nullptr && finder->findFile(codec, plain(file.witnessBase), found, found)) {
+            return true;
+        }
+    }
+    return file.product->witnesses.empty();
+}
+
+std::shared_ptr<const ProductCatalogue> currentCatalogue() {
+    return current();
+}
+
+ProductCatalogue::Fault setProductCatalogue(const Pyxis::FileSpecifier& files) {
+    current().reset();
+    auto catalogue = std::make_shared<ProductCatalogue>();
+    ProductCatalogue::Fault fault = catalogue->addFiles(files);
+    if (fault.reason.empty() && !catalogue->products().empty()) {
+        current() = std::move(catalogue);
+    }
+    return fault;
+}
+
+}  // namespace kest

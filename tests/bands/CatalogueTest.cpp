@@ -1,0 +1,219 @@
+#include "bands/catalogue/ProductCatalogue.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "codec/KestMultispectralCodec.h"
+#include "reader/KestMultispectralReadFile.h"
+#include "tests/fakes/Fakes.h"
+#include "tests/fakes/Resources.h"
+#include "tests/fakes/Sets.h"
+
+namespace {
+
+using testing::HasSubstr;
+
+const std::string kDocument = R"(<?xml version="1.0"?>
+<catalogue version="1">
+  <term id="red"><name>Red</name><name language="de">Rot</name></term>
+  <bands id="sensor">
+    <bucket id="fine" number="5" term="red"/>
+    <bucket id="coarse" number="3"><name>Coarse</name></bucket>
+    <band code="B2|BAND2" type="near-infrared" bucket="coarse" order="7"><name>Second</name></band>
+    <band code="B1" term="red" type="red" channel="red" centre="0.66" width="0.06"/>
+    <layer code="qa" role="quality"/>
+  </bands>
+  <product id="one" bands="sensor">
+    <name>Product one</name>
+    <file>[one_{date}]_{band}</file>
+    <file bucket="coarse">[one_{date}]_{band}_60m</file>
+  </product>
+  <product id="two" bands="sensor">
+    <name>Product two</name>
+    <file>r10m/{band}</file>
+    <file>{band}</file>
+    <witness>meta.xml</witness>
+  </product>
+</catalogue>
+)";
+
+std::string catalogueOf(const std::string& content) {
+    return "<catalogue version=\"1\">" + content + "</catalogue>";
+}
+
+class CatalogueTest : public testing::Test {
+  protected:
+    ~CatalogueTest() override { codec_.setProductCatalogue({}); }
+
+    std::string use(const std::string& document) {
+        const fakes::TempFile file("catalogue", document);
+        Pyxis::StringBuffer reason;
+        const bool used = codec_.setProductCatalogue(Pyxis::fileSpecifier(file.path()), &reason);
+        EXPECT_EQ(used, reason.isZero());
+        return Pyxis::toUtf8(reason);
+    }
+
+    /// "scheme reference: name type channel number bucket common role, ..." of the bands.
+    std::string open(const std::vector<std::string>& paths, bool withFinder = true) {
+        for (const std::string& path : paths) {
+            tiff_.add(path, fakes::bandFrame(path.find("60m") == path.npos ? 10.0 : 60.0));
+        }
+        const Pyxis::FileSpecifier set = fakes::setOf(paths);
+        const std::unique_ptr<Pyxis::ReadImageFileInterface> image(
+            withFinder ? codec_.openImage(&set, finder_) : codec_.openImage(&set));
+        const auto& reader = dynamic_cast<const KestMultispectralReadFile&>(*image);
+        Pyxis::StringBuffer text;
+        reader.getReferenceName(text);
+        std::string answer = std::to_string(reader.setKind()) + " " + Pyxis::toUtf8(text) + ":";
+        for (int i = 0; i < reader.getNumFrames(); ++i) {
+            const kest::BandRecord& band = reader.band(i);
+            const kest::BucketRecord& bucket = reader.bucket(band.bucketIndex);
+            KestMultispectralCodec::BandDetails details;
+            EXPECT_TRUE(codec_.getBandDetails(*image, i, details));
+            answer += " " + Pyxis::toUtf8(band.bandName) + "|" +
+                      std::to_string(static_cast<int>(band.bandType)) +
+                      std::to_string(static_cast<int>(band.bandAssignment)) + "|" +
+                      std::to_string(band.bandNumber) + "|" + Pyxis::toUtf8(bucket.bucketName) +
+                      " " + std::to_string(bucket.bucketNumber) + "|" + details.commonName + "|" +
+                      std::to_string(static_cast<int>(details.role));
+        }
+        return answer;
+    }
+
+    fakes::World world_;
+    fakes::TiffCodec tiff_{world_};
+    fakes::Finder finder_{world_, "/meta.xml"};
+    KestMultispectralCodec codec_;
+};
+
+}  // namespace
+
+TEST_F(CatalogueTest, NamesTheBandsOfASceneOfAProduct) {
+    const std::vector<std::string> paths{"/a/one_20200101_QA.tif", "/a/ONE_20200101_band2.tif",
+                                         "/a/one_20200101_b1.tif"};
+    const std::string without = open(paths);
+    EXPECT_EQ(without.substr(0, 3), "1 o");
+    EXPECT_EQ(use(kDocument), "");
+    EXPECT_EQ(open(paths),
+              "9 one_20200101: Red (B1)|41|1|Red 5|red|0 Second|50|7|Red 5|nir|0 "
+              "qa|00|1000|Red 5||1");
+    {
+        const fakes::TextsFrom german(fakes::stringModule("de"));
+        EXPECT_THAT(open({paths[2], "/a/one_20200101_qa_60m.tif"}),
+                    testing::AllOf(HasSubstr("Rot (B1)"), HasSubstr("|Coarse 3|")));
+    }
+    // Files of two scenes, and a file of no product, are named as ever.
+    EXPECT_EQ(open({paths[1], "/a/one_20200102_b1.tif"}).substr(0, 1), "1");
+    EXPECT_EQ(open({paths[1], "/a/one_20200101_b9.tif"}).substr(0, 1), "1");
+    EXPECT_EQ(open({"/po_1_red_0.tif", "/po_1_grn_0.tif"}).substr(0, 1), "3");
+    codec_.setProductCatalogue({});
+    EXPECT_EQ(open(paths), without);
+}
+
+TEST_F(CatalogueTest, AsksForAWitnessThroughTheFinder) {
+    ASSERT_EQ(use(kDocument), "");
+    const std::vector<std::string> paths{"/x/Scene/R10m/B2.jp2", "/x/Scene/R10m/B1.jp2"};
+    world_.events.clear();
+    EXPECT_EQ(open(paths).substr(0, 8), "9 Scene:");
+    EXPECT_THAT(world_.events, testing::Contains("find meta.xml by /x/Scene/R10m"));
+    EXPECT_EQ(open(paths, false).substr(0, 1), "1");
+    EXPECT_EQ(open({"B2.jp2", "B1.jp2"}).substr(0, 6), "9 two:");
+}
+
+TEST_F(CatalogueTest, TellsWhyADocumentCannotBeUsed) {
+    const std::string table =
+        "<bands id='t'><bucket id='b' number='0'><name>b</name></bucket>"
+        "<band code='B1' type='red'/></bands>";
+    const std::string name = "<name>p</name>";
+    const std::pair<std::string, std::string> cases[] = {
+        {"", "is not a whole XML document"},
+        {kDocument.substr(0, kDocument.size() - 30), "is not a whole XML document"},
+        {"<!DOCTYPE catalogue []>" + kDocument, "has a document type"},
+        {"<storage/>", "is not a catalogue"},
+        {"<catalogue version='2'/>", "another version than 1"},
+        {std::string((std::size_t{1} << 20U) + 1, ' '), "is larger than a catalogue may be"},
+        {catalogueOf("<products/>"), "<products> is not known here"},
+        {catalogueOf("<product id='p' colour='red'/>"),
+         "product \"p\": <product> has an unknown attribute \"colour\""},
+        {catalogueOf("<product id='p' bands='t'/>"), "needs a band table above it named \"t\""},
+        {catalogueOf(table + "<product id='p' bands='t'><name>p</name></product>"),
+         "product \"p\" needs a <name>, a <file> and a <band>"},
+        {catalogueOf(table + "<product id='p' bands='t'>" + name + "<file>x</file></product>"),
+         "product \"p\": <file> \"x\" needs one {band}"},
+        {catalogueOf(table + "<product id='p' bands='t'>" + name +
+                     "<file bucket='c'>{band}</file></product>"),
+         "needs a <bucket> above it named \"c\""},
+        {catalogueOf(table + "<product id='p' bands='t'>" + name +
+                     "<file>1/2/3/4/5/6/7/8/9/{band}</file></product>"),
+         "has too many folders"},
+        {catalogueOf("<bands id='t'><band code='B1' type='red'/></bands>"), "needs a <bucket>"},
+        {catalogueOf(table + table), "is there for the second time"},
+        {catalogueOf("<bands id='t'><bucket id='b' number='0x'/></bands>"),
+         "band table \"t\": <bucket> \"number\" is not a number from 0 to 9999"},
+        {catalogueOf("<product id='p'><layer code='a' role='band?'/></product>"),
+         "needs a <bucket>"},
+        {catalogueOf("<term id='a'><name/></term>"), "needs a text"},
+    };
+    for (const auto& [document, reason] : cases) {
+        EXPECT_THAT(use(document), HasSubstr(reason));
+        EXPECT_EQ(kest::currentCatalogue(), nullptr);
+    }
+    for (const char* attributes :
+         {"code='B1'", "type='mauve'", "channel='grey'", "centre='-1' width='1'", "order='1000'",
+          "term='none'", "code='a|'", "centre='nan' width='1'"}) {
+        std::string band = "<band code='B2' type='red'/>";
+        const std::string attribute = attributes;
+        if (attribute.starts_with("code")) {
+            band.replace(6, 9, attribute);
+        } else if (attribute.starts_with("type")) {
+            band.replace(16, 10, attribute);
+        } else {
+            band.insert(6, attribute + " ");
+        }
+        std::string broken = kDocument;
+        EXPECT_NE(use(broken.insert(broken.find("<layer"), band)), "") << attributes;
+    }
+    EXPECT_FALSE(codec_.setProductCatalogue(Pyxis::fileSpecifier("/none/catalogue.xml")));
+}
+
+TEST_F(CatalogueTest, BoundsWhatADocumentCanAskFor) {
+    std::string bands;
+    for (int i = 0; i < 1000; ++i) {
+        bands += "<band code='B" + std::to_string(i) + "' type='red'/>";
+    }
+    std::string document = "<bands id='t'><bucket id='b' number='0'/>" + bands + "</bands>";
+    for (int i = 0; i < 21; ++i) {
+        document += "<product id='" + std::to_string(i) +
+                    "' bands='t'><name>p</name><file>{band}</file></product>";
+    }
+    EXPECT_THAT(use(catalogueOf(document)), HasSubstr("product \"20\" has too many bands"));
+    std::string files;
+    for (int i = 0; i < 51; ++i) {
+        files += "<file>{band}</file>";
+    }
+    EXPECT_THAT(use(catalogueOf("<product id='p'><bucket id='b' number='0'/><band code='B' "
+                                "type='red'/><name>p</name>" +
+                                files + "</product>")),
+                HasSubstr("too many file names"));
+}
+
+TEST_F(CatalogueTest, TakesSeveralDocumentsAndTriesThemInOrder) {
+    const auto document = [](const std::string& id) {
+        return catalogueOf("<product id='" + id +
+                           "'><name>p</name><file>{band}</file><bucket id='b' number='0'/>"
+                           "<band code='B1' type='red'/></product>");
+    };
+    const fakes::TempFile first("first", document("first"));
+    const fakes::TempFile second("second", document("second"));
+    const fakes::TempFile again("again", document("first"));
+    ASSERT_TRUE(codec_.setProductCatalogue(fakes::setOf({first.path(), second.path()})));
+    const auto files = kest::currentCatalogue()->filesNamed(u"/d/b1.TIF");
+    ASSERT_EQ(files.size(), 2U);
+    EXPECT_EQ(files[0].product->id + files[1].product->id, "firstsecond");
+    Pyxis::StringBuffer reason;
+    EXPECT_FALSE(codec_.setProductCatalogue(fakes::setOf({first.path(), again.path()}), &reason));
+    EXPECT_EQ(Pyxis::toUtf8(reason),
+              again.path() + ": product \"first\" is there for the second time");
+}
