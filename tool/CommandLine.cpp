@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <exception>
 #include <iostream>
+#include <memory>
 #include <new>
 #include <string>
 #include <vector>
@@ -55,21 +56,6 @@ std::string oneLine(std::string text) {
     return text;
 }
 
-/// Throws CLI::ParseError.
-void parse(int argc, const char* const* argv, Context& context, CLI::App& app) {
-    app.require_subcommand(1);
-    app.set_version_flag("--version", std::string("kestms ") + KESTMS_VERSION);
-    app.add_option("--language", context.language,
-                   "Language of band names and other texts (default: the environment's)")
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
-    app.footer(kFooter);
-    addCommands(app, context);
-    for (CLI::App* command : app.get_subcommands({})) {
-        command->fallthrough();
-    }
-    app.parse(argc, argv);
-}
-
 /// A word that is no command would otherwise read "A subcommand is required".
 std::string usageError(const CLI::App& app, const CLI::ParseError& error) {
     const std::vector<std::string> rest = app.remaining();
@@ -93,20 +79,35 @@ ExitCode flushed(const Context& context, ExitCode code) {
 }
 
 int runParsed(int argc, const char* const* argv, Context& context) {
-    CLI::App app(kDescription, "kestms");
+    const std::unique_ptr<CLI::App> app = commandLine(context);
     try {
-        parse(argc, argv, context, app);
+        app->parse(argc, argv);
     } catch (const CLI::Success& success) {
         // Asked for help or the version.
-        app.exit(success, context.out, context.err);
+        app->exit(success, context.out, context.err);
         return static_cast<int>(flushed(context, ExitCode::Success));
     } catch (const CLI::ParseError& error) {
-        return answer(context, ExitCode::Usage, usageError(app, error));
+        return answer(context, ExitCode::Usage, usageError(*app, error));
     }
     return static_cast<int>(flushed(context, context.action()));
 }
 
 }  // namespace
+
+std::unique_ptr<CLI::App> commandLine(Context& context) {
+    auto app = std::make_unique<CLI::App>(kDescription, "kestms");
+    app->require_subcommand(1);
+    app->set_version_flag("--version", std::string("kestms ") + KESTMS_VERSION);
+    app->add_option("--language", context.language,
+                    "Language of band names and other texts (default: the environment's)")
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+    app->footer(kFooter);
+    addCommands(*app, context);
+    for (CLI::App* command : app->get_subcommands({})) {
+        command->fallthrough();
+    }
+    return app;
+}
 
 int run(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err) {
     Context context(in, out, err);

@@ -15,12 +15,11 @@ constexpr std::string_view kPrefix = "kestmultispectral-";
 constexpr std::string_view kExtension = ".txt";
 constexpr const char* kDefaultLanguage = "en";
 
+/// The same in an installed tree, wherever it was moved, and in a build tree.
 fs::path resourceDirectory() {
     std::error_code error;
-    const fs::path installed =
-        fs::read_symlink("/proc/self/exe", error).parent_path() / ".." / "share" / "kestms";
-    return !error && fs::is_directory(installed, error) ? installed
-                                                        : fs::path(KESTMS_SOURCE_RESOURCES);
+    return fs::read_symlink("/proc/self/exe", error).parent_path().parent_path() / "share" /
+           "kestms" / "resources";
 }
 
 }  // namespace
