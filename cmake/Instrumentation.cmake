@@ -8,3 +8,8 @@ if(KEST_COVERAGE)
     add_compile_options(--coverage -O0)
     add_link_options(--coverage)
 endif()
+
+# What is shipped holds no path of the machine that built it, neither in texts nor in debug
+# information.
+add_compile_options(
+    $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
