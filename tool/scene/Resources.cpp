@@ -1,5 +1,8 @@
 #include "tool/scene/Resources.h"
 
+#include <dlfcn.h>
+#include <link.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -15,11 +18,30 @@ constexpr std::string_view kPrefix = "kestmultispectral-";
 constexpr std::string_view kExtension = ".txt";
 constexpr const char* kDefaultLanguage = "en";
 
-/// The same in an installed tree, wherever it was moved, and in a build tree.
+/// The file that holds this code: the tool, or a module that another program has loaded.
+fs::path ownFile() {
+    Dl_info info{};
+    link_map* module = nullptr;
+    const bool found = dladdr1(reinterpret_cast<void*>(&ownFile), &info,
+                               reinterpret_cast<void**>(&module), RTLD_DL_LINKMAP) != 0;
+    // The program itself has no name there.
+    const bool loaded = found && module->l_name != nullptr && *module->l_name != '\0';
+    std::error_code error;
+    return fs::canonical(loaded ? module->l_name : "/proc/self/exe", error);
+}
+
+/// In a folder above that file; the same in an installed tree, wherever it was moved, and in a
+/// build tree. Empty where there is none.
 fs::path resourceDirectory() {
     std::error_code error;
-    return fs::read_symlink("/proc/self/exe", error).parent_path().parent_path() / "share" /
-           "kestms" / "resources";
+    for (fs::path folder = ownFile(); folder.has_relative_path();) {
+        folder = folder.parent_path();
+        const fs::path resources = folder / "share" / "kestms" / "resources";
+        if (fs::is_directory(resources, error)) {
+            return resources;
+        }
+    }
+    return {};
 }
 
 }  // namespace

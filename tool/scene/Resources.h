@@ -8,8 +8,8 @@ namespace kestms {
 /// The languages for which a file of texts is there, in order.
 std::vector<std::string> availableLanguages();
 
-/// The file of texts in that language ("de"); empty when there is none. It is
-/// looked for relative to the program, in share/kestms/resources.
+/// The file of texts in that language ("de"); empty when there is none. It is looked for in
+/// share/kestms/resources, in the folders above the program or driver.
 std::string resourceFile(const std::string& language);
 
 /// The language that the user's environment asks for (LC_ALL, LC_MESSAGES, LANG), as a code such
