@@ -12,7 +12,8 @@ std::optional<RasterSource> sourceOf(const RasterFile& file, int frame) {
         return std::nullopt;
     }
     const FrameFacts& facts = file.frame(frame);
-    return RasterSource{file.handle().prefix(facts.part), facts.band, facts.sampleType};
+    const DatasetHandle& handle = file.handle();
+    return RasterSource{handle.prefix(facts.part), facts.band, facts.sampleType, handle.driver()};
 }
 
 std::optional<RasterSource> rasterSourceOf(const FileSpecifier& file, int frame) {

@@ -15,6 +15,7 @@ struct RasterSource {
     std::string prefix;    ///< goes before the file's path to make the dataset's name
     int band = 0;          ///< from 1
     std::string dataType;  ///< of the samples, GDAL's name for it
+    std::string driver;    ///< GDAL's name of the one that reads the file
 };
 
 /// Codecs that know the sources of their frames.

@@ -5,6 +5,7 @@
 #include "host/cache/ReadAhead.h"
 #include "host/codecs/RasterCodec.h"
 #include "host/formats/Formats.h"
+#include "host/gdal/HandlePool.h"
 
 namespace Pyxis {
 namespace {
@@ -43,6 +44,10 @@ void StandardCodecs::readAhead(const std::vector<std::string>& paths,
                                const std::function<bool()>& stop) {
     readingAhead_ = nullptr;  // what is still going on ends first
     readingAhead_ = std::make_unique<ReadAhead>(cache_, paths, stop);
+}
+
+void StandardCodecs::closeFiles() {
+    HandlePool::instance().closeIdle();
 }
 
 void StandardCodecs::add(std::unique_ptr<ImageFormatCodec> codec) {

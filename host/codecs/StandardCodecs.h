@@ -33,6 +33,9 @@ class PYXIS_CODECS_API StandardCodecs {
     /// worth it for many only. Ends early when `stop`, which is asked on those threads for as long
     /// as this object lives, says so. Files that cannot be opened are left for the codecs to find.
     void readAhead(const std::vector<std::string>& paths, const std::function<bool()>& stop);
+    /// Closes the files that GDAL holds open and nobody is reading. They open again when they are
+    /// used.
+    void closeFiles();
     /// Closes the images of these codecs that nobody has deleted.
     ~StandardCodecs();
 

@@ -79,6 +79,11 @@ bool HandlePool::makeRoom(const DatasetHandle* except) {
     return true;
 }
 
+void HandlePool::closeIdle() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    closeOldest(0, nullptr);
+}
+
 void HandlePool::closeOldest(std::size_t limit, const DatasetHandle* except) {
     for (auto at = order_.end(); at != order_.begin() && order_.size() > limit;) {
         DatasetHandle* file = *--at;

@@ -22,6 +22,8 @@ class HandlePool {
     /// When the process can open no more files, closes every file but `except` that nobody is
     /// using at the moment. Returns whether to try again. The caller holds the lock of `except`.
     bool makeRoom(const DatasetHandle* except = nullptr);
+    /// Closes every file that nobody is using at the moment.
+    void closeIdle();
 
     /// At most this many files stay open: no more than a quarter of what the process may open at
     /// the moment.

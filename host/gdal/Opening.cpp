@@ -41,10 +41,13 @@ CPLStringList nothingBeside(const std::string& path) {
 
 /// TIFF files need no driver but their own, and registering all of them takes as long as opening
 /// a hundred files. NITF files hold images of other formats.
-void registerDrivers(std::string_view driver) {
+void registerDrivers(const char* driver) {
+    if (GDALGetDriverByName(driver) != nullptr) {
+        return;  // the program has chosen its drivers, and may have left out others
+    }
     static std::once_flag one;
     static std::once_flag all;
-    if (driver == "GTiff") {
+    if (std::string_view(driver) == "GTiff") {
         std::call_once(one, GDALRegister_GTiff);
     } else {
         std::call_once(all, GDALAllRegister);

@@ -11,7 +11,7 @@ Context::Context(std::istream& input, std::ostream& output, std::ostream& errors
 
 Session& Context::session() {
     if (!session_) {
-        session_ = std::make_unique<Session>(language);
+        session_ = std::make_unique<Session>(language, changes);
     }
     return *session_;
 }

@@ -28,6 +28,8 @@ class Context {
     std::string language;  ///< empty: by the environment
     /// What the command was given to read.
     InputFiles inputs;
+    /// Whether files may change while the program runs.
+    Session::Changes changes = Session::Changes::Ignore;
     /// The chosen command, run once the whole command line is understood.
     std::function<ExitCode()> action;
 

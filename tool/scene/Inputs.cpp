@@ -209,6 +209,15 @@ Pyxis::FileSpecifier readSet(const std::vector<std::string>& arguments, Context&
     return setOf(reader.components());
 }
 
+std::vector<std::string> filesOf(const std::string& path) {
+    std::vector<std::string> files = {path};
+    const auto image = openImage(path);
+    for (int i = 1; image && i < image->getNumFiles(); ++i) {
+        files.push_back(Pyxis::toUtf8(image->getFile(i).string()));
+    }
+    return files;
+}
+
 std::vector<Component> componentsOf(const Pyxis::FileSpecifier& set) {
     const kest::ComponentList list(set);
     std::vector<Component> components(static_cast<std::size_t>(list.count()));

@@ -35,6 +35,10 @@ Pyxis::FileSpecifier readSet(const std::vector<std::string>& arguments, Context&
 /// The components of a set in order; those without a path have an empty one.
 std::vector<Component> componentsOf(const Pyxis::FileSpecifier& set);
 
+/// The files that make up the image at a path, itself first: a header alone does not hold the
+/// pixels. Only itself when no codec reads it.
+std::vector<std::string> filesOf(const std::string& path);
+
 /// A compound specifier that lists the components.
 Pyxis::FileSpecifier setOf(const std::vector<Component>& components);
 

@@ -18,8 +18,10 @@ std::string joined(const std::vector<std::string>& words) {
 
 }  // namespace
 
-Session::Session(const std::string& language)
-    : language_(language.empty() ? environmentLanguage() : language), registration_(codec_) {
+Session::Session(const std::string& language, Changes changes)
+    : language_(language.empty() ? environmentLanguage() : language),
+      componentCodecs_(Pyxis::StandardCodecs::QuickBird::With, changes),
+      registration_(codec_) {
     const std::string file = resourceFile(language_);
     if (file.empty() && !language.empty()) {
         throw Failure(ExitCode::Usage, "--language " + language,

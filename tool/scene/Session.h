@@ -11,24 +11,27 @@
 
 namespace kestms {
 
-/// The host with its codecs, set up for one run of the tool.
+/// The host with its codecs, set up for one run of a program.
 class Session {
   public:
+    using Changes = Pyxis::StandardCodecs::Changes;
+
     /// Texts come in that language; an empty one takes the environment's. Throws a Failure with
     /// ExitCode::Usage for a language that there is not.
-    explicit Session(const std::string& language);
+    explicit Session(const std::string& language, Changes changes = Changes::Ignore);
 
     const KestMultispectralCodec& codec() const { return codec_; }
     Pyxis::FindFileInterface& finder() { return finder_; }
     /// Opens files that are about to be asked for, several at a time.
     void readAhead(const std::vector<std::string>& paths);
+    /// Closes the files that nobody is reading.
+    void closeFiles() { componentCodecs_.closeFiles(); }
     /// The language in use.
     const std::string& language() const { return language_; }
 
   private:
     std::string language_;
-    Pyxis::StandardCodecs componentCodecs_{Pyxis::StandardCodecs::QuickBird::With,
-                                           Pyxis::StandardCodecs::Changes::Ignore};
+    Pyxis::StandardCodecs componentCodecs_;
     KestMultispectralCodec codec_;
     Pyxis::CodecRegistration registration_;
     Pyxis::DirectoryFileFinder finder_;
