@@ -1,0 +1,53 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "gdal/CommonLevels.h"
+#include "gdal/PlacedBand.h"
+
+namespace kestgdal {
+
+/// One band of a set on the grid of its data set, with what the set and the component know of it.
+/// What only the component's own file tells is looked up when it is asked for.
+class ComponentBand final : public PlacedBand {
+  public:
+    /// `band` and `files` live as long as the data set. `levels` are those of the band; null for an
+    /// overview, which has none.
+    ComponentBand(GDALDataset* dataset, int number, const kestms::Band& band, ComponentFiles& files,
+                  std::shared_ptr<PixelSource> samples, const Sampling& sampling,
+                  CommonLevels* levels);
+
+    void close() override;
+
+    GDALColorInterp GetColorInterpretation() override;
+    GDALColorTable* GetColorTable() override;
+    double GetNoDataValue(int* success) override;
+    double GetOffset(int* success) override;
+    double GetScale(int* success) override;
+    const char* GetUnitType() override;
+    char** GetCategoryNames() override;
+    char** GetMetadata(const char* domain) override;
+    const char* GetMetadataItem(const char* name, const char* domain) override;
+    int GetOverviewCount() override;
+    GDALRasterBand* GetOverview(int index) override;
+    int GetMaskFlags() override;
+    GDALRasterBand* GetMaskBand() override;
+
+  private:
+    GDALRasterBand* component() { return files_.band(band_); }
+    PlacedBand* ownMask();
+    void addOverviews();
+    void addMetadata();
+    void addComponentMetadata();
+
+    const kestms::Band& band_;
+    ComponentFiles& files_;
+    CommonLevels* levels_;  ///< null once the overviews are there
+    std::vector<std::unique_ptr<ComponentBand>> overviews_;
+    std::optional<std::unique_ptr<PlacedBand>> mask_;  ///< of null: the component has no own one
+    bool hasComponentMetadata_ = false;
+};
+
+}  // namespace kestgdal

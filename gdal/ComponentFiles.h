@@ -1,0 +1,26 @@
+#pragma once
+
+#include <gdal_priv.h>
+
+#include <map>
+#include <string>
+
+#include "tool/scene/Band.h"
+
+namespace kestgdal {
+
+/// The components as GDAL itself opens them, for what a frame does not tell: scale, unit, mask,
+/// sizes of overviews. They open when they are first asked for, each once.
+class ComponentFiles {
+  public:
+    /// The band of the component; null when GDAL cannot open it.
+    GDALRasterBand* band(const kestms::Band& band);
+    /// Closes them for good.
+    void close();
+
+  private:
+    bool closed_ = false;
+    std::map<std::string, GDALDatasetUniquePtr> datasets_;  // null: could not be opened
+};
+
+}  // namespace kestgdal

@@ -1,0 +1,36 @@
+#include <gdal_priv.h>
+
+#include <memory>
+
+#include "gdal/SetDataset.h"
+
+/// What GDAL calls after loading the module "gdal_KESTMS".
+extern "C" __attribute__((visibility("default"))) void GDALRegister_KESTMS();
+
+namespace {
+
+constexpr const char* kOpenOptions =
+    "<OpenOptionList>"
+    "<Option name='ORDER' type='string-select' default='number' description='Order of the bands: "
+    "by number, or those shown as red, green and blue first'>"
+    "<Value>number</Value><Value>display</Value></Option>"
+    "</OpenOptionList>";
+
+}  // namespace
+
+void GDALRegister_KESTMS() {
+    if (!GDAL_CHECK_VERSION("KESTMS driver") || GDALGetDriverByName("KESTMS") != nullptr) {
+        return;
+    }
+    auto driver = std::make_unique<GDALDriver>();
+    driver->SetDescription("KESTMS");
+    driver->SetMetadataItem(GDAL_DCAP_RASTER, "YES");
+    driver->SetMetadataItem(GDAL_DCAP_OPEN, "YES");
+    driver->SetMetadataItem(GDAL_DMD_LONGNAME, "Multispectral image sets of single-band files");
+    driver->SetMetadataItem(GDAL_DMD_CONNECTION_PREFIX, "KESTMS:");
+    driver->SetMetadataItem(GDAL_DMD_SUBDATASETS, "YES");
+    driver->SetMetadataItem(GDAL_DMD_OPENOPTIONLIST, kOpenOptions);
+    driver->pfnIdentify = kestgdal::SetDataset::identify;
+    driver->pfnOpen = kestgdal::SetDataset::open;
+    GetGDALDriverManager()->RegisterDriver(driver.release());
+}

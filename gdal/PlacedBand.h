@@ -1,0 +1,53 @@
+#pragma once
+
+#include <gdal_priv.h>
+
+#include <memory>
+#include <string>
+
+#include "gdal/Grid.h"
+#include "gdal/PixelSource.h"
+#include "gdal/PlacedRead.h"
+
+namespace kestgdal {
+
+/// How a band takes its samples from a source.
+struct Sampling {
+    BandPlace place;
+    /// The level of the source to read as it is, where the source lies on the band's own grid.
+    int level = 0;
+    Pyxis::Size size;      ///< of the band
+    Pyxis::Size block;     ///< in which it is read best
+    double outside = 0.0;  ///< where the source does not reach
+};
+
+/// A raster band with the samples of a source, each at its place. Windows of any size go down to
+/// the source in one call; GDAL's block cache serves only what the source cannot do.
+class PlacedBand : public GDALRasterBand {
+  public:
+    PlacedBand(GDALDataset* dataset, int number, GDALDataType type,
+               std::shared_ptr<PixelSource> source, const Sampling& sampling, std::string path);
+
+    /// Lets go of the source: what is read from now on fails.
+    virtual void close() { source_ = nullptr; }
+
+  protected:
+    CPLErr IReadBlock(int column, int row, void* data) override;
+    CPLErr IRasterIO(GDALRWFlag flag, int x, int y, int width, int height, void* data,
+                     int bufferWidth, int bufferHeight, GDALDataType type, GSpacing pixelSpace,
+                     GSpacing lineSpace, GDALRasterIOExtraArg* extra) override;
+
+    const std::shared_ptr<PixelSource>& sharedSource() const { return source_; }
+    const Sampling& sampling() const { return sampling_; }
+    const std::string& path() const { return path_; }
+
+  private:
+    bool read(const Window& window, const Buffer& buffer);
+    bool read(const GridWindow& window, const Buffer& buffer);
+
+    std::shared_ptr<PixelSource> source_;
+    Sampling sampling_;
+    std::string path_;  ///< of the component, for messages
+};
+
+}  // namespace kestgdal

@@ -1,0 +1,235 @@
+#include "gdal/SetDataset.h"
+
+#include <cpl_string.h>
+
+#include <algorithm>
+#include <cstring>
+#include <exception>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "gdal/ComponentBand.h"
+#include "host/gdal/ErrorCapture.h"
+#include "tool/scene/Words.h"
+#include "tool/terminal/Failure.h"
+
+namespace kestgdal {
+namespace {
+
+using kestms::Band;
+
+/// The bands of a set by pixel size, in the order in which the sizes first come up.
+std::vector<PixelSizeGroup> byPixelSize(const std::vector<Band>& bands, const std::string& unit) {
+    std::vector<PixelSizeGroup> groups;
+    for (const Band& band : bands) {
+        const std::string label = pixelSizeLabel(band, unit);
+        auto group = std::find_if(groups.begin(), groups.end(),
+                                  [&label](const auto& known) { return known.label == label; });
+        if (group == groups.end()) {
+            group = groups.insert(groups.end(), PixelSizeGroup{label, {}});
+        }
+        group->bands.push_back(band);
+    }
+    return groups;
+}
+
+/// Each component that was left out as a warning of its own, without the tool's name.
+void warn(const std::string& lines) {
+    constexpr const char* kTool = "kestms: ";
+    const CPLStringList list(CSLTokenizeString2(lines.c_str(), "\n", 0));
+    for (int i = 0; i < list.Count(); ++i) {
+        const char* line = list[i];
+        CPLError(CE_Warning, CPLE_AppDefined, "%s",
+                 line + (STARTS_WITH(line, kTool) ? std::strlen(kTool) : 0));
+    }
+}
+
+OGRSpatialReference parsed(const std::vector<Band>& bands) {
+    const Pyxis::ErrorCapture silent;
+    OGRSpatialReference system;
+    system.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
+    // All bands of a set share one.
+    if (!bands.empty() && bands.front().georeference) {
+        system.importFromWkt(bands.front().georeference->coordinateSystem.c_str());
+    }
+    return system;
+}
+
+/// "m", "deg", the system's own name for another unit, or nothing.
+std::string unitOf(const OGRSpatialReference& system) {
+    if (system.IsEmpty()) {
+        return {};
+    }
+    if (system.IsGeographic()) {
+        return "deg";
+    }
+    const char* name = nullptr;
+    return system.GetLinearUnits(&name) == 1.0 ? "m" : name;
+}
+
+SetName nameOf(const char* text) {
+    return parseSetName(text).value_or(SetName{text, {}});
+}
+
+}  // namespace
+
+int SetDataset::identify(GDALOpenInfo* info) {
+    const std::string_view head(reinterpret_cast<const char*>(info->pabyHeader),
+                                static_cast<std::size_t>(std::max(info->nHeaderBytes, 0)));
+    return parseSetName(info->pszFilename) || looksLikeComponentList(head) ? TRUE : FALSE;
+}
+
+GDALDataset* SetDataset::open(GDALOpenInfo* info) {
+    if (!identify(info)) {
+        return nullptr;
+    }
+    if (info->eAccess == GA_Update) {
+        CPLError(CE_Failure, CPLE_NotSupported, "%s: sets are read only", info->pszFilename);
+        return nullptr;
+    }
+    try {
+        return std::make_unique<SetDataset>(nameOf(info->pszFilename), info->papszOpenOptions)
+            .release();
+    } catch (const std::exception& failure) {
+        CPLError(CE_Failure, CPLE_OpenFailed, "%s", failure.what());
+        return nullptr;
+    }
+}
+
+SetDataset::SetDataset(SetName name, CSLConstList options) : name_(std::move(name)) {
+    std::string warnings;
+    set_ = SharedSession::instance().open(argumentsFor(name_.path), warnings);
+    warn(warnings);
+    eAccess = GA_ReadOnly;
+    system_ = parsed(set_->bands());
+    takePixelSize(name_.grid);
+    putInOrder(CSLFetchNameValueDef(options, "ORDER", "number"));
+    grid_ = gridOf(chosen_);
+    nRasterXSize = grid_.size.width;
+    nRasterYSize = grid_.size.height;
+    addBands();
+    addDescription();
+}
+
+SetDataset::~SetDataset() {
+    SetDataset::CloseDependentDatasets();
+}
+
+void SetDataset::takePixelSize(const std::string& label) {
+    std::vector<PixelSizeGroup> groups = byPixelSize(set_->bands(), unitOf(system_));
+    if (label.empty()) {
+        chosen_ = set_->bands();
+        addParts(groups);
+        return;
+    }
+    std::string sizes;
+    for (auto& [known, bands] : groups) {
+        if (EQUAL(known.c_str(), label.c_str())) {
+            chosen_ = std::move(bands);
+            return;
+        }
+        sizes += (sizes.empty() ? "" : ", ") + known;
+    }
+    throw kestms::Failure(kestms::ExitCode::Usage, name_.path,
+                          "has no bands of pixel size " + label + ", but of " + sizes);
+}
+
+void SetDataset::putInOrder(const std::string& order) {
+    if (!EQUAL(order.c_str(), "display")) {
+        return;
+    }
+    const auto place = [](const Band& band) {
+        // Red, green and blue are 1 to 3.
+        constexpr int kLast = 4;
+        return band.assignment == kest::BandAssignment::NotAssigned
+                   ? kLast
+                   : static_cast<int>(band.assignment);
+    };
+    std::stable_sort(chosen_.begin(), chosen_.end(),
+                     [place](const Band& a, const Band& b) { return place(a) < place(b); });
+}
+
+void SetDataset::addParts(const std::vector<PixelSizeGroup>& groups) {
+    CPLStringList parts;
+    int number = 0;
+    for (const auto& [label, bands] : groups) {
+        ++number;
+        parts.SetNameValue(CPLSPrintf("SUBDATASET_%d_NAME", number),
+                           partName(name_.path, label).c_str());
+        parts.SetNameValue(
+            CPLSPrintf("SUBDATASET_%d_DESC", number),
+            CPLSPrintf("%s, %s (%d band%s)", bands.front().bucketName.c_str(), label.c_str(),
+                       static_cast<int>(bands.size()), bands.size() == 1 ? "" : "s"));
+    }
+    if (groups.size() > 1) {
+        GDALDataset::SetMetadata(parts.List(), "SUBDATASETS");
+    }
+}
+
+void SetDataset::addBands() {
+    const Pyxis::Size block = chosen_[grid_.finest].block;
+    for (std::size_t i = 0; i < chosen_.size(); ++i) {
+        const Band& band = chosen_[i];
+        const BandPlace& place = grid_.places[i];
+        const std::shared_ptr<PixelSource> samples = samplesOf(*set_, band, files_);
+        if (place.isOwnGrid) {
+            levels_.add(samples);
+        }
+        const Sampling sampling{place, 0, grid_.size, place.isOwnGrid ? band.block : block,
+                                band.noData.value_or(0.0)};
+        const int number = static_cast<int>(i) + 1;
+        auto raster = std::make_unique<ComponentBand>(this, number, band, files_, samples, sampling,
+                                                      &levels_);
+        SetBand(number, raster.release());
+    }
+}
+
+void SetDataset::addDescription() {
+    const kestms::SetDescription& about = set_->description();
+    GDALDataset::SetMetadataItem("REFERENCE_NAME", about.referenceName.c_str());
+    GDALDataset::SetMetadataItem("NAMING_SCHEME",
+                                 std::string(kestms::schemeWord(about.scheme)).c_str());
+    if (!about.metadataFile.empty()) {
+        GDALDataset::SetMetadataItem("METADATA_FILE", about.metadataFile.c_str());
+    }
+    GDALDataset::SetMetadataItem("INTERLEAVE", "BAND", "IMAGE_STRUCTURE");
+}
+
+CPLErr SetDataset::GetGeoTransform(double* transform) {
+    std::copy(grid_.transform.begin(), grid_.transform.end(), transform);
+    return CE_None;
+}
+
+const OGRSpatialReference* SetDataset::GetSpatialRef() const {
+    return system_.IsEmpty() ? nullptr : &system_;
+}
+
+char** SetDataset::GetFileList() {
+    CPLStringList files;
+    std::error_code error;
+    if (std::filesystem::is_regular_file(name_.path, error)) {
+        files.AddString(name_.path.c_str());
+    }
+    if (set_) {
+        for (const std::string& file : SharedSession::instance().filesOf(*set_)) {
+            files.AddString(file.c_str());
+        }
+    }
+    return files.StealList();
+}
+
+int SetDataset::CloseDependentDatasets() {
+    if (!reader_) {
+        return FALSE;
+    }
+    for (int i = 0; i < nBands; ++i) {
+        static_cast<ComponentBand*>(papoBands[i])->close();
+    }
+    files_.close();
+    set_.reset();
+    reader_.reset();
+    return TRUE;
+}
+
+}  // namespace kestgdal

@@ -1,0 +1,94 @@
+#include "gdal/SetName.h"
+
+#include <glob.h>
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+namespace kestgdal {
+namespace {
+
+constexpr std::string_view kPrefix = "KESTMS:";
+
+bool startsWithPrefix(std::string_view text) {
+    return text.size() > kPrefix.size() &&
+           std::equal(kPrefix.begin(), kPrefix.end(), text.begin(), [](char wanted, char given) {
+               return wanted == std::toupper(static_cast<unsigned char>(given));
+           });
+}
+
+/// Some programs, rasterio among them, drop the quotes of the names that they hand out.
+SetName unquoted(std::string_view text) {
+    std::error_code error;
+    const std::size_t colon = text.rfind(':');
+    const bool mayBeSize = colon != std::string_view::npos && colon + 1 < text.size() &&
+                           std::isdigit(static_cast<unsigned char>(text[colon + 1])) &&
+                           text.find('/', colon) == std::string_view::npos;
+    if (!mayBeSize || fs::exists(fs::path(text), error)) {
+        return {std::string(text), {}};
+    }
+    return {std::string(text.substr(0, colon)), std::string(text.substr(colon + 1))};
+}
+
+std::vector<std::string> matching(const std::string& pattern) {
+    std::vector<std::string> names;
+    glob_t found{};
+    if (glob(pattern.c_str(), 0, nullptr, &found) == 0) {
+        names.assign(found.gl_pathv, found.gl_pathv + found.gl_pathc);
+    }
+    globfree(&found);
+    return names;
+}
+
+}  // namespace
+
+std::optional<SetName> parseSetName(std::string_view text) {
+    if (!startsWithPrefix(text)) {
+        return std::nullopt;
+    }
+    text.remove_prefix(kPrefix.size());
+    if (text.front() != '"') {
+        return unquoted(text);
+    }
+    const std::size_t end = text.rfind('"');
+    const std::string_view rest = text.substr(end + 1);
+    if (end < 2 || (!rest.empty() && rest.front() != ':')) {
+        return std::nullopt;
+    }
+    return SetName{std::string(text.substr(1, end - 1)),
+                   std::string(rest.empty() ? rest : rest.substr(1))};
+}
+
+std::string partName(const std::string& path, const std::string& grid) {
+    return std::string(kPrefix) + '"' + path + "\":" + grid;
+}
+
+bool looksLikeComponentList(std::string_view head) {
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    if (head.starts_with(kByteOrderMark)) {
+        head.remove_prefix(kByteOrderMark.size());
+    }
+    const std::size_t start = head.find_first_not_of(" \t\r\n");
+    const std::size_t root = head.find("<storage");
+    return start != std::string_view::npos && head[start] == '<' &&
+           root != std::string_view::npos && head.find("<image", root) != std::string_view::npos &&
+           (root == start || head[start + 1] == '?' || head[start + 1] == '!');
+}
+
+std::vector<std::string> argumentsFor(const std::string& path) {
+    std::error_code error;
+    if (fs::exists(path, error)) {
+        return {fs::path(path).extension() == ".txt" ? "@" + path : path};
+    }
+    std::vector<std::string> names;
+    if (path.find_first_of("*?[") != std::string::npos) {
+        names = matching(path);
+    }
+    return names.empty() ? std::vector<std::string>{path} : names;
+}
+
+}  // namespace kestgdal

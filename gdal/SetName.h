@@ -1,0 +1,30 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kestgdal {
+
+/// A data set as GDAL programs name it: "KESTMS:PATH", or with one of the set's pixel sizes
+/// "KESTMS:"PATH":15m", whose quotes may be missing.
+struct SetName {
+    std::string path;
+    std::string grid;  ///< label of a pixel size; empty for the whole set
+};
+
+/// Nothing for a text without the prefix, or with a quote that does not end.
+std::optional<SetName> parseSetName(std::string_view text);
+
+/// The name of the part of a set that has that pixel size.
+std::string partName(const std::string& path, const std::string& grid);
+
+/// Whether a file that begins with these bytes is a component list document.
+bool looksLikeComponentList(std::string_view head);
+
+/// What a path stands for: itself, the files that a pattern matches (sorted), or "@PATH" for a
+/// text file that lists files.
+std::vector<std::string> argumentsFor(const std::string& path);
+
+}  // namespace kestgdal

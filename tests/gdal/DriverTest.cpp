@@ -1,0 +1,397 @@
+#include <cpl_conv.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cmath>
+#include <cstdlib>
+#include <random>
+#include <thread>
+
+#include "tests/fakes/Rasters.h"
+
+// The driver as GDAL programs meet it: loaded from a folder, asked through GDAL.
+
+namespace {
+
+using fakes::Raster;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+constexpr const char* kScene = "L71026029_02920000609_";
+
+void loadDriver() {
+    CPLSetConfigOption("GDAL_DRIVER_PATH", KEST_GDAL_PLUGINS);
+    GDALAllRegister();
+}
+
+GDALDatasetUniquePtr openRaster(const std::string& name) {
+    return GDALDatasetUniquePtr(GDALDataset::Open(name.c_str(), GDAL_OF_RASTER));
+}
+
+/// What GDAL says when the name cannot be opened; empty when it can, or nothing was said.
+std::string whyNot(const std::string& name) {
+    CPLErrorReset();
+    CPLPushErrorHandler(CPLQuietErrorHandler);
+    const auto dataset = GDALDatasetUniquePtr(
+        GDALDataset::Open(name.c_str(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR));
+    CPLPopErrorHandler();
+    return dataset ? "" : CPLGetLastErrorMsg();
+}
+
+/// All samples of a window, in a buffer of the given size.
+std::vector<double> samplesOf(GDALRasterBand& band, int x, int y, int width, int height,
+                              int bufferWidth, int bufferHeight, int overview = -1) {
+    std::vector<double> samples(static_cast<std::size_t>(bufferWidth * bufferHeight), -1);
+    GDALRasterBand* source = overview < 0 ? &band : band.GetOverview(overview);
+    EXPECT_EQ(source->RasterIO(GF_Read, x, y, width, height, samples.data(), bufferWidth,
+                               bufferHeight, GDT_Float64, 0, 0, nullptr),
+              CE_None);
+    return samples;
+}
+
+std::vector<double> samplesOf(GDALRasterBand& band) {
+    return samplesOf(band, 0, 0, band.GetXSize(), band.GetYSize(), band.GetXSize(),
+                     band.GetYSize());
+}
+
+std::array<double, 6> transformOf(GDALDataset& dataset) {
+    std::array<double, 6> transform{};
+    EXPECT_EQ(dataset.GetGeoTransform(transform.data()), CE_None);
+    return transform;
+}
+
+/// A scene as it is delivered: the panchromatic band has half the pixel size and begins and ends
+/// within the outermost pixels of the others.
+class DriverTest : public testing::Test {
+  protected:
+    static void SetUpTestSuite() { loadDriver(); }
+
+    std::string path(const std::string& band) const {
+        return directory_ / (kScene + band + ".TIF");
+    }
+    std::string folder() const { return "KESTMS:" + directory_.path(); }
+
+    void writeScene(GDALDataType type = GDT_Byte) const {
+        Raster coarse;
+        coarse.width = 20;
+        coarse.type = type;
+        for (const char* band : {"B10", "B20", "B40"}) {
+            fakes::writeRaster(path(band), coarse);
+        }
+        Raster fine = coarse;
+        fine.width = 39;
+        fine.height = 15;
+        fine.transform = {{500007.5, 15, 0, 4599992.5, 0, -15}};
+        fakes::writeRaster(path("B80"), fine);
+    }
+
+    fakes::TempDirectory directory_;
+};
+
+std::string documentOf(const std::vector<std::string>& paths) {
+    std::string text = R"(<storage version="1.00"><image>)";
+    for (const std::string& path : paths) {
+        text += R"(<component><data><file path=")" + path + R"(" frame="0"/></data></component>)";
+    }
+    return text + "</image></storage>";
+}
+
+TEST_F(DriverTest, RecognisesSetsByContentAndPrefix) {
+    writeScene();
+    const std::string set = documentOf({path("B10"), path("B20")});
+    const struct {
+        std::string content;
+        bool isSet;
+    } rows[] = {
+        {set, true},
+        {"\xEF\xBB\xBF" + set, true},
+        {"<?xml version=\"1.0\"?>\n<!-- a set -->\n" + set, true},
+        {"<other/>" + set, false},
+        {"<VRTDataset><storage/></VRTDataset>", false},
+        {"text <storage><image>", false},
+        {"", false},
+    };
+    for (const auto& row : rows) {
+        const std::string file = directory_ / "any.name";
+        fakes::writeFile(file, row.content);
+        GDALDriver* driver = GDALDriver::FromHandle(GDALIdentifyDriver(file.c_str(), nullptr));
+        EXPECT_EQ(driver != nullptr && EQUAL(driver->GetDescription(), "KESTMS"), row.isSet)
+            << row.content;
+    }
+    fakes::writeFile(directory_ / "set.xml", set);
+    EXPECT_EQ(openRaster(directory_ / "set.xml")->GetRasterCount(), 2);
+    EXPECT_EQ(openRaster(folder())->GetRasterCount(), 4);
+    EXPECT_EQ(openRaster("kestms:" + directory_ / "*B[12]0.TIF")->GetRasterCount(), 2);
+    fakes::writeFile(directory_ / "list.txt", path("B10") + "\n" + path("B80") + "\n");
+    EXPECT_EQ(openRaster("KESTMS:" + directory_ / "list.txt")->GetRasterCount(), 2);
+}
+
+TEST_F(DriverTest, ReportsTheToolsReasonOnce) {
+    writeScene();
+    Raster other;
+    other.type = GDT_UInt16;
+    fakes::writeRaster(directory_ / "other.tif", other);
+    fakes::writeFile(directory_ / "text.tif", "text");
+    const std::string refused = documentOf({path("B10"), directory_ / "other.tif"});
+    fakes::writeFile(directory_ / "refused.xml", refused);
+    const struct {
+        std::string name;
+        const char* reason;
+    } rows[] = {
+        {"KESTMS:/no/such", "No such file or directory"},
+        {"KESTMS:" + directory_ / "refused.xml", "16-bit single channel, the set's is 8-bit"},
+        {"KESTMS:" + directory_ / "text.tif", "no known raster format"},
+        {"KESTMS:\"" + directory_ / "*.TIF" + "\":7m",
+         "no bands of pixel size 7m, but of 30m, 15m"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_THAT(whyNot(row.name), HasSubstr(row.reason)) << row.name;
+    }
+    CPLErrorReset();
+    CPLPushErrorHandler(CPLQuietErrorHandler);
+    EXPECT_EQ(GDALOpen(folder().c_str(), GA_Update), nullptr);
+    CPLPopErrorHandler();
+    EXPECT_THAT(CPLGetLastErrorMsg(), HasSubstr("read only"));
+}
+
+TEST_F(DriverTest, PlacesEveryBandWhereItsComponentLies) {
+    writeScene(GDT_Int16);
+    const auto set = openRaster(folder());
+    const auto grid = transformOf(*set);
+    EXPECT_THAT(grid, ElementsAre(500007.5, 15, 0, 4599992.5, 0, -15));
+    EXPECT_EQ(set->GetRasterXSize(), 39);
+    std::mt19937 random(7);
+    for (int number = 1; number <= set->GetRasterCount(); ++number) {
+        GDALRasterBand& band = *set->GetRasterBand(number);
+        const auto component = openRaster(band.GetMetadataItem("component"));
+        const auto own = transformOf(*component);
+        const int ownWidth = component->GetRasterXSize();
+        const auto samples = samplesOf(*component->GetRasterBand(1));
+        const auto expected = [&](double column, double row) {
+            const double x = grid[0] + column * grid[1];
+            const double y = grid[3] + row * grid[5];
+            const auto c = static_cast<int>(std::floor((x - own[0]) / own[1] + 1e-6));
+            const auto r = static_cast<int>(std::floor((y - own[3]) / own[5] + 1e-6));
+            return samples.at(static_cast<std::size_t>(r * ownWidth + c));
+        };
+        for (int round = 0; round < 40; ++round) {
+            const int x = static_cast<int>(random() % 30);
+            const int y = static_cast<int>(random() % 10);
+            const int width = 1 + static_cast<int>(random() % 9U);
+            const int height = 1 + static_cast<int>(random() % 5U);
+            const auto read = samplesOf(band, x, y, width, height, width, height);
+            for (int i = 0; i < width * height; ++i) {
+                EXPECT_EQ(read[static_cast<std::size_t>(i)],
+                          expected(x + i % width + 0.5, y + i / width + 0.5))
+                    << number << ": " << x << "," << y << " " << width << "x" << height;
+            }
+        }
+    }
+}
+
+TEST_F(DriverTest, ReadsWindowsAsGdalReadsTheComponent) {
+    Raster raster;
+    raster.width = 200;
+    raster.height = 120;
+    raster.type = GDT_UInt16;
+    raster.options = {"TILED=YES", "BLOCKXSIZE=64", "BLOCKYSIZE=32"};
+    for (const char* band : {"B10", "B20"}) {
+        fakes::writeRaster(path(band), raster);
+        const auto file =
+            GDALDatasetUniquePtr(GDALDataset::Open(path(band).c_str(), GDAL_OF_UPDATE));
+        const int levels[] = {2, 4};
+        ASSERT_EQ(file->BuildOverviews("AVERAGE", 2, levels, 0, nullptr, nullptr, nullptr, nullptr),
+                  CE_None);
+    }
+    const auto set = openRaster(folder());
+    const auto component = openRaster(path("B20"));
+    GDALRasterBand& band = *set->GetRasterBand(2);
+    GDALRasterBand& own = *component->GetRasterBand(1);
+    ASSERT_EQ(band.GetOverviewCount(), 2);
+    EXPECT_EQ(band.GetOverview(1)->GetXSize(), own.GetOverview(1)->GetXSize());
+    int width = 0;
+    int height = 0;
+    band.GetBlockSize(&width, &height);
+    EXPECT_EQ(width, 64);
+    EXPECT_EQ(height, 32);
+    const struct {
+        int x, y, width, height, bufferWidth, bufferHeight, overview;
+    } rows[] = {
+        {0, 0, 200, 120, 200, 120, -1}, {3, 5, 70, 41, 70, 41, -1},  {0, 0, 200, 120, 50, 30, -1},
+        {10, 20, 30, 10, 90, 20, -1},   {0, 0, 100, 60, 100, 60, 0}, {7, 9, 20, 10, 20, 10, 1},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(samplesOf(band, row.x, row.y, row.width, row.height, row.bufferWidth,
+                            row.bufferHeight, row.overview),
+                  samplesOf(own, row.x, row.y, row.width, row.height, row.bufferWidth,
+                            row.bufferHeight, row.overview))
+            << row.x << "," << row.y << " to " << row.bufferWidth << ", overview " << row.overview;
+    }
+}
+
+TEST_F(DriverTest, CarriesWhatSetAndComponentsTell) {
+    writeScene();
+    {
+        const auto file =
+            GDALDatasetUniquePtr(GDALDataset::Open(path("B40").c_str(), GDAL_OF_UPDATE));
+        GDALRasterBand& band = *file->GetRasterBand(1);
+        band.SetScale(0.5);
+        band.SetOffset(-3);
+        band.SetUnitType("W");
+        band.SetNoDataValue(17);
+        band.SetMetadataItem("SENSOR", "ETM");
+    }
+    const auto set = openRaster(folder());
+    GDALRasterBand& band = *set->GetRasterBand(3);
+    EXPECT_STREQ(band.GetDescription(), "Near infrared (band 4)");
+    EXPECT_EQ(band.GetScale(), 0.5);
+    EXPECT_EQ(band.GetOffset(), -3);
+    EXPECT_STREQ(band.GetUnitType(), "W");
+    EXPECT_EQ(band.GetNoDataValue(), 17);
+    EXPECT_EQ(band.GetMaskFlags(), GMF_NODATA);
+    EXPECT_EQ(band.GetMaskFlags(), openRaster(path("B40"))->GetRasterBand(1)->GetMaskFlags());
+    const std::pair<const char*, const char*> items[] = {{"SENSOR", "ETM"},
+                                                         {"common_name", "nir"},
+                                                         {"wavelength", "0.835"},
+                                                         {"pixel_size", "30 30"}};
+    for (const auto& [key, value] : items) {
+        EXPECT_STREQ(band.GetMetadataItem(key), value) << key;
+    }
+    EXPECT_STREQ(band.GetMetadataItem("CENTRAL_WAVELENGTH_UM", "IMAGERY"), "0.835");
+    EXPECT_EQ(set->GetRasterBand(1)->GetColorInterpretation(), GCI_BlueBand);
+    EXPECT_EQ(set->GetRasterBand(4)->GetColorInterpretation(), GCI_GrayIndex);
+    EXPECT_STREQ(set->GetMetadataItem("REFERENCE_NAME"), "L71026029_02920000609");
+    const CPLStringList files(set->GetFileList());
+    EXPECT_EQ(files.Count(), 4);
+    EXPECT_TRUE(openRaster(path("B40"))->GetSpatialRef()->IsSame(set->GetSpatialRef()));
+}
+
+TEST_F(DriverTest, ShowsTheMaskOfAComponent) {
+    Raster raster;
+    raster.options = {"PHOTOMETRIC=MINISBLACK"};
+    CPLSetConfigOption("GDAL_TIFF_INTERNAL_MASK", "YES");
+    for (const char* name : {"B10", "B20"}) {
+        fakes::writeRaster(path(name), raster);
+    }
+    {
+        const auto file =
+            GDALDatasetUniquePtr(GDALDataset::Open(path("B20").c_str(), GDAL_OF_UPDATE));
+        ASSERT_EQ(file->CreateMaskBand(GMF_PER_DATASET), CE_None);
+        std::vector<std::uint8_t> valid(12 * 8, 255);
+        valid[5] = 0;
+        ASSERT_EQ(file->GetRasterBand(1)->GetMaskBand()->RasterIO(
+                      GF_Write, 0, 0, 12, 8, valid.data(), 12, 8, GDT_Byte, 0, 0, nullptr),
+                  CE_None);
+    }
+    CPLSetConfigOption("GDAL_TIFF_INTERNAL_MASK", nullptr);
+    const auto set = openRaster(folder());
+    EXPECT_EQ(set->GetRasterBand(1)->GetMaskFlags(), GMF_ALL_VALID);
+    EXPECT_EQ(set->GetRasterBand(2)->GetMaskFlags(), 0);
+    const auto mask = samplesOf(*set->GetRasterBand(2)->GetMaskBand());
+    EXPECT_EQ(mask[5], 0);
+    EXPECT_EQ(std::count(mask.begin(), mask.end(), 255), 12 * 8 - 1);
+}
+
+TEST_F(DriverTest, OffersEachPixelSizeAsASubdataset) {
+    writeScene();
+    const auto set = openRaster(folder());
+    const CPLStringList parts(CSLDuplicate(set->GetMetadata("SUBDATASETS")));
+    ASSERT_EQ(parts.Count(), 4);
+    const std::string quoted = "KESTMS:\"" + directory_.path() + "\":";
+    EXPECT_EQ(parts.FetchNameValue("SUBDATASET_1_NAME"), quoted + "30m");
+    EXPECT_EQ(parts.FetchNameValue("SUBDATASET_2_NAME"), quoted + "15m");
+    EXPECT_EQ(openRaster(folder() + ":15m")->GetRasterCount(), 1);
+    const auto part = openRaster(quoted + "30m");
+    ASSERT_EQ(part->GetRasterCount(), 3);
+    EXPECT_EQ(transformOf(*part), transformOf(*openRaster(path("B10"))));
+    EXPECT_EQ(samplesOf(*part->GetRasterBand(3)),
+              samplesOf(*openRaster(path("B40"))->GetRasterBand(1)));
+    EXPECT_EQ(CSLCount(part->GetMetadata("SUBDATASETS")), 0);
+}
+
+TEST_F(DriverTest, PutsTheDisplayChannelsFirstWhenAsked) {
+    writeScene();
+    const char* const options[] = {"ORDER=display", nullptr};
+    const auto set =
+        GDALDatasetUniquePtr(GDALDataset::Open(folder().c_str(), GDAL_OF_RASTER, nullptr, options));
+    EXPECT_EQ(set->GetRasterBand(1)->GetColorInterpretation(), GCI_GreenBand);
+    EXPECT_EQ(set->GetRasterBand(2)->GetColorInterpretation(), GCI_BlueBand);
+    EXPECT_STREQ(set->GetRasterBand(3)->GetDescription(), "Near infrared (band 4)");
+    EXPECT_EQ(samplesOf(*set->GetRasterBand(2)),
+              samplesOf(*openRaster(folder())->GetRasterBand(1)));
+}
+
+TEST_F(DriverTest, IsReadByManyThreadsAtOnce) {
+    writeScene();
+    const auto expected = samplesOf(*openRaster(folder())->GetRasterBand(2));
+    std::atomic<int> right = 0;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([&] {
+            for (int round = 0; round < 8; ++round) {
+                const auto set = openRaster(folder());
+                right += set && samplesOf(*set->GetRasterBand(2)) == expected ? 1 : 0;
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(right, 4 * 8);
+}
+
+/// What GDAL calls before it destroys its drivers.
+struct Closer : GDALDataset {
+    static int close(GDALDataset& dataset) { return (dataset.*&Closer::CloseDependentDatasets)(); }
+};
+
+TEST_F(DriverTest, FailsAfterItsFilesWereLetGo) {
+    writeScene();
+    const auto set = openRaster(folder());
+    samplesOf(*set->GetRasterBand(1));
+    EXPECT_EQ(Closer::close(*set), TRUE);
+    EXPECT_EQ(Closer::close(*set), FALSE);
+    set->FlushCache();
+    CPLPushErrorHandler(CPLQuietErrorHandler);
+    double sample = 0;
+    EXPECT_EQ(set->GetRasterBand(1)->RasterIO(GF_Read, 0, 0, 1, 1, &sample, 1, 1, GDT_Float64, 0, 0,
+                                              nullptr),
+              CE_Failure);
+    CPLPopErrorHandler();
+    EXPECT_EQ(set->GetRasterBand(1)->GetScale(), 1.0);
+}
+
+using ExitTest = DriverTest;
+
+/// Opens, closes and destroys in that order, then ends: "o" opens and reads, "c" closes, "d"
+/// destroys GDAL's drivers, "r" registers them again.
+[[noreturn]] void endAfter(const std::string& steps, const std::string& name) {
+    std::vector<GDALDataset*> open;
+    for (const char step : steps) {
+        if (step == 'o') {
+            open.push_back(openRaster(name).release());
+            samplesOf(*open.back()->GetRasterBand(1));
+            open.back()->GetRasterBand(1)->GetMaskFlags();
+        } else if (step == 'c') {
+            GDALClose(open.back());
+            open.pop_back();
+        } else if (step == 'd') {
+            GDALDestroyDriverManager();
+            open.clear();
+        } else {
+            loadDriver();
+        }
+    }
+    std::exit(testing::Test::HasFailure() ? 1 : 0);
+}
+
+TEST_F(ExitTest, EndsInAnyOrder) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    writeScene();
+    for (const char* steps : {"o", "oc", "oo", "ocd", "od", "ood", "odro", "ocdroc"}) {
+        EXPECT_EXIT(endAfter(steps, folder()), testing::ExitedWithCode(0), "") << steps;
+    }
+}
+
+}  // namespace
