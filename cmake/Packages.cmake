@@ -87,7 +87,7 @@ ${about}
 .
 With this package every program that uses GDAL opens sets and scenes.")
 endif()
-if(KEST_PYTHON)
+if(TARGET gdal_KESTMS AND KEST_PYTHON)
     kest_package(python python3-kestms python "gdal-kestms (>= ${KEST_PACKAGE_VERSION}), python3:any,
         python3-numpy, python3-rasterio"
         "multispectral image sets (Python)
