@@ -1,0 +1,109 @@
+"""GDAL's own programs, each in a process of its own."""
+
+from __future__ import annotations
+
+import json
+import subprocess
+import sys
+
+import numpy as np
+import pytest
+import rasterio
+
+from conftest import NAMES, component_name
+
+DESCRIPTIONS = [
+    "Blue (band 1)", "Green (band 2)", "Red (band 3)", "Near infrared (band 4)",
+    "Panchromatic (band 8)",
+]
+
+
+def read(path, band=1):
+    with rasterio.open(path) as raster:
+        return raster.read(band)
+
+
+@pytest.mark.parametrize("how", ["document", "folder", "pattern"])
+def test_gdalinfo_describes_the_set(how, scene, document, run):
+    name = {"document": document, "folder": f"KESTMS:{scene}", "pattern": f"KESTMS:{scene}/*.TIF"}
+    told = json.loads(run("gdalinfo", "-json", name[how]))
+    assert told["driverShortName"] == "KESTMS"
+    assert told["size"] == [99, 79]
+    assert told["geoTransform"] == [500007.5, 15, 0, 4599992.5, 0, -15]
+    assert [band["description"] for band in told["bands"]] == DESCRIPTIONS
+    assert [band["colorInterpretation"] for band in told["bands"]] == [
+        "Blue", "Green", "Red", "Undefined", "Gray",
+    ]
+    assert {band["noDataValue"] for band in told["bands"]} == {65535}
+    assert told["bands"][0]["metadata"][""]["wavelength"] == "0.485"
+    assert told["bands"][3]["metadata"][""]["common_name"] == "nir"
+    files = {str(scene / component_name(code)) for code in NAMES}
+    assert set(told["files"]) == files | ({str(document)} if how == "document" else set())
+
+
+def test_a_folder_that_is_never_listed_is_no_hindrance(document, run):
+    told = run("gdalinfo", document, GDAL_DISABLE_READDIR_ON_OPEN="EMPTY_DIR")
+    assert "Near infrared (band 4)" in told
+
+
+@pytest.mark.parametrize(("size", "codes"), [("30m", ["B10", "B20", "B30", "B40"]), ("15m", ["B80"])])
+def test_translate_of_a_pixel_size_gives_the_components(size, codes, scene, run, tmp_path):
+    out = tmp_path / "out.tif"
+    run("gdal_translate", "-q", f'KESTMS:"{scene}":{size}', out)
+    with rasterio.open(out) as copied:
+        assert copied.descriptions == tuple(
+            DESCRIPTIONS[list(NAMES).index(code)] for code in codes
+        )
+        for number, code in enumerate(codes, start=1):
+            with rasterio.open(scene / component_name(code)) as component:
+                assert copied.transform == component.transform
+                assert copied.crs == component.crs
+                np.testing.assert_array_equal(copied.read(number), component.read(1))
+
+
+def test_translate_of_the_set_puts_each_pixel_in_its_place(scene, run, tmp_path):
+    out = tmp_path / "out.tif"
+    run("gdal_translate", "-q", f"KESTMS:{scene}", out)
+    with rasterio.open(out) as copied:
+        for number, code in enumerate(NAMES, start=1):
+            with rasterio.open(scene / component_name(code)) as component:
+                rows, columns = np.indices(copied.shape)
+                x, y = copied.transform * (columns.ravel() + 0.5, rows.ravel() + 0.5)
+                expected = np.array([value[0] for value in component.sample(zip(x, y))])
+                # Where the component ends short of the pixel's centre, there is no data.
+                np.testing.assert_array_equal(copied.read(number).ravel(), expected)
+
+
+def test_warp_gives_what_it_gives_for_the_components(scene, run, tmp_path):
+    frame = ["-t_srs", "EPSG:4326", "-te", 9.001, 41.535, 9.015, 41.545, "-ts", 60, 50]
+    for method in ("near", "cubic"):
+        out = tmp_path / f"{method}.tif"
+        run("gdalwarp", "-q", "-r", method, *frame, f'KESTMS:"{scene}":30m', out)
+        for number, code in enumerate(["B10", "B20", "B30", "B40"], start=1):
+            alone = tmp_path / f"{method}{code}.tif"
+            run("gdalwarp", "-q", "-r", method, *frame, scene / component_name(code), alone)
+            np.testing.assert_array_equal(read(out, number), read(alone))
+
+
+def test_reasons_are_those_of_the_tool(scene, run):
+    for name, reason in {
+        f"KESTMS:{scene}/none": "No such file or directory",
+        f'KESTMS:"{scene}":20m': "has no bands of pixel size 20m, but of 30m, 15m",
+    }.items():
+        ended = subprocess.run(["gdalinfo", name], capture_output=True, text=True, check=False)
+        assert ended.returncode == 1
+        assert reason in ended.stderr
+
+
+@pytest.mark.parametrize(
+    "ending", ["", "band = raster = None", "band = raster = None; gdal.GDALDestroyDriverManager()"]
+)
+def test_python_may_end_without_closing(ending, document, run):
+    program = f"""
+from osgeo import gdal
+raster = gdal.Open({str(document)!r})
+band = raster.GetRasterBand(5)
+print(band.ReadAsArray().shape, raster.GetRasterBand(1).GetMaskFlags())
+{ending}
+"""
+    assert run(sys.executable, "-c", program) == "(79, 99) 8\n"
