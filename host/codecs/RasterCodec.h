@@ -35,9 +35,9 @@ class RasterCodec : public Interface, public RasterSources {
 
     void getLibVersionInfo(unsigned int& major, unsigned int& minor,
                            unsigned int& build) const override {
-        major = 1;
-        minor = 0;
-        build = 0;
+        major = PYXIS_VERSION_MAJOR;
+        minor = PYXIS_VERSION_MINOR;
+        build = PYXIS_VERSION_BUILD;
     }
     void getApiVersionInfo(unsigned int& major, unsigned int& minor) const override {
         major = 6;
