@@ -81,14 +81,11 @@ install(TARGETS kestmultispectralcodec54 EXPORT KestMultispectral
 # Data. The build tree gets the same layout, so that a program finds its data by one rule.
 if(NOT WIN32)
     foreach(data IN ITEMS resources products)
-        if(IS_DIRECTORY ${PROJECT_SOURCE_DIR}/${data})
-            install(DIRECTORY ${PROJECT_SOURCE_DIR}/${data}
-                DESTINATION ${KEST_INSTALL_DATADIR} COMPONENT libraries
-                FILES_MATCHING PATTERN "*.txt" PATTERN "*.xml")
-            file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/share/kestms)
-            file(CREATE_LINK ${PROJECT_SOURCE_DIR}/${data}
-                ${CMAKE_BINARY_DIR}/share/kestms/${data} SYMBOLIC)
-        endif()
+        install(DIRECTORY ${PROJECT_SOURCE_DIR}/${data} DESTINATION ${KEST_INSTALL_DATADIR}
+            COMPONENT libraries FILES_MATCHING PATTERN "*.txt" PATTERN "*.xml")
+        file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/share/kestms)
+        file(CREATE_LINK ${PROJECT_SOURCE_DIR}/${data} ${CMAKE_BINARY_DIR}/share/kestms/${data}
+            SYMBOLIC)
     endforeach()
 endif()
 
@@ -106,6 +103,10 @@ if(TARGET kestms)
         DESTINATION ${KEST_INSTALL_ZSHDIR})
     install(FILES ${manual}/completions/kestms.fish COMPONENT program
         DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
+endif()
+
+if(TARGET gdal_KESTMS)
+    install(TARGETS gdal_KESTMS LIBRARY DESTINATION ${KEST_GDAL_PLUGIN_DIR} COMPONENT gdal)
 endif()
 
 # find_package(KestMultispectral)

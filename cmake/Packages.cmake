@@ -27,6 +27,9 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 # The changelog of the packages names the day of the release, which CHANGELOG.md knows.
 file(STRINGS ${PROJECT_SOURCE_DIR}/CHANGELOG.md release LIMIT_COUNT 1
     REGEX "^## \\[${KEST_PACKAGE_VERSION}\\] - ")
+if(NOT release)
+    message(FATAL_ERROR "CHANGELOG.md has no release ${KEST_PACKAGE_VERSION}")
+endif()
 string(REGEX REPLACE ".* - " "" release "${release}")
 execute_process(COMMAND date -u -R -d "${release}" OUTPUT_VARIABLE KEST_RELEASE_DATE
     OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
