@@ -7,6 +7,7 @@
 #include "bands/catalogue/ProductCatalogue.h"
 #include "host/Text.h"
 #include "tests/fakes/Fakes.h"
+#include "tests/fakes/Paths.h"
 
 namespace {
 
@@ -14,7 +15,7 @@ namespace {
 kest::ProductCatalogue shippedCatalogue() {
     kest::ProductCatalogue catalogue;
     const auto fault = catalogue.addFiles(
-        Pyxis::fileSpecifier(std::string(KEST_RESOURCES) + "/../products/catalogue.xml"));
+        Pyxis::fileSpecifier(std::string(fakes::kResources) + "/../products/catalogue.xml"));
     EXPECT_EQ(fault.reason, "");
     return catalogue;
 }

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "pyxis/FormatCodecApiVersionInterface.h"
+#include "tests/fakes/Paths.h"
 
 #if defined(_WIN32)
 #include <windows.h>
@@ -25,7 +26,7 @@ void* symbolOf(const char* path, const char* name) {
 TEST(ModuleTest, EntryGivesTheOneVersionObject) {
     using Entry = Pyxis::FormatCodecApiVersionInterface* (*)();
     const auto entry =
-        reinterpret_cast<Entry>(symbolOf(KEST_MODULE, "KestMultispectralCodecApiVersion"));
+        reinterpret_cast<Entry>(symbolOf(fakes::kModule, "KestMultispectralCodecApiVersion"));
     ASSERT_NE(entry, nullptr);
     EXPECT_EQ(entry()->majorVersion(), 6);
     EXPECT_EQ(entry()->minorVersion(), 0);

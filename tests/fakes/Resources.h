@@ -8,6 +8,7 @@
 
 #include "codec/strings/StringResources.h"
 #include "host/Text.h"
+#include "tests/fakes/Paths.h"
 
 namespace fakes {
 
@@ -19,7 +20,7 @@ inline std::string stringModule(std::string_view language) {
            ".dll";
 #else
     const std::string folder =
-        language == "numbers" ? KEST_RESOURCES "/../tests/fakes" : KEST_RESOURCES;
+        language == "numbers" ? kResources + std::string("/../tests/fakes") : kResources;
     return folder + "/kestmultispectral-" + std::string(language) + ".txt";
 #endif
 }

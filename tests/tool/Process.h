@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/fakes/Paths.h"
 #include "tests/fakes/Rasters.h"
 #include "tests/tool/RunTool.h"
 
@@ -62,7 +63,7 @@ class Process {
 
 /// Runs the built tool, in English.
 inline Outcome runKestms(const Strings& arguments, const std::function<void()>& prepare = {}) {
-    return Process(joined({KESTMS_EXECUTABLE, "--language", "en"}, arguments), prepare).wait();
+    return Process(joined({fakes::kTool, "--language", "en"}, arguments), prepare).wait();
 }
 
 /// What `gdalinfo` says of a raster.

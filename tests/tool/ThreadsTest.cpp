@@ -11,6 +11,7 @@
 #include "host/Text.h"
 #include "host/codecs/StandardCodecs.h"
 #include "sets/ComponentList.h"
+#include "tests/fakes/Paths.h"
 #include "tests/fakes/Rasters.h"
 
 namespace {
@@ -60,7 +61,7 @@ TEST(ThreadsTest, OneSetFromSeveralThreads) {
 
     std::vector<KestMultispectralCodec> codecs(kThreads);
     codecs.front().setResourceFileName(
-        Pyxis::fileSpecifier(KEST_RESOURCES "/kestmultispectral-en.txt"));
+        Pyxis::fileSpecifier(std::string(fakes::kResources) + "/kestmultispectral-en.txt"));
     const std::string expected = openAndTell(codecs.front(), set);
     std::vector<std::string> answers(kThreads);
     std::vector<std::thread> threads;

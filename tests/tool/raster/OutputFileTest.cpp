@@ -9,6 +9,7 @@
 #include <csignal>
 #include <thread>
 
+#include "tests/fakes/Paths.h"
 #include "tests/tool/Process.h"
 #include "tool/terminal/Failure.h"
 
@@ -103,7 +104,7 @@ class WritingProcess : public InDirectory {
     }
 
     Strings command(const std::string& output) const {
-        return joined({KESTMS_EXECUTABLE, "export", "-o", output}, files_);
+        return joined({fakes::kTool, "export", "-o", output}, files_);
     }
 
     Strings files_;
@@ -166,7 +167,7 @@ TEST(InterruptedProcess, EndsAtOnce) {
     const fakes::TempDirectory directory;
     ASSERT_EQ(mkfifo((directory / "pipe").c_str(), 0600), 0);
     for (const bool opened : {false, true}) {
-        Process process({KESTMS_EXECUTABLE, "info", directory / "pipe"});
+        Process process({fakes::kTool, "info", directory / "pipe"});
         const int writer = opened ? open((directory / "pipe").c_str(), O_WRONLY | O_CLOEXEC) : -1;
         std::this_thread::sleep_for(std::chrono::milliseconds(300));
         process.signal(SIGTERM);

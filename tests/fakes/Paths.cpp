@@ -1,0 +1,9 @@
+#include "tests/fakes/Paths.h"
+
+namespace fakes {
+
+const char* const kResources = KEST_RESOURCES;
+const char* const kModule = KEST_MODULE;
+const char* const kTool = KEST_TOOL;
+
+}  // namespace fakes
