@@ -61,8 +61,11 @@ SystemPointer unknownSystem() {
     return std::make_shared<CoordinateSystem>(CoordinateSystem{toWideBuffer(""), 0});
 }
 
+/// GDAL sets the system apart when it takes the tie points of a file for ground control points,
+/// as it does where a world file that it does not see places the raster.
 SystemPointer systemOf(GDALDataset& dataset) {
-    const OGRSpatialReference* system = dataset.GetSpatialRef();
+    const OGRSpatialReference* system =
+        dataset.GetGCPCount() > 0 ? dataset.GetGCPSpatialRef() : dataset.GetSpatialRef();
     return system != nullptr && !system->IsEmpty() ? described(identified(*system))
                                                    : unknownSystem();
 }

@@ -194,6 +194,17 @@ TEST_F(TiffDirectory, DoesNotTakeOneSystemForAnother) {
     }
 }
 
+TEST_F(TiffDirectory, KeepsTheSystemOfControlPointsWhereAWorldFilePlacesThem) {
+    const fakes::TiffField keys = fakes::keyDirectory(fakes::systemKeys(2263));  // in feet
+    const fakes::TiffField points{33922, 12, {0, 0, 0, 5, 6, 0, 1, 1, 0, 7, 9, 0}};
+    const std::string placed = write({keys, points, {33550, 12, {0, 0, 0}}});
+    fakes::writeFile(placed.substr(0, placed.size() - 3) + "tfw", "30\n0\n0\n-30\n1015\n1985\n");
+    const std::string plain = write({keys});
+    for (const std::string& path : {placed, plain}) {
+        EXPECT_EQ(codecSays(Opened(path)), gdalSays(path));
+    }
+}
+
 TEST_F(TiffDirectory, ShowsTheColoursThatGdalInvents) {
     const fakes::TiffField cases[] = {
         {258, 3, {8}},    {258, 3, {1}},    {258, 3, {1, 8}}, {258, 4, {8}},    {262, 3, {0}},
