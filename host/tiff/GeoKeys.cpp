@@ -12,12 +12,12 @@
 namespace Pyxis {
 namespace {
 
-/// In a key, and in the head of the directory: its version, two revisions, the number of keys.
+/// Numbers in a key, and in the head of the directory: version, two revisions, count of keys.
 constexpr std::size_t kKeyNumbers = 4;
 
 struct Key {
     std::uint64_t id;
-    std::uint64_t place;  ///< tag of the field that holds the value; 0: `value` is the value
+    std::uint64_t place;  ///< tag of the field that holds the value; 0: `value` itself
     std::uint64_t count;
     std::uint64_t value;
 
@@ -40,7 +40,7 @@ constexpr std::uint64_t kMetre = 9001;
 constexpr std::uint64_t kDegree = 9102;
 constexpr std::uint64_t kUserDefined = 32767;
 
-/// What the key of a plain projected system may say. Zero stands for any value.
+/// A key that a plain projected system may have; zero stands for any value.
 struct PlainKey {
     std::uint64_t id;
     bool isText;
@@ -62,7 +62,7 @@ bool isPlain(const Key& key, std::string_view texts) {
                        [&](const PlainKey& plain) { return key.id == plain.id && says(plain); });
 }
 
-/// The keys of a directory of version 1 that is all there; none of any other.
+/// The keys of a complete directory of version 1; none of any other.
 std::vector<Key> keysIn(const std::vector<std::uint64_t>& directory) {
     std::vector<Key> keys;
     if (directory.size() >= kKeyNumbers && directory[0] == 1 &&
@@ -88,8 +88,8 @@ bool areInOrder(const std::vector<Key>& keys) {
            }) == keys.end();
 }
 
-/// Whether texts are names and nothing else, up to their one terminator. Some writers hide
-/// parameters of the system there, as NAME = VALUE.
+/// Whether texts are mere names with one terminator. Some writers hide parameters of the system
+/// there, as NAME = VALUE.
 bool areNames(std::string_view texts) {
     using namespace std::string_view_literals;
     return texts.empty() || texts.find_first_of("=$\n\0"sv) == texts.size() - 1;
@@ -115,7 +115,7 @@ constexpr DecidingField kDecidingFields[] = {
     {tag::kAsciiParameters, TiffFields::Ascii},
 };
 
-/// libtiff takes these fields in other types, too, and makes its own of damaged ones.
+/// libtiff also accepts these fields in other types and repairs damaged ones: no key for those.
 std::string decidingBytes(TiffFields& fields) {
     std::string bytes;
     for (const auto& [tag, type] : kDecidingFields) {

@@ -9,7 +9,7 @@
 
 namespace Pyxis {
 
-/// Where a block of pixels lies in its file.
+/// The place of a block of pixels in its file.
 struct PixelBlock {
     std::uint64_t offset = 0;
     std::uint64_t length = 0;
@@ -19,7 +19,7 @@ struct PixelBlock {
     }
 };
 
-/// A raster of one band as GDAL would find it.
+/// The raster of a file with one band, as GDAL would describe it.
 struct KnownRaster {
     std::int32_t width = 0;
     std::int32_t height = 0;
@@ -29,23 +29,24 @@ struct KnownRaster {
     SampleFormat format = SampleFormat::UnsignedInteger;
 };
 
-/// What a file's own bytes tell of it, so that GDAL need not be asked: its answers make it load
-/// everything that it knows of georeferences. The defaults know nothing.
+/// What is known of a file from its own bytes, without asking GDAL. The defaults know nothing.
 struct KnownFacts {
-    /// Bytes that alone decide which coordinate system GDAL finds in the file; empty when there are
-    /// no such bytes. Working a system out costs far more than opening the file.
+    /// All bytes that decide which coordinate system GDAL finds: files with the same key have the
+    /// same system, which is then worked out once. Empty when no such bytes are known.
     std::string systemKey;
-    /// The EPSG code of that system where it is sure to be the one GDAL finds; else 0.
+    /// The EPSG code of the projected system, if that is what GDAL will find; else 0. The code may
+    /// be one that is not registered, or not that of a projected system.
     int projectedSystem = 0;
     /// GDAL's geotransform.
     std::optional<std::array<double, 6>> transform;
     bool mayNameOverviews = true;
     bool mayHaveDescription = true;
     bool mayHaveColours = true;
-    /// The last of so many blocks of pixels.
+    /// The last of `blocks` blocks.
     std::optional<PixelBlock> lastBlock;
     std::uint64_t blocks = 0;
-    /// All that opening the file would tell, which then waits until pixels are asked for.
+    /// Everything that opening the file would show. The file then need not be opened before pixels
+    /// are read.
     std::optional<KnownRaster> raster;
 };
 

@@ -12,7 +12,7 @@
 namespace Pyxis {
 namespace {
 
-/// Of a raster that is tied at its first corner, north up, as nearly all are.
+/// The transform of a raster that is tied at its first corner and north up, as nearly all are.
 std::optional<std::array<double, 6>> transformOf(TiffFields& fields, const GeoKeys& keys) {
     const std::vector<double> scale = fields.doubles(tag::kPixelScale, 3);
     const std::vector<double> tie = fields.doubles(tag::kTiePoints, 6);

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t kMostBytes = 65536;
 
-/// Bytes in a value of a field type; 0 for types that no field has that is read here.
+/// Bytes in a value of a field type; 0 for types that are not read here.
 constexpr std::uint64_t sizeOf(std::uint64_t type) {
     switch (type) {
         case TiffFields::Ascii:
@@ -74,7 +74,7 @@ std::uint64_t TiffReader::number(std::string_view bytes) const {
 }
 
 TiffFields::TiffFields(const std::string& path, const FileHead& head) : file_(path, head) {
-    // BigTIFF says how wide its places are, for versions to come.
+    // BigTIFF gives the width of its offsets, for versions to come.
     if (file_.isBig() &&
         (file_.number(file_.bytes(4, 2)) != kBig.offset || file_.number(file_.bytes(6, 2)) != 0)) {
         return;

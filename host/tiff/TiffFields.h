@@ -12,8 +12,8 @@
 
 namespace Pyxis {
 
-/// A TIFF file read at places that it names itself; reading past its end gives no bytes. Most
-/// places lie in the head, so that the file seldom needs to be opened.
+/// Reads a TIFF file at the offsets that it gives itself. Most values are within the head, so the
+/// file is opened only when one is not.
 class TiffReader {
   public:
     /// `path` and `head` must outlive the reader.
@@ -22,10 +22,11 @@ class TiffReader {
     TiffReader& operator=(const TiffReader&) = delete;
     ~TiffReader();
 
-    /// Whether places are 64 bits wide.
+    /// Whether the file is a BigTIFF, with offsets of 64 bits.
     bool isBig() const { return big_; }
     bool isBigEndian() const { return bigEndian_; }
-    /// At most `count` bytes from `offset` on, valid as long as reader and head.
+    /// At most `count` bytes from `offset` on, fewer where the file ends or cannot be read. They
+    /// are valid as long as reader and head.
     std::string_view bytes(std::uint64_t offset, std::size_t count);
     /// The bytes as a number in the file's byte order.
     std::uint64_t number(std::string_view bytes) const;
@@ -36,13 +37,13 @@ class TiffReader {
     bool bigEndian_;
     bool big_;
     int descriptor_ = -1;
-    std::deque<std::string> read_;  ///< what does not lie in the head
+    std::deque<std::string> read_;  ///< what is not within the head
 };
 
-/// The first directory of a TIFF file: fields of values under tags.
+/// The first directory of a TIFF file: fields, each with a tag and values.
 class TiffFields {
   public:
-    /// The types of fields that are read here.
+    /// The field types whose values are read.
     enum Type : std::uint64_t {
         Ascii = 2,
         Short = 3,
@@ -56,17 +57,17 @@ class TiffFields {
         std::uint64_t tag;
         std::uint64_t type;
         std::uint64_t count;     ///< of values
-        std::string_view place;  ///< the values themselves when they fit, else where they are
+        std::string_view place;  ///< the values if they fit, else their offset
     };
 
     /// `path` and `head` must outlive the fields.
     TiffFields(const std::string& path, const FileHead& head);
 
-    /// In the order of the file; none when the directory is not laid out as TIFF says.
+    /// In the order of the file; none when the directory is damaged.
     const std::vector<Field>& all() const { return fields_; }
     bool areBigEndian() const { return file_.isBigEndian(); }
     bool has(std::uint64_t tag) const { return find(tag) != nullptr; }
-    /// How many values a field has; 0 when there is no such field.
+    /// The number of values of a field; 0 when there is no such field.
     std::uint64_t count(std::uint64_t tag) const;
     /// All bytes of the field with this tag; none when it is of another type, there are two such
     /// fields, or there are more bytes than a directory needs or fewer than the field says.

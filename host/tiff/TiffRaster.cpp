@@ -11,10 +11,10 @@
 namespace Pyxis {
 namespace {
 
-/// A field that a plain raster may have. With values, it is one of these whole numbers.
+/// A field that a plain raster may have, and the whole numbers it may hold.
 struct PlainField {
     std::uint64_t tag = 0;
-    std::array<std::uint16_t, 4> values{};  ///< none: any content; zeros at the end are no values
+    std::array<std::uint16_t, 4> values{};  ///< all zero: any content
 };
 
 constexpr std::uint16_t kNone = 1;  // not compressed
@@ -26,13 +26,13 @@ constexpr PlainField kPlainFields[] = {
     {tag::kHeight},
     {tag::kBitsPerSample, {8, 16, 32, 64}},
     {tag::kCompression, {kNone, kLzw, kDeflate}},
-    {tag::kPhotometric, {1}},  // light on dark
+    {tag::kPhotometric, {1}},  // MinIsBlack
     {tag::kStripOffsets},
     {tag::kOrientation, {1}},  // first line on top
     {tag::kSamplesPerPixel, {1}},
     {tag::kRowsPerStrip},
     {tag::kStripLengths},
-    {tag::kPlanarConfiguration, {1, 2}},  // the same for one band
+    {tag::kPlanarConfiguration, {1, 2}},  // no difference for one band
     {tag::kSoftware},
     {tag::kDateTime},
     {tag::kPredictor, {1, 2, 3}},
@@ -49,7 +49,7 @@ constexpr PlainField kPlainFields[] = {
     {tag::kGdalNoData},
 };
 
-/// Fields that readers make up in different ways when they are missing.
+/// Fields whose defaults differ between readers.
 constexpr std::uint64_t kNeededFields[] = {tag::kBitsPerSample, tag::kCompression,
                                            tag::kPhotometric, tag::kSamplesPerPixel};
 
@@ -95,8 +95,7 @@ bool isPlain(TiffFields& fields) {
                        [&fields](std::uint64_t tag) { return fields.has(tag); });
 }
 
-/// Whether the places of all blocks are listed, and a block is not so large that it is held, or
-/// read, in another way.
+/// Whether all blocks are listed, and none is so large that GDAL would divide it.
 bool hasItsBlocks(TiffFields& fields, const KnownRaster& raster, std::uint64_t offsets,
                   std::uint64_t lengths) {
     const auto number = [](std::int32_t size, std::int32_t block) {
@@ -108,7 +107,7 @@ bool hasItsBlocks(TiffFields& fields, const KnownRaster& raster, std::uint64_t o
     const std::uint64_t bytes = static_cast<std::uint64_t>(raster.blockWidth) *
                                 static_cast<std::uint64_t>(raster.blockHeight) *
                                 static_cast<std::uint64_t>(raster.bits / 8);
-    // libtiff cuts up the only strip of an uncompressed file.
+    // libtiff divides the only strip of an uncompressed file.
     constexpr std::uint64_t kMostBytesOfOnlyStrip = 8192;
     const bool mayBeCut = blocks == 1 && offsets == tag::kStripOffsets &&
                           oneNumber(fields, tag::kCompression) == kNone;
@@ -116,13 +115,13 @@ bool hasItsBlocks(TiffFields& fields, const KnownRaster& raster, std::uint64_t o
            bytes <= (mayBeCut ? kMostBytesOfOnlyStrip : INT_MAX);
 }
 
-/// A size in pixels; 0 where there is none, or one that GDAL does not take.
+/// A size in pixels; 0 when it is missing or GDAL would refuse it.
 std::int32_t sizeIn(TiffFields& fields, std::uint64_t tag) {
     const std::uint64_t size = oneNumber(fields, tag);
     return size <= INT_MAX ? static_cast<std::int32_t>(size) : 0;
 }
 
-/// Fills in the size of blocks; false when there is something unusual about them.
+/// Fills in the size of blocks; false when they are unusual.
 bool findBlocks(TiffFields& fields, KnownRaster& raster) {
     // GDAL reads larger strips line by line.
     constexpr std::int32_t kMostRows = 2000;

@@ -7,9 +7,8 @@
 
 namespace Pyxis {
 
-/// The raster of a file whose first directory says all that GDAL would find on opening it: one band
-/// of whole bytes, coded in a way that every GDAL reads, and no field whose meaning is GDAL's to
-/// weigh. Nothing for any other file.
+/// The raster of a plain file: one band, samples of whole bytes, a compression that every build of
+/// GDAL reads, and no field that could change what GDAL finds. Nothing for any other file.
 std::optional<KnownRaster> plainRasterOf(TiffFields& fields);
 
 }  // namespace Pyxis
