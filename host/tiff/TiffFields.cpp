@@ -87,8 +87,11 @@ TiffFields::TiffFields(const std::string& path, const FileHead& head) : file_(pa
     }
     const std::string_view entries =
         file_.bytes(start + layout.entryCount, static_cast<std::size_t>(count) * layout.entry);
-    fields_.reserve(entries.size() / layout.entry);
-    for (std::size_t at = 0; at + layout.entry <= entries.size(); at += layout.entry) {
+    if (entries.size() != count * layout.entry) {
+        return;
+    }
+    fields_.reserve(static_cast<std::size_t>(count));
+    for (std::size_t at = 0; at < entries.size(); at += layout.entry) {
         const std::string_view entry = entries.substr(at, layout.entry);
         fields_.push_back({file_.number(entry.substr(0, 2)), file_.number(entry.substr(2, 2)),
                            file_.number(entry.substr(4, layout.offset)),
