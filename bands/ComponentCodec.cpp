@@ -2,17 +2,9 @@
 
 #include <memory>
 
-#include "pyxis/ComponentCodecs.h"
+#include "pyxis/FormatCodecProperty.h"
 
 namespace kest {
-
-const Pyxis::ImageFormatCodec* findCodec(const Pyxis::FileSpecifier& file) {
-    const Pyxis::ImageFormatCodec* codec = nullptr;
-    return Pyxis::FileReadDescriptor::findImageFileCodec(file, codec) ==
-                   Pyxis::FormatDecodability::Decodable
-               ? codec
-               : nullptr;
-}
 
 std::optional<Pyxis::StringBuffer> stringValue(Pyxis::FileReadDescriptor& descriptor,
                                                const Pyxis::StringBuffer& name) {

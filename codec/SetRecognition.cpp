@@ -1,9 +1,9 @@
 // The codec's part in deciding whether components form a set, and in tidying their list.
 
-#include "bands/ComponentCodec.h"
 #include "codec/KestMultispectralCodec.h"
 #include "properties/HostBoundary.h"
 #include "sets/ComponentList.h"
+#include "sets/FindCodec.h"
 
 using Codec = KestMultispectralCodec;
 using Decodability = Pyxis::FormatDecodability;
@@ -40,9 +40,7 @@ Decodability Codec::decodabilityOf(const kest::ComponentList& components) const 
             result = Decodability::UndecodableSet;
             break;
         }
-        // A codec that throws is one that does not read the component.
-        const auto* codec = kest::answerOr<const Pyxis::ImageFormatCodec*>(
-            nullptr, [&] { return kest::findCodec(component); });
+        const Pyxis::ImageFormatCodec* codec = kest::findCodec(component);
         if (codec == nullptr) {
             continue;
         }

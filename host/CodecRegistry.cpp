@@ -1,8 +1,23 @@
 #include "host/CodecRegistry.h"
 
 #include <algorithm>
+#include <new>
 
 namespace Pyxis {
+namespace {
+
+/// A codec that throws does not read the file. Without memory nobody can be asked.
+FormatDecodability answerOf(const ImageFormatCodec& codec, const FileSpecifier& file) {
+    try {
+        return codec.isDecodableFile(file, nullptr);
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (...) {
+        return FormatDecodability::NotThisFormat;
+    }
+}
+
+}  // namespace
 
 CodecRegistry& CodecRegistry::instance() {
     static CodecRegistry registry;
@@ -21,7 +36,7 @@ FormatDecodability CodecRegistry::find(const FileSpecifier& file,
                                        const ImageFormatCodec*& codec) const {
     FormatDecodability answer = FormatDecodability::NotThisFormat;
     for (const ImageFormatCodec* candidate : codecs_) {
-        const FormatDecodability said = candidate->isDecodableFile(file, nullptr);
+        const FormatDecodability said = answerOf(*candidate, file);
         if (said == FormatDecodability::Decodable) {
             codec = candidate;
             return said;

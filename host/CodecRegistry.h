@@ -19,7 +19,8 @@ class PYXIS_API CodecRegistry {
     void remove(const ImageFormatCodec& codec);
 
     /// Asks the codecs in turn. Decodable with `codec` set at the first that reads `file`; else
-    /// UndecodableSet when one said so, or NotThisFormat, with `codec` untouched.
+    /// UndecodableSet when one said so, or NotThisFormat, with `codec` untouched. A codec that
+    /// throws counts as one that does not read the file; std::bad_alloc is passed on.
     FormatDecodability find(const FileSpecifier& file, const ImageFormatCodec*& codec) const;
 
   private:

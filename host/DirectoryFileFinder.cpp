@@ -39,7 +39,13 @@ std::string bytesOf(const fs::path& path) {
     }
 }
 
-/// The first name in byte order, so that the answer does not hang on the directory's own order.
+/// Opening a pipe or a device might block, and a directory or a dangling link cannot be read.
+bool isRegularFile(const fs::path& path) {
+    std::error_code error;
+    return fs::is_regular_file(path, error);
+}
+
+/// The first name in byte order, so that the answer does not depend on the directory's own order.
 std::optional<fs::path> searchIgnoringCase(const fs::path& directory, const std::string& name) {
     std::optional<fs::path> best;
     std::error_code error;
@@ -47,7 +53,7 @@ std::optional<fs::path> searchIgnoringCase(const fs::path& directory, const std:
     for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
         const fs::path& candidate = entries->path();
         if (equalIgnoringCase(bytesOf(candidate.filename()), name) &&
-            (!best || candidate < *best)) {
+            (!best || candidate < *best) && isRegularFile(candidate)) {
             best = candidate;
         }
     }
@@ -66,8 +72,7 @@ bool DirectoryFileFinder::findFile(const ImageFormatCodec* /*codec*/, const File
     }
     const fs::path directory = pathOf(base).parent_path();
     std::optional<fs::path> path = directory / name;
-    std::error_code error;
-    if (!fs::exists(*path, error)) {
+    if (!isRegularFile(*path)) {
         path = searchIgnoringCase(directory.empty() ? fs::path(".") : directory, bytesOf(name));
     }
     if (!path) {

@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdlib>
 
-#include "bands/ComponentCodec.h"
 #include "bands/MetadataTextFile.h"
 #include "bands/NamingScheme.h"
 #include "bands/ReferenceName.h"
@@ -11,6 +10,7 @@
 #include "properties/KestMultispectralMetadataTextFileProperty.h"
 #include "reader/BandCollector.h"
 #include "reader/KestMultispectralReadFileFrame.h"
+#include "sets/FindCodec.h"
 
 using ReadFile = KestMultispectralReadFile;
 using PropertySet = KestMultispectralPropertySetIterator;

@@ -11,6 +11,7 @@
 
 #include "codec/strings/BufferText.h"
 #include "sets/XmlDocument.h"
+#include "sets/XmlUtf16.h"
 
 namespace kest {
 namespace {
@@ -31,8 +32,14 @@ constexpr std::string_view kFrame = "frame";
 /// Texts of no more bytes, terminator included, are taken for no document yet.
 constexpr int kNearlyEmpty = 4;
 
-/// The document's bytes, terminator included, as narrow text.
+/// The document's bytes, terminator included, as narrow text. UTF-16 in a buffer of bytes is full
+/// of zeros, at which a conversion would cut it; the parser converts it.
 StringBuffer narrowed(const StringBuffer& text) {
+    const std::string_view bytes(reinterpret_cast<const char*>(text.data()),
+                                 static_cast<std::size_t>(text.numDataBytes()));
+    if (text.type() != Pyxis::CharacterType::Wide && xml::isUtf16(bytes)) {
+        return text;
+    }
     StringBuffer narrow;
     StringBuffer::convertString(text, narrow, Pyxis::CharacterType::Narrow);
     return narrow;

@@ -6,6 +6,7 @@
 #include "codec/strings/BufferText.h"
 #include "pyxis/ComponentCodecs.h"
 #include "pyxis/FileReadDescriptor.h"
+#include "sets/FindCodec.h"
 
 namespace kest {
 namespace {

@@ -9,6 +9,7 @@
 #include "bands/schemes/Schemes.h"
 #include "pyxis/ComponentCodecs.h"
 #include "pyxis/FileReadDescriptor.h"
+#include "sets/FindCodec.h"
 
 namespace kest {
 namespace {

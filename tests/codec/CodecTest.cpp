@@ -113,6 +113,31 @@ TEST_F(CodecSetTest, AnswersByTheNumberOfComponentsThatFit) {
     }
 }
 
+/// Asked first, it throws whatever the file is.
+struct ThrowingCodec : fakes::Codec {
+    using fakes::Codec::Codec;
+    Pyxis::FormatDecodability isDecodableFile(const Pyxis::FileSpecifier&,
+                                              Pyxis::FindFileInterface*) const override {
+        throw 42;
+    }
+};
+
+TEST(CodecThatThrowsTest, DoesNotReadTheComponent) {
+    fakes::World world;
+    const ThrowingCodec throwing(world);
+    fakes::Codec host(world);
+    host.add("/a01.tif", bandFrame());
+    host.add("/b02.tif", bandFrame());
+    const KestMultispectralCodec codec;
+    Pyxis::FileSpecifier set = setOf({"/x", "/a01.tif", "/b02.tif", "/y"});
+    EXPECT_EQ(codec.isDecodableFile(set, nullptr), Pyxis::FormatDecodability::Decodable);
+    EXPECT_TRUE(codec.purifyFileSet(set));
+    EXPECT_TRUE(set.isEqual(setOf({"/a01.tif", "/b02.tif"})));
+    const Image image(codec.openImage(&set));
+    ASSERT_NE(image, nullptr);
+    EXPECT_EQ(image->getNumFrames(), 2);
+}
+
 TEST_F(CodecSetTest, OpensAndClonesSetsOfItsOwn) {
     const Pyxis::FileSpecifier set = setOf({"/b02.tif", "/a01.tif", "/other.tif"});
     Image image(codec_.openImage(&set));

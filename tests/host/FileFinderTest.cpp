@@ -15,6 +15,12 @@ TEST(FileFinderTest, LooksBesideTheBaseFileAndNowhereElse) {
     fs::create_directory(directory);
     const fs::path wanted = directory / "PO_1_Metadata.txt";
     std::ofstream(wanted) << "text";
+    fs::create_directory(directory / "po_3_metadata.txt");
+#if !defined(_WIN32)
+    // Neither of them hides the file that differs in case.
+    fs::create_directory(directory / "PO_1_METADATA.TXT");
+    fs::create_symlink(directory / "nowhere", directory / "po_1_metadata.TXT");
+#endif
     const struct {
         fs::path name;
         bool found;
@@ -23,7 +29,9 @@ TEST(FileFinderTest, LooksBesideTheBaseFileAndNowhereElse) {
         {"po_1_metadata.TXT", true},
         {"elsewhere/PO_1_Metadata.txt", true},
         {"elsewhere/po_1_metadata.txt", true},
+        {"PO_1_METADATA.TXT", true},
         {"po_2_metadata.txt", false},
+        {"po_3_metadata.txt", false},
         {"elsewhere/", false},
         {"", false},
     };

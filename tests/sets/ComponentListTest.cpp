@@ -120,4 +120,23 @@ TEST(ComponentListTest, ReadsATruncatedListAsFarAsItGoes) {
     EXPECT_EQ(component(compound(bytes, CharacterType::Wide), 1), "2#0");
 }
 
+TEST(ComponentListTest, ReadsUtf16InAnyBuffer) {
+    const std::u16string wide = Pyxis::utf8ToWide(
+        "\xEF\xBB\xBF<s><image><component><data><file path='\xC3\xA4' "
+        "frame='3'/></data></component>"
+        "</image></s>");
+    std::string bytes(reinterpret_cast<const char*>(wide.data()), 2 * wide.size());
+    for (const CharacterType type :
+         {CharacterType::Plain, CharacterType::Narrow, CharacterType::Wide}) {
+        FileSpecifier spec = compound(bytes, type);
+        EXPECT_EQ(component(spec, 0), "\xC3\xA4#3");
+        kest::appendComponent(Pyxis::fileSpecifier("b.tif"), 0, spec);
+        EXPECT_EQ(component(spec, 0) + component(spec, 1), "\xC3\xA4#3b.tif#0");
+    }
+    for (std::size_t i = 0; i < bytes.size(); i += 2) {
+        std::swap(bytes[i], bytes[i + 1]);
+    }
+    EXPECT_EQ(component(compound(bytes), 0), "\xC3\xA4#3");
+}
+
 }  // namespace
