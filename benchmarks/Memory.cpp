@@ -6,7 +6,7 @@
 
 #include "benchmarks/Sets.h"
 #include "reader/KestMultispectralReadFile.h"
-#include "sets/XmlDocument.h"
+#include "sets/xml/XmlDocument.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include <sstream>
 
 #include "benchmarks/Sets.h"
-#include "sets/XmlDocument.h"
+#include "sets/xml/XmlDocument.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "fuzz/Input.h"
-#include "sets/XmlDocument.h"
+#include "sets/xml/XmlDocument.h"
 
 namespace {
 

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "codec/strings/BufferText.h"
-#include "sets/XmlDocument.h"
-#include "sets/XmlUtf16.h"
+#include "sets/xml/XmlDocument.h"
+#include "sets/xml/XmlUtf16.h"
 
 namespace kest {
 namespace {

@@ -67,6 +67,17 @@ TEST(ComponentListTest, LeavesTextsThatHoldNoListAlone) {
     }
 }
 
+TEST(ComponentListTest, KeepsTheFirstTextBesideAListOnlyWhenAnEntityMadeItLonger) {
+    for (const auto& [before, written] :
+         {std::pair("x", ""), std::pair("x&amp;y", ""), std::pair("x&lt;y", "x&lt;y")}) {
+        FileSpecifier spec = compound("<s>" + std::string(before) + "<image/>z</s>");
+        kest::appendComponent(Pyxis::fileSpecifier("a"), 0, spec);
+        EXPECT_EQ(textOf(spec), "<s>" + std::string(written) +
+                                    "<image><component><data><file path=\"a\" frame=\"0\"></file>"
+                                    "</data></component></image>z</s>");
+    }
+}
+
 TEST(ComponentListTest, AppendsBehindTheTextOfAList) {
     FileSpecifier spec = compound(
         "<a>\n<image>\n  <component/>\n  <note/>\n  <component/>\n  <note/>\n</image>\n</a>");

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <unordered_set>
 
-#include "sets/XmlDecoder.h"
-#include "sets/XmlDocument.h"
+#include "sets/xml/XmlDecoder.h"
+#include "sets/xml/XmlDocument.h"
 
 namespace kest::xml {
 

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "sets/XmlDocument.h"
+#include "sets/xml/XmlDocument.h"
 
 namespace kest::xml {
 

@@ -1,4 +1,4 @@
-#include "sets/XmlDocument.h"
+#include "sets/xml/XmlDocument.h"
 
 #include <algorithm>
 #include <cstring>
@@ -8,23 +8,11 @@
 namespace kest::xml {
 namespace {
 
-/// Elements with more names among their children than this get an index of them.
+/// Elements with more names among their children, or attributes, than this get an index of them.
 constexpr std::uint32_t kNamesWithoutIndex = 32;
-
-/// Elements farther along their chain than this are looked up in an index of it.
-constexpr int kStepsWithoutIndex = 16;
 
 /// What a new document's tree is likely to take at least.
 constexpr std::size_t kSmallArena = 1024;
-
-struct PredefinedEntity {
-    std::string_view name;  ///< with its semicolon
-    std::string_view replacement;
-};
-
-/// The entities that XML 1.0 predefines (section 4.6), as character references.
-constexpr PredefinedEntity kPredefinedEntities[] = {
-    {"lt;", "&#60;"}, {"gt;", "&#62;"}, {"quot;", "&#34;"}, {"apos;", "&#39;"}, {"amp;", "&#38;"}};
 
 }  // namespace
 
@@ -37,11 +25,6 @@ Document::Document(std::string_view rootName) : Document(kSmallArena) {
 Document::~Document() = default;
 
 const std::string_view* Document::entity(std::string_view name) const {
-    for (const PredefinedEntity& predefined : kPredefinedEntities) {
-        if (predefined.name == name) {
-            return &predefined.replacement;
-        }
-    }
     const auto found = entities_.find(name);
     return found == entities_.end() ? nullptr : &found->second;
 }
@@ -67,17 +50,17 @@ Element* Document::newElement(std::string_view name) {
 
 /// The first element of that name among the children: few names are searched along the sibling
 /// chain.
-Element* Document::firstOfName(const Element* parent, std::string_view name) const {
+Element* Document::firstOfName(const Element* parent, Element* siblingHead,
+                               std::string_view name) const {
     if (parent->nameCount_ > kNamesWithoutIndex) {
         const NameIndex& names = nameIndexes_.at(parent);
         const auto found = names.find(name);
         return found == names.end() ? nullptr : found->second;
     }
-    Element* head = parent->child_;
-    while (head != nullptr && head->name_ != name) {
-        head = head->sibling_;
+    while (siblingHead != nullptr && siblingHead->name_ != name) {
+        siblingHead = siblingHead->sibling_;
     }
-    return head;
+    return siblingHead;
 }
 
 /// Notes the new first element of a name, once there are many.
@@ -92,13 +75,6 @@ void Document::indexName(const Element* parent, Element* siblingHead, Element* e
         }
     }
     names[element->name_] = element;
-}
-
-/// Keeps the index of a chain that grows at its end; one that grows elsewhere is indexed anew.
-void Document::extendIndexedChain(const Element* last, const Element* element) {
-    if (!indexedChain_.empty() && indexedChain_.back() == last) {
-        indexedChain_.push_back(element);
-    }
 }
 
 /// Links the element into the chain that goes by `following`, behind all of no greater offset.
@@ -117,13 +93,15 @@ void Document::linkByOffset(Element* Element::*following, Element*& head, Elemen
     *place = element;
 }
 
-void Document::unlinkSibling(Element*& head, Element*& last, Element* element) {
+/// Takes the element out of the chain that goes by `following`.
+void Document::unlink(Element* Element::*following, Element*& head, Element*& last,
+                      Element* element) {
     Element* before = nullptr;
-    for (Element* each = head; each != nullptr && each != element; each = each->sibling_) {
+    for (Element* each = head; each != element; each = each->*following) {
         before = each;
     }
-    (before == nullptr ? head : before->sibling_) = element->sibling_;
-    element->sibling_ = nullptr;
+    (before == nullptr ? head : before->*following) = element->*following;
+    element->*following = nullptr;
     if (last == element) {
         last = before;
     }
@@ -132,10 +110,9 @@ void Document::unlinkSibling(Element*& head, Element*& last, Element* element) {
 /// Puts the element into the chain of its name. A new first one takes its place in the sibling
 /// chain, whose head may change.
 void Document::linkName(Element* parent, Element*& siblingHead, Element* element) {
-    Element* first = firstOfName(parent, element->name_);
+    Element* first = firstOfName(parent, siblingHead, element->name_);
     if (first != nullptr && first->offset_ <= element->offset_) {
         if (first->lastOfName_->offset_ <= element->offset_) {
-            extendIndexedChain(first->lastOfName_, element);
             first->lastOfName_->next_ = element;
             first->lastOfName_ = element;
             return;
@@ -146,12 +123,11 @@ void Document::linkName(Element* parent, Element*& siblingHead, Element* element
         }
         element->next_ = before->next_;
         before->next_ = element;
-        indexedChain_.clear();
         return;
     }
     element->lastOfName_ = element;
     if (first != nullptr) {
-        unlinkSibling(siblingHead, parent->lastSibling_, first);
+        unlink(&Element::sibling_, siblingHead, parent->lastSibling_, first);
         element->next_ = first;
         element->lastOfName_ = first->lastOfName_;
     } else {
@@ -180,29 +156,51 @@ Element* Document::addChild(Element* parent, std::string_view name, std::size_t 
     return element;
 }
 
+/// Takes the first element of its name out of the sibling chain. The next of that name, if there is
+/// one, comes in at its place in document order; `after` followed the element in that order.
+void Document::replaceFirstOfName(Element* parent, Element* siblingHead, Element* element,
+                                  const Element* after) {
+    Element* next = std::exchange(element->next_, nullptr);
+    if (next == nullptr) {
+        unlink(&Element::sibling_, siblingHead, parent->lastSibling_, element);
+        if (--parent->nameCount_ > kNamesWithoutIndex) {
+            nameIndexes_.at(parent).erase(element->name_);
+        } else {
+            nameIndexes_.erase(parent);
+        }
+        return;
+    }
+    Element** place = &siblingHead;
+    while (*place != element) {
+        place = &(*place)->sibling_;
+    }
+    *place = std::exchange(element->sibling_, nullptr);
+    for (; after != next; after = after->ordered_) {
+        if (after == *place) {
+            place = &(*place)->sibling_;
+        }
+    }
+    next->sibling_ = std::exchange(*place, next);
+    if (next->sibling_ == nullptr) {
+        parent->lastSibling_ = next;
+    }
+    next->lastOfName_ = element->lastOfName_;
+    indexName(parent, siblingHead, next);
+}
+
 Element* Document::cut(Element* element) {
     if (element == nullptr || element->parent_ == nullptr) {
         return element;
     }
     Element* parent = std::exchange(element->parent_, nullptr);
-    // Cutting is rare: the parent's other children are simply linked anew.
-    std::vector<Element*> others;
-    for (Element* each = parent->child_; each != nullptr; each = each->ordered_) {
-        if (each != element) {
-            others.push_back(each);
-        }
-    }
-    nameIndexes_.erase(parent);
-    indexedChain_.clear();
-    parent->child_ = parent->lastChild_ = parent->lastSibling_ = nullptr;
-    parent->nameCount_ = 0;
-    const auto unlink = [](Element* each) {
-        each->next_ = each->sibling_ = each->ordered_ = each->lastOfName_ = nullptr;
-    };
-    unlink(element);
-    for (Element* each : others) {
-        unlink(each);
-        link(parent, each);
+    Element* siblingHead = parent->child_;
+    Element* first = firstOfName(parent, siblingHead, element->name_);
+    const Element* after = element->ordered_;
+    unlink(&Element::ordered_, parent->child_, parent->lastChild_, element);
+    if (first == element) {
+        replaceFirstOfName(parent, siblingHead, element, after);
+    } else {
+        unlink(&Element::next_, first, first->lastOfName_, element);
     }
     return element;
 }
@@ -225,19 +223,23 @@ void Document::setText(Element* element, std::string_view text) {
     element->text_ = const_cast<char*>(kept.data());
     element->textLength_ = static_cast<std::uint32_t>(kept.size());
     element->textCapacity_ = 0;
+    element->hasOwnText_ = false;
 }
 
-/// Joins a run of text to the element's. `moved` says that the run does not lie in the source.
+/// Joins a run of text to the element's. `moved`: the run counts as the element's own text, to
+/// which later runs are joined.
 void Document::appendText(Element* element, std::string_view run, bool moved) {
     const auto added = static_cast<std::uint32_t>(run.size());
-    if (element->textLength_ == 0 && element->textCapacity_ == 0) {
-        element->text_ = const_cast<char*>(run.data());
+    if (element->text_ == nullptr) {
+        // Not null, so that a run of which nothing is left counts as the first one all the same.
+        element->text_ = const_cast<char*>(run.empty() ? "" : run.data());
         element->textLength_ = added;
-        element->textCapacity_ = moved ? added : 0;
+        element->hasOwnText_ = moved;
         return;
     }
     const std::size_t length = std::size_t{element->textLength_} + added;
-    if (element->textCapacity_ == 0) {
+    if (!element->hasOwnText_) {
+        element->hasOwnText_ = true;
         // A gap stands for the first run: callers rely on the text of mixed content being joined
         // from its third run on only. It is zeros, never what memory held.
         growText(element, 2 * length);
@@ -277,13 +279,12 @@ void Document::setAttribute(Element* element, std::string_view name,
         return;
     }
     Attribute* end = element->attributes_ + element->attributeCount_;
-    Attribute* found = std::find_if(element->attributes_, end, [name](const Attribute& attribute) {
-        return attribute.name == name;
-    });
+    Attribute* found = findAttribute(element, name);
     if (!value) {
         if (found != end) {
             std::move(found + 1, end, found);
             --element->attributeCount_;
+            attributeIndexes_.erase(element);
         }
     } else if (found != end) {
         found->value = keep(*value);
@@ -292,25 +293,32 @@ void Document::setAttribute(Element* element, std::string_view name,
     }
 }
 
+/// The first attribute of that name, or the end of the attributes. Many are searched by an index,
+/// which follows the attributes that are added at their end.
+Attribute* Document::findAttribute(const Element* element, std::string_view name) {
+    Attribute* const begin = element->attributes_;
+    Attribute* const end = begin + element->attributeCount_;
+    if (element->attributeCount_ <= kNamesWithoutIndex) {
+        return std::find_if(begin, end,
+                            [name](const Attribute& each) { return each.name == name; });
+    }
+    AttributeIndex& index = attributeIndexes_[element];
+    for (; index.count < element->attributeCount_; ++index.count) {
+        index.places.emplace(begin[index.count].name, index.count);
+    }
+    const auto found = index.places.find(name);
+    return found == index.places.end() ? end : begin + found->second;
+}
+
 const Element* Document::child(const Element* element, std::string_view name) const {
-    return element == nullptr ? nullptr : firstOfName(element, name);
+    return element == nullptr ? nullptr : firstOfName(element, element->child_, name);
 }
 
 Element* Document::child(Element* element, std::string_view name) {
-    return element == nullptr ? nullptr : firstOfName(element, name);
+    return element == nullptr ? nullptr : firstOfName(element, element->child_, name);
 }
 
-const Element* Document::index(const Element* element, int index) const {
-    if (index > kStepsWithoutIndex && element != nullptr) {
-        if (indexedChain_.empty() || indexedChain_.front() != element) {
-            indexedChain_.clear();
-            for (const Element* each = element; each != nullptr; each = each->next_) {
-                indexedChain_.push_back(each);
-            }
-        }
-        const auto place = static_cast<std::size_t>(index);
-        return place < indexedChain_.size() ? indexedChain_[place] : nullptr;
-    }
+const Element* Document::index(const Element* element, int index) {
     for (; element != nullptr && index > 0; --index) {
         element = element->next_;
     }

@@ -1,12 +1,12 @@
 #include <algorithm>
 
-#include "sets/XmlDecoder.h"
-#include "sets/XmlDocument.h"
-#include "sets/XmlFault.h"
-#include "sets/XmlInstruction.h"
-#include "sets/XmlInternalSubset.h"
-#include "sets/XmlText.h"
-#include "sets/XmlUtf16.h"
+#include "sets/xml/XmlDecoder.h"
+#include "sets/xml/XmlDocument.h"
+#include "sets/xml/XmlFault.h"
+#include "sets/xml/XmlInstruction.h"
+#include "sets/xml/XmlInternalSubset.h"
+#include "sets/xml/XmlText.h"
+#include "sets/xml/XmlUtf16.h"
 
 namespace kest::xml {
 namespace {

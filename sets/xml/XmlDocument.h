@@ -69,9 +69,10 @@ class Element {
     std::uint32_t attributeCount_ = 0;
     std::uint32_t attributeCapacity_ = 0;
     std::uint32_t textLength_ = 0;
-    std::uint32_t textCapacity_ = 0;  ///< 0: the text still lies where it was parsed
+    std::uint32_t textCapacity_ = 0;  ///< of memory that later runs may be written to
     std::uint32_t offset_ = 0;
-    std::uint32_t nameCount_ = 0;  ///< different names among the children
+    std::uint32_t nameCount_ : 31 = 0;  ///< different names among the children
+    bool hasOwnText_ : 1 = false;       ///< the text counts as moved out of the source
 };
 
 /// What declarations say of the attributes of an element's name; the first of an attribute counts.
@@ -113,18 +114,18 @@ class Document {
     /// A new child of `parent`, placed by its offset; equal offsets keep the order of insertion.
     Element* addChild(Element* parent, std::string_view name, std::size_t offset);
     void setText(Element* element, std::string_view text);
-    /// Sets an attribute; no value removes it.
+    /// Sets an attribute; no value removes it, which costs a step for every attribute.
     void setAttribute(Element* element, std::string_view name,
                       std::optional<std::string_view> value);
     /// Takes the element and what is below it out of its parent; the document keeps owning it.
+    /// Costs a step for every child before it, so many are best cut from the front.
     Element* cut(Element* element);
 
     const Element* child(const Element* element, std::string_view name) const;
     Element* child(Element* element, std::string_view name);
-    /// Element `index` of the next chain that starts at `element`; null past its end, and for a
-    /// negative index. A far one leaves an index of the chain behind for the next call, so a
-    /// document is for one thread at a time.
-    const Element* index(const Element* element, int index) const;
+    /// Element `index` of the next chain that starts at `element`, one step each; null past its
+    /// end, and for a negative index.
+    static const Element* index(const Element* element, int index);
     /// The value of the element's attribute, else the default that the document declares.
     std::optional<std::string_view> attribute(const Element* element, std::string_view name) const;
     /// Walks a path down. A step with an empty name ends it; a negative index ends it after the
@@ -152,29 +153,37 @@ class Document {
 
     using EntityTable = std::unordered_map<std::string_view, std::string_view>;
     using NameIndex = std::unordered_map<std::string_view, Element*>;
+    /// The first attribute of each name among the first `count` ones.
+    struct AttributeIndex {
+        std::uint32_t count = 0;
+        std::unordered_map<std::string_view, std::uint32_t> places;
+    };
 
     /// `arenaSize`: bytes that the tree will likely take.
     explicit Document(std::size_t arenaSize);
 
-    /// The replacement of a general entity, whose name ends in a semicolon; null when there is no
-    /// such entity. The predefined ones cannot be declared anew.
+    /// What the document declares for a general entity, whose name ends in a semicolon; null when
+    /// it declares nothing. The predefined ones cannot be declared anew.
     const std::string_view* entity(std::string_view name) const;
     /// A copy of `text` that lives as long as the document.
     std::string_view keep(std::string_view text);
     char* allocateText(std::size_t size);
     void appendText(Element* element, std::string_view run, bool moved);
     void growText(Element* element, std::size_t capacity);
+    Attribute* findAttribute(const Element* element, std::string_view name);
     void addAttribute(Element* element, Attribute attribute);
     void setAttributes(Element* element, const std::vector<Attribute>& attributes);
     Element* newElement(std::string_view name);
-    Element* firstOfName(const Element* parent, std::string_view name) const;
-    void extendIndexedChain(const Element* last, const Element* element);
+    Element* firstOfName(const Element* parent, Element* siblingHead, std::string_view name) const;
     void link(Element* parent, Element* element);
     void linkName(Element* parent, Element*& siblingHead, Element* element);
     static void linkByOffset(Element* Element::*following, Element*& head, Element*& last,
                              Element* element);
+    void replaceFirstOfName(Element* parent, Element* siblingHead, Element* element,
+                            const Element* after);
     void indexName(const Element* parent, Element* siblingHead, Element* element);
-    static void unlinkSibling(Element*& head, Element*& last, Element* element);
+    static void unlink(Element* Element::*following, Element*& head, Element*& last,
+                       Element* element);
     void addDefault(std::string_view elementName, std::string_view name,
                     std::optional<std::string_view> value);
     const AttributeDefaults* defaultsOf(std::string_view elementName) const;
@@ -190,8 +199,8 @@ class Document {
     std::unordered_map<std::string_view, std::size_t> instructionIndex_;
     /// Children by name, of elements that have many names.
     std::unordered_map<const Element*, NameIndex> nameIndexes_;
-    /// The chain that was last searched far for a number, from the element on where that began.
-    mutable std::vector<const Element*> indexedChain_;
+    /// Attributes by name, of elements that have many.
+    std::unordered_map<const Element*, AttributeIndex> attributeIndexes_;
     bool standalone_ = false;
     bool complete_ = false;
 };

@@ -1,4 +1,4 @@
-#include "sets/XmlUtf16.h"
+#include "sets/xml/XmlUtf16.h"
 
 #include <cstdint>
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "sets/XmlDocument.h"
+#include "sets/xml/XmlDocument.h"
 
 namespace kest::xml {
 
@@ -22,12 +22,14 @@ class Decoder {
   public:
     struct Result {
         std::string_view text;
-        bool moved = false;  ///< lies in new memory of the document, no longer where it was
+        /// Counts as moved out of the source: some replacement text in it was longer than its
+        /// reference. The next run of the element is then joined to it.
+        bool moved = false;
     };
 
     explicit Decoder(Document& document) : document_(document) {}
 
-    /// Decodes `length` characters at `run`, in place as long as the result does not grow.
+    /// Decodes `length` characters at `run`, in place unless they refer to a declared entity.
     Result decode(char* run, std::size_t length, DecodeMode mode);
 
     /// Where parameter entities are looked up.
@@ -41,7 +43,7 @@ class Decoder {
     };
 
     const std::string_view* replacementFor(const Source& source, DecodeMode mode) const;
-    Result expand(std::string_view done, std::string_view rest, DecodeMode mode);
+    Result expand(const Result& done, std::string_view rest, DecodeMode mode);
 
     Document& document_;
     Document::EntityTable parameterEntities_;

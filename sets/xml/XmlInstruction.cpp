@@ -1,8 +1,8 @@
-#include "sets/XmlInstruction.h"
+#include "sets/xml/XmlInstruction.h"
 
 #include <algorithm>
 
-#include "sets/XmlText.h"
+#include "sets/xml/XmlText.h"
 
 namespace kest::xml {
 namespace {

@@ -1,16 +1,35 @@
-#include "sets/XmlDecoder.h"
+#include "sets/xml/XmlDecoder.h"
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
-#include "sets/XmlText.h"
+#include "sets/xml/XmlText.h"
 
 namespace kest::xml {
 namespace {
 
-/// Bounds on what entities may grow to; past them a reference stays as written.
+/// Bounds on what entities may grow to; past them a reference stays as written. The bytes are in
+/// proportion to the document, so that a short one cannot stand for a very long one.
 constexpr std::size_t kDeepestReplacement = 1000;
-constexpr std::size_t kMostReplacedBytes = std::size_t{64} << 20U;
+constexpr std::size_t kReplacedBytesAtLeast = std::size_t{4} << 20U;
+constexpr std::size_t kReplacedBytesPerByte = 8;
+constexpr std::size_t kReplacedBytesAtMost = std::size_t{64} << 20U;
+
+std::size_t mostReplacedBytes(std::size_t documentSize) {
+    return std::min(kReplacedBytesAtMost,
+                    kReplacedBytesAtLeast + kReplacedBytesPerByte * documentSize);
+}
+
+/// The entities that XML 1.0 predefines (section 4.6). Each stands for a reference to its
+/// character, which takes kPredefinedLength characters ("&#38;").
+struct PredefinedEntity {
+    std::string_view reference;
+    char character;
+};
+constexpr PredefinedEntity kPredefinedEntities[] = {
+    {"&lt;", '<'}, {"&gt;", '>'}, {"&quot;", '"'}, {"&apos;", '\''}, {"&amp;", '&'}};
+constexpr std::size_t kPredefinedLength = 5;
 
 constexpr CharacterSet kTextMarks("&\r");
 constexpr CharacterSet kCDataMarks("\r");
@@ -42,13 +61,15 @@ int digitValue(char c, unsigned int base) {
 /// The largest value that the UTF-8 sequences of up to six bytes hold.
 constexpr std::uint32_t kLargestCharacter = 0x7FFFFFFF;
 
+/// A reference that stands for one character.
 struct CharacterReference {
     std::uint32_t value = 0;
     std::size_t length = 0;  ///< 0: no reference, or one to be left alone
+    bool grows = false;      ///< its replacement text is longer than the reference
 };
 
-CharacterReference characterReference(std::string_view text) {
-    if (text.size() < 4 || text[0] != '&' || text[1] != '#') {
+CharacterReference numericReference(std::string_view text) {
+    if (text.size() < 4) {
         return {};
     }
     const unsigned int base = text[2] == 'x' ? 16 : 10;
@@ -64,6 +85,25 @@ CharacterReference characterReference(std::string_view text) {
         return {};
     }
     return {static_cast<std::uint32_t>(value), at + 1};
+}
+
+CharacterReference characterReference(std::string_view text, DecodeMode mode) {
+    if (text[0] != '&' || mode == DecodeMode::CData) {
+        return {};
+    }
+    if (text.substr(1, 1) == "#") {
+        return numericReference(text);
+    }
+    if (mode != DecodeMode::EntityValue) {
+        for (const PredefinedEntity& each : kPredefinedEntities) {
+            if (text.starts_with(each.reference)) {
+                const std::size_t length = each.reference.size();
+                return {static_cast<unsigned char>(each.character), length,
+                        kPredefinedLength > length};
+            }
+        }
+    }
+    return {};
 }
 
 /// Writes the character's UTF-8 sequence, which is never longer than its reference.
@@ -103,17 +143,17 @@ Decoder::Result Decoder::decode(char* run, std::size_t length, DecodeMode mode) 
     Source source{{run, length}, 0};
     source.at = marks.find(source.text, 0);
     char* out = run + source.at;
+    bool moved = false;
     while (source.at < length) {
         const char c = source.text[source.at];
-        const auto reference = mode == DecodeMode::CData
-                                   ? CharacterReference{}
-                                   : characterReference(source.text.substr(source.at));
+        const auto reference = characterReference(source.text.substr(source.at), mode);
         if (reference.length != 0) {
             out = putUtf8(reference.value, out);
             source.at += reference.length;
+            moved = moved || reference.grows;
         } else if (replacementFor(source, mode) != nullptr) {
-            return expand({run, static_cast<std::size_t>(out - run)}, source.text.substr(source.at),
-                          mode);
+            const Result done{{run, static_cast<std::size_t>(out - run)}, moved};
+            return expand(done, source.text.substr(source.at), mode);
         } else if (c == '\r') {
             *out++ = mode == DecodeMode::Attribute ? ' ' : '\n';
             source.at += source.at + 1 < length && source.text[source.at + 1] == '\n' ? 2 : 1;
@@ -125,13 +165,15 @@ Decoder::Result Decoder::decode(char* run, std::size_t length, DecodeMode mode) 
         out = std::copy(run + source.at, run + next, out);
         source.at = next;
     }
-    return {{run, static_cast<std::size_t>(out - run)}, false};
+    return {{run, static_cast<std::size_t>(out - run)}, moved};
 }
 
-/// Decodes the rest of a run from its first entity reference on, into new memory. `done` is the
-/// part already decoded.
-Decoder::Result Decoder::expand(std::string_view done, std::string_view rest, DecodeMode mode) {
-    expanded_.assign(done);
+/// Decodes the rest of a run from its first reference to a declared entity on, into new memory.
+/// `done` is the part already decoded.
+Decoder::Result Decoder::expand(const Result& done, std::string_view rest, DecodeMode mode) {
+    const std::size_t mostBytes = mostReplacedBytes(document_.source_.size());
+    bool moved = done.moved;
+    expanded_.assign(done.text);
     sources_.assign(1, {rest, 0});
     while (!sources_.empty()) {
         Source& source = sources_.back();
@@ -140,19 +182,20 @@ Decoder::Result Decoder::expand(std::string_view done, std::string_view rest, De
             continue;
         }
         const char c = source.text[source.at];
-        const auto reference = mode == DecodeMode::CData
-                                   ? CharacterReference{}
-                                   : characterReference(source.text.substr(source.at));
+        const auto reference = characterReference(source.text.substr(source.at), mode);
         if (reference.length != 0) {
             char bytes[6];
             expanded_.append(bytes, putUtf8(reference.value, bytes));
             source.at += reference.length;
+            moved = moved || reference.grows;
         } else if (const auto* replacement = replacementFor(source, mode);
                    replacement != nullptr && sources_.size() <= kDeepestReplacement &&
-                   document_.replacedBytes_ + replacement->size() <= kMostReplacedBytes) {
+                   document_.replacedBytes_ + replacement->size() <= mostBytes) {
             // Every reference costs a little, so that empty replacements are bounded as well.
             document_.replacedBytes_ += replacement->size() + 1;
-            source.at = source.text.find(';', source.at) + 1;
+            const std::size_t start =
+                std::exchange(source.at, source.text.find(';', source.at) + 1);
+            moved = moved || replacement->size() > source.at - start;
             sources_.push_back({*replacement, 0});
         } else if (c == '\r') {
             expanded_.push_back(mode == DecodeMode::Attribute ? ' ' : '\n');
@@ -163,7 +206,7 @@ Decoder::Result Decoder::expand(std::string_view done, std::string_view rest, De
             ++source.at;
         }
     }
-    return {document_.keep(expanded_), true};
+    return {document_.keep(expanded_), moved};
 }
 
 }  // namespace kest::xml

@@ -2,8 +2,8 @@
 #include <optional>
 #include <unordered_set>
 
-#include "sets/XmlDocument.h"
-#include "sets/XmlText.h"
+#include "sets/xml/XmlDocument.h"
+#include "sets/xml/XmlText.h"
 
 namespace kest::xml {
 namespace {

@@ -1,11 +1,11 @@
-#include "sets/XmlInternalSubset.h"
+#include "sets/xml/XmlInternalSubset.h"
 
 #include <optional>
 #include <vector>
 
-#include "sets/XmlFault.h"
-#include "sets/XmlInstruction.h"
-#include "sets/XmlText.h"
+#include "sets/xml/XmlFault.h"
+#include "sets/xml/XmlInstruction.h"
+#include "sets/xml/XmlText.h"
 
 namespace kest::xml {
 namespace {
