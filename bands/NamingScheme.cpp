@@ -46,9 +46,8 @@ bool haveDistinctNumbers(const std::vector<ComponentKind>& kinds) {
 std::vector<ComponentKind> classifyComponents(const ComponentList& components) {
     std::vector<ComponentKind> kinds(static_cast<std::size_t>(components.count()));
     for (std::size_t i = 0; i < kinds.size(); ++i) {
-        Pyxis::FileSpecifier file;
-        int frame = 0;
-        components.get(static_cast<int>(i), file, frame);
+        const Pyxis::FileSpecifier file =
+            components.get(static_cast<int>(i)).value_or(Component()).file;
         const platform::PathName path = fileNameOf(file);
         kinds[i] = {kindOf(file, path), trailingBandNumber(path.name)};
     }

@@ -8,8 +8,8 @@
 #include "codec/strings/StringIds.h"
 #include "codec/strings/StringResources.h"
 #include "platform/Platform.h"
-#include "properties/HostBoundary.h"
 #include "properties/PropertyNames.h"
+#include "pyxis/NoThrow.h"
 #include "reader/KestMultispectralReadFile.h"
 
 using Codec = KestMultispectralCodec;
@@ -18,7 +18,7 @@ namespace {
 
 /// Text `id`; empty when it cannot be had.
 void loadText(unsigned int id, Pyxis::StringBuffer& text) {
-    if (!kest::attempt([&] { kest::loadResourceString(id, text); })) {
+    if (!Pyxis::attempt([&] { kest::loadResourceString(id, text); })) {
         text.set(0, nullptr, Pyxis::CharacterType::Plain);
     }
 }
@@ -32,7 +32,7 @@ Codec::~KestMultispectralCodec() {
 }
 
 void Codec::getLibVersionInfo(unsigned int& major, unsigned int& minor, unsigned int& build) const {
-    const auto version = kest::answerOr(kest::platform::ModuleVersion(), [] {
+    const auto version = Pyxis::answerOr(kest::platform::ModuleVersion(), [] {
         return kest::platform::moduleVersion(u"kestmultispectralcodec54.dll");
     });
     major = version.major;
@@ -71,8 +71,8 @@ bool Codec::isFormatFeature(Pyxis::FormatFeature feature) const {
 
 bool Codec::isSupportedProperty(Pyxis::FormatCodecPropertyInterface::PropertyIdentifier identifier,
                                 Pyxis::StringBuffer* name) const {
-    return kest::answerOr(false,
-                          [&] { return kest::isSupportedMultispectralProperty(identifier, name); });
+    return Pyxis::answerOr(
+        false, [&] { return kest::isSupportedMultispectralProperty(identifier, name); });
 }
 
 int Codec::getNumExtensions() const {
@@ -114,7 +114,7 @@ Pyxis::ReadImageFileInterface* Codec::openSet(const Pyxis::FileSpecifier* file,
     if (file == nullptr) {
         return nullptr;
     }
-    return kest::makeOrNull<Pyxis::ReadImageFileInterface>(
+    return Pyxis::makeOrNull<Pyxis::ReadImageFileInterface>(
         [&] { return new KestMultispectralReadFile(this, file, finder); });
 }
 
@@ -128,12 +128,12 @@ Pyxis::ReadImageFileInterface* Codec::cloneOpenImage(
     if (set == nullptr) {
         return nullptr;
     }
-    return kest::makeOrNull<Pyxis::ReadImageFileInterface>(
+    return Pyxis::makeOrNull<Pyxis::ReadImageFileInterface>(
         [set] { return new KestMultispectralReadFile(*set); });
 }
 
 void Codec::setResourceFileName(const Pyxis::FileSpecifier& file) {
-    kest::attempt([&] { kest::setResourceFileName(file); });
+    Pyxis::attempt([&] { kest::setResourceFileName(file); });
 }
 
 bool Codec::setProductCatalogue(const Pyxis::FileSpecifier& file, Pyxis::StringBuffer* reason) {
@@ -157,5 +157,5 @@ bool Codec::getBandDetails(const Pyxis::ReadImageFileInterface& image, int frame
 
 bool Codec::getMultispectralPropertyName(MultispectralPropertyId id,
                                          Pyxis::StringBuffer& name) const {
-    return kest::answerOr(false, [&] { return kest::multispectralPropertyName(id, name); });
+    return Pyxis::answerOr(false, [&] { return kest::multispectralPropertyName(id, name); });
 }

@@ -4,7 +4,6 @@
 #include "codec/strings/KestExport.h"
 #include "properties/MultispectralPropertyId.h"
 #include "pyxis/ImageFormatCodec.h"
-#include "sets/ComponentList.h"
 #include "sets/SetMembership.h"
 
 /// The codec of multispectral sets: groups of single-band files, named by a compound specifier,
@@ -71,13 +70,6 @@ class KEST_API KestMultispectralCodec : public Pyxis::ImageFormatCodec {
   private:
     Pyxis::ReadImageFileInterface* openSet(const Pyxis::FileSpecifier* file,
                                            Pyxis::FindFileInterface* finder) const;
-    Pyxis::FormatDecodability decodabilityOf(const kest::ComponentList& components) const;
-    bool initialzeSetCriteria(const Pyxis::FileSpecifier& file, int frame,
-                              const Pyxis::ImageFormatCodec* codec, InclusionData& criteria) const;
-    bool isFileInSet(const Pyxis::FileSpecifier& file, int frame,
-                     const Pyxis::ImageFormatCodec* codec, const InclusionData& criteria) const;
-    bool getCompareData(const Pyxis::FileSpecifier& file, int frame,
-                        const Pyxis::ImageFormatCodec* codec, InclusionData& data) const;
 
     double toleranceFactor_ = kest::kToleranceFactor;
 };

@@ -1,9 +1,12 @@
 // The codec's part in deciding whether components form a set, and in tidying their list.
 
+#include <optional>
+
 #include "codec/KestMultispectralCodec.h"
-#include "properties/HostBoundary.h"
+#include "pyxis/NoThrow.h"
 #include "sets/ComponentList.h"
 #include "sets/FindCodec.h"
+#include "sets/SetJudge.h"
 
 using Codec = KestMultispectralCodec;
 using Decodability = Pyxis::FormatDecodability;
@@ -21,58 +24,33 @@ Decodability Codec::isDecodableFile(const Pyxis::FileSpecifier& file,
     if (!isCompound(file)) {
         return Decodability::NotThisFormat;
     }
-    // A list that memory does not suffice to read is one that cannot be read.
-    return kest::answerOr(Decodability::UndecodableSet,
-                          [&] { return decodabilityOf(kest::ComponentList(file)); });
-}
-
-Decodability Codec::decodabilityOf(const kest::ComponentList& components) const {
-    if (components.count() < 2) {
-        return Decodability::NotThisFormat;
-    }
-    Decodability result = Decodability::Decodable;
-    InclusionData criteria;
-    int accepted = 0;
-    for (int i = 0; i < components.count(); ++i) {
-        Pyxis::FileSpecifier component;
-        int frame = 0;
-        if (!components.get(i, component, frame)) {
-            result = Decodability::UndecodableSet;
-            break;
+    // A list that takes more memory than there is cannot be read.
+    return Pyxis::answerOr(Decodability::UndecodableSet, [&] {
+        const kest::ComponentList components(file);
+        kest::SetJudge judge(components, toleranceFactor_);
+        while (!judge.isSettled() && judge.next()) {
         }
-        const Pyxis::ImageFormatCodec* codec = kest::findCodec(component);
-        if (codec == nullptr) {
-            continue;
-        }
-        const bool belongs = accepted == 0 ? initialzeSetCriteria(component, frame, codec, criteria)
-                                           : isFileInSet(component, frame, codec, criteria);
-        if (!belongs) {
-            result = Decodability::NotThisFormat;
-            break;
-        }
-        ++accepted;
-    }
-    return accepted < 2 ? Decodability::UndecodableSet : result;
+        return judge.answer();
+    });
 }
 
 bool Codec::purifyFileSet(Pyxis::FileSpecifier& file) const {
     if (!isCompound(file)) {
         return false;
     }
-    return kest::answerOr(false, [&] {
+    return Pyxis::answerOr(false, [&] {
         const kest::ComponentList components(file);
         if (components.count() < 2) {
             return false;
         }
         kest::ComponentListBuilder readable;
         for (int i = 0; i < components.count(); ++i) {
-            Pyxis::FileSpecifier component;
-            int frame = 0;
-            if (!components.get(i, component, frame)) {
+            const std::optional<kest::Component> component = components.get(i);
+            if (!component) {
                 return false;
             }
-            if (kest::findCodec(component) != nullptr) {
-                readable.append(component, frame);
+            if (kest::findCodec(component->file) != nullptr) {
+                readable.append(component->file, component->frame);
             }
         }
         if (readable.count() < 2) {
@@ -80,28 +58,5 @@ bool Codec::purifyFileSet(Pyxis::FileSpecifier& file) const {
         }
         file.assign(readable.specifier());
         return true;
-    });
-}
-
-bool Codec::initialzeSetCriteria(const Pyxis::FileSpecifier& file, int frame,
-                                 const Pyxis::ImageFormatCodec* codec,
-                                 InclusionData& criteria) const {
-    return getCompareData(file, frame, codec, criteria);
-}
-
-bool Codec::isFileInSet(const Pyxis::FileSpecifier& file, int frame,
-                        const Pyxis::ImageFormatCodec* codec, const InclusionData& criteria) const {
-    InclusionData candidate;
-    if (!getCompareData(file, frame, codec, candidate)) {
-        return false;
-    }
-    const auto finding = kest::compareWithCriteria(candidate, criteria, toleranceFactor_);
-    return finding.fault == kest::MembershipFault::None;
-}
-
-bool Codec::getCompareData(const Pyxis::FileSpecifier& file, int frame,
-                           const Pyxis::ImageFormatCodec* codec, InclusionData& data) const {
-    return kest::answerOr(false, [&] {
-        return kest::measureComponent(file, frame, codec, data) == kest::MeasureFault::None;
     });
 }

@@ -100,10 +100,8 @@ class Session {
     void addListed() {
         const kest::ComponentList list(set_);
         for (int i = 0; i < std::min(list.count(), kMostComponents); ++i) {
-            FileSpecifier file;
-            int frame = 0;
-            if (list.get(i, file, frame)) {
-                host_.add(Pyxis::toUtf8(file.string()));
+            if (const auto component = list.get(i)) {
+                host_.add(Pyxis::toUtf8(component->file.string()));
             }
         }
     }

@@ -2,18 +2,18 @@
 
 #include <utility>
 
-#include "properties/HostBoundary.h"
 #include "properties/KestMultispectralBandNameProperty.h"
 #include "properties/KestMultispectralBandTypeProperty.h"
 #include "properties/KestMultispectralBucketProperty.h"
 #include "properties/KestMultispectralReferenceNameProperty.h"
+#include "pyxis/NoThrow.h"
 
 namespace kest {
 namespace {
 
 template <typename Property, typename... Arguments>
 void append(KestMultispectralPropertySetIterator& set, Arguments&&... arguments) {
-    attempt([&] {
+    Pyxis::attempt([&] {
         const Property property(std::forward<Arguments>(arguments)...);
         set.appendProperty(&property);
     });

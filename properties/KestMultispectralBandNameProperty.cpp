@@ -2,7 +2,7 @@
 
 #include "codec/strings/StringIds.h"
 #include "codec/strings/StringResources.h"
-#include "properties/HostBoundary.h"
+#include "pyxis/NoThrow.h"
 
 using Property = KestMultispectralBandNameProperty;
 
@@ -25,7 +25,7 @@ Property::KestMultispectralBandNameProperty(const Property& other) = default;
 Property::~KestMultispectralBandNameProperty() = default;
 
 Pyxis::FormatCodecPropertyInterface* Property::clone() const {
-    return kest::makeOrNull<Property>([this] { return new Property(*this); });
+    return Pyxis::makeOrNull<Property>([this] { return new Property(*this); });
 }
 
 int Property::getBandIndex() const {
@@ -35,8 +35,8 @@ int Property::getFrame() const {
     return frame_;
 }
 void Property::getFile(Pyxis::FileSpecifier& out) const {
-    kest::attempt([&] { out.assign(file_); });
+    Pyxis::attempt([&] { out.assign(file_); });
 }
 void Property::getBandName(Pyxis::StringBuffer& out) const {
-    kest::attempt([&] { out = bandName_; });
+    Pyxis::attempt([&] { out = bandName_; });
 }

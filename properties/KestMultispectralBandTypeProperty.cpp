@@ -2,7 +2,7 @@
 
 #include "codec/strings/StringIds.h"
 #include "codec/strings/StringResources.h"
-#include "properties/HostBoundary.h"
+#include "pyxis/NoThrow.h"
 
 using Property = KestMultispectralBandTypeProperty;
 
@@ -22,7 +22,7 @@ Property::KestMultispectralBandTypeProperty(const Property& other) = default;
 Property::~KestMultispectralBandTypeProperty() = default;
 
 Pyxis::FormatCodecPropertyInterface* Property::clone() const {
-    return kest::makeOrNull<Property>([this] { return new Property(*this); });
+    return Pyxis::makeOrNull<Property>([this] { return new Property(*this); });
 }
 
 Property::BandType Property::bandType() const {

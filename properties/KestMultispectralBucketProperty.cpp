@@ -2,7 +2,7 @@
 
 #include "codec/strings/StringIds.h"
 #include "codec/strings/StringResources.h"
-#include "properties/HostBoundary.h"
+#include "pyxis/NoThrow.h"
 
 using Property = KestMultispectralBucketProperty;
 
@@ -24,7 +24,7 @@ Property::KestMultispectralBucketProperty(const Property& other) = default;
 Property::~KestMultispectralBucketProperty() = default;
 
 Pyxis::FormatCodecPropertyInterface* Property::clone() const {
-    return kest::makeOrNull<Property>([this] { return new Property(*this); });
+    return Pyxis::makeOrNull<Property>([this] { return new Property(*this); });
 }
 
 int Property::getBucketNum() const {
@@ -34,5 +34,5 @@ int Property::getNumBuckets() const {
     return numBuckets_;
 }
 void Property::getBucketName(Pyxis::StringBuffer& out) const {
-    kest::attempt([&] { out = bucketName_; });
+    Pyxis::attempt([&] { out = bucketName_; });
 }

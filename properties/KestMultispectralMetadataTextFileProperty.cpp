@@ -9,7 +9,7 @@
 #include "codec/strings/StringIds.h"
 #include "codec/strings/StringResources.h"
 #include "platform/Platform.h"
-#include "properties/HostBoundary.h"
+#include "pyxis/NoThrow.h"
 
 using Property = KestMultispectralMetadataTextFileProperty;
 
@@ -30,14 +30,14 @@ Property::KestMultispectralMetadataTextFileProperty(const Pyxis::FileSpecifier& 
     kest::loadResourceString(kest::string_id::kMetadataTextFileName, nameText());
     kest::loadResourceString(kest::string_id::kMetadataTextFileDescription, descriptionText());
     // A file too big for the memory is one that cannot be read.
-    valid_ = kest::answerOr(false, [this] { return readWhole(); });
+    valid_ = Pyxis::answerOr(false, [this] { return readWhole(); });
 }
 
 Property::KestMultispectralMetadataTextFileProperty(const Property& other) = default;
 Property::~KestMultispectralMetadataTextFileProperty() = default;
 
 Pyxis::FormatCodecPropertyInterface* Property::clone() const {
-    return kest::makeOrNull<Property>([this] { return new Property(*this); });
+    return Pyxis::makeOrNull<Property>([this] { return new Property(*this); });
 }
 
 bool Property::isValid() const {
@@ -45,7 +45,7 @@ bool Property::isValid() const {
 }
 
 bool Property::getMetadataFile(Pyxis::FileSpecifier& out) const {
-    kest::attempt([&] { out.assign(metadataFile_); });
+    Pyxis::attempt([&] { out.assign(metadataFile_); });
     return valid_;
 }
 

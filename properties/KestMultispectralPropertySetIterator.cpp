@@ -1,8 +1,8 @@
 #include "properties/KestMultispectralPropertySetIterator.h"
 
-#include <new>
+#include "pyxis/NoThrow.h"
 
-#include "properties/HostBoundary.h"
+#include <new>
 
 using PropertySet = KestMultispectralPropertySetIterator;
 
@@ -33,7 +33,7 @@ void PropertySet::appendProperties(Pyxis::FormatCodecPropertySetIterator* source
     for (source->start(); !source->endOfList(); source->step()) {
         const Pyxis::FormatCodecPropertyInterface* property = source->openProperty();
         // The source takes its property back even when there is no memory for a copy.
-        kest::attempt([this, property] { appendProperty(property); });
+        Pyxis::attempt([this, property] { appendProperty(property); });
         source->closeProperty();
     }
 }

@@ -2,7 +2,7 @@
 
 #include "codec/strings/StringIds.h"
 #include "codec/strings/StringResources.h"
-#include "properties/HostBoundary.h"
+#include "pyxis/NoThrow.h"
 
 using Property = KestMultispectralReferenceNameProperty;
 
@@ -20,5 +20,5 @@ Property::KestMultispectralReferenceNameProperty(const Property& other) = defaul
 Property::~KestMultispectralReferenceNameProperty() = default;
 
 Pyxis::FormatCodecPropertyInterface* Property::clone() const {
-    return kest::makeOrNull<Property>([this] { return new Property(*this); });
+    return Pyxis::makeOrNull<Property>([this] { return new Property(*this); });
 }

@@ -43,14 +43,15 @@ int numberOf(std::size_t count) {
 BandCollector::BandCollector(SetNaming naming, double tolerance)
     : naming_(std::move(naming)), bucketIndex_(tolerance) {}
 
-void BandCollector::add(int index, const Pyxis::FileSpecifier& component, int frame,
+void BandCollector::add(int index, const Component& component,
                         const Pyxis::ImageFormatCodec& codec) {
-    Source source{component, frame, {}};
+    Source source{component, {}};
     const std::unique_ptr<Pyxis::ReadImageFileInterface> image(codec.openImage(&source.file));
     if (!image) {
         return;
     }
-    const std::unique_ptr<Pyxis::ReadImageFileFrameInterface> opened(image->openFrame(frame));
+    const std::unique_ptr<Pyxis::ReadImageFileFrameInterface> opened(
+        image->openFrame(source.frame));
     if (!opened) {
         return;
     }

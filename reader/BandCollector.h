@@ -3,11 +3,11 @@
 #include <vector>
 
 #include "bands/NamingScheme.h"
-#include "pyxis/FileSpecifier.h"
 #include "pyxis/FormatCodecPropertySetIterator.h"
 #include "pyxis/ImageFormatCodec.h"
 #include "reader/BandRecord.h"
 #include "reader/BucketIndex.h"
+#include "sets/ComponentList.h"
 
 namespace kest {
 
@@ -17,10 +17,9 @@ class BandCollector {
     /// `naming` is the set's; pixel sizes within `tolerance` share a bucket.
     BandCollector(SetNaming naming, double tolerance);
 
-    /// Opens frame `frame` of the set's component `index` through `codec` and adds the band that
-    /// it holds. A component that cannot be opened or tells too little adds none.
-    void add(int index, const Pyxis::FileSpecifier& component, int frame,
-             const Pyxis::ImageFormatCodec& codec);
+    /// Opens component `index` of the set through `codec` and adds its band. A component that
+    /// cannot be opened or lacks a property adds none.
+    void add(int index, const Component& component, const Pyxis::ImageFormatCodec& codec);
     /// Puts bands and buckets in the order of their numbers, those of one number in the order in
     /// which they were found.
     void sort();
@@ -29,10 +28,8 @@ class BandCollector {
     const std::vector<BucketRecord>& buckets() const { return buckets_; }
 
   private:
-    /// By which file a band is named, and how big its pixels are.
-    struct Source {
-        Pyxis::FileSpecifier file;
-        int frame = 0;
+    /// The file that names a band, and the size of the band's pixels.
+    struct Source : Component {
         Pyxis::Vector2d pixelSize;
     };
 

@@ -6,8 +6,8 @@
 #include "bands/MetadataTextFile.h"
 #include "bands/NamingScheme.h"
 #include "bands/ReferenceName.h"
-#include "properties/HostBoundary.h"
 #include "properties/KestMultispectralMetadataTextFileProperty.h"
+#include "pyxis/NoThrow.h"
 #include "reader/BandCollector.h"
 #include "reader/KestMultispectralReadFileFrame.h"
 #include "sets/FindCodec.h"
@@ -59,18 +59,14 @@ ReadFile::Codecs ReadFile::keepReadable(const kest::ComponentList& listed) {
     Codecs codecs(static_cast<std::size_t>(listed.count()), nullptr);
     kest::ComponentListBuilder kept;
     for (int i = 0; i < listed.count(); ++i) {
-        Pyxis::FileSpecifier component;
-        int frame = 0;
-        if (!listed.get(i, component, frame)) {
-            continue;
+        const std::optional<kest::Component> component = listed.get(i);
+        const Pyxis::ImageFormatCodec* codec =
+            component ? kest::findCodec(component->file) : nullptr;
+        if (codec != nullptr) {
+            codecs[static_cast<std::size_t>(i)] = codec;
+            files_.push_back(*component);
+            kept.append(component->file, component->frame);
         }
-        const Pyxis::ImageFormatCodec* codec = kest::findCodec(component);
-        codecs[static_cast<std::size_t>(i)] = codec;
-        if (codec == nullptr) {
-            continue;
-        }
-        files_.push_back({component, frame});
-        kept.append(component, frame);
     }
     specifier_ = kept.specifier();
     return codecs;
@@ -79,14 +75,11 @@ ReadFile::Codecs ReadFile::keepReadable(const kest::ComponentList& listed) {
 void ReadFile::findBands(const Codecs& codecs) {
     kest::BandCollector collector(naming_, geoTolerance_);
     for (int i = 0; i < components_.count(); ++i) {
-        Pyxis::FileSpecifier component;
-        int frame = 0;
-        components_.get(i, component, frame);
         // By place in the list as it was given, although unreadable components have left it: the
         // pairing is part of what hosts see of a set with gaps.
         const Pyxis::ImageFormatCodec* codec = codecs[static_cast<std::size_t>(i)];
         if (codec != nullptr) {
-            collector.add(i, component, frame, *codec);
+            collector.add(i, component(i), *codec);
         }
     }
     collector.sort();
@@ -95,9 +88,7 @@ void ReadFile::findBands(const Codecs& codecs) {
 }
 
 void ReadFile::addMetadataTextFile(Pyxis::FindFileInterface& findFile) {
-    Pyxis::FileSpecifier first;
-    int frame = 0;
-    components_.get(0, first, frame);
+    const Pyxis::FileSpecifier first = component(0).file;
     Pyxis::FileSpecifier metadata;
     kest::getMetadataTextFile(first, metadata);
     if (!findFile.findFile(codec_, first, metadata, metadata)) {
@@ -121,10 +112,10 @@ int ReadFile::getNumFiles() const {
 }
 
 Pyxis::FileSpecifier ReadFile::getFile(int index) const {
-    return kest::answerOr(Pyxis::FileSpecifier(), [this, index] {
+    return Pyxis::answerOr(Pyxis::FileSpecifier(), [this, index] {
         Pyxis::FileSpecifier file;
         if (index >= 0 && static_cast<std::size_t>(index) < files_.size()) {
-            const ComponentFile& component = files_[static_cast<std::size_t>(index)];
+            const kest::Component& component = files_[static_cast<std::size_t>(index)];
             kest::appendComponent(component.file, component.frame, file);
         } else if (index >= 0 && index < getNumFiles()) {
             file = *metadataFile_;
@@ -141,13 +132,15 @@ Pyxis::ReadImageFileFrameInterface* ReadFile::openFrame(int frameIndex) {
     if (frameIndex < 0 || frameIndex >= getNumFrames()) {
         return nullptr;
     }
-    return kest::makeOrNull<Pyxis::ReadImageFileFrameInterface>([this, frameIndex] {
-        Pyxis::FileSpecifier component;
-        int frameNumber = 0;
-        getBandComponent(frameIndex, component, frameNumber);
-        return new KestMultispectralReadFileFrame(component, frameNumber, band(frameIndex).codec,
+    return Pyxis::makeOrNull<Pyxis::ReadImageFileFrameInterface>([this, frameIndex] {
+        const kest::Component source = component(band(frameIndex).componentIndex);
+        return new KestMultispectralReadFileFrame(source.file, source.frame, band(frameIndex).codec,
                                                   this, frameIndex, propertySet_);
     });
+}
+
+kest::Component ReadFile::component(int index) const {
+    return components_.get(index).value_or(kest::Component());
 }
 
 const kest::BandRecord& ReadFile::band(int index) const {
@@ -175,7 +168,9 @@ void ReadFile::getBandBucketName(int band, Pyxis::StringBuffer& name) const {
 }
 
 void ReadFile::getBandComponent(int band, Pyxis::FileSpecifier& component, int& frameNumber) const {
-    components_.get(checkedAt(bands_, band).componentIndex, component, frameNumber);
+    const kest::Component source = this->component(checkedAt(bands_, band).componentIndex);
+    component = source.file;
+    frameNumber = source.frame;
 }
 
 void ReadFile::getBandName(int band, Pyxis::StringBuffer& name) const {
@@ -191,8 +186,5 @@ void ReadFile::getBandAssignment(int band, kest::BandAssignment& assignment) con
 }
 
 void ReadFile::getReferenceName(Pyxis::StringBuffer& name) const {
-    Pyxis::FileSpecifier first;
-    int frame = 0;
-    components_.get(0, first, frame);
-    kest::getReferenceNameOfComponent(naming_, first, name);
+    kest::getReferenceNameOfComponent(naming_, component(0).file, name);
 }

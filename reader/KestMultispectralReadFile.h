@@ -60,16 +60,12 @@ class KestMultispectralReadFile : public Pyxis::ReadImageFileInterface {
   private:
     using Codecs = std::vector<const Pyxis::ImageFormatCodec*>;
 
-    /// Handed out as a list of its own, which few ask for.
-    struct ComponentFile {
-        Pyxis::FileSpecifier file;
-        int frame;
-    };
-
     /// Fills `specifier_` and `files_` with the components that a codec reads; answers the codecs
     /// by place in `listed`, null for the others.
     Codecs keepReadable(const kest::ComponentList& listed);
     void findBands(const Codecs& codecs);
+    /// Component `index` of the set; an empty one past the last.
+    kest::Component component(int index) const;
     void addMetadataTextFile(Pyxis::FindFileInterface& findFile);
 
     /// Largest difference, in x and in y, at which two pixel sizes count as equal.
@@ -79,7 +75,7 @@ class KestMultispectralReadFile : public Pyxis::ReadImageFileInterface {
     kest::ComponentList components_;  ///< `specifier_`, parsed
     std::vector<kest::BandRecord> bands_;
     std::vector<kest::BucketRecord> buckets_;
-    std::vector<ComponentFile> files_;
+    std::vector<kest::Component> files_;                ///< each is handed out as a list of its own
     std::optional<Pyxis::FileSpecifier> metadataFile_;  ///< the last of the files, when it is there
     kest::SetNaming naming_;
     /// Shared with every frame, which may outlive the image.

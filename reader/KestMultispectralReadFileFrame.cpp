@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "properties/HostBoundary.h"
+#include "pyxis/NoThrow.h"
 #include "reader/KestMultispectralReadFile.h"
 
 using Frame = KestMultispectralReadFileFrame;
@@ -50,52 +50,52 @@ int Frame::getFrameIndex() const {
 }
 
 bool Frame::frameOp1(int level) {
-    return kest::answerOr(false, [&] { return componentFrame_->frameOp1(level); });
+    return Pyxis::answerOr(false, [&] { return componentFrame_->frameOp1(level); });
 }
 void Frame::frameOp3(std::int32_t* width, std::int32_t* height) {
-    kest::attempt([&] { componentFrame_->frameOp3(width, height); });
+    Pyxis::attempt([&] { componentFrame_->frameOp3(width, height); });
 }
 std::int32_t Frame::frameOp4() {
-    return kest::answerOr(0, [&] { return componentFrame_->frameOp4(); });
+    return Pyxis::answerOr(0, [&] { return componentFrame_->frameOp4(); });
 }
 std::int32_t Frame::frameOp5() {
-    return kest::answerOr(1, [&] { return componentFrame_->frameOp5(); });
+    return Pyxis::answerOr(1, [&] { return componentFrame_->frameOp5(); });
 }
 std::int32_t Frame::frameOp6() {
-    return kest::answerOr(0, [&] { return componentFrame_->frameOp6(); });
+    return Pyxis::answerOr(0, [&] { return componentFrame_->frameOp6(); });
 }
 std::int32_t Frame::frameOp7() {
-    return kest::answerOr(1, [&] { return componentFrame_->frameOp7(); });
+    return Pyxis::answerOr(1, [&] { return componentFrame_->frameOp7(); });
 }
 std::int32_t Frame::frameOp8() {
-    return kest::answerOr(0, [&] { return componentFrame_->frameOp8(); });
+    return Pyxis::answerOr(0, [&] { return componentFrame_->frameOp8(); });
 }
 std::int32_t Frame::frameOp9() {
-    return kest::answerOr(0, [&] { return componentFrame_->frameOp9(); });
+    return Pyxis::answerOr(0, [&] { return componentFrame_->frameOp9(); });
 }
 std::int32_t Frame::frameOp10() {
-    return kest::answerOr(0, [&] { return componentFrame_->frameOp10(); });
+    return Pyxis::answerOr(0, [&] { return componentFrame_->frameOp10(); });
 }
 void Frame::frameOp11(int /*channel*/, Pyxis::ChannelRange* range) {
     // Always the first channel, whichever was asked for: hosts of this plug-in rely on it.
-    kest::attempt([&] { componentFrame_->frameOp11(0, range); });
+    Pyxis::attempt([&] { componentFrame_->frameOp11(0, range); });
 }
 const Pyxis::ColourTable* Frame::frameOp12() {
-    return kest::answerOr<const Pyxis::ColourTable*>(nullptr,
-                                                     [&] { return componentFrame_->frameOp12(); });
+    return Pyxis::answerOr<const Pyxis::ColourTable*>(nullptr,
+                                                      [&] { return componentFrame_->frameOp12(); });
 }
 bool Frame::frameOp13(int level, Pyxis::PixelRequest* request) {
-    return kest::answerOr(false, [&] { return componentFrame_->frameOp13(level, request); });
+    return Pyxis::answerOr(false, [&] { return componentFrame_->frameOp13(level, request); });
 }
 void* Frame::frameOp15(void* argument) {
-    return kest::answerOr<void*>(nullptr, [&] { return componentFrame_->frameOp15(argument); });
+    return Pyxis::answerOr<void*>(nullptr, [&] { return componentFrame_->frameOp15(argument); });
 }
 void* Frame::frameOp16(int argument) {
-    return kest::answerOr<void*>(nullptr, [&] { return componentFrame_->frameOp16(argument); });
+    return Pyxis::answerOr<void*>(nullptr, [&] { return componentFrame_->frameOp16(argument); });
 }
 
 Pyxis::FormatCodecPropertySetIterator* Frame::getProperties() {
-    return kest::makeOrNull<Pyxis::FormatCodecPropertySetIterator>([this] {
+    return Pyxis::makeOrNull<Pyxis::FormatCodecPropertySetIterator>([this] {
         return kest::buildFramePropertySet(componentFrame_.get(), *propertySet_, facts_).release();
     });
 }

@@ -174,8 +174,11 @@ int ComponentList::count() const {
     return document_ ? document_->count() : plainCount_;
 }
 
-bool ComponentList::get(int index, FileSpecifier& file, int& frame) const {
-    return document_ && document_->get(index, file, frame);
+std::optional<Component> ComponentList::get(int index) const {
+    Component component;
+    return document_ && document_->get(index, component.file, component.frame)
+               ? std::optional(std::move(component))
+               : std::nullopt;
 }
 
 ComponentListBuilder::ComponentListBuilder()
@@ -201,7 +204,8 @@ int countComponents(const FileSpecifier& specifier) {
 }
 
 bool getComponent(const FileSpecifier& specifier, int index, FileSpecifier& file, int& frame) {
-    return ComponentList(specifier).get(index, file, frame);
+    const ComponentList list(specifier);
+    return list.document_ && list.document_->get(index, file, frame);
 }
 
 void appendComponent(const FileSpecifier& component, int frame, FileSpecifier& specifier) {

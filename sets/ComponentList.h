@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "pyxis/FileSpecifier.h"
 
@@ -8,6 +9,12 @@
 // the frame of each that holds the band.
 
 namespace kest {
+
+/// A component of a set: a file, and the frame of it that holds the band, 0 for the first.
+struct Component {
+    Pyxis::FileSpecifier file;
+    int frame = 0;
+};
 
 /// Number of components; a plain specifier with a text counts as one.
 int countComponents(const Pyxis::FileSpecifier& specifier);
@@ -22,8 +29,8 @@ bool getComponent(const Pyxis::FileSpecifier& specifier, int index, Pyxis::FileS
 void appendComponent(const Pyxis::FileSpecifier& component, int frame,
                      Pyxis::FileSpecifier& specifier);
 
-/// A component list parsed once, for callers that read more than one component. The answers are
-/// those of the functions above, which are thin calls on it.
+/// A component list parsed once, for callers that read more than one component. Its answers are
+/// those of the functions above.
 class ComponentList {
   public:
     explicit ComponentList(const Pyxis::FileSpecifier& specifier);
@@ -32,9 +39,13 @@ class ComponentList {
     ~ComponentList();
 
     int count() const;
-    bool get(int index, Pyxis::FileSpecifier& file, int& frame) const;
+    /// Component `index`; nothing where `getComponent` returns false.
+    std::optional<Component> get(int index) const;
 
   private:
+    friend bool getComponent(const Pyxis::FileSpecifier& specifier, int index,
+                             Pyxis::FileSpecifier& file, int& frame);
+
     class Document;
     std::unique_ptr<Document> document_;  ///< none for a plain specifier
     int plainCount_ = 0;

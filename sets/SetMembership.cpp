@@ -86,44 +86,39 @@ void measureGeoreference(const FormatCodecGeoCorrelation& geo, InclusionData& da
     }
 }
 
-MeasureFault measureComponent(const Pyxis::FileSpecifier& file, int frame,
-                              const Pyxis::ImageFormatCodec* codec, InclusionData& data) {
-    std::unique_ptr<Pyxis::ReadImageFileInterface> image(codec->openImage(&file));
+Verdict measureComponent(const Component& component, const Pyxis::ImageFormatCodec& codec,
+                         InclusionData& data) {
+    std::unique_ptr<Pyxis::ReadImageFileInterface> image(codec.openImage(&component.file));
     if (!image) {
-        return MeasureFault::CannotOpenFile;
+        return Verdict::CannotOpen;
     }
-    std::unique_ptr<Pyxis::ReadImageFileFrameInterface> opened(image->openFrame(frame));
-    if (!opened) {
-        return MeasureFault::NoSuchFrame;
+    const std::unique_ptr<Pyxis::ReadImageFileFrameInterface> frame(
+        image->openFrame(component.frame));
+    if (!frame) {
+        return Verdict::NoSuchFrame;
     }
-    data.pixelModel = opened->frameOp4();
-    data.pixelBits = opened->frameOp6();
-    if (isLayoutRefused(data.pixelModel, data.pixelBits, opened->frameOp7())) {
+    data.pixelModel = frame->frameOp4();
+    data.pixelBits = frame->frameOp6();
+    if (isLayoutRefused(data.pixelModel, data.pixelBits, frame->frameOp7())) {
         // Only the frame is given back: hosts see the image stay open here and count on it. The
         // host closes it with its codec.
         static_cast<void>(image.release());
-        return MeasureFault::PixelLayoutRefused;
+        return Verdict::LayoutRefused;
     }
-    const std::unique_ptr<Pyxis::FormatCodecPropertySetIterator> properties(
-        opened->getProperties());
-    if (!properties) {
-        return MeasureFault::NoProperties;
-    }
-    return measureProperties(*properties, data) ? MeasureFault::None : MeasureFault::NoGeoreference;
+    const std::unique_ptr<Pyxis::FormatCodecPropertySetIterator> properties(frame->getProperties());
+    return properties && measureProperties(*properties, data) ? Verdict::Accepted
+                                                              : Verdict::NoGeoreference;
 }
 
-MembershipFinding compareWithCriteria(const InclusionData& candidate, const InclusionData& criteria,
-                                      double toleranceFactor) {
-    MembershipFinding finding;
+Verdict compareWithCriteria(const InclusionData& candidate, const InclusionData& criteria,
+                            double toleranceFactor, CornerDeviation& off) {
     if (candidate.pixelModel != criteria.pixelModel || candidate.pixelBits != criteria.pixelBits) {
-        finding.fault = MembershipFault::PixelLayoutDiffers;
-        return finding;
+        return Verdict::LayoutDiffers;
     }
     const bool sameCode = criteria.coordinateSystemCode > 0 &&
                           criteria.coordinateSystemCode == candidate.coordinateSystemCode;
     if (!sameCode && !(criteria.coordinateSystem == candidate.coordinateSystem)) {
-        finding.fault = MembershipFault::CoordinateSystemDiffers;
-        return finding;
+        return Verdict::SystemDiffers;
     }
     const double toleranceX =
         std::abs((criteria.upperRight.x - criteria.upperLeft.x) * toleranceFactor);
@@ -143,15 +138,17 @@ MembershipFinding compareWithCriteria(const InclusionData& candidate, const Incl
     for (const CornerPair& pair : corners) {
         const double offX = std::abs(pair.candidate.x - pair.criteria.x);
         const double offY = std::abs(pair.candidate.y - pair.criteria.y);
-        // Written so that a difference that is not a number is a fault.
+        // Written so that a difference that is not a number is off.
         if (!(offX <= toleranceX)) {
-            return {MembershipFault::CornerOff, pair.corner, Axis::X, offX, toleranceX};
+            off = {pair.corner, Axis::X, offX, toleranceX};
+            return Verdict::CornerOff;
         }
         if (!(offY <= toleranceY)) {
-            return {MembershipFault::CornerOff, pair.corner, Axis::Y, offY, toleranceY};
+            off = {pair.corner, Axis::Y, offY, toleranceY};
+            return Verdict::CornerOff;
         }
     }
-    return finding;
+    return Verdict::Accepted;
 }
 
 }  // namespace kest

@@ -2,11 +2,11 @@
 
 #include <cstdint>
 
-#include "pyxis/FileSpecifier.h"
 #include "pyxis/FormatCodecGeoCorrelation.h"
 #include "pyxis/Geometry.h"
 #include "pyxis/ImageFormatCodec.h"
 #include "pyxis/StringBuffer.h"
+#include "sets/ComponentList.h"
 
 // The rules by which a component belongs to a set: readable, the same pixel layout, the same
 // coordinate system, and corners within a tolerance of the first component's.
@@ -28,41 +28,44 @@ struct InclusionData {
     Pyxis::StringBuffer coordinateSystem;
 };
 
-/// Why a component could not be measured.
-enum class MeasureFault {
-    None,
-    CannotOpenFile,
+/// What becomes of a component in a set: the rule that it breaks, in the order in which the rules
+/// are applied, or none.
+enum class Verdict {
+    Accepted,
+    NoPath,      ///< the list names no file
+    Unreadable,  ///< no codec reads it; the set does without
+    CannotOpen,
     NoSuchFrame,
-    PixelLayoutRefused,
-    NoProperties,
+    LayoutRefused,  ///< pixels that no set takes
     NoGeoreference,
+    LayoutDiffers,
+    SystemDiffers,
+    CornerOff,
 };
-
-/// Fills the corners and the coordinate system of `data`.
-void measureGeoreference(const Pyxis::FormatCodecGeoCorrelation& geo, InclusionData& data);
-
-/// Opens the component through its codec, measures it and closes it again.
-MeasureFault measureComponent(const Pyxis::FileSpecifier& file, int frame,
-                              const Pyxis::ImageFormatCodec* codec, InclusionData& data);
-
-enum class MembershipFault { None, PixelLayoutDiffers, CoordinateSystemDiffers, CornerOff };
 
 enum class Corner { UpperLeft, UpperRight, LowerLeft, LowerRight };
 enum class Axis { X, Y };
 
-/// How a measured component compares with the criteria. The corner fields are meaningful for
-/// CornerOff only.
-struct MembershipFinding {
-    MembershipFault fault = MembershipFault::None;
+/// How far the first corner that is off is off.
+struct CornerDeviation {
     Corner corner = Corner::UpperLeft;
     Axis axis = Axis::X;
     double difference = 0.0;  ///< world units, absolute
     double tolerance = 0.0;   ///< world units
 };
 
-/// Compares in the order layout, coordinate system, corners, and reports the first fault.
-/// `toleranceFactor` is the part of the criteria's extent by which a corner may be off.
-MembershipFinding compareWithCriteria(const InclusionData& candidate, const InclusionData& criteria,
-                                      double toleranceFactor);
+/// Fills the corners and the coordinate system of `data`.
+void measureGeoreference(const Pyxis::FormatCodecGeoCorrelation& geo, InclusionData& data);
+
+/// Opens the component through its codec, measures it and closes it again. Accepted when `data` is
+/// filled.
+Verdict measureComponent(const Component& component, const Pyxis::ImageFormatCodec& codec,
+                         InclusionData& data);
+
+/// Compares in the order layout, coordinate system, corners; the verdict is the first rule broken.
+/// `toleranceFactor` is the part of the criteria's extent by which a corner may be off; `off` is
+/// written for CornerOff only.
+Verdict compareWithCriteria(const InclusionData& candidate, const InclusionData& criteria,
+                            double toleranceFactor, CornerDeviation& off);
 
 }  // namespace kest

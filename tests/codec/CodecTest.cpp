@@ -4,6 +4,7 @@
 
 #include <array>
 
+#include "sets/SetJudge.h"
 #include "tests/fakes/Fakes.h"
 #include "tests/fakes/Resources.h"
 #include "tests/fakes/Sets.h"
@@ -110,6 +111,43 @@ TEST_F(CodecSetTest, AnswersByTheNumberOfComponentsThatFit) {
         EXPECT_EQ(codec_.purifyFileSet(set), row.purifies);
         EXPECT_TRUE(set.isEqual(row.purifies ? row.purified : row.set));
         EXPECT_EQ(world_.alive, 0);
+    }
+}
+
+// The codec stops where its answer is settled; whoever wants every verdict goes on to the same one.
+TEST_F(CodecSetTest, OneWalkSettlesTheAnswerAndJudgesTheRest) {
+    using kest::Verdict;
+    host_.add("/shut.tif", fakes::FileFacts{true, {}});
+    const struct {
+        std::vector<std::string> paths;
+        std::vector<std::string> opened;  ///< until the answer is settled
+        std::vector<Verdict> verdicts;
+    } rows[] = {
+        {{"/a01.tif", "/x", "/b02.tif"},
+         {"open /a01.tif", "open /b02.tif"},
+         {Verdict::Accepted, Verdict::Unreadable, Verdict::Accepted}},
+        {{"/a01.tif", "/other.tif", "/b02.tif"},
+         {"open /a01.tif", "open /other.tif"},
+         {Verdict::Accepted, Verdict::LayoutDiffers, Verdict::Accepted}},
+        {{"/shut.tif", "/a01.tif", "/b02.tif"},
+         {"open /shut.tif"},
+         {Verdict::CannotOpen, Verdict::Accepted, Verdict::Accepted}},
+        {{"/a01.tif"}, {}, {Verdict::Accepted}},
+    };
+    for (const auto& row : rows) {
+        const Pyxis::FileSpecifier set = setOf(row.paths);
+        world_.events.clear();
+        const auto answer = codec_.isDecodableFile(set, nullptr);
+        std::erase_if(world_.events, [](const auto& event) { return event.find("open") != 0; });
+        EXPECT_EQ(world_.events, row.opened);
+        const kest::ComponentList list(set);
+        kest::SetJudge judge(list, kest::kToleranceFactor);
+        std::vector<Verdict> verdicts;
+        while (const auto judged = judge.next()) {
+            verdicts.push_back(judged->verdict);
+        }
+        EXPECT_EQ(verdicts, row.verdicts);
+        EXPECT_EQ(judge.answer(), answer);
     }
 }
 

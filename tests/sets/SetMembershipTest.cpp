@@ -11,19 +11,18 @@
 namespace {
 
 using kest::InclusionData;
-using kest::MeasureFault;
-using kest::MembershipFault;
+using kest::Verdict;
 
 class MeasureTest : public testing::Test {
   protected:
-    MeasureFault measure(const fakes::FileFacts& facts, int frame = 0) {
+    Verdict measure(const fakes::FileFacts& facts, int frame = 0) {
         codec_.add("f", facts);
-        return kest::measureComponent(Pyxis::fileSpecifier("f"), frame, &codec_, data_);
+        return kest::measureComponent({Pyxis::fileSpecifier("f"), frame}, codec_, data_);
     }
-    MeasureFault measure(const fakes::FrameFacts& facts) {
+    Verdict measure(const fakes::FrameFacts& facts) {
         return measure(fakes::FileFacts{false, {facts}});
     }
-    MeasureFault measure(std::vector<fakes::PropertyPointer> properties) {
+    Verdict measure(std::vector<fakes::PropertyPointer> properties) {
         fakes::FrameFacts frame;
         frame.properties = std::move(properties);
         return measure(frame);
@@ -46,7 +45,7 @@ TEST_F(MeasureTest, MapsCornersWithScaleAfterRotation) {
                                 .system = "somewhere"};
     ASSERT_EQ(measure({fakes::property<fakes::PlainProperty>("first"),
                        fakes::property<fakes::Geo>(facts)}),
-              MeasureFault::None);
+              Verdict::Accepted);
     const std::pair<Pyxis::Point2d, Pyxis::Point2d> corners[] = {
         {data_.lowerLeft, {10.0, 20.0}},
         {data_.upperLeft, {10.0 - 20.0 * 5, 20.0}},
@@ -68,18 +67,18 @@ TEST_F(MeasureTest, TakesTheCornersThatATiffKnows) {
     geo.upperRight = {7.0, 8.0};
     ASSERT_EQ(measure({fakes::property<fakes::GeoTiff>(geo),
                        fakes::property<fakes::Geo>(fakes::GeoFacts{})}),
-              MeasureFault::None);
+              Verdict::Accepted);
     EXPECT_EQ(data_.upperRight.x, 107.0);
     EXPECT_EQ(data_.upperRight.y, 108.0);
 }
 
 TEST_F(MeasureTest, TellsWhatIsMissing) {
-    EXPECT_EQ(measure(fakes::FileFacts{true, {}}), MeasureFault::CannotOpenFile);
-    EXPECT_EQ(measure(fakes::FileFacts{false, {fakes::bandFrame()}}, 1), MeasureFault::NoSuchFrame);
+    EXPECT_EQ(measure(fakes::FileFacts{true, {}}), Verdict::CannotOpen);
+    EXPECT_EQ(measure(fakes::FileFacts{false, {fakes::bandFrame()}}, 1), Verdict::NoSuchFrame);
     fakes::FrameFacts frame;
-    EXPECT_EQ(measure(frame), MeasureFault::NoGeoreference);
+    EXPECT_EQ(measure(frame), Verdict::NoGeoreference);
     frame.noProperties = true;
-    EXPECT_EQ(measure(frame), MeasureFault::NoProperties);
+    EXPECT_EQ(measure(frame), Verdict::NoGeoreference);
     EXPECT_EQ(world_.alive, 0);
 }
 
@@ -95,8 +94,7 @@ TEST_F(MeasureTest, RefusesTwoLayoutsOfSingleChannels) {
         frame.model = each.model;
         frame.bits = each.bits;
         frame.format = each.format;
-        EXPECT_EQ(measure(frame),
-                  each.refused ? MeasureFault::PixelLayoutRefused : MeasureFault::None)
+        EXPECT_EQ(measure(frame), each.refused ? Verdict::LayoutRefused : Verdict::Accepted)
             << each.model << ' ' << each.bits << ' ' << each.format;
     }
 }
@@ -121,13 +119,13 @@ TEST(CompareTest, AllowsFivePerCentOfTheExtentAtEveryCorner) {
                  {50.0, -50.0, 50.001, -50.001, std::numeric_limits<double>::quiet_NaN()}) {
                 InclusionData candidate = square();
                 candidate.*corners[corner].*axis += off;
-                const auto finding = kest::compareWithCriteria(candidate, square(), 0.05);
-                EXPECT_EQ(finding.fault, std::abs(off) <= 50.0 ? MembershipFault::None
-                                                               : MembershipFault::CornerOff);
-                if (finding.fault != MembershipFault::None) {
-                    EXPECT_EQ(static_cast<int>(finding.corner), corner);
-                    EXPECT_EQ(finding.axis == kest::Axis::X, axis == &Pyxis::Point2d::x);
-                    EXPECT_EQ(finding.tolerance, 50.0);
+                kest::CornerDeviation found;
+                const Verdict verdict = kest::compareWithCriteria(candidate, square(), 0.05, found);
+                EXPECT_EQ(verdict, std::abs(off) <= 50.0 ? Verdict::Accepted : Verdict::CornerOff);
+                if (verdict != Verdict::Accepted) {
+                    EXPECT_EQ(static_cast<int>(found.corner), corner);
+                    EXPECT_EQ(found.axis == kest::Axis::X, axis == &Pyxis::Point2d::x);
+                    EXPECT_EQ(found.tolerance, 50.0);
                 }
             }
         }
@@ -148,13 +146,14 @@ TEST(CompareTest, TakesCodesBeforeTextsOfCoordinateSystems) {
         candidate.coordinateSystem = Pyxis::toWideBuffer(each.text);
         InclusionData criteria = square();
         criteria.coordinateSystemCode = each.criteriaCode;
-        EXPECT_EQ(kest::compareWithCriteria(candidate, criteria, 0.05).fault,
-                  each.same ? MembershipFault::None : MembershipFault::CoordinateSystemDiffers);
+        kest::CornerDeviation off;
+        EXPECT_EQ(kest::compareWithCriteria(candidate, criteria, 0.05, off),
+                  each.same ? Verdict::Accepted : Verdict::SystemDiffers);
     }
     InclusionData other = square();
     other.pixelBits = 16;
-    EXPECT_EQ(kest::compareWithCriteria(other, square(), 0.05).fault,
-              MembershipFault::PixelLayoutDiffers);
+    kest::CornerDeviation off;
+    EXPECT_EQ(kest::compareWithCriteria(other, square(), 0.05, off), Verdict::LayoutDiffers);
 }
 
 }  // namespace

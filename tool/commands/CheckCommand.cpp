@@ -75,11 +75,11 @@ Json componentJson(const ComponentDiagnosis& each) {
         component["corners"] = cornersJson(each.data);
     }
     if (each.verdict == Verdict::CornerOff) {
-        component["cornerOff"] = {{"corner", cornerWord(each.finding.corner)},
-                                  {"axis", axisWord(each.finding.axis)},
-                                  {"units", each.finding.difference},
-                                  {"allowedUnits", each.finding.tolerance},
-                                  {"percent", percentOff(each.finding)},
+        component["cornerOff"] = {{"corner", cornerWord(each.off.corner)},
+                                  {"axis", axisWord(each.off.axis)},
+                                  {"units", each.off.difference},
+                                  {"allowedUnits", each.off.tolerance},
+                                  {"percent", percentOff(each.off)},
                                   {"allowedPercent", kest::kToleranceFactor * 100.0}};
     }
     return component;

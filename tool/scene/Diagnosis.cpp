@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <utility>
 
 #include "host/Text.h"
 #include "host/codecs/Readability.h"
-#include "pyxis/FileReadDescriptor.h"
+#include "sets/SetJudge.h"
 #include "tool/scene/Words.h"
 #include "tool/terminal/Interrupt.h"
 
@@ -29,13 +30,13 @@ std::string systemText(const kest::InclusionData& data) {
     return systemName(data.coordinateSystemCode, Pyxis::toUtf8(data.coordinateSystem));
 }
 
-std::string cornerText(const kest::MembershipFinding& finding) {
+std::string cornerText(const kest::CornerDeviation& off) {
     std::array<char, 160> text{};
     std::snprintf(text.data(), text.size(),
                   "%s corner off by %.6g in %s: %.3g %% of the %s, %.3g %% allowed",
-                  std::string(cornerWord(finding.corner)).c_str(), finding.difference,
-                  std::string(axisWord(finding.axis)).c_str(), percentOff(finding),
-                  finding.axis == kest::Axis::X ? "width" : "height", kest::kToleranceFactor * 100);
+                  std::string(cornerWord(off.corner)).c_str(), off.difference,
+                  std::string(axisWord(off.axis)).c_str(), percentOff(off),
+                  off.axis == kest::Axis::X ? "width" : "height", kest::kToleranceFactor * 100);
     return text.data();
 }
 
@@ -45,78 +46,37 @@ std::string whyNotGeoreferenced(const std::string& path) {
            (unread.empty() ? std::string() : "; " + unread + " beside it is not read");
 }
 
-void explainMeasureFault(kest::MeasureFault fault, ComponentDiagnosis& result) {
-    const int frame = result.component.frame;
-    switch (fault) {
-        case kest::MeasureFault::None:
+/// Why the component has its verdict; `criteria` is what it was compared with.
+std::string reasonFor(const ComponentDiagnosis& each, const kest::InclusionData* criteria) {
+    switch (each.verdict) {
+        case Verdict::Accepted:
             break;
-        case kest::MeasureFault::CannotOpenFile:
-            result.verdict = Verdict::CannotOpen;
-            result.detail = "its codec cannot open it";
-            break;
-        case kest::MeasureFault::NoSuchFrame:
-            result.verdict = Verdict::NoSuchFrame;
-            result.detail = "there is no frame " + std::to_string(frame);
-            break;
-        case kest::MeasureFault::PixelLayoutRefused:
-            result.verdict = Verdict::LayoutRefused;
-            result.detail = "pixels of " + layoutText(result.data) + " are not taken" +
-                            (result.data.pixelBits == 16 ? " as floating point" : "");
-            break;
-        case kest::MeasureFault::NoProperties:
-        case kest::MeasureFault::NoGeoreference:
-            result.verdict = Verdict::NoGeoreference;
-            result.detail = whyNotGeoreferenced(result.component.path);
-            break;
-    }
-}
-
-void explainMembership(const kest::InclusionData& criteria, ComponentDiagnosis& result) {
-    result.finding = kest::compareWithCriteria(result.data, criteria, kest::kToleranceFactor);
-    switch (result.finding.fault) {
-        case kest::MembershipFault::None:
-            break;
-        case kest::MembershipFault::PixelLayoutDiffers:
-            result.verdict = Verdict::LayoutDiffers;
-            result.detail = "the pixel layout is " + layoutText(result.data) + ", the set's is " +
-                            layoutText(criteria);
-            break;
-        case kest::MembershipFault::CoordinateSystemDiffers: {
-            const std::string own = systemText(result.data);
-            const std::string other = systemText(criteria);
-            result.verdict = Verdict::SystemDiffers;
-            result.detail = "the coordinate system is " + own + ", the set's is " +
-                            (own == other ? "another definition of that name" : other);
-            break;
+        case Verdict::NoPath:
+            return "the component names no file";
+        case Verdict::Unreadable:
+            return whyNotReadable(each.component.path);
+        case Verdict::CannotOpen:
+            return "its codec cannot open it";
+        case Verdict::NoSuchFrame:
+            return "there is no frame " + std::to_string(each.component.frame);
+        case Verdict::LayoutRefused:
+            return "pixels of " + layoutText(each.data) + " are not taken" +
+                   (each.data.pixelBits == 16 ? " as floating point" : "");
+        case Verdict::NoGeoreference:
+            return whyNotGeoreferenced(each.component.path);
+        case Verdict::LayoutDiffers:
+            return "the pixel layout is " + layoutText(each.data) + ", the set's is " +
+                   layoutText(*criteria);
+        case Verdict::SystemDiffers: {
+            const std::string own = systemText(each.data);
+            const std::string other = systemText(*criteria);
+            return "the coordinate system is " + own + ", the set's is " +
+                   (own == other ? "another definition of that name" : other);
         }
-        case kest::MembershipFault::CornerOff:
-            result.verdict = Verdict::CornerOff;
-            result.detail = cornerText(result.finding);
-            break;
+        case Verdict::CornerOff:
+            return cornerText(each.off);
     }
-}
-
-ComponentDiagnosis examine(const Component& component, const kest::InclusionData* criteria) {
-    ComponentDiagnosis result;
-    result.component = component;
-    if (component.path.empty()) {
-        result.verdict = Verdict::NoPath;
-        result.detail = "the component names no file";
-        return result;
-    }
-    const Pyxis::FileSpecifier file = Pyxis::fileSpecifier(component.path);
-    const Pyxis::ImageFormatCodec* codec = nullptr;
-    if (Pyxis::FileReadDescriptor::findImageFileCodec(file, codec) !=
-        Pyxis::FormatDecodability::Decodable) {
-        result.verdict = Verdict::Unreadable;
-        result.detail = whyNotReadable(component.path);
-        return result;
-    }
-    explainMeasureFault(kest::measureComponent(file, component.frame, codec, result.data), result);
-    if (result.verdict == Verdict::Accepted && criteria != nullptr) {
-        explainMembership(*criteria, result);
-    }
-    return result;
+    return {};
 }
 
 }  // namespace
@@ -127,18 +87,25 @@ std::size_t Diagnosis::count(Verdict verdict) const {
                       [verdict](const auto& each) { return each.verdict == verdict; }));
 }
 
-Diagnosis diagnose(Session& session, const Pyxis::FileSpecifier& set) {
+Diagnosis diagnose(const Session& /*session*/, const Pyxis::FileSpecifier& set) {
     Diagnosis diagnosis;
-    diagnosis.answer = session.codec().isDecodableFile(set, &session.finder());
-    for (const Component& component : componentsOf(set)) {
+    const kest::ComponentList list(set);
+    kest::SetJudge judge(list, kest::kToleranceFactor);
+    while (const std::optional<kest::Judgement> judged = judge.next()) {
         throwIfInterrupted();
-        const kest::InclusionData* criteria =
-            diagnosis.reference ? &diagnosis.components[*diagnosis.reference].data : nullptr;
-        diagnosis.components.push_back(examine(component, criteria));
-        if (!diagnosis.reference && diagnosis.components.back().verdict == Verdict::Accepted) {
-            diagnosis.reference = diagnosis.components.size() - 1;
+        ComponentDiagnosis each{{}, judged->verdict, {}, judged->data, judged->off};
+        if (judged->component) {
+            each.component = {Pyxis::toUtf8(judged->component->file.string()),
+                              judged->component->frame};
         }
+        each.detail = reasonFor(
+            each, diagnosis.reference ? &diagnosis.components[*diagnosis.reference].data : nullptr);
+        if (!diagnosis.reference && each.verdict == Verdict::Accepted) {
+            diagnosis.reference = diagnosis.components.size();
+        }
+        diagnosis.components.push_back(std::move(each));
     }
+    diagnosis.answer = judge.answer();
     return diagnosis;
 }
 
@@ -146,8 +113,8 @@ std::string_view verdictWord(Verdict verdict) {
     return kVerdicts.at(static_cast<std::size_t>(verdict));
 }
 
-double percentOff(const kest::MembershipFinding& finding) {
-    return finding.difference / finding.tolerance * kest::kToleranceFactor * 100.0;
+double percentOff(const kest::CornerDeviation& off) {
+    return off.difference / off.tolerance * kest::kToleranceFactor * 100.0;
 }
 
 std::string_view cornerWord(kest::Corner corner) {

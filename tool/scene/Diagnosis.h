@@ -16,26 +16,14 @@ namespace kestms {
 /// The reason given for a set of one.
 inline constexpr const char* kTooFewBands = "a set needs at least two bands";
 
-/// What becomes of one component in a set.
-enum class Verdict {
-    Accepted,
-    NoPath,
-    Unreadable,  ///< no codec reads it; the set does without
-    CannotOpen,
-    NoSuchFrame,
-    LayoutRefused,
-    NoGeoreference,
-    LayoutDiffers,
-    SystemDiffers,
-    CornerOff,
-};
+using kest::Verdict;
 
 struct ComponentDiagnosis {
-    Component component;
+    Component component;  ///< without a path for NoPath
     Verdict verdict = Verdict::Accepted;
-    std::string detail;  ///< empty for Accepted
+    std::string detail;  ///< the reason in words; empty for Accepted
     kest::InclusionData data;
-    kest::MembershipFinding finding;
+    kest::CornerDeviation off;  ///< for CornerOff
 };
 
 struct Diagnosis {
@@ -50,14 +38,15 @@ struct Diagnosis {
     std::size_t count(Verdict verdict) const;
 };
 
-/// Asks the codec about the set, and explains every component, past the first fault too.
-Diagnosis diagnose(Session& session, const Pyxis::FileSpecifier& set);
+/// Judges the set as the codec does, but past the component that settles the answer, and puts every
+/// verdict into words. The session has the codecs registered that read the components.
+Diagnosis diagnose(const Session& session, const Pyxis::FileSpecifier& set);
 
 /// A stable word for the verdict ("layout-differs").
 std::string_view verdictWord(Verdict verdict);
 
-/// Per cent of the reference's extent by which the corner of a CornerOff finding is off.
-double percentOff(const kest::MembershipFinding& finding);
+/// Per cent of the reference's extent by which the corner is off.
+double percentOff(const kest::CornerDeviation& off);
 /// "upper-left" and so on; "x" or "y".
 std::string_view cornerWord(kest::Corner corner);
 std::string_view axisWord(kest::Axis axis);

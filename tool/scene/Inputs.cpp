@@ -223,9 +223,8 @@ std::vector<Component> componentsOf(const Pyxis::FileSpecifier& set) {
     std::vector<Component> components(static_cast<std::size_t>(list.count()));
     for (int i = 0; i < list.count(); ++i) {
         Component& component = components[static_cast<std::size_t>(i)];
-        Pyxis::FileSpecifier file;
-        if (list.get(i, file, component.frame)) {
-            component.path = Pyxis::toUtf8(file.string());
+        if (const auto listed = list.get(i)) {
+            component = {Pyxis::toUtf8(listed->file.string()), listed->frame};
         }
     }
     return components;

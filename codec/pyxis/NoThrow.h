@@ -2,9 +2,11 @@
 
 #include <utility>
 
-namespace kest {
+// Nothing is thrown from one module into another: failures are results.
 
-/// What `ask` gives, or `otherwise` when it throws: nothing may be thrown into the host.
+namespace Pyxis {
+
+/// The result of `ask`, or `otherwise` when it throws.
 template <typename Answer, typename Ask>
 Answer answerOr(Answer otherwise, Ask&& ask) noexcept {
     try {
@@ -14,7 +16,7 @@ Answer answerOr(Answer otherwise, Ask&& ask) noexcept {
     }
 }
 
-/// Whether `act` came to its end without throwing.
+/// Whether `act` returned without throwing.
 template <typename Act>
 bool attempt(Act&& act) noexcept {
     return answerOr(false, [&act] {
@@ -23,10 +25,10 @@ bool attempt(Act&& act) noexcept {
     });
 }
 
-/// A new object owned by the caller, or null when it cannot be made.
+/// A new object owned by the caller, or null when `make` throws.
 template <typename Object, typename Make>
 Object* makeOrNull(Make&& make) noexcept {
     return answerOr<Object*>(nullptr, std::forward<Make>(make));
 }
 
-}  // namespace kest
+}  // namespace Pyxis
