@@ -12,7 +12,6 @@
 #include "fuzz/Texts.h"
 #include "platform/Platform.h"
 #include "platform/posix/StringTable.h"
-#include "platform/posix/Utf.h"
 
 namespace {
 
@@ -43,7 +42,7 @@ std::string fileOf(const StringTable& table) {
     std::string file;
     for (const auto& [id, text] : table) {
         file += std::to_string(id) + '\t';
-        for (const char c : kest::platform::pathBytes(text)) {
+        for (const char c : Pyxis::wideToUtf8(text)) {
             file += c == '\n' ? "\\n" : c == '\t' ? "\\t" : c == '\\' ? "\\\\" : std::string(1, c);
         }
         file += "\r\n";
@@ -66,9 +65,8 @@ bool isWellFormed(std::u16string_view text) {
 }
 
 void checkModule(const StringTable& table, const std::string& path) {
-    const std::u16string widePath(path.begin(), path.end());
-    const auto module = kest::platform::StringModule::load(widePath);
-    require(module != nullptr, "a small regular file is a module");
+    const auto module = kest::platform::StringModule::load(Pyxis::toWideBuffer(path));
+    require(module.has_value(), "a small regular file is a module");
     kest::setResourceFileName(Pyxis::fileSpecifier(path));
     for (const auto& [id, text] : table) {
         char16_t buffer[8];

@@ -6,8 +6,12 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
-// What the operating system gives the plug-in. One implementation a system, in posix/ and windows/.
+#include "pyxis/StringBuffer.h"
+
+// What the operating system provides. Each system implements it in a folder of its own, posix/ or
+// windows/, one of which is built.
 
 namespace kest::platform {
 
@@ -24,22 +28,25 @@ struct PathName {
 /// extension.
 PathName splitPathName(std::u16string_view path);
 
-/// A loaded module of string resources. Its texts come by number.
+/// A loaded module of string resources. Its texts are asked for by number.
 class StringModule {
   public:
-    /// Loads the module that `path` names, as data only; null when it cannot be loaded.
-    static std::unique_ptr<StringModule> load(const std::u16string& path);
+    /// Loads the module that `path` names, as data only; nothing when it cannot be loaded.
+    static std::optional<StringModule> load(const Pyxis::StringBuffer& path);
 
-    virtual ~StringModule();
-    StringModule(const StringModule&) = delete;
-    StringModule& operator=(const StringModule&) = delete;
+    StringModule(StringModule&& other) noexcept;
+    StringModule& operator=(StringModule&&) = delete;
+    ~StringModule();
 
     /// Copies at most `capacity` - 1 characters of text `id` and a terminator into `buffer`, and
-    /// answers the number of characters copied; 0 with an empty text for an unknown id.
-    virtual int loadString(unsigned int id, char16_t* buffer, int capacity) const = 0;
+    /// returns the number of characters copied; 0 with an empty text for an unknown id.
+    int loadString(unsigned int id, char16_t* buffer, int capacity) const;
 
-  protected:
-    StringModule();
+  private:
+    struct Texts;
+    explicit StringModule(std::unique_ptr<Texts> texts);
+
+    std::unique_ptr<Texts> texts_;
 };
 
 /// The first three numbers of the running plug-in module's file version.
@@ -56,20 +63,24 @@ ModuleVersion moduleVersion(const char16_t* moduleFileName);
 /// must not block.
 class PlainFile {
   public:
-    /// Opens an existing file for reading while others may only read it too; null on failure.
-    static std::unique_ptr<PlainFile> open(const std::u16string& path);
+    /// Opens an existing file for reading, on Windows while others may only read it too; nothing on
+    /// failure.
+    static std::optional<PlainFile> open(const Pyxis::StringBuffer& path);
 
-    virtual ~PlainFile();
-    PlainFile(const PlainFile&) = delete;
-    PlainFile& operator=(const PlainFile&) = delete;
+    PlainFile(PlainFile&& other) noexcept : handle_(std::exchange(other.handle_, kNoHandle)) {}
+    PlainFile& operator=(PlainFile&&) = delete;
+    ~PlainFile();
 
-    /// Offset of the end of the file, cut to 32 bits.
-    virtual std::uint32_t size() = 0;
-    /// Reads up to `count` bytes from the start of the file; answers how many were read.
-    virtual std::uint32_t readFromStart(void* buffer, std::uint32_t count) = 0;
+    /// Offset of the end of the file; on Windows its low 32 bits. 0 when it is unknown.
+    std::uint64_t size() const;
+    /// Reads up to `count` bytes from the start of the file; returns how many were read.
+    std::uint32_t readFromStart(void* buffer, std::uint32_t count) const;
 
-  protected:
-    PlainFile();
+  private:
+    static constexpr std::intptr_t kNoHandle = -1;
+    explicit PlainFile(std::intptr_t handle) : handle_(handle) {}
+
+    std::intptr_t handle_;  ///< as the system numbers it
 };
 
 /// Compares two terminated single-byte or multibyte strings exactly, by byte; 0 when equal.

@@ -5,7 +5,6 @@
 #include <limits>
 #include <vector>
 
-#include "codec/strings/BufferText.h"
 #include "codec/strings/StringIds.h"
 #include "codec/strings/StringResources.h"
 #include "platform/Platform.h"
@@ -53,11 +52,11 @@ bool Property::readWhole() {
     if (metadataFile_.type() != Pyxis::FileSpecifier::Type::PlainFile) {
         return false;
     }
-    const auto file = kest::platform::PlainFile::open(kest::wideText(metadataFile_.string()));
+    const auto file = kest::platform::PlainFile::open(metadataFile_.string());
     if (!file) {
         return false;
     }
-    const std::uint32_t size = file->size();
+    const auto size = static_cast<std::uint32_t>(file->size());
     if (size >= static_cast<std::uint32_t>(kMaximumBytes)) {
         return false;
     }

@@ -1,12 +1,12 @@
 #include "codec/strings/StringResources.h"
 
 #include <cstddef>
-#include <memory>
 #include <new>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
-#include "codec/strings/BufferText.h"
 #include "platform/Platform.h"
 
 namespace kest {
@@ -17,7 +17,7 @@ constexpr int kFirstCapacity = 256;
 /// Where the texts come from, for the whole process.
 struct Resources {
     Pyxis::FileSpecifier file;
-    std::unique_ptr<platform::StringModule> module;
+    std::optional<platform::StringModule> module;
 };
 
 /// Never destroyed: a host may own its codec in a static object that goes after all of ours, and
@@ -31,9 +31,11 @@ Resources& resources() {
 const platform::StringModule* loadedModule() {
     Resources& current = resources();
     if (!current.module && !current.file.string().isZero()) {
-        current.module = platform::StringModule::load(wideText(current.file.string()));
+        if (auto loaded = platform::StringModule::load(current.file.string())) {
+            current.module.emplace(std::move(*loaded));
+        }
     }
-    return current.module.get();
+    return current.module ? &*current.module : nullptr;
 }
 
 /// The caller's buffer is filled through its own operation: it may be of a class that derives

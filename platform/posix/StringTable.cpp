@@ -4,8 +4,9 @@
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
-#include "platform/posix/Utf.h"
+#include "pyxis/StringBuffer.h"
 
 namespace kest::platform {
 namespace {
@@ -27,6 +28,28 @@ std::string withoutEscapes(std::string_view text) {
     return plain;
 }
 
+/// UTF-8 text up to its first zero byte as 16-bit characters. The host turns a byte that is no
+/// UTF-8 into a lone surrogate, so that paths survive; a text shows U+FFFD instead.
+std::u16string decoded(const std::string& text) {
+    const Pyxis::StringBuffer narrow(static_cast<int>(text.size()),
+                                     reinterpret_cast<const unsigned char*>(text.data()),
+                                     Pyxis::CharacterType::Narrow);
+    Pyxis::StringBuffer wide;
+    Pyxis::StringBuffer::convertString(narrow, wide, Pyxis::CharacterType::Wide);
+    std::u16string characters(static_cast<std::size_t>(wide.numDataBytes()) / 2 - 1, u'\0');
+    if (!characters.empty()) {
+        std::memcpy(characters.data(), wide.data(), 2 * characters.size());
+    }
+    bool isPair = false;
+    for (char16_t& unit : characters) {
+        if (unit >= 0xDC80 && unit < 0xDD00 && !isPair) {
+            unit = u'\uFFFD';
+        }
+        isPair = unit >= 0xD800 && unit < 0xDC00;
+    }
+    return characters;
+}
+
 void parseLine(std::string_view line, StringTable& table) {
     if (line.ends_with('\r')) {
         line.remove_suffix(1);
@@ -35,7 +58,7 @@ void parseLine(std::string_view line, StringTable& table) {
     const auto [end, error] = std::from_chars(line.data(), line.data() + line.size(), id);
     line.remove_prefix(static_cast<std::size_t>(end - line.data()));
     if (error == std::errc() && (line.starts_with(' ') || line.starts_with('\t'))) {
-        table.emplace(id, decodeUtf8(withoutEscapes(line.substr(1))));
+        table.emplace(id, decoded(withoutEscapes(line.substr(1))));
     }
 }
 

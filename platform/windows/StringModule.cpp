@@ -8,42 +8,39 @@
 #include "platform/windows/WideText.h"
 
 namespace kest::platform {
-namespace {
 
-class ResourceModule : public StringModule {
-  public:
-    explicit ResourceModule(const std::u16string& path)
-        : module_(LoadLibraryExW(wide(path).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE)) {}
-    ResourceModule(const ResourceModule&) = delete;
-    ResourceModule& operator=(const ResourceModule&) = delete;
-    ~ResourceModule() override {
-        if (isLoaded()) {
-            FreeLibrary(module_);
+struct StringModule::Texts {
+    explicit Texts(const Pyxis::StringBuffer& path)
+        : module(LoadLibraryExW(wide(path).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE)) {}
+    Texts(const Texts&) = delete;
+    Texts& operator=(const Texts&) = delete;
+    ~Texts() {
+        if (module != nullptr) {
+            FreeLibrary(module);
         }
     }
 
-    bool isLoaded() const { return module_ != nullptr; }
-
-    int loadString(unsigned int id, char16_t* buffer, int capacity) const override {
-        if (capacity <= 0) {
-            return 0;  // the system would hand out a pointer into the module
-        }
-        std::vector<wchar_t> text(static_cast<std::size_t>(capacity));
-        const int length = LoadStringW(module_, id, text.data(), capacity);
-        std::copy_n(text.begin(), length, buffer);
-        buffer[length] = u'\0';
-        return length;
-    }
-
-  private:
-    HMODULE module_;
+    HMODULE module;
 };
 
-}  // namespace
+StringModule::StringModule(std::unique_ptr<Texts> texts) : texts_(std::move(texts)) {}
+StringModule::StringModule(StringModule&& other) noexcept = default;
+StringModule::~StringModule() = default;
 
-std::unique_ptr<StringModule> StringModule::load(const std::u16string& path) {
-    auto module = std::make_unique<ResourceModule>(path);
-    return module->isLoaded() ? std::move(module) : nullptr;
+std::optional<StringModule> StringModule::load(const Pyxis::StringBuffer& path) {
+    auto texts = std::make_unique<Texts>(path);
+    return texts->module != nullptr ? std::optional(StringModule(std::move(texts))) : std::nullopt;
+}
+
+int StringModule::loadString(unsigned int id, char16_t* buffer, int capacity) const {
+    if (capacity <= 0) {
+        return 0;  // the system would hand out a pointer into the module
+    }
+    std::vector<wchar_t> text(static_cast<std::size_t>(capacity));
+    const int length = LoadStringW(texts_->module, id, text.data(), capacity);
+    std::copy_n(text.begin(), length, buffer);
+    buffer[length] = u'\0';
+    return length;
 }
 
 }  // namespace kest::platform

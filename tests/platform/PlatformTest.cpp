@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "codec/strings/BufferText.h"
 #include "tests/fakes/Resources.h"
 
 namespace platform = kest::platform;
@@ -29,19 +28,19 @@ TEST(PlatformTest, SplitsNameAndExtensionOffAPath) {
 
 TEST(PlatformTest, ReadsAPlainFileFromItsStartEveryTime) {
     const fakes::TempFile temp("plain", std::string_view("a\0\r\nb", 5));
-    const auto file = platform::PlainFile::open(kest::wideText(Pyxis::toWideBuffer(temp.path())));
+    const auto file = platform::PlainFile::open(Pyxis::toWideBuffer(temp.path()));
     ASSERT_TRUE(file);
     EXPECT_EQ(file->size(), 5U);
     std::string content(8, '?');
     EXPECT_EQ(file->readFromStart(content.data(), 8), 5U);
     EXPECT_EQ(content, std::string("a\0\r\nb???", 8));
     EXPECT_EQ(file->readFromStart(content.data(), 2), 2U);
-    EXPECT_FALSE(platform::PlainFile::open(u"no such file"));
+    EXPECT_FALSE(platform::PlainFile::open(Pyxis::toWideBuffer("no such file")));
 }
 
 TEST(PlatformTest, LoadsAsMuchOfATextAsFits) {
-    const auto module = platform::StringModule::load(
-        kest::wideText(Pyxis::toWideBuffer(fakes::stringModule("en"))));
+    const auto module =
+        platform::StringModule::load(Pyxis::toWideBuffer(fakes::stringModule("en")));
     ASSERT_TRUE(module);
     char16_t buffer[64];
     EXPECT_EQ(module->loadString(18210, buffer, 64), 3);

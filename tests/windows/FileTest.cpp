@@ -78,8 +78,8 @@ TEST_F(FileTest, OnlyRegularFilesAreReadAndNobodyWritesMeanwhile) {
     }
     std::wstring slashes = path_;
     std::replace(slashes.begin(), slashes.end(), L'\\', L'/');
-    const auto file = kest::platform::PlainFile::open(fs::path(slashes).u16string());
-    ASSERT_NE(file, nullptr);
+    const auto file = kest::platform::PlainFile::open(specifierOf(slashes).string());
+    ASSERT_TRUE(file);
     EXPECT_FALSE(std::ofstream(path_, std::ios::app).is_open());
 }
 

@@ -59,9 +59,10 @@ TEST(TextModuleTest, HoldsEveryTextOfItsLanguage) {
     int languages = 0;
     for (const fs::directory_entry& entry : fs::directory_iterator(KEST_RESOURCES)) {
         const fs::path name = entry.path().stem().concat(".dll");
-        const auto module = kest::platform::StringModule::load(
-            (programDirectory().parent_path() / name).u16string());
-        ASSERT_NE(module, nullptr) << name;
+        const std::u16string path = (programDirectory().parent_path() / name).u16string();
+        const auto module =
+            kest::platform::StringModule::load(Pyxis::toWideBuffer(Pyxis::wideToUtf8(path)));
+        ASSERT_TRUE(module) << name;
         const auto texts = textsIn(entry.path());
         EXPECT_GE(texts.size(), 30U) << name;
         for (const auto& [id, text] : texts) {
