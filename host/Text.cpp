@@ -6,6 +6,8 @@
 #include <cstring>
 #include <type_traits>
 
+#include "pyxis/Utf8.h"
+
 namespace Pyxis {
 namespace {
 
@@ -83,22 +85,8 @@ std::size_t copyAscii(std::basic_string_view<From> text, std::basic_string<To>& 
 }
 
 void appendUtf8(char32_t value, std::string& out) {
-    const auto put = [&out](char32_t byte) { out.push_back(static_cast<char>(byte)); };
-    if (value < 0x80) {
-        put(value);
-    } else if (value < 0x800) {
-        put(0xC0 | value >> 6U);
-        put(kContinuation | (value & 0x3FU));
-    } else if (value < 0x10000) {
-        put(0xE0 | value >> 12U);
-        put(kContinuation | (value >> 6U & 0x3FU));
-        put(kContinuation | (value & 0x3FU));
-    } else {
-        put(0xF0 | value >> 18U);
-        put(kContinuation | (value >> 12U & 0x3FU));
-        put(kContinuation | (value >> 6U & 0x3FU));
-        put(kContinuation | (value & 0x3FU));
-    }
+    char bytes[kLongestUtf8];
+    out.append(bytes, putUtf8(value, bytes));
 }
 
 }  // namespace

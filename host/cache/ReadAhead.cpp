@@ -4,8 +4,8 @@
 #include <exception>
 #include <utility>
 
-#include "host/Guarded.h"
 #include "host/cache/FileCache.h"
+#include "pyxis/NoThrow.h"
 
 namespace Pyxis {
 namespace {
@@ -54,7 +54,7 @@ ReadAhead::~ReadAhead() {
 }
 
 void ReadAhead::open(std::size_t at) {
-    guarded(false, [&] {
+    answerOr(false, [&] {
         return static_cast<bool>(cache_->open(paths_[at]));  // a refusal is for the codecs to find
     });
 }

@@ -5,12 +5,12 @@
 #include <optional>
 #include <utility>
 
-#include "host/Guarded.h"
 #include "host/Text.h"
 #include "host/cache/FileCache.h"
 #include "host/codecs/RasterImage.h"
 #include "host/codecs/RasterSource.h"
 #include "pyxis/ComponentCodecs.h"
+#include "pyxis/NoThrow.h"
 
 namespace Pyxis {
 
@@ -74,7 +74,7 @@ class RasterCodec : public Interface, public RasterSources {
     void getCopyrightText(StringBuffer& text) const override { text = toWideBuffer(""); }
     FormatDecodability isDecodableFile(const FileSpecifier& file,
                                        FindFileInterface* /*finder*/) const override {
-        return guarded(FormatDecodability::NotThisFormat, [&] {
+        return answerOr(FormatDecodability::NotThisFormat, [&] {
             return openSpecifier(*cache_, format_, file) ? FormatDecodability::Decodable
                                                          : FormatDecodability::NotThisFormat;
         });
@@ -88,7 +88,7 @@ class RasterCodec : public Interface, public RasterSources {
         return RasterCodec::openImage(file);
     }
     ReadImageFileInterface* openImage(const FileSpecifier* file) const override {
-        return guarded<ReadImageFileInterface*>(nullptr, [&]() -> ReadImageFileInterface* {
+        return answerOr<ReadImageFileInterface*>(nullptr, [&]() -> ReadImageFileInterface* {
             if (file == nullptr) {
                 return nullptr;
             }

@@ -5,10 +5,10 @@
 #include <utility>
 #include <vector>
 
-#include "host/Guarded.h"
 #include "host/formats/Format.h"
 #include "host/formats/FrameProperties.h"
 #include "host/gdal/PixelWindow.h"
+#include "pyxis/NoThrow.h"
 
 namespace Pyxis {
 
@@ -103,7 +103,7 @@ const ColourTable* RasterFrame::frameOp12() {
 }
 
 bool RasterFrame::frameOp13(int number, PixelRequest* request) {
-    return request != nullptr && guarded(false, [&] {
+    return request != nullptr && answerOr(false, [&] {
                DatasetHandle::Use use(file_->handle());
                GDALRasterBand* band = level(bandIn(use), number);
                return band != nullptr &&
@@ -112,7 +112,7 @@ bool RasterFrame::frameOp13(int number, PixelRequest* request) {
 }
 
 FormatCodecPropertySetIterator* RasterFrame::getProperties() {
-    return guarded<FormatCodecPropertySetIterator*>(nullptr, [this] {
+    return answerOr<FormatCodecPropertySetIterator*>(nullptr, [this] {
         auto properties = std::make_unique<FrameProperties>();
         format_.describe(*file_, index_, *properties);
         return properties.release();

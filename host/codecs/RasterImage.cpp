@@ -3,9 +3,9 @@
 #include <unordered_set>
 #include <utility>
 
-#include "host/Guarded.h"
 #include "host/Text.h"
 #include "host/codecs/RasterFrame.h"
+#include "pyxis/NoThrow.h"
 
 namespace Pyxis {
 namespace {
@@ -89,7 +89,8 @@ ReadImageFileFrameInterface* RasterImage::openFrame(int frameIndex) {
     if (!file || frameIndex < 0 || frameIndex >= file->numFrames()) {
         return nullptr;
     }
-    return newOrNull<RasterFrame>(std::move(file), format_, frameIndex);
+    return makeOrNull<RasterFrame>(
+        [&] { return new RasterFrame(std::move(file), format_, frameIndex); });
 }
 
 }  // namespace Pyxis

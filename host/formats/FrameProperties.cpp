@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "host/Guarded.h"
 #include "host/Text.h"
+#include "pyxis/NoThrow.h"
 
 namespace Pyxis {
 
@@ -26,7 +26,7 @@ TextProperty::TextProperty(std::string_view name, std::string_view description,
 }
 
 TextProperty* TextProperty::clone() const {
-    return newOrNull<TextProperty>(*this);
+    return makeOrNull<TextProperty>([&] { return new TextProperty(*this); });
 }
 
 BandFilenameProperty::BandFilenameProperty(std::string_view fileName)
@@ -38,7 +38,7 @@ BandFilenameProperty::BandFilenameProperty(std::string_view fileName)
 }
 
 BandFilenameProperty* BandFilenameProperty::clone() const {
-    return newOrNull<BandFilenameProperty>(*this);
+    return makeOrNull<BandFilenameProperty>([&] { return new BandFilenameProperty(*this); });
 }
 
 }  // namespace Pyxis

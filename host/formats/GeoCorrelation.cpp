@@ -1,17 +1,17 @@
 #include "host/formats/GeoCorrelation.h"
 
-#include <utility>
+#include "pyxis/NoThrow.h"
 
-#include "host/Guarded.h"
+#include <utility>
 
 namespace Pyxis {
 
 OriginCorrelation* OriginCorrelation::clone() const {
-    return newOrNull<OriginCorrelation>(*this);
+    return makeOrNull<OriginCorrelation>([&] { return new OriginCorrelation(*this); });
 }
 
 CornerCorrelation* CornerCorrelation::clone() const {
-    return newOrNull<CornerCorrelation>(*this);
+    return makeOrNull<CornerCorrelation>([&] { return new CornerCorrelation(*this); });
 }
 
 std::unique_ptr<FormatCodecGeoCorrelation> correlationOf(std::shared_ptr<const GeoFacts> facts) {

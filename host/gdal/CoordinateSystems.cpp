@@ -12,8 +12,8 @@
 #include <unordered_map>
 #include <utility>
 
-#include "host/Guarded.h"
 #include "host/Text.h"
+#include "pyxis/NoThrow.h"
 
 namespace Pyxis {
 namespace {
@@ -115,7 +115,7 @@ class KnownSystems {
                 return place->second;
             }
         }
-        const SystemPointer found = guarded(SystemPointer(), work);
+        const SystemPointer found = answerOr(SystemPointer(), work);
         promise.set_value(found ? found : unknown);
         if (found) {
             return own;

@@ -4,9 +4,9 @@
 
 #include <utility>
 
-#include "host/Guarded.h"
 #include "host/gdal/HandlePool.h"
 #include "host/gdal/Opening.h"
+#include "pyxis/NoThrow.h"
 
 namespace Pyxis {
 
@@ -102,7 +102,7 @@ bool DatasetHandle::openAgain() {
 }
 
 GDALDataset* DatasetHandle::Use::dataset(std::size_t part) noexcept {
-    return guarded<GDALDataset*>(nullptr, [&]() -> GDALDataset* {
+    return answerOr<GDALDataset*>(nullptr, [&]() -> GDALDataset* {
         if (!handle_.openAgain()) {
             return nullptr;
         }

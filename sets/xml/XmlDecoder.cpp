@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <utility>
 
+#include "pyxis/Utf8.h"
 #include "sets/xml/XmlText.h"
 
 namespace kest::xml {
@@ -106,23 +107,6 @@ CharacterReference characterReference(std::string_view text, DecodeMode mode) {
     return {};
 }
 
-/// Writes the character's UTF-8 sequence, which is never longer than its reference.
-char* putUtf8(std::uint32_t value, char* out) {
-    if (value < 0x80) {
-        *out = static_cast<char>(value);
-        return out + 1;
-    }
-    std::size_t bytes = 2;
-    while (bytes < 6 && value >> (5 * bytes + 1) != 0) {
-        ++bytes;
-    }
-    *out++ = static_cast<char>(0xFFU << (8 - bytes) | value >> (6 * (bytes - 1)));
-    for (std::size_t left = bytes - 1; left > 0; --left) {
-        *out++ = static_cast<char>(0x80 | (value >> (6 * (left - 1)) & 0x3F));
-    }
-    return out;
-}
-
 }  // namespace
 
 const std::string_view* Decoder::replacementFor(const Source& source, DecodeMode mode) const {
@@ -148,7 +132,8 @@ Decoder::Result Decoder::decode(char* run, std::size_t length, DecodeMode mode) 
         const char c = source.text[source.at];
         const auto reference = characterReference(source.text.substr(source.at), mode);
         if (reference.length != 0) {
-            out = putUtf8(reference.value, out);
+            // Never longer than the reference.
+            out = Pyxis::putUtf8(reference.value, out);
             source.at += reference.length;
             moved = moved || reference.grows;
         } else if (replacementFor(source, mode) != nullptr) {
@@ -184,8 +169,8 @@ Decoder::Result Decoder::expand(const Result& done, std::string_view rest, Decod
         const char c = source.text[source.at];
         const auto reference = characterReference(source.text.substr(source.at), mode);
         if (reference.length != 0) {
-            char bytes[6];
-            expanded_.append(bytes, putUtf8(reference.value, bytes));
+            char bytes[Pyxis::kLongestUtf8];
+            expanded_.append(bytes, Pyxis::putUtf8(reference.value, bytes));
             source.at += reference.length;
             moved = moved || reference.grows;
         } else if (const auto* replacement = replacementFor(source, mode);

@@ -1,32 +1,13 @@
 #include "sets/xml/XmlUtf16.h"
 
-#include <cstdint>
+#include <cstddef>
+
+#include "pyxis/Utf8.h"
 
 namespace kest::xml {
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
-
-void append(char32_t value, std::string& out) {
-    const auto continuation = [&out, value](unsigned int shift) {
-        out.push_back(static_cast<char>(0x80 | (value >> shift & 0x3F)));
-    };
-    if (value < 0x80) {
-        out.push_back(static_cast<char>(value));
-    } else if (value < 0x800) {
-        out.push_back(static_cast<char>(0xC0 | value >> 6));
-        continuation(0);
-    } else if (value < 0x10000) {
-        out.push_back(static_cast<char>(0xE0 | value >> 12));
-        continuation(6);
-        continuation(0);
-    } else {
-        out.push_back(static_cast<char>(0xF0 | value >> 18));
-        continuation(12);
-        continuation(6);
-        continuation(0);
-    }
-}
 
 }  // namespace
 
@@ -54,7 +35,8 @@ std::string utf16ToUtf8(std::string_view text) {
                 value = kReplacement;
             }
         }
-        append(value, out);
+        char bytes[Pyxis::kLongestUtf8];
+        out.append(bytes, Pyxis::putUtf8(value, bytes));
     }
     return out;
 }
