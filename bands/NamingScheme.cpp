@@ -77,10 +77,7 @@ SetNaming nameSet(const ComponentList& components, const Pyxis::ImageFormatCodec
     }
     std::vector<std::u16string> paths;
     for (int i = 0; i < components.count(); ++i) {
-        Pyxis::FileSpecifier file;
-        int frame = 0;
-        components.get(i, file, frame);
-        paths.push_back(wideText(file.string()));
+        paths.push_back(wideText(components.get(i).value_or(Component()).file.string()));
     }
     auto product = catalogue->productOf(paths, codec, finder);
     return {product ? int{SchemeCatalogue} : scheme, std::move(product)};

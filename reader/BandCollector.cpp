@@ -1,6 +1,7 @@
 #include "reader/BandCollector.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <memory>
 #include <numeric>
@@ -41,7 +42,7 @@ int numberOf(std::size_t count) {
 }  // namespace
 
 BandCollector::BandCollector(SetNaming naming, double tolerance)
-    : naming_(std::move(naming)), bucketIndex_(tolerance) {}
+    : naming_(std::move(naming)), tolerance_(tolerance) {}
 
 void BandCollector::add(int index, const Component& component,
                         const Pyxis::ImageFormatCodec& codec) {
@@ -96,17 +97,22 @@ bool BandCollector::readProperties(Pyxis::FormatCodecPropertySetIterator& proper
     return geoFound && bandFileFound;
 }
 
+/// A set has a bucket or three, so they are simply walked. A size that is not a number matches
+/// none.
 int BandCollector::bucketOf(const Source& source) {
-    const int known = bucketIndex_.find(source.pixelSize);
-    if (known >= 0) {
-        return known;
+    const auto found =
+        std::find_if(buckets_.begin(), buckets_.end(), [this, &source](const BucketRecord& bucket) {
+            return std::abs(bucket.bucketVector.x - source.pixelSize.x) <= tolerance_ &&
+                   std::abs(bucket.bucketVector.y - source.pixelSize.y) <= tolerance_;
+        });
+    if (found != buckets_.end()) {
+        return static_cast<int>(found - buckets_.begin());
     }
     BucketRecord bucket;
     bucket.bucketVector = source.pixelSize;
     identifyBucket(naming_, numberOf(buckets_.size()) + 1, source.file, source.frame,
                    bucket.bucketName, bucket.bucketNumber);
     buckets_.push_back(bucket);
-    bucketIndex_.add(source.pixelSize);
     return numberOf(buckets_.size()) - 1;
 }
 

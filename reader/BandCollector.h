@@ -6,7 +6,6 @@
 #include "pyxis/FormatCodecPropertySetIterator.h"
 #include "pyxis/ImageFormatCodec.h"
 #include "reader/BandRecord.h"
-#include "reader/BucketIndex.h"
 #include "sets/ComponentList.h"
 
 namespace kest {
@@ -39,7 +38,7 @@ class BandCollector {
     void addBand(int index, const Source& source, const Pyxis::ImageFormatCodec& codec);
 
     SetNaming naming_;
-    BucketIndex bucketIndex_;
+    double tolerance_;
     std::vector<BandRecord> bands_;
     std::vector<BucketRecord> buckets_;
 };

@@ -2,12 +2,9 @@
 
 #include <gmock/gmock.h>
 
-#include <cmath>
 #include <limits>
-#include <random>
 
 #include "properties/KestMultispectralBandNameProperty.h"
-#include "reader/BucketIndex.h"
 #include "tests/fakes/Fakes.h"
 #include "tests/fakes/Resources.h"
 #include "tests/fakes/Sets.h"
@@ -84,6 +81,32 @@ TEST_F(ReadFileTest, BandsAndBucketsAreSortedAndStayTogether) {
     file.getReferenceName(name);
     EXPECT_EQ(toUtf8(name), "L71195025_02520010730");
     EXPECT_EQ(world_.alive, 0);
+}
+
+TEST_F(ReadFileTest, BandsShareTheFirstBucketWithinTheToleranceOfTheirPixelSize) {
+    constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+    const struct {
+        double x, y;
+        int bucket;
+    } rows[] = {{1.0, 2.0, 0},          {1.0 + 0.9e-5, 2.0 - 0.9e-5, 0}, {1.0 + 1.1e-5, 2.0, 1},
+                {1.0, 2.0 - 1.1e-5, 2}, {1.0 + 0.5e-5, 2.0, 0},          {kNone, 2.0, 3},
+                {kNone, 2.0, 4}};
+    kest::ComponentListBuilder list;
+    for (const auto& row : rows) {
+        const std::string path = "/band" + std::to_string(10 + list.count());
+        fakes::GeoFacts facts;
+        facts.pixelX = row.x;
+        facts.pixelY = row.y;
+        FrameFacts frame;
+        frame.properties.push_back(fakes::property<fakes::Geo>(facts));
+        codec_.add(path, frame);
+        list.append(Pyxis::fileSpecifier(path), 0);
+    }
+    const KestMultispectralReadFile file = open(list.specifier());
+    ASSERT_EQ(file.getNumFrames(), 7);
+    for (int i = 0; i < 7; ++i) {
+        EXPECT_EQ(file.getBandBucketIndex(i), rows[i].bucket) << i;
+    }
 }
 
 TEST_F(ReadFileTest, BandsOfOneNumberKeepTheirOrder) {
@@ -226,43 +249,6 @@ TEST_F(ReadFileTest, WrongBandIndexEndsTheProgram) {
     const KestMultispectralReadFile file = open(Pyxis::FileSpecifier());
     EXPECT_DEATH(file.getBandBucketIndex(0), "");
     EXPECT_DEATH(file.bucket(-1), "");
-}
-
-/// What a walk through all buckets would answer.
-int firstWithin(const std::vector<Pyxis::Vector2d>& sizes, const Pyxis::Vector2d& size) {
-    for (std::size_t i = 0; i < sizes.size(); ++i) {
-        if (std::abs(sizes[i].x - size.x) <= 1e-5 && std::abs(sizes[i].y - size.y) <= 1e-5) {
-            return static_cast<int>(i);
-        }
-    }
-    return -1;
-}
-
-TEST(BucketIndexTest, FindsTheFirstBucketWithinTheTolerance) {
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
-    constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
-    std::vector<Pyxis::Vector2d> asked = {
-        {0.0, 0.0}, {1e-5, -1e-5}, {-1.5e-5, 0.0}, {-0.75e-5, 0.0},    {0.0, 2e-5},
-        {1e11, 0},  {1e11, 1e-5},  {2e11, 0},      {1e308, 1e308},     {1e308, 1e308},
-        {kNone, 0}, {kNone, 0},    {0, kInfinity}, {-kInfinity, kNone}};
-    std::mt19937 random(7);
-    for (const double base : {0.0, 4e-5, -4e-5, 30.0, 1e6, 1.8e11}) {
-        for (int i = 0; i < 400; ++i) {
-            const auto offset = [&random] { return static_cast<int>(random() % 25) * 0.25e-5; };
-            asked.emplace_back(base + offset(), -base - offset());
-        }
-    }
-    kest::BucketIndex index(1e-5);
-    std::vector<Pyxis::Vector2d> sizes;
-    for (const Pyxis::Vector2d& size : asked) {
-        ASSERT_EQ(index.find(size), firstWithin(sizes, size)) << size.x << " " << size.y;
-        // Most are added even where one fits, so that several buckets compete.
-        if (index.find(size) < 0 || random() % 4 != 0) {
-            sizes.push_back(size);
-            index.add(size);
-        }
-    }
-    EXPECT_EQ(firstWithin(sizes, {1e-5, -1e-5}), 0);
 }
 
 }  // namespace
