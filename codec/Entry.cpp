@@ -1,10 +1,10 @@
-// What a host asks a newly loaded module first.
+// Entry point of the module.
 
 #include "codec/KestMultispectralFormatCodecApiVersion.h"
 
 namespace {
 
-/// Lives from loading to unloading.
+/// Lives as long as the module is loaded.
 KestMultispectralFormatCodecApiVersion apiVersion;
 
 }  // namespace

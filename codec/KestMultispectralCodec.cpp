@@ -12,11 +12,9 @@
 #include "pyxis/NoThrow.h"
 #include "reader/KestMultispectralReadFile.h"
 
-using Codec = KestMultispectralCodec;
-
 namespace {
 
-/// Text `id`; empty when it cannot be had.
+/// Loads text `id`; empty on failure.
 void loadText(unsigned int id, Pyxis::StringBuffer& text) {
     if (!Pyxis::attempt([&] { kest::loadResourceString(id, text); })) {
         text.set(0, nullptr, Pyxis::CharacterType::Plain);
@@ -25,13 +23,14 @@ void loadText(unsigned int id, Pyxis::StringBuffer& text) {
 
 }  // namespace
 
-Codec::KestMultispectralCodec() = default;
+KestMultispectralCodec::KestMultispectralCodec() = default;
 
-Codec::~KestMultispectralCodec() {
+KestMultispectralCodec::~KestMultispectralCodec() {
     kest::releaseResourceModule();
 }
 
-void Codec::getLibVersionInfo(unsigned int& major, unsigned int& minor, unsigned int& build) const {
+void KestMultispectralCodec::getLibVersionInfo(unsigned int& major, unsigned int& minor,
+                                               unsigned int& build) const {
     const auto version = Pyxis::answerOr(kest::platform::ModuleVersion(), [] {
         return kest::platform::moduleVersion(u"kestmultispectralcodec54.dll");
     });
@@ -40,77 +39,79 @@ void Codec::getLibVersionInfo(unsigned int& major, unsigned int& minor, unsigned
     build = version.build;
 }
 
-void Codec::getApiVersionInfo(unsigned int& major, unsigned int& minor) const {
+void KestMultispectralCodec::getApiVersionInfo(unsigned int& major, unsigned int& minor) const {
     major = static_cast<unsigned int>(std::atoi(kest::kApiMajorVersion));
     minor = static_cast<unsigned int>(std::atoi(kest::kApiMinorVersion));
 }
 
-Pyxis::CodecCapability Codec::codecCapability() const {
+Pyxis::CodecCapability KestMultispectralCodec::codecCapability() const {
     return Pyxis::CodecCapability::ReadOnly;
 }
 
-bool Codec::isValidFileName(const Pyxis::FileSpecifier& /*file*/) const {
+bool KestMultispectralCodec::isValidFileName(const Pyxis::FileSpecifier& /*file*/) const {
     return false;  // A set has no file name of its own.
 }
 
-Pyxis::FormatType Codec::getFormatDecodabilityType() const {
+Pyxis::FormatType KestMultispectralCodec::getFormatDecodabilityType() const {
     return Pyxis::FormatType::ByContent;
 }
 
-Pyxis::FormatOrganization Codec::getFormatOrganization() const {
+Pyxis::FormatOrganization KestMultispectralCodec::getFormatOrganization() const {
     return Pyxis::FormatOrganization::Frames;
 }
 
-Pyxis::FormatFrameType Codec::getFormatFrameType() const {
+Pyxis::FormatFrameType KestMultispectralCodec::getFormatFrameType() const {
     return Pyxis::FormatFrameType::MultiFrame;
 }
 
-bool Codec::isFormatFeature(Pyxis::FormatFeature feature) const {
+bool KestMultispectralCodec::isFormatFeature(Pyxis::FormatFeature feature) const {
     return feature == Pyxis::FormatFeature::CompoundFiles;
 }
 
-bool Codec::isSupportedProperty(Pyxis::FormatCodecPropertyInterface::PropertyIdentifier identifier,
-                                Pyxis::StringBuffer* name) const {
+bool KestMultispectralCodec::isSupportedProperty(
+    Pyxis::FormatCodecPropertyInterface::PropertyIdentifier identifier,
+    Pyxis::StringBuffer* name) const {
     return Pyxis::answerOr(
         false, [&] { return kest::isSupportedMultispectralProperty(identifier, name); });
 }
 
-int Codec::getNumExtensions() const {
+int KestMultispectralCodec::getNumExtensions() const {
     return 0;
 }
 
-void Codec::getExtensionText(int /*index*/, Pyxis::StringBuffer& text) const {
+void KestMultispectralCodec::getExtensionText(int /*index*/, Pyxis::StringBuffer& text) const {
     text.set(0, nullptr, Pyxis::CharacterType::Plain);
 }
 
-void Codec::getFormatName(Pyxis::StringBuffer& text) const {
+void KestMultispectralCodec::getFormatName(Pyxis::StringBuffer& text) const {
     loadText(kest::string_id::kFormatName, text);
 }
 
-void Codec::getDescriptionText(Pyxis::StringBuffer& text) const {
+void KestMultispectralCodec::getDescriptionText(Pyxis::StringBuffer& text) const {
     loadText(kest::string_id::kFormatDescription, text);
 }
 
-void Codec::getCopyrightText(Pyxis::StringBuffer& text) const {
+void KestMultispectralCodec::getCopyrightText(Pyxis::StringBuffer& text) const {
     loadText(kest::string_id::kCopyright, text);
 }
 
-bool Codec::isEncodableImage(const Pyxis::DataModelAttributes& /*attributes*/,
-                             Pyxis::Size /*size*/) const {
+bool KestMultispectralCodec::isEncodableImage(const Pyxis::DataModelAttributes& /*attributes*/,
+                                              Pyxis::Size /*size*/) const {
     return false;
 }
 
-Pyxis::ReadImageFileInterface* Codec::openImage(const Pyxis::FileSpecifier* file,
-                                                Pyxis::FindFileInterface& finder) const {
+Pyxis::ReadImageFileInterface* KestMultispectralCodec::openImage(
+    const Pyxis::FileSpecifier* file, Pyxis::FindFileInterface& finder) const {
     return openSet(file, &finder);
 }
 
-Pyxis::ReadImageFileInterface* Codec::openImage(const Pyxis::FileSpecifier* file) const {
+Pyxis::ReadImageFileInterface* KestMultispectralCodec::openImage(
+    const Pyxis::FileSpecifier* file) const {
     return openSet(file, nullptr);
 }
 
-Pyxis::ReadImageFileInterface* Codec::openSet(const Pyxis::FileSpecifier* file,
-                                              Pyxis::FindFileInterface* finder) const {
+Pyxis::ReadImageFileInterface* KestMultispectralCodec::openSet(
+    const Pyxis::FileSpecifier* file, Pyxis::FindFileInterface* finder) const {
     if (file == nullptr) {
         return nullptr;
     }
@@ -118,11 +119,11 @@ Pyxis::ReadImageFileInterface* Codec::openSet(const Pyxis::FileSpecifier* file,
         [&] { return new KestMultispectralReadFile(this, file, finder); });
 }
 
-Pyxis::WriteImageFileInterface* Codec::writeImage() const {
+Pyxis::WriteImageFileInterface* KestMultispectralCodec::writeImage() const {
     return nullptr;
 }
 
-Pyxis::ReadImageFileInterface* Codec::cloneOpenImage(
+Pyxis::ReadImageFileInterface* KestMultispectralCodec::cloneOpenImage(
     const Pyxis::ReadImageFileInterface* image) const {
     const auto* set = dynamic_cast<const KestMultispectralReadFile*>(image);
     if (set == nullptr) {
@@ -132,12 +133,13 @@ Pyxis::ReadImageFileInterface* Codec::cloneOpenImage(
         [set] { return new KestMultispectralReadFile(*set); });
 }
 
-void Codec::setResourceFileName(const Pyxis::FileSpecifier& file) {
+void KestMultispectralCodec::setResourceFileName(const Pyxis::FileSpecifier& file) {
     Pyxis::attempt([&] { kest::setResourceFileName(file); });
 }
 
-bool Codec::setProductCatalogue(const Pyxis::FileSpecifier& file, Pyxis::StringBuffer* reason) {
-    return kest::answerOr(false, [&] {
+bool KestMultispectralCodec::setProductCatalogue(const Pyxis::FileSpecifier& file,
+                                                 Pyxis::StringBuffer* reason) {
+    return Pyxis::answerOr(false, [&] {
         const auto fault = kest::setProductCatalogue(file);
         if (reason != nullptr) {
             *reason = kest::wideBuffer(kest::wideText(kest::narrowBuffer(fault.reason)));
@@ -146,16 +148,16 @@ bool Codec::setProductCatalogue(const Pyxis::FileSpecifier& file, Pyxis::StringB
     });
 }
 
-bool Codec::getBandDetails(const Pyxis::ReadImageFileInterface& image, int frame,
-                           BandDetails& details) const {
+bool KestMultispectralCodec::getBandDetails(const Pyxis::ReadImageFileInterface& image, int frame,
+                                            BandDetails& details) const {
     const auto* set = dynamic_cast<const KestMultispectralReadFile*>(&image);
     if (set == nullptr || frame < 0 || frame >= set->getNumFrames()) {
         return false;
     }
-    return kest::attempt([&] { details = set->band(frame).details; });
+    return Pyxis::attempt([&] { details = set->band(frame).details; });
 }
 
-bool Codec::getMultispectralPropertyName(MultispectralPropertyId id,
-                                         Pyxis::StringBuffer& name) const {
+bool KestMultispectralCodec::getMultispectralPropertyName(MultispectralPropertyId id,
+                                                          Pyxis::StringBuffer& name) const {
     return Pyxis::answerOr(false, [&] { return kest::multispectralPropertyName(id, name); });
 }

@@ -47,7 +47,7 @@ class KEST_API KestMultispectralCodec : public Pyxis::ImageFormatCodec {
     Pyxis::ReadImageFileInterface* cloneOpenImage(
         const Pyxis::ReadImageFileInterface* image) const override;
 
-    /// Names the module that holds the plug-in's texts, for the whole process.
+    /// Names the string-resource module, for the whole process.
     void setResourceFileName(const Pyxis::FileSpecifier& file);
     /// Names the catalogue of products by which sets are named that no naming scheme of old knows,
     /// for the whole process: a document, or the documents that a compound specifier lists. An
@@ -60,11 +60,11 @@ class KEST_API KestMultispectralCodec : public Pyxis::ImageFormatCodec {
     /// its properties: common name, spectrum, role. False for another image or frame.
     bool getBandDetails(const Pyxis::ReadImageFileInterface& image, int frame,
                         BandDetails& details) const;
-    /// The name under which frames publish the property. False, with `name` untouched, for an id
-    /// that there is not.
+    /// The name under which frames publish the property. False, with `name` untouched, for an
+    /// unknown id.
     bool getMultispectralPropertyName(MultispectralPropertyId id, Pyxis::StringBuffer& name) const;
-    /// Rewrites a component list without the components that no codec reads. False, with `file`
-    /// unchanged, when fewer than two remain or one cannot be read from the list.
+    /// Removes the components that no codec reads from a list (compatibility.md, 15). False, with
+    /// `file` unchanged, when fewer than two remain or the list has one without a path.
     bool purifyFileSet(Pyxis::FileSpecifier& file) const;
 
   private:

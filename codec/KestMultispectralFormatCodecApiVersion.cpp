@@ -4,14 +4,12 @@
 
 #include "codec/ApiVersion.h"
 
-using ApiVersion = KestMultispectralFormatCodecApiVersion;
+KestMultispectralFormatCodecApiVersion::~KestMultispectralFormatCodecApiVersion() = default;
 
-ApiVersion::~KestMultispectralFormatCodecApiVersion() = default;
-
-int ApiVersion::majorVersion() const {
+int KestMultispectralFormatCodecApiVersion::majorVersion() const {
     return std::atoi(kest::kApiMajorVersion);
 }
 
-int ApiVersion::minorVersion() const {
+int KestMultispectralFormatCodecApiVersion::minorVersion() const {
     return std::atoi(kest::kApiMinorVersion);
 }

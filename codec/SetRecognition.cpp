@@ -1,4 +1,4 @@
-// The codec's part in deciding whether components form a set, and in tidying their list.
+// Whether components form a set, and which of them can be read.
 
 #include <optional>
 
@@ -8,7 +8,6 @@
 #include "sets/FindCodec.h"
 #include "sets/SetJudge.h"
 
-using Codec = KestMultispectralCodec;
 using Decodability = Pyxis::FormatDecodability;
 
 namespace {
@@ -19,8 +18,8 @@ bool isCompound(const Pyxis::FileSpecifier& file) {
 
 }  // namespace
 
-Decodability Codec::isDecodableFile(const Pyxis::FileSpecifier& file,
-                                    Pyxis::FindFileInterface* /*finder*/) const {
+Decodability KestMultispectralCodec::isDecodableFile(const Pyxis::FileSpecifier& file,
+                                                     Pyxis::FindFileInterface* /*finder*/) const {
     if (!isCompound(file)) {
         return Decodability::NotThisFormat;
     }
@@ -34,7 +33,7 @@ Decodability Codec::isDecodableFile(const Pyxis::FileSpecifier& file,
     });
 }
 
-bool Codec::purifyFileSet(Pyxis::FileSpecifier& file) const {
+bool KestMultispectralCodec::purifyFileSet(Pyxis::FileSpecifier& file) const {
     if (!isCompound(file)) {
         return false;
     }

@@ -6,16 +6,16 @@
 
 namespace Pyxis {
 
-/// The codecs that the host asks, in the order of registration. Registering is for one thread at
-/// start-up; asking may then go on from several.
+/// The codecs that the host asks, in the order of registration. Codecs are registered by one
+/// thread at start-up; any number of threads may ask afterwards.
 class PYXIS_API CodecRegistry {
   public:
     /// The one registry of the process.
     static CodecRegistry& instance();
 
-    /// Adds a codec at the end. It is not owned: its owner removes it before it goes.
+    /// Adds a codec at the end. It is not owned; its owner removes it before destroying it.
     void add(const ImageFormatCodec& codec);
-    /// Forgets a codec; does nothing when it is not registered.
+    /// Removes a codec; does nothing when it is not registered.
     void remove(const ImageFormatCodec& codec);
 
     /// Asks the codecs in turn. Decodable with `codec` set at the first that reads `file`; else
@@ -27,7 +27,7 @@ class PYXIS_API CodecRegistry {
     std::vector<const ImageFormatCodec*> codecs_;
 };
 
-/// Keeps a codec registered for as long as it lives.
+/// Registers a codec for the lifetime of this object.
 class PYXIS_API CodecRegistration {
   public:
     explicit CodecRegistration(const ImageFormatCodec& codec);

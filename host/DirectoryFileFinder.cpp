@@ -22,7 +22,7 @@ bool equalIgnoringCase(const std::string& left, const std::string& right) {
                       [](char a, char b) { return lower(a) == lower(b); });
 }
 
-/// On Windows paths are 16-bit text, elsewhere bytes; the standard library tells which.
+/// Paths are 16-bit text on Windows and bytes elsewhere, as the standard library's path type is.
 fs::path pathOf(const FileSpecifier& file) {
     if constexpr (sizeof(fs::path::value_type) == 2) {
         return {utf8ToWide(toUtf8(file.string()))};

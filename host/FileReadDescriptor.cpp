@@ -7,8 +7,8 @@ namespace {
 
 using PropertyPointer = std::unique_ptr<FormatCodecPropertyInterface>;
 
-/// A copy of the property at the set's cursor if it bears that name, else null. The set takes its
-/// property back whatever happens.
+/// A copy of the property at the cursor if it has that name, else null. The property is given back
+/// to the set in any case.
 PropertyPointer copyIfNamed(FormatCodecPropertySetIterator& set, const StringBuffer& name) {
     PropertyPointer copy;
     const FormatCodecPropertyInterface* property = set.openProperty();

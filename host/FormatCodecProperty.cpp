@@ -2,34 +2,34 @@
 
 namespace Pyxis {
 
-using Property = FormatCodecPropertyInterface;
+FormatCodecPropertyInterface::FormatCodecPropertyInterface() = default;
+FormatCodecPropertyInterface::FormatCodecPropertyInterface(
+    const FormatCodecPropertyInterface& other) = default;
+FormatCodecPropertyInterface::~FormatCodecPropertyInterface() = default;
 
-Property::FormatCodecPropertyInterface() = default;
-Property::FormatCodecPropertyInterface(const FormatCodecPropertyInterface& other) = default;
-Property::~FormatCodecPropertyInterface() = default;
-
-Property::PropertyIdentifier Property::getIdentifier() const {
+FormatCodecPropertyInterface::PropertyIdentifier FormatCodecPropertyInterface::getIdentifier()
+    const {
     return identifier_;
 }
-Property::PropertyDataType Property::getDataType() const {
+FormatCodecPropertyInterface::PropertyDataType FormatCodecPropertyInterface::getDataType() const {
     return dataType_;
 }
-bool Property::isRequired() const {
+bool FormatCodecPropertyInterface::isRequired() const {
     return required_;
 }
-bool Property::isContextSensitive() const {
+bool FormatCodecPropertyInterface::isContextSensitive() const {
     return contextSensitive_;
 }
-const StringBuffer& Property::getDescription() const {
+const StringBuffer& FormatCodecPropertyInterface::getDescription() const {
     return description_;
 }
-const StringBuffer& Property::getName() const {
+const StringBuffer& FormatCodecPropertyInterface::getName() const {
     return name_;
 }
-Property::PropertyUsage Property::getUsage() const {
+FormatCodecPropertyInterface::PropertyUsage FormatCodecPropertyInterface::getUsage() const {
     return usage_;
 }
-Property::PropertyLevel Property::getLevel() const {
+FormatCodecPropertyInterface::PropertyLevel FormatCodecPropertyInterface::getLevel() const {
     return level_;
 }
 

@@ -4,36 +4,35 @@
 
 namespace Pyxis {
 
-using PropertySet = FormatCodecPropertySetIterator;
+FormatCodecPropertySetIterator::FormatCodecPropertySetIterator() = default;
 
-PropertySet::FormatCodecPropertySetIterator() = default;
-
-PropertySet::FormatCodecPropertySetIterator(const FormatCodecPropertySetIterator& other) {
+FormatCodecPropertySetIterator::FormatCodecPropertySetIterator(
+    const FormatCodecPropertySetIterator& other) {
     properties_.reserve(other.properties_.size());
     for (const auto& property : other.properties_) {
         FormatCodecPropertySetIterator::appendProperty(property.get());
     }
 }
 
-PropertySet::~FormatCodecPropertySetIterator() = default;
+FormatCodecPropertySetIterator::~FormatCodecPropertySetIterator() = default;
 
-void PropertySet::start() {
+void FormatCodecPropertySetIterator::start() {
     cursor_ = 0;
 }
 
-void PropertySet::step() {
+void FormatCodecPropertySetIterator::step() {
     cursor_ = std::min(cursor_ + 1, properties_.size());
 }
 
-bool PropertySet::endOfList() const {
+bool FormatCodecPropertySetIterator::endOfList() const {
     return cursor_ >= properties_.size();
 }
 
-int PropertySet::numProperties() const {
+int FormatCodecPropertySetIterator::numProperties() const {
     return static_cast<int>(properties_.size());
 }
 
-FormatCodecPropertyInterface* PropertySet::openProperty(
+FormatCodecPropertyInterface* FormatCodecPropertySetIterator::openProperty(
     FormatCodecPropertyInterface::PropertyIdentifier identifier) {
     const auto found = std::find_if(
         properties_.begin(), properties_.end(),
@@ -45,15 +44,15 @@ FormatCodecPropertyInterface* PropertySet::openProperty(
     return found->get();
 }
 
-FormatCodecPropertyInterface* PropertySet::openProperty() {
+FormatCodecPropertyInterface* FormatCodecPropertySetIterator::openProperty() {
     return endOfList() ? nullptr : properties_[cursor_].get();
 }
 
-void PropertySet::closeProperty() {
+void FormatCodecPropertySetIterator::closeProperty() {
     // Nothing is held open: the list keeps its properties for as long as it lives.
 }
 
-void PropertySet::appendProperty(const FormatCodecPropertyInterface* property) {
+void FormatCodecPropertySetIterator::appendProperty(const FormatCodecPropertyInterface* property) {
     if (property == nullptr) {
         return;
     }

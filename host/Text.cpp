@@ -53,8 +53,8 @@ std::size_t decodeSequence(std::string_view text, char32_t& value) {
     return 0;
 }
 
-/// Copies the ASCII characters at the start, which are the same in every encoding; answers how many
-/// there are. Most texts are so from end to end. Blocks that nothing else can point into become
+/// Copies the ASCII characters at the start, which are the same in every encoding; returns how many
+/// there are. Most texts are ASCII throughout. Local blocks, which nothing else points into, become
 /// vector instructions.
 template <typename From, typename To>
 std::size_t copyAscii(std::basic_string_view<From> text, std::basic_string<To>& out) {
@@ -147,7 +147,7 @@ std::u16string wideCharacters(const StringBuffer& buffer) {
     if (most > 0) {
         std::memcpy(text.data(), bytes, most * 2);
     }
-    // Nearly always the terminator is the last character: whole blocks are passed over first.
+    // The terminator is nearly always the last character, so whole blocks are skipped first.
     constexpr std::size_t kBlock = 16;
     std::size_t length = 0;
     const auto hasZero = [](const char16_t* block) {

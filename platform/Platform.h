@@ -15,7 +15,8 @@
 
 namespace kest::platform {
 
-/// Longest name part and extension of a path, in characters; longer ones are cut.
+/// Longest name part and extension of a path, in characters; longer ones are cut (compatibility.md,
+/// 25).
 inline constexpr std::size_t kMaxNamePart = 255;
 
 /// The last part of a path: its name, and its extension with the dot.
@@ -24,8 +25,7 @@ struct PathName {
     std::u16string extension;
 };
 
-/// Splits the name and extension off a path. A name that starts with its only dot is all
-/// extension.
+/// Splits the name and extension off a path. A name whose only dot comes first is all extension.
 PathName splitPathName(std::u16string_view path);
 
 /// A loaded module of string resources. Its texts are asked for by number.
@@ -56,7 +56,7 @@ struct ModuleVersion {
     unsigned int build = 0;
 };
 
-/// The version of the module that bears `moduleFileName`; zeros when it cannot be told.
+/// The version of the loaded module of that file name; zeros when it is unknown.
 ModuleVersion moduleVersion(const char16_t* moduleFileName);
 
 /// A file opened for reading; closed with the object. Only regular files open: a pipe or device

@@ -10,7 +10,7 @@
 
 namespace kest {
 
-/// What a frame publishes of its band.
+/// What a frame publishes about its band.
 struct BandFacts {
     Pyxis::StringBuffer referenceName;
     Pyxis::StringBuffer bandName;
@@ -25,8 +25,9 @@ struct BandFacts {
 };
 
 /// The properties of the component's frame, those of the whole set, then the band's own: reference
-/// name, band name, band type, bucket. A null `componentFrame` contributes nothing; a property
-/// that cannot be built for want of memory is left out. Null when the set itself cannot be built.
+/// name, band name, band type, bucket; names that occur twice stay (compatibility.md, 21). A null
+/// `componentFrame` contributes nothing, and a property for which memory fails is left out. Throws
+/// when the set itself cannot be built.
 std::unique_ptr<KestMultispectralPropertySetIterator> buildFramePropertySet(
     Pyxis::ReadImageFileFrameInterface* componentFrame,
     KestMultispectralPropertySetIterator& setProperties, const BandFacts& band);

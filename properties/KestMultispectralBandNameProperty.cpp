@@ -4,10 +4,8 @@
 #include "codec/strings/StringResources.h"
 #include "pyxis/NoThrow.h"
 
-using Property = KestMultispectralBandNameProperty;
-
-Property::KestMultispectralBandNameProperty(int bandIndex, const Pyxis::FileSpecifier& file,
-                                            int frame, const Pyxis::StringBuffer& bandName)
+KestMultispectralBandNameProperty::KestMultispectralBandNameProperty(
+    int bandIndex, const Pyxis::FileSpecifier& file, int frame, const Pyxis::StringBuffer& bandName)
     : KestMultispectralProperty(kest::MultispectralPropertyId::BandName),
       bandIndex_(bandIndex),
       frame_(frame),
@@ -21,22 +19,24 @@ Property::KestMultispectralBandNameProperty(int bandIndex, const Pyxis::FileSpec
     setLevel(PropertyLevel::Frame);
 }
 
-Property::KestMultispectralBandNameProperty(const Property& other) = default;
-Property::~KestMultispectralBandNameProperty() = default;
+KestMultispectralBandNameProperty::KestMultispectralBandNameProperty(
+    const KestMultispectralBandNameProperty& other) = default;
+KestMultispectralBandNameProperty::~KestMultispectralBandNameProperty() = default;
 
-Pyxis::FormatCodecPropertyInterface* Property::clone() const {
-    return Pyxis::makeOrNull<Property>([this] { return new Property(*this); });
+Pyxis::FormatCodecPropertyInterface* KestMultispectralBandNameProperty::clone() const {
+    return Pyxis::makeOrNull<KestMultispectralBandNameProperty>(
+        [this] { return new KestMultispectralBandNameProperty(*this); });
 }
 
-int Property::getBandIndex() const {
+int KestMultispectralBandNameProperty::getBandIndex() const {
     return bandIndex_;
 }
-int Property::getFrame() const {
+int KestMultispectralBandNameProperty::getFrame() const {
     return frame_;
 }
-void Property::getFile(Pyxis::FileSpecifier& out) const {
+void KestMultispectralBandNameProperty::getFile(Pyxis::FileSpecifier& out) const {
     Pyxis::attempt([&] { out.assign(file_); });
 }
-void Property::getBandName(Pyxis::StringBuffer& out) const {
+void KestMultispectralBandNameProperty::getBandName(Pyxis::StringBuffer& out) const {
     Pyxis::attempt([&] { out = bandName_; });
 }

@@ -5,8 +5,8 @@
 #include "pyxis/FileSpecifier.h"
 #include "pyxis/FormatCodecProperty.h"
 
-/// A band's name, its place in its bucket, and the file and frame that hold it. Where memory does
-/// not suffice for what a caller asks to be written, it stays as it was.
+/// A band's name, its place in its bucket, and the file and frame that hold it. On allocation
+/// failure outputs are unchanged.
 class KEST_API KestMultispectralBandNameProperty : public Pyxis::FormatCodecPropertyInterface,
                                                    public KestMultispectralProperty {
   public:

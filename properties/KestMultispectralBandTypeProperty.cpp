@@ -4,9 +4,8 @@
 #include "codec/strings/StringResources.h"
 #include "pyxis/NoThrow.h"
 
-using Property = KestMultispectralBandTypeProperty;
-
-Property::KestMultispectralBandTypeProperty(BandType type, BandAssignment assignment)
+KestMultispectralBandTypeProperty::KestMultispectralBandTypeProperty(BandType type,
+                                                                     BandAssignment assignment)
     : KestMultispectralProperty(kest::MultispectralPropertyId::BandType),
       bandType_(type),
       bandAssignment_(assignment) {
@@ -18,16 +17,19 @@ Property::KestMultispectralBandTypeProperty(BandType type, BandAssignment assign
     setLevel(PropertyLevel::Frame);
 }
 
-Property::KestMultispectralBandTypeProperty(const Property& other) = default;
-Property::~KestMultispectralBandTypeProperty() = default;
+KestMultispectralBandTypeProperty::KestMultispectralBandTypeProperty(
+    const KestMultispectralBandTypeProperty& other) = default;
+KestMultispectralBandTypeProperty::~KestMultispectralBandTypeProperty() = default;
 
-Pyxis::FormatCodecPropertyInterface* Property::clone() const {
-    return Pyxis::makeOrNull<Property>([this] { return new Property(*this); });
+Pyxis::FormatCodecPropertyInterface* KestMultispectralBandTypeProperty::clone() const {
+    return Pyxis::makeOrNull<KestMultispectralBandTypeProperty>(
+        [this] { return new KestMultispectralBandTypeProperty(*this); });
 }
 
-Property::BandType Property::bandType() const {
+KestMultispectralBandTypeProperty::BandType KestMultispectralBandTypeProperty::bandType() const {
     return bandType_;
 }
-Property::BandAssignment Property::bandAssignment() const {
+KestMultispectralBandTypeProperty::BandAssignment
+KestMultispectralBandTypeProperty::bandAssignment() const {
     return bandAssignment_;
 }

@@ -4,10 +4,8 @@
 #include "codec/strings/StringResources.h"
 #include "pyxis/NoThrow.h"
 
-using Property = KestMultispectralBucketProperty;
-
-Property::KestMultispectralBucketProperty(int bucketNum, int numBuckets,
-                                          const Pyxis::StringBuffer& bucketName)
+KestMultispectralBucketProperty::KestMultispectralBucketProperty(
+    int bucketNum, int numBuckets, const Pyxis::StringBuffer& bucketName)
     : KestMultispectralProperty(kest::MultispectralPropertyId::Bucket),
       bucketNum_(bucketNum),
       numBuckets_(numBuckets),
@@ -20,19 +18,21 @@ Property::KestMultispectralBucketProperty(int bucketNum, int numBuckets,
     setUsage(PropertyUsage::Informative);
 }
 
-Property::KestMultispectralBucketProperty(const Property& other) = default;
-Property::~KestMultispectralBucketProperty() = default;
+KestMultispectralBucketProperty::KestMultispectralBucketProperty(
+    const KestMultispectralBucketProperty& other) = default;
+KestMultispectralBucketProperty::~KestMultispectralBucketProperty() = default;
 
-Pyxis::FormatCodecPropertyInterface* Property::clone() const {
-    return Pyxis::makeOrNull<Property>([this] { return new Property(*this); });
+Pyxis::FormatCodecPropertyInterface* KestMultispectralBucketProperty::clone() const {
+    return Pyxis::makeOrNull<KestMultispectralBucketProperty>(
+        [this] { return new KestMultispectralBucketProperty(*this); });
 }
 
-int Property::getBucketNum() const {
+int KestMultispectralBucketProperty::getBucketNum() const {
     return bucketNum_;
 }
-int Property::getNumBuckets() const {
+int KestMultispectralBucketProperty::getNumBuckets() const {
     return numBuckets_;
 }
-void Property::getBucketName(Pyxis::StringBuffer& out) const {
+void KestMultispectralBucketProperty::getBucketName(Pyxis::StringBuffer& out) const {
     Pyxis::attempt([&] { out = bucketName_; });
 }

@@ -15,9 +15,9 @@ class KEST_API KestMultispectralBucketProperty : public Pyxis::FormatCodecProper
 
     /// The bucket's index in the set, 0 for the first.
     int getBucketNum() const;
-    /// How many buckets the set has.
+    /// Number of buckets in the set.
     int getNumBuckets() const;
-    /// The name to show; `out` stays as it was when memory fails.
+    /// The name to show; `out` is unchanged on allocation failure.
     void getBucketName(Pyxis::StringBuffer& out) const;
 
   private:

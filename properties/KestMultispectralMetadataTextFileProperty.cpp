@@ -10,15 +10,14 @@
 #include "platform/Platform.h"
 #include "pyxis/NoThrow.h"
 
-using Property = KestMultispectralMetadataTextFileProperty;
-
 namespace {
 
 constexpr int kMaximumBytes = std::numeric_limits<int>::max();
 
 }  // namespace
 
-Property::KestMultispectralMetadataTextFileProperty(const Pyxis::FileSpecifier& metadataFile)
+KestMultispectralMetadataTextFileProperty::KestMultispectralMetadataTextFileProperty(
+    const Pyxis::FileSpecifier& metadataFile)
     : FormatCodecStringProperty(Pyxis::StringBuffer(), kMaximumBytes),
       KestMultispectralProperty(kest::MultispectralPropertyId::MetadataTextFile),
       metadataFile_(metadataFile) {
@@ -28,27 +27,29 @@ Property::KestMultispectralMetadataTextFileProperty(const Pyxis::FileSpecifier& 
     setUsage(PropertyUsage::Informative);
     kest::loadResourceString(kest::string_id::kMetadataTextFileName, nameText());
     kest::loadResourceString(kest::string_id::kMetadataTextFileDescription, descriptionText());
-    // A file too big for the memory is one that cannot be read.
+    // A file too big for the memory counts as unreadable.
     valid_ = Pyxis::answerOr(false, [this] { return readWhole(); });
 }
 
-Property::KestMultispectralMetadataTextFileProperty(const Property& other) = default;
-Property::~KestMultispectralMetadataTextFileProperty() = default;
+KestMultispectralMetadataTextFileProperty::KestMultispectralMetadataTextFileProperty(
+    const KestMultispectralMetadataTextFileProperty& other) = default;
+KestMultispectralMetadataTextFileProperty::~KestMultispectralMetadataTextFileProperty() = default;
 
-Pyxis::FormatCodecPropertyInterface* Property::clone() const {
-    return Pyxis::makeOrNull<Property>([this] { return new Property(*this); });
+Pyxis::FormatCodecPropertyInterface* KestMultispectralMetadataTextFileProperty::clone() const {
+    return Pyxis::makeOrNull<KestMultispectralMetadataTextFileProperty>(
+        [this] { return new KestMultispectralMetadataTextFileProperty(*this); });
 }
 
-bool Property::isValid() const {
+bool KestMultispectralMetadataTextFileProperty::isValid() const {
     return valid_;
 }
 
-bool Property::getMetadataFile(Pyxis::FileSpecifier& out) const {
+bool KestMultispectralMetadataTextFileProperty::getMetadataFile(Pyxis::FileSpecifier& out) const {
     Pyxis::attempt([&] { out.assign(metadataFile_); });
     return valid_;
 }
 
-bool Property::readWhole() {
+bool KestMultispectralMetadataTextFileProperty::readWhole() {
     if (metadataFile_.type() != Pyxis::FileSpecifier::Type::PlainFile) {
         return false;
     }
@@ -56,6 +57,7 @@ bool Property::readWhole() {
     if (!file) {
         return false;
     }
+    // By 32 bits: compatibility.md, 28.
     const auto size = static_cast<std::uint32_t>(file->size());
     if (size >= static_cast<std::uint32_t>(kMaximumBytes)) {
         return false;

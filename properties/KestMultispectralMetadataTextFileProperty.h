@@ -18,8 +18,8 @@ class KEST_API KestMultispectralMetadataTextFileProperty : public Pyxis::FormatC
 
     /// Whether the whole file was read.
     bool isValid() const;
-    /// Writes the file's specifier, valid or not, and answers `isValid`. `out` stays as it was when
-    /// memory fails.
+    /// Writes the file's specifier, valid or not, and returns `isValid` (compatibility.md, 29).
+    /// `out` is unchanged on allocation failure.
     bool getMetadataFile(Pyxis::FileSpecifier& out) const;
 
   private:

@@ -4,29 +4,30 @@
 
 #include <new>
 
-using PropertySet = KestMultispectralPropertySetIterator;
-
-PropertySet::KestMultispectralPropertySetIterator() = default;
-PropertySet::KestMultispectralPropertySetIterator(const PropertySet& other)
+KestMultispectralPropertySetIterator::KestMultispectralPropertySetIterator() = default;
+KestMultispectralPropertySetIterator::KestMultispectralPropertySetIterator(
+    const KestMultispectralPropertySetIterator& other)
     : FormatCodecPropertySetIterator(other) {
     requireProperties(other.numProperties());
 }
-PropertySet::~KestMultispectralPropertySetIterator() = default;
+KestMultispectralPropertySetIterator::~KestMultispectralPropertySetIterator() = default;
 
-void PropertySet::appendProperty(const Pyxis::FormatCodecPropertyInterface* property) {
+void KestMultispectralPropertySetIterator::appendProperty(
+    const Pyxis::FormatCodecPropertyInterface* property) {
     const int wanted = numProperties() + (property == nullptr ? 0 : 1);
     FormatCodecPropertySetIterator::appendProperty(property);
     requireProperties(wanted);
 }
 
-/// The host's list passes over a property whose clone is null, which is one for want of memory.
-void PropertySet::requireProperties(int count) const {
+/// The host's list skips a property whose clone is null, that is, for which memory failed.
+void KestMultispectralPropertySetIterator::requireProperties(int count) const {
     if (FormatCodecPropertySetIterator::numProperties() != count) {
         throw std::bad_alloc();
     }
 }
 
-void PropertySet::appendProperties(Pyxis::FormatCodecPropertySetIterator* source) {
+void KestMultispectralPropertySetIterator::appendProperties(
+    Pyxis::FormatCodecPropertySetIterator* source) {
     if (source == nullptr) {
         return;
     }

@@ -4,9 +4,8 @@
 #include "codec/strings/StringResources.h"
 #include "pyxis/NoThrow.h"
 
-using Property = KestMultispectralReferenceNameProperty;
-
-Property::KestMultispectralReferenceNameProperty(const Pyxis::StringBuffer& referenceName)
+KestMultispectralReferenceNameProperty::KestMultispectralReferenceNameProperty(
+    const Pyxis::StringBuffer& referenceName)
     : FormatCodecStringProperty(referenceName, 0),
       KestMultispectralProperty(kest::MultispectralPropertyId::ReferenceName) {
     kest::loadResourceString(kest::string_id::kReferenceNameName, nameText());
@@ -16,9 +15,11 @@ Property::KestMultispectralReferenceNameProperty(const Pyxis::StringBuffer& refe
     setLevel(PropertyLevel::Image);
 }
 
-Property::KestMultispectralReferenceNameProperty(const Property& other) = default;
-Property::~KestMultispectralReferenceNameProperty() = default;
+KestMultispectralReferenceNameProperty::KestMultispectralReferenceNameProperty(
+    const KestMultispectralReferenceNameProperty& other) = default;
+KestMultispectralReferenceNameProperty::~KestMultispectralReferenceNameProperty() = default;
 
-Pyxis::FormatCodecPropertyInterface* Property::clone() const {
-    return Pyxis::makeOrNull<Property>([this] { return new Property(*this); });
+Pyxis::FormatCodecPropertyInterface* KestMultispectralReferenceNameProperty::clone() const {
+    return Pyxis::makeOrNull<KestMultispectralReferenceNameProperty>(
+        [this] { return new KestMultispectralReferenceNameProperty(*this); });
 }

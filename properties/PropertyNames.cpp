@@ -13,7 +13,7 @@
 namespace kest {
 namespace {
 
-/// The text that names a property, by MultispectralPropertyId.
+/// The id of the text that names a property, by MultispectralPropertyId.
 constexpr std::array kNameIds = {
     string_id::kReferenceNameName, string_id::kBucketName,           string_id::kBandNameName,
     string_id::kBandTypeName,      string_id::kMetadataTextFileName,
@@ -31,7 +31,7 @@ bool isSingleByte(const Pyxis::StringBuffer& text) {
            text.type() == Pyxis::CharacterType::SingleByte;
 }
 
-/// The bytes with a terminator, which the buffer itself need not have.
+/// The bytes with a terminator, which the buffer itself may lack.
 std::vector<unsigned char> terminated(const Pyxis::StringBuffer& text) {
     std::vector<unsigned char> bytes(static_cast<std::size_t>(text.numDataBytes()) + 1);
     if (text.data() != nullptr) {

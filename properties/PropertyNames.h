@@ -7,11 +7,11 @@
 namespace kest {
 
 /// Fills `name` with the property's name as the string resources spell it. False, with `name`
-/// untouched, for an id that there is not.
+/// untouched, for an unknown id.
 bool multispectralPropertyName(MultispectralPropertyId id, Pyxis::StringBuffer& name);
 
-/// Whether two names are the same: exactly, and only among texts of one width, for nothing is
-/// converted.
+/// Whether two names are equal: exactly, and only among texts of one width, since nothing is
+/// converted (compatibility.md, 30).
 bool isSamePropertyName(const Pyxis::StringBuffer& left, const Pyxis::StringBuffer& right);
 
 /// Whether frames of a set publish the property: the geo-correlation, or a custom one by its exact

@@ -16,7 +16,7 @@
 namespace kest {
 namespace {
 
-/// Sorts by `number`, equal ones in their order; answers the new place of each record.
+/// Sorts stably by `number`; returns the new position of each record.
 template <typename Record>
 std::vector<int> sortByNumber(std::vector<Record>& records, int Record::*number) {
     std::vector<std::size_t> order(records.size());
@@ -82,7 +82,7 @@ bool BandCollector::readProperties(Pyxis::FormatCodecPropertySetIterator& proper
             bandFileFound ? nullptr : dynamic_cast<const FASTBandFilenameProperty*>(property);
         if (geo != nullptr) {
             geoFound = true;
-            // Codecs are asked for the code as they have always been; nothing depends on it.
+            // Not used (compatibility.md, 18).
             int code = 0;
             geo->getCoordinateSystemCode(code);
             geo->getPixelSize(source.pixelSize);

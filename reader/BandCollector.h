@@ -19,8 +19,7 @@ class BandCollector {
     /// Opens component `index` of the set through `codec` and adds its band. A component that
     /// cannot be opened or lacks a property adds none.
     void add(int index, const Component& component, const Pyxis::ImageFormatCodec& codec);
-    /// Puts bands and buckets in the order of their numbers, those of one number in the order in
-    /// which they were found.
+    /// Sorts bands and buckets by their numbers; equal numbers keep the order of discovery.
     void sort();
 
     const std::vector<BandRecord>& bands() const { return bands_; }

@@ -12,12 +12,9 @@
 #include "reader/KestMultispectralReadFileFrame.h"
 #include "sets/FindCodec.h"
 
-using ReadFile = KestMultispectralReadFile;
-using PropertySet = KestMultispectralPropertySetIterator;
-
 namespace {
 
-/// A wrong index is a fault of the program that no answer could mend.
+/// A wrong index is a bug in the caller; there is no sensible result.
 template <typename Record>
 const Record& checkedAt(const std::vector<Record>& records, int index) {
     if (index < 0 || static_cast<std::size_t>(index) >= records.size()) {
@@ -28,10 +25,12 @@ const Record& checkedAt(const std::vector<Record>& records, int index) {
 
 }  // namespace
 
-ReadFile::KestMultispectralReadFile(const Pyxis::ImageFormatCodec* codec,
-                                    const Pyxis::FileSpecifier* setSpecifier,
-                                    Pyxis::FindFileInterface* findFile)
-    : codec_(codec), components_(specifier_), propertySet_(std::make_shared<PropertySet>()) {
+KestMultispectralReadFile::KestMultispectralReadFile(const Pyxis::ImageFormatCodec* codec,
+                                                     const Pyxis::FileSpecifier* setSpecifier,
+                                                     Pyxis::FindFileInterface* findFile)
+    : codec_(codec),
+      components_(specifier_),
+      propertySet_(std::make_shared<KestMultispectralPropertySetIterator>()) {
     const Codecs codecs = keepReadable(kest::ComponentList(*setSpecifier));
     components_ = kest::ComponentList(specifier_);
     naming_ = kest::nameSet(components_, codec, findFile);
@@ -41,7 +40,7 @@ ReadFile::KestMultispectralReadFile(const Pyxis::ImageFormatCodec* codec,
     }
 }
 
-ReadFile::KestMultispectralReadFile(const ReadFile& other)
+KestMultispectralReadFile::KestMultispectralReadFile(const KestMultispectralReadFile& other)
     : geoTolerance_(other.geoTolerance_),
       codec_(other.codec_),
       specifier_(other.specifier_),
@@ -51,11 +50,12 @@ ReadFile::KestMultispectralReadFile(const ReadFile& other)
       files_(other.files_),
       metadataFile_(other.metadataFile_),
       naming_(other.naming_),
-      propertySet_(std::make_shared<PropertySet>(*other.propertySet_)) {}
+      propertySet_(std::make_shared<KestMultispectralPropertySetIterator>(*other.propertySet_)) {}
 
-ReadFile::~KestMultispectralReadFile() = default;
+KestMultispectralReadFile::~KestMultispectralReadFile() = default;
 
-ReadFile::Codecs ReadFile::keepReadable(const kest::ComponentList& listed) {
+KestMultispectralReadFile::Codecs KestMultispectralReadFile::keepReadable(
+    const kest::ComponentList& listed) {
     Codecs codecs(static_cast<std::size_t>(listed.count()), nullptr);
     kest::ComponentListBuilder kept;
     for (int i = 0; i < listed.count(); ++i) {
@@ -72,11 +72,11 @@ ReadFile::Codecs ReadFile::keepReadable(const kest::ComponentList& listed) {
     return codecs;
 }
 
-void ReadFile::findBands(const Codecs& codecs) {
+void KestMultispectralReadFile::findBands(const Codecs& codecs) {
     kest::BandCollector collector(naming_, geoTolerance_);
     for (int i = 0; i < components_.count(); ++i) {
-        // By place in the list as it was given, although unreadable components have left it: the
-        // pairing is part of what hosts see of a set with gaps.
+        // By position in the list as given, although unreadable components have left it
+        // (compatibility.md, 16).
         const Pyxis::ImageFormatCodec* codec = codecs[static_cast<std::size_t>(i)];
         if (codec != nullptr) {
             collector.add(i, component(i), *codec);
@@ -87,7 +87,7 @@ void ReadFile::findBands(const Codecs& codecs) {
     buckets_ = collector.buckets();
 }
 
-void ReadFile::addMetadataTextFile(Pyxis::FindFileInterface& findFile) {
+void KestMultispectralReadFile::addMetadataTextFile(Pyxis::FindFileInterface& findFile) {
     const Pyxis::FileSpecifier first = component(0).file;
     Pyxis::FileSpecifier metadata;
     kest::getMetadataTextFile(first, metadata);
@@ -99,19 +99,19 @@ void ReadFile::addMetadataTextFile(Pyxis::FindFileInterface& findFile) {
     propertySet_->appendProperty(&property);
 }
 
-const Pyxis::ImageFormatCodec* ReadFile::getCodec() const {
+const Pyxis::ImageFormatCodec* KestMultispectralReadFile::getCodec() const {
     return codec_;
 }
 
-const Pyxis::FileSpecifier& ReadFile::getFileSpecifier() const {
+const Pyxis::FileSpecifier& KestMultispectralReadFile::getFileSpecifier() const {
     return specifier_;
 }
 
-int ReadFile::getNumFiles() const {
+int KestMultispectralReadFile::getNumFiles() const {
     return static_cast<int>(files_.size()) + (metadataFile_ ? 1 : 0);
 }
 
-Pyxis::FileSpecifier ReadFile::getFile(int index) const {
+Pyxis::FileSpecifier KestMultispectralReadFile::getFile(int index) const {
     return Pyxis::answerOr(Pyxis::FileSpecifier(), [this, index] {
         Pyxis::FileSpecifier file;
         if (index >= 0 && static_cast<std::size_t>(index) < files_.size()) {
@@ -124,11 +124,11 @@ Pyxis::FileSpecifier ReadFile::getFile(int index) const {
     });
 }
 
-int ReadFile::getNumFrames() const {
+int KestMultispectralReadFile::getNumFrames() const {
     return static_cast<int>(bands_.size());
 }
 
-Pyxis::ReadImageFileFrameInterface* ReadFile::openFrame(int frameIndex) {
+Pyxis::ReadImageFileFrameInterface* KestMultispectralReadFile::openFrame(int frameIndex) {
     if (frameIndex < 0 || frameIndex >= getNumFrames()) {
         return nullptr;
     }
@@ -139,52 +139,54 @@ Pyxis::ReadImageFileFrameInterface* ReadFile::openFrame(int frameIndex) {
     });
 }
 
-kest::Component ReadFile::component(int index) const {
+kest::Component KestMultispectralReadFile::component(int index) const {
     return components_.get(index).value_or(kest::Component());
 }
 
-const kest::BandRecord& ReadFile::band(int index) const {
+const kest::BandRecord& KestMultispectralReadFile::band(int index) const {
     return checkedAt(bands_, index);
 }
 
-const kest::BucketRecord& ReadFile::bucket(int index) const {
+const kest::BucketRecord& KestMultispectralReadFile::bucket(int index) const {
     return checkedAt(buckets_, index);
 }
 
-int ReadFile::getBandBucketIndex(int band) const {
+int KestMultispectralReadFile::getBandBucketIndex(int band) const {
     return checkedAt(bands_, band).bucketIndex;
 }
 
-int ReadFile::getBandIndexInBucket(int band) const {
+int KestMultispectralReadFile::getBandIndexInBucket(int band) const {
     return checkedAt(bands_, band).indexInBucket;
 }
 
-int ReadFile::getNumBuckets(int /*band*/) const {
+int KestMultispectralReadFile::getNumBuckets(int /*band*/) const {
     return static_cast<int>(buckets_.size());
 }
 
-void ReadFile::getBandBucketName(int band, Pyxis::StringBuffer& name) const {
+void KestMultispectralReadFile::getBandBucketName(int band, Pyxis::StringBuffer& name) const {
     name = bucket(getBandBucketIndex(band)).bucketName;
 }
 
-void ReadFile::getBandComponent(int band, Pyxis::FileSpecifier& component, int& frameNumber) const {
+void KestMultispectralReadFile::getBandComponent(int band, Pyxis::FileSpecifier& component,
+                                                 int& frameNumber) const {
     const kest::Component source = this->component(checkedAt(bands_, band).componentIndex);
     component = source.file;
     frameNumber = source.frame;
 }
 
-void ReadFile::getBandName(int band, Pyxis::StringBuffer& name) const {
+void KestMultispectralReadFile::getBandName(int band, Pyxis::StringBuffer& name) const {
     name = checkedAt(bands_, band).bandName;
 }
 
-void ReadFile::getBandType(int band, kest::BandType& type) const {
+void KestMultispectralReadFile::getBandType(int band, kest::BandType& type) const {
     type = checkedAt(bands_, band).bandType;
 }
 
-void ReadFile::getBandAssignment(int band, kest::BandAssignment& assignment) const {
+void KestMultispectralReadFile::getBandAssignment(int band,
+                                                  kest::BandAssignment& assignment) const {
     assignment = checkedAt(bands_, band).bandAssignment;
 }
 
-void ReadFile::getReferenceName(Pyxis::StringBuffer& name) const {
+void KestMultispectralReadFile::getReferenceName(Pyxis::StringBuffer& name) const {
     kest::getReferenceNameOfComponent(naming_, component(0).file, name);
 }

@@ -40,7 +40,7 @@ class KestMultispectralReadFile : public Pyxis::ReadImageFileInterface {
 
     int getBandBucketIndex(int band) const;
     int getBandIndexInBucket(int band) const;
-    /// The number of buckets of the set, whatever the band.
+    /// The number of buckets of the set, whatever the band (compatibility.md, 20).
     int getNumBuckets(int band) const;
     void getBandBucketName(int band, Pyxis::StringBuffer& name) const;
     void getBandComponent(int band, Pyxis::FileSpecifier& component, int& frameNumber) const;
@@ -53,30 +53,30 @@ class KestMultispectralReadFile : public Pyxis::ReadImageFileInterface {
     int setKind() const { return naming_.scheme; }
     /// The product of the catalogue that the set follows; null without one.
     const kest::Product* product() const { return naming_.product.get(); }
-    /// Everything known of a band, or of a bucket.
+    /// The record of a band, or of a bucket.
     const kest::BandRecord& band(int index) const;
     const kest::BucketRecord& bucket(int index) const;
 
   private:
     using Codecs = std::vector<const Pyxis::ImageFormatCodec*>;
 
-    /// Fills `specifier_` and `files_` with the components that a codec reads; answers the codecs
-    /// by place in `listed`, null for the others.
+    /// Fills `specifier_` and `files_` with the components that a codec reads. Returns the codecs
+    /// by position in `listed`, null for the others.
     Codecs keepReadable(const kest::ComponentList& listed);
     void findBands(const Codecs& codecs);
     /// Component `index` of the set; an empty one past the last.
     kest::Component component(int index) const;
     void addMetadataTextFile(Pyxis::FindFileInterface& findFile);
 
-    /// Largest difference, in x and in y, at which two pixel sizes count as equal.
+    /// Largest difference in x and in y at which two pixel sizes count as equal.
     double geoTolerance_ = 1e-5;
     const Pyxis::ImageFormatCodec* codec_;
     Pyxis::FileSpecifier specifier_;
     kest::ComponentList components_;  ///< `specifier_`, parsed
     std::vector<kest::BandRecord> bands_;
     std::vector<kest::BucketRecord> buckets_;
-    std::vector<kest::Component> files_;                ///< each is handed out as a list of its own
-    std::optional<Pyxis::FileSpecifier> metadataFile_;  ///< the last of the files, when it is there
+    std::vector<kest::Component> files_;  ///< each published as a list (compatibility.md, 17)
+    std::optional<Pyxis::FileSpecifier> metadataFile_;  ///< the last of the files, if found
     kest::SetNaming naming_;
     /// Shared with every frame, which may outlive the image.
     std::shared_ptr<KestMultispectralPropertySetIterator> propertySet_;

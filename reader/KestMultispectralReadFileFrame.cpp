@@ -5,8 +5,6 @@
 #include "pyxis/NoThrow.h"
 #include "reader/KestMultispectralReadFile.h"
 
-using Frame = KestMultispectralReadFileFrame;
-
 namespace {
 
 kest::BandFacts factsOf(const KestMultispectralReadFile& reader, int band,
@@ -27,7 +25,7 @@ kest::BandFacts factsOf(const KestMultispectralReadFile& reader, int band,
 
 }  // namespace
 
-Frame::KestMultispectralReadFileFrame(
+KestMultispectralReadFileFrame::KestMultispectralReadFileFrame(
     const Pyxis::FileSpecifier& component, int frameNumber, const Pyxis::ImageFormatCodec* codec,
     const KestMultispectralReadFile* reader, int frameIndex,
     std::shared_ptr<KestMultispectralPropertySetIterator> propertySet)
@@ -43,58 +41,58 @@ Frame::KestMultispectralReadFileFrame(
     }
 }
 
-Frame::~KestMultispectralReadFileFrame() = default;
+KestMultispectralReadFileFrame::~KestMultispectralReadFileFrame() = default;
 
-int Frame::getFrameIndex() const {
+int KestMultispectralReadFileFrame::getFrameIndex() const {
     return frameIndex_;
 }
 
-bool Frame::frameOp1(int level) {
+bool KestMultispectralReadFileFrame::frameOp1(int level) {
     return Pyxis::answerOr(false, [&] { return componentFrame_->frameOp1(level); });
 }
-void Frame::frameOp3(std::int32_t* width, std::int32_t* height) {
+void KestMultispectralReadFileFrame::frameOp3(std::int32_t* width, std::int32_t* height) {
     Pyxis::attempt([&] { componentFrame_->frameOp3(width, height); });
 }
-std::int32_t Frame::frameOp4() {
+std::int32_t KestMultispectralReadFileFrame::frameOp4() {
     return Pyxis::answerOr(0, [&] { return componentFrame_->frameOp4(); });
 }
-std::int32_t Frame::frameOp5() {
+std::int32_t KestMultispectralReadFileFrame::frameOp5() {
     return Pyxis::answerOr(1, [&] { return componentFrame_->frameOp5(); });
 }
-std::int32_t Frame::frameOp6() {
+std::int32_t KestMultispectralReadFileFrame::frameOp6() {
     return Pyxis::answerOr(0, [&] { return componentFrame_->frameOp6(); });
 }
-std::int32_t Frame::frameOp7() {
+std::int32_t KestMultispectralReadFileFrame::frameOp7() {
     return Pyxis::answerOr(1, [&] { return componentFrame_->frameOp7(); });
 }
-std::int32_t Frame::frameOp8() {
+std::int32_t KestMultispectralReadFileFrame::frameOp8() {
     return Pyxis::answerOr(0, [&] { return componentFrame_->frameOp8(); });
 }
-std::int32_t Frame::frameOp9() {
+std::int32_t KestMultispectralReadFileFrame::frameOp9() {
     return Pyxis::answerOr(0, [&] { return componentFrame_->frameOp9(); });
 }
-std::int32_t Frame::frameOp10() {
+std::int32_t KestMultispectralReadFileFrame::frameOp10() {
     return Pyxis::answerOr(0, [&] { return componentFrame_->frameOp10(); });
 }
-void Frame::frameOp11(int /*channel*/, Pyxis::ChannelRange* range) {
-    // Always the first channel, whichever was asked for: hosts of this plug-in rely on it.
+void KestMultispectralReadFileFrame::frameOp11(int /*channel*/, Pyxis::ChannelRange* range) {
+    // Always the first channel, whichever was asked for (compatibility.md, 19).
     Pyxis::attempt([&] { componentFrame_->frameOp11(0, range); });
 }
-const Pyxis::ColourTable* Frame::frameOp12() {
+const Pyxis::ColourTable* KestMultispectralReadFileFrame::frameOp12() {
     return Pyxis::answerOr<const Pyxis::ColourTable*>(nullptr,
                                                       [&] { return componentFrame_->frameOp12(); });
 }
-bool Frame::frameOp13(int level, Pyxis::PixelRequest* request) {
+bool KestMultispectralReadFileFrame::frameOp13(int level, Pyxis::PixelRequest* request) {
     return Pyxis::answerOr(false, [&] { return componentFrame_->frameOp13(level, request); });
 }
-void* Frame::frameOp15(void* argument) {
+void* KestMultispectralReadFileFrame::frameOp15(void* argument) {
     return Pyxis::answerOr<void*>(nullptr, [&] { return componentFrame_->frameOp15(argument); });
 }
-void* Frame::frameOp16(int argument) {
+void* KestMultispectralReadFileFrame::frameOp16(int argument) {
     return Pyxis::answerOr<void*>(nullptr, [&] { return componentFrame_->frameOp16(argument); });
 }
 
-Pyxis::FormatCodecPropertySetIterator* Frame::getProperties() {
+Pyxis::FormatCodecPropertySetIterator* KestMultispectralReadFileFrame::getProperties() {
     return Pyxis::makeOrNull<Pyxis::FormatCodecPropertySetIterator>([this] {
         return kest::buildFramePropertySet(componentFrame_.get(), *propertySet_, facts_).release();
     });

@@ -10,14 +10,13 @@
 
 class KestMultispectralReadFile;
 
-/// One band of an opened set. It holds the component file open and hands every request on to the
-/// component's frame; where that one throws, it gives the answer of a frame that holds nothing.
-/// What it publishes of its band it takes from the set when it is made, so that a host may delete
-/// the two in any order.
+/// One band of an opened set. It keeps the component file open and forwards every request to the
+/// component's frame; if that throws, the result is that of an empty frame. Everything it publishes
+/// about its band is copied at construction, so a host may delete frame and set in any order.
 class KestMultispectralReadFileFrame : public Pyxis::ReadImageFileFrameInterface {
   public:
-    /// Opens frame `frameNumber` of `component` through `codec`, which belongs to others, as does
-    /// `reader`, the set. Throws the int 1 when there is no such frame.
+    /// Opens frame `frameNumber` of `component` through `codec`. Neither `codec` nor `reader`, the
+    /// set, is owned. Throws the int 1 when there is no such frame.
     KestMultispectralReadFileFrame(
         const Pyxis::FileSpecifier& component, int frameNumber,
         const Pyxis::ImageFormatCodec* codec, const KestMultispectralReadFile* reader,

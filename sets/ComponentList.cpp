@@ -29,7 +29,8 @@ constexpr std::string_view kFile = "file";
 constexpr std::string_view kPath = "path";
 constexpr std::string_view kFrame = "frame";
 
-/// Texts of no more bytes, terminator included, are taken for no document yet.
+/// Texts of up to this many bytes, terminator included, count as an empty list (compatibility.md,
+/// 8).
 constexpr int kNearlyEmpty = 4;
 
 /// The document's bytes, terminator included, as narrow text. UTF-16 in a buffer of bytes is full
@@ -48,7 +49,7 @@ StringBuffer narrowed(const StringBuffer& text) {
 std::unique_ptr<xml::Document> parse(const StringBuffer& text) {
     auto size = static_cast<std::size_t>(text.numDataBytes());
     if (text.type() == Pyxis::CharacterType::Wide) {
-        size /= 2;  // from hosts that leave what they cannot convert as it is
+        size /= 2;  // some hosts leave what they cannot convert as it is (compatibility.md, 7)
     }
     return xml::Document::parse({reinterpret_cast<const char*>(text.data()), size});
 }
@@ -112,7 +113,7 @@ class ListDocument {
     }
 
     void append(const FileSpecifier& component, int frame) {
-        // Behind all that the image holds, however much text lies between.
+        // After every child of the image, whatever text stands in between.
         std::size_t offset = components_.size();
         if (const xml::Element* last = image_->lastChild()) {
             offset = std::max(offset, last->offset());
@@ -133,7 +134,7 @@ class ListDocument {
     const xml::Element* fileElement(int index) const {
         if (index < 0) {
             // A path into the tree ends at a negative index: the first component element itself
-            // is asked. Kept for hosts that count on its answer.
+            // is asked (compatibility.md, 6).
             return components_.empty() ? nullptr : components_.front();
         }
         if (index >= count()) {

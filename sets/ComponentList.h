@@ -16,16 +16,17 @@ struct Component {
     int frame = 0;
 };
 
-/// Number of components; a plain specifier with a text counts as one.
+/// Number of components; a plain specifier with a text counts as one (compatibility.md, 9).
 int countComponents(const Pyxis::FileSpecifier& specifier);
 
-/// Reads component `index` (0 first). False for a plain specifier (`file` and `frame` untouched),
-/// for an index that there is not, and for a component without a path.
+/// Reads component `index`, 0 for the first. False for a plain specifier, past the last component,
+/// and for a component without a path; `file` is then unchanged, `frame` unchanged or 0
+/// (compatibility.md, 10).
 bool getComponent(const Pyxis::FileSpecifier& specifier, int index, Pyxis::FileSpecifier& file,
                   int& frame);
 
-/// Adds a component at the end of the list; an empty `specifier` becomes a new list. A text that
-/// holds no list stays as it is.
+/// Appends a component; an empty `specifier` becomes a new list. A text without a list is left
+/// unchanged (compatibility.md, 8).
 void appendComponent(const Pyxis::FileSpecifier& component, int frame,
                      Pyxis::FileSpecifier& specifier);
 

@@ -4,8 +4,7 @@
 
 namespace kest {
 
-/// Gives the property that a set has handed out back to it at the end of a scope, also when the
-/// scope is left by an exception.
+/// Gives an opened property back to its set at the end of a scope, also after an exception.
 class PropertyCloser {
   public:
     explicit PropertyCloser(Pyxis::FormatCodecPropertySetIterator& set) : set_(set) {}

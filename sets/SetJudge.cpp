@@ -45,7 +45,7 @@ void SetJudge::judge(Judgement& judgement) {
     }
 }
 
-/// Every unreadable component is skipped; any other that is not accepted ends the question.
+/// Unreadable components are skipped; any other that is not accepted settles the answer.
 void SetJudge::reduce(Verdict verdict) {
     if (verdict == Verdict::Accepted) {
         ++accepted_;

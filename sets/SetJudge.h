@@ -24,8 +24,8 @@ struct Judgement {
 /// to the end, and gets the same one.
 class SetJudge {
   public:
-    /// `list` must outlive the judge. `toleranceFactor` is the part of the criteria's extent by
-    /// which a corner may be off.
+    /// `list` must outlive the judge. `toleranceFactor` is the fraction of the criteria's extent
+    /// by which a corner may be off.
     SetJudge(const ComponentList& list, double toleranceFactor);
 
     /// Judges the next component; nothing at the end of the list. Throws std::bad_alloc only.
@@ -38,6 +38,7 @@ class SetJudge {
     Pyxis::FormatDecodability answer() const;
 
   private:
+    // These names, spelling included, are known from stack traces (compatibility.md, 14).
     bool initialzeSetCriteria(const Pyxis::ImageFormatCodec& codec, Judgement& judgement);
     bool isFileInSet(const Pyxis::ImageFormatCodec& codec, Judgement& judgement) const;
     static bool getCompareData(const Pyxis::ImageFormatCodec& codec, Judgement& judgement);

@@ -12,7 +12,7 @@ namespace {
 using Pyxis::FormatCodecGeoCorrelation;
 using Pyxis::Point2d;
 
-// Pixel layouts that a set does not take, in the numbers of the frame's operations.
+// Pixel layouts that no set takes, as the frame's operations number them.
 constexpr std::int32_t kSingleChannel = 0;
 constexpr std::int32_t kRefusedBits = 32;
 constexpr std::int32_t kFloatingPoint = 4;
@@ -40,7 +40,7 @@ void cornersByMapping(const FormatCodecGeoCorrelation& geo, InclusionData& data)
     const double scaleY = pixelSize.y * unitScale.y;
     const double cosine = std::cos(rotation);
     const double sine = std::sin(rotation);
-    // Scaled after the rotation, each axis by its own factor: hosts compare with corners got so.
+    // Scaled after the rotation, each axis by its own factor (compatibility.md, 13).
     const auto map = [&](double u, double v) {
         return Point2d{origin.x + scaleX * cosine * u - scaleX * sine * v,
                        origin.y + scaleY * sine * u + scaleY * cosine * v};
@@ -100,8 +100,8 @@ Verdict measureComponent(const Component& component, const Pyxis::ImageFormatCod
     data.pixelModel = frame->frameOp4();
     data.pixelBits = frame->frameOp6();
     if (isLayoutRefused(data.pixelModel, data.pixelBits, frame->frameOp7())) {
-        // Only the frame is given back: hosts see the image stay open here and count on it. The
-        // host closes it with its codec.
+        // Only the frame is closed; the host closes the image with its codec (compatibility.md,
+        // 12).
         static_cast<void>(image.release());
         return Verdict::LayoutRefused;
     }

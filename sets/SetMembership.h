@@ -13,7 +13,7 @@
 
 namespace kest {
 
-/// The part of the first component's extent by which another's corners may be off.
+/// Fraction of the first component's extent by which the corners of the others may be off.
 inline constexpr double kToleranceFactor = 0.05;
 
 /// The measurements of one component.
@@ -63,8 +63,8 @@ Verdict measureComponent(const Component& component, const Pyxis::ImageFormatCod
                          InclusionData& data);
 
 /// Compares in the order layout, coordinate system, corners; the verdict is the first rule broken.
-/// `toleranceFactor` is the part of the criteria's extent by which a corner may be off; `off` is
-/// written for CornerOff only.
+/// `toleranceFactor` is the fraction of the criteria's extent by which a corner may be off; `off`
+/// is written for CornerOff only.
 Verdict compareWithCriteria(const InclusionData& candidate, const InclusionData& criteria,
                             double toleranceFactor, CornerDeviation& off);
 

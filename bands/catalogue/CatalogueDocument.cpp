@@ -10,7 +10,7 @@
 #include "bands/AsciiText.h"
 #include "bands/BandWords.h"
 #include "codec/strings/BufferText.h"
-#include "sets/XmlDocument.h"
+#include "sets/xml/XmlDocument.h"
 
 namespace kest {
 namespace {

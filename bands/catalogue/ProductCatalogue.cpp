@@ -33,18 +33,18 @@ bool isOneScene(const Product& product, const std::vector<std::u16string>& paths
 
 /// The bytes of a document; nothing when it cannot be read or is larger than any may be.
 std::optional<std::string> readDocument(const Pyxis::FileSpecifier& file, std::string& reason) {
-    const auto opened = platform::PlainFile::open(wideText(file.string()));
+    const auto opened = platform::PlainFile::open(file.string());
     if (!opened) {
         reason = "cannot be opened";
         return std::nullopt;
     }
-    const std::uint32_t size = opened->size();
+    const std::uint64_t size = opened->size();
     if (size > kMaxCatalogueDocument) {
         reason = "is larger than a catalogue may be";
         return std::nullopt;
     }
-    std::string bytes(size, '\0');
-    bytes.resize(opened->readFromStart(bytes.data(), size));
+    std::string bytes(static_cast<std::size_t>(size), '\0');
+    bytes.resize(opened->readFromStart(bytes.data(), static_cast<std::uint32_t>(size)));
     return bytes;
 }
 

@@ -11,7 +11,7 @@
 class PYXIS_API TiffFormatCodec : public Pyxis::ImageFormatCodec {
   public:
     ~TiffFormatCodec() override;
-    /// The name of property `number`; `name` becomes empty for a number that there is not.
+    /// The name of property `number`; `name` becomes empty for an unknown number.
     virtual void getPropertyName(int number, Pyxis::StringBuffer& name) const = 0;  // slot 21
 };
 

@@ -15,7 +15,7 @@ enum class CharacterType : int {
 };
 
 /// Text in one of several character types, with its byte count. A value: copies share their bytes,
-/// which nobody changes in place, so that handing texts on costs no memory.
+/// which are never changed in place, so passing texts on costs no memory.
 ///
 /// The count includes a terminator where the text was built with one, but nothing here relies on
 /// a terminator or on an even number of bytes in wide text.

@@ -5,8 +5,8 @@
 
 #include "pyxis/StringBuffer.h"
 
-// Between the host's buffers and the language's strings. Every text is cut at its first
-// terminator; a buffer need not have one.
+// Conversions between the host's buffers and standard strings. A text ends at its first terminator,
+// which a buffer need not have.
 
 namespace kest {
 
@@ -14,10 +14,10 @@ namespace kest {
 std::u16string wideText(const Pyxis::StringBuffer& buffer);
 /// The text as bytes of narrow text (UTF-8).
 std::string narrowText(const Pyxis::StringBuffer& buffer);
-/// A wide buffer with that text and a terminator. Throws std::length_error, as does the next, when
-/// its bytes are more than an int can count.
+/// A wide buffer with the text and a terminator. Throws std::length_error, as does the next, for
+/// more bytes than an int can count.
 Pyxis::StringBuffer wideBuffer(std::u16string_view text);
-/// A narrow buffer with that text and a terminator.
+/// A narrow buffer with the text and a terminator.
 Pyxis::StringBuffer narrowBuffer(std::string_view text);
 
 }  // namespace kest

@@ -1,6 +1,6 @@
 #pragma once
 
-// What the plug-in module shows to the outside; everything else is hidden.
+// Marks what the plug-in module exports; everything else is hidden.
 
 #if defined(KEST_STATIC)
 #define KEST_API

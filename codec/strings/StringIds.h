@@ -1,6 +1,6 @@
 #pragma once
 
-// Numbers of the texts in the string-resource module.
+// Ids of the texts in the string-resource module.
 
 namespace kest::string_id {
 

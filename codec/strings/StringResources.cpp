@@ -62,8 +62,8 @@ bool loadResourceString(unsigned int id, Pyxis::StringBuffer& text) {
         fill(text, u"", Pyxis::StringBuffer::defaultCharacterType());
         return false;
     }
-    // The module cuts a text to the buffer, so the loop is left at once; another module might
-    // answer the full length instead.
+    // A module that cuts a text to the buffer ends the loop at once; another may return the full
+    // length instead (compatibility.md, 27).
     std::u16string buffer(kFirstCapacity, u'\0');
     int capacity = kFirstCapacity;
     while (module->loadString(id, buffer.data(), capacity) >= capacity) {

@@ -12,7 +12,7 @@ PathName splitPathName(std::u16string_view path) {
             std::u16string(file.substr(dot, kMaxNamePart))};
 }
 
-// Shared objects bear no version resource: the build puts the numbers in.
+// Shared objects have no version resource: the build defines the numbers.
 ModuleVersion moduleVersion(const char16_t* /*moduleFileName*/) {
     return {KEST_VERSION_MAJOR, KEST_VERSION_MINOR, KEST_VERSION_BUILD};
 }

@@ -23,7 +23,7 @@ StringModule::~StringModule() = default;
 
 std::optional<StringModule> StringModule::load(const Pyxis::StringBuffer& path) {
     const std::optional<PlainFile> file = PlainFile::open(path);
-    // Asked once: the file may grow while it is read.
+    // Read once: the file may grow meanwhile.
     const std::uint64_t size = file ? file->size() : 0;
     if (!file || size > kMaxFileSize) {
         return std::nullopt;

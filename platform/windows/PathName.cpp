@@ -8,8 +8,8 @@ namespace kest::platform {
 
 PathName splitPathName(std::u16string_view path) {
     const std::wstring whole = wide(path);
-    // The splitter gives nothing at all when a buffer is too small, so each would hold the whole
-    // path; the parts are cut afterwards.
+    // _wsplitpath_s fails when a buffer is too small, so each could hold the whole path; the parts
+    // are cut afterwards.
     const std::size_t capacity = whole.size() + 1;
     std::wstring name(capacity, L'\0');
     std::wstring extension(capacity, L'\0');

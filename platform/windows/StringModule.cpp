@@ -34,7 +34,7 @@ std::optional<StringModule> StringModule::load(const Pyxis::StringBuffer& path) 
 
 int StringModule::loadString(unsigned int id, char16_t* buffer, int capacity) const {
     if (capacity <= 0) {
-        return 0;  // the system would hand out a pointer into the module
+        return 0;  // LoadStringW would return a pointer into the module
     }
     std::vector<wchar_t> text(static_cast<std::size_t>(capacity));
     const int length = LoadStringW(texts_->module, id, text.data(), capacity);

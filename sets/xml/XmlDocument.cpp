@@ -11,7 +11,7 @@ namespace {
 /// Elements with more names among their children, or attributes, than this get an index of them.
 constexpr std::uint32_t kNamesWithoutIndex = 32;
 
-/// What a new document's tree is likely to take at least.
+/// Estimated bytes of a new document's tree.
 constexpr std::size_t kSmallArena = 1024;
 
 }  // namespace
@@ -63,7 +63,7 @@ Element* Document::firstOfName(const Element* parent, Element* siblingHead,
     return siblingHead;
 }
 
-/// Notes the new first element of a name, once there are many.
+/// Updates the index of names, once there are many.
 void Document::indexName(const Element* parent, Element* siblingHead, Element* element) {
     if (parent->nameCount_ <= kNamesWithoutIndex) {
         return;
@@ -240,8 +240,7 @@ void Document::appendText(Element* element, std::string_view run, bool moved) {
     const std::size_t length = std::size_t{element->textLength_} + added;
     if (!element->hasOwnText_) {
         element->hasOwnText_ = true;
-        // A gap stands for the first run: callers rely on the text of mixed content being joined
-        // from its third run on only. It is zeros, never what memory held.
+        // Zeros stand in for the first run (compatibility.md, 3), never what memory held.
         growText(element, 2 * length);
         std::memset(element->text_, 0, element->textLength_);
     } else if (length > element->textCapacity_) {

@@ -13,8 +13,10 @@
 #include <vector>
 
 // A small XML document tree in UTF-8. The document owns its elements and every text in them; what
-// it hands out is valid as long as the document lives. Null elements are accepted everywhere and
-// have no answers.
+// it returns is valid as long as the document lives. Null elements are accepted everywhere and give
+// null, nothing or empty results. Loops instead of recursion and an arena instead of small blocks:
+// documents come from strangers and may be deep or long. Const functions change nothing, so several
+// threads may read one document.
 
 namespace kest::xml {
 
@@ -30,14 +32,14 @@ struct Attribute {
 class Element {
   public:
     std::string_view name() const { return name_; }
-    /// The character content with child elements cut out. Only an element with one run of text
-    /// has a meaningful one.
+    /// The character content without child elements. Meaningful only for elements with one run of
+    /// text (compatibility.md, 3).
     std::string_view text() const { return {text_, textLength_}; }
     /// Where in the parent's text the element starts.
     std::size_t offset() const { return offset_; }
     /// The next element of the same parent and name.
     const Element* next() const { return next_; }
-    /// The first element of the next other name of the same parent.
+    /// The first sibling of the next different name.
     const Element* sibling() const { return sibling_; }
     /// The next element of the same parent in document order.
     const Element* ordered() const { return ordered_; }
@@ -75,7 +77,7 @@ class Element {
     bool hasOwnText_ : 1 = false;       ///< the text counts as moved out of the source
 };
 
-/// What declarations say of the attributes of an element's name; the first of an attribute counts.
+/// The declared attributes of an element name; the first declaration of an attribute counts.
 struct AttributeDefaults {
     std::vector<Attribute> values;  ///< those with a default value, in the order of declaration
     std::unordered_map<std::string_view, std::optional<std::string_view>> declared;
@@ -83,7 +85,7 @@ struct AttributeDefaults {
 
 struct Instruction {
     std::string_view text;
-    bool afterRoot = false;  ///< stood after the root element's start
+    bool afterRoot = false;  ///< after the start of the root element
 };
 
 struct InstructionTarget {
@@ -99,7 +101,7 @@ struct Step {
 
 class Document {
   public:
-    /// Parses a document. Never fails: what was read before a fault is there. UTF-16 with a
+    /// Parses a document. Never fails: what was read before a fault is kept. UTF-16 with a
     /// byte-order mark is converted.
     static std::unique_ptr<Document> parse(std::string_view text);
     /// A document with an empty root element.
@@ -137,7 +139,7 @@ class Document {
     bool isStandalone() const { return standalone_; }
     /// Whether the parse reached the end of the text without a fault.
     bool isComplete() const { return complete_; }
-    /// Always empty: faults are not recorded, and hosts rely on reading what came before one.
+    /// Always empty: faults are not recorded (compatibility.md, 1).
     static std::string_view error(const Element* element);
 
     /// The element as a document text; with the processing instructions when it is the root.
@@ -159,7 +161,7 @@ class Document {
         std::unordered_map<std::string_view, std::uint32_t> places;
     };
 
-    /// `arenaSize`: bytes that the tree will likely take.
+    /// `arenaSize`: estimated bytes of the tree.
     explicit Document(std::size_t arenaSize);
 
     /// What the document declares for a general entity, whose name ends in a semicolon; null when

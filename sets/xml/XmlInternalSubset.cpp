@@ -14,8 +14,8 @@ bool startsWith(std::string_view text, std::size_t at, std::string_view prefix) 
     return text.substr(at, prefix.size()) == prefix;
 }
 
-/// Bound on the text that a document has searched for circles through other entities. Past it only
-/// an entity that names itself is told; the bounds on replacement hold the rest.
+/// Bound on the text searched for circles through other entities, for each document. Past it only
+/// an entity that names itself is detected; the bounds on replacement catch the rest.
 constexpr std::size_t kMostSearchedBytes = std::size_t{16} << 20U;
 
 /// Calls `visit` with the name, semicolon included, of every reference in a text until it answers
@@ -63,7 +63,7 @@ void InternalSubset::read(std::string_view text) {
     }
 }
 
-/// Moves behind the next `mark`.
+/// Moves past the next `mark`.
 bool InternalSubset::skipTo(std::string_view mark) {
     const std::size_t found = text_.find(mark, at_);
     at_ = found == std::string_view::npos ? text_.size() : found + mark.size();
@@ -81,7 +81,7 @@ std::string_view InternalSubset::word(std::string_view ends) {
     return text_.substr(start, at_ - start);
 }
 
-/// A value in quotes, after leading white space; false, at the place looked at, without one.
+/// A quoted value, after leading white space; false when there is none.
 bool InternalSubset::quoted(std::string_view& value) {
     at_ = skipSpace(text_, at_);
     if (at_ == text_.size() || (text_[at_] != '"' && text_[at_] != '\'')) {
@@ -166,7 +166,7 @@ bool InternalSubset::readAttributeList() {
     return true;
 }
 
-/// Skips the type; CDATA is told from all others.
+/// Skips the type, and reports whether it is CDATA.
 bool InternalSubset::readAttributeType(bool& isCData) {
     at_ = skipSpace(text_, at_);
     isCData = startsWith(text_, at_, "CDATA");
@@ -180,7 +180,8 @@ bool InternalSubset::readAttributeType(bool& isCData) {
 }
 
 bool InternalSubset::readAttributeDeclaration(std::string_view elementName) {
-    // Ends as a name in a tag does: elements are written with the attributes declared for them.
+    // Ends like a name in a tag, because elements are written with the attributes declared for
+    // them.
     const std::string_view name = word("=/>");
     if (name.empty()) {
         return fault(at_, "malformed <!ATTLIST");

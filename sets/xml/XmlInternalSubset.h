@@ -15,7 +15,8 @@ class InternalSubset {
   public:
     InternalSubset(Document& document, Decoder& decoder) : document_(document), decoder_(decoder) {}
 
-    /// `text` lies in the document's source. Stops at its first fault, with what it read kept.
+    /// `text` lies in the document's source. Stops at its first fault and keeps what was
+    /// read before (compatibility.md, 2).
     void read(std::string_view text);
 
   private:

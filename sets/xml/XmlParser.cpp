@@ -16,12 +16,12 @@ constexpr CharacterSet kTagEnds(" \t\r\n>");
 constexpr CharacterSet kAttributeNameEnds(" \t\r\n=/>");
 constexpr CharacterSet kBeforeValue(" \t\r\n=");
 
-/// Where a quoted value stops being as it stands: its quote, or what the decoder changes.
+/// Where a quoted value ends or needs decoding.
 constexpr CharacterSet kDoubleQuotedEnds("\"&\t\r\n");
 constexpr CharacterSet kSingleQuotedEnds("'&\t\r\n");
 
-/// Bytes of a tree for a byte of text, as component lists have them. A single block of about the
-/// right size comes back faster from the heap than blocks that grow.
+/// Tree bytes for each byte of a typical component list. One block of about the right size is
+/// cheaper than several growing ones.
 constexpr std::size_t kTreeBytes = 4;
 constexpr std::size_t kSmallText = 256;
 constexpr std::size_t kLargeText = std::size_t{16} << 20U;
@@ -31,8 +31,8 @@ bool startsName(char c) {
            (static_cast<unsigned char>(c) & 0x80U) != 0;
 }
 
-/// The text that is parsed: up to the first zero byte, or without its last byte. Only a '>' there
-/// still counts, because a list that a host cut at its terminator ends with one.
+/// Cuts the text at its first zero byte, or its last byte off unless that is '>'
+/// (compatibility.md, 5).
 void trimToMarkup(std::string& text) {
     const char last = text.back();
     text.pop_back();
@@ -78,7 +78,7 @@ class Parser {
     Decoder decoder_;
     InternalSubset subset_;
     std::string_view text_;
-    std::size_t at_ = 0;  ///< behind the '<' of the markup at hand; after it, on its '>'
+    std::size_t at_ = 0;  ///< past the '<' of the current markup; once read, on its '>'
     Element* current_;    ///< the open element; null once the root is closed
     std::vector<Attribute> attributes_;
 };
@@ -175,7 +175,7 @@ bool Parser::attribute() {
     return true;
 }
 
-/// Reads a value up to its quote and goes behind that; false when there is no quote.
+/// Reads a value and moves past its closing quote; false without one.
 bool Parser::value(char quote, std::string_view& value) {
     const std::size_t start = at_;
     const CharacterSet& ends = quote == '"' ? kDoubleQuotedEnds : kSingleQuotedEnds;
@@ -213,7 +213,7 @@ bool Parser::endTag() {
         text_.substr(start).starts_with(current_->name_)) {
         at_ = start + current_->name_.size();
         close();
-        return true;  // as nearly all are written
+        return true;  // nearly all are written like this
     }
     const std::size_t nameEnd = kTagEnds.find(text_, start);
     const std::string_view name = text_.substr(start, nameEnd - start);
@@ -276,7 +276,7 @@ bool Parser::instruction() {
     return true;
 }
 
-/// Decodes a run of text and joins it to the open element's; text outside the root is passed over.
+/// Decodes a run of text and joins it to the open element's; text outside the root is ignored.
 void Parser::characters(std::size_t from, std::size_t to, DecodeMode mode) {
     if (from >= to || current_ == nullptr || current_->name_.empty()) {
         return;

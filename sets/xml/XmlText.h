@@ -5,7 +5,7 @@
 #include <cstring>
 #include <string_view>
 
-// Character classes and cuts of XML text.
+// Character classes and searches in XML text.
 
 namespace kest::xml {
 
@@ -16,7 +16,7 @@ constexpr bool isSpace(char c) {
 
 constexpr std::string_view kSpaces = " \t\r\n";
 
-/// A set of characters that can be asked in one step.
+/// A set of characters with constant-time lookup.
 class CharacterSet {
   public:
     constexpr explicit CharacterSet(std::string_view characters) {
@@ -26,9 +26,9 @@ class CharacterSet {
     }
     constexpr bool has(char c) const { return members_[static_cast<unsigned char>(c)]; }
 
-    /// The first place from `from` on with a member, or the end of the text.
+    /// Position of the first member at or after `from`, or the end of the text.
     constexpr std::size_t find(std::string_view text, std::size_t from) const {
-        constexpr std::size_t kStep = 4;  // fewer questions whether the text ends
+        constexpr std::size_t kStep = 4;  // fewer checks for the end
         while (from + kStep <= text.size() && !has(text[from]) && !has(text[from + 1]) &&
                !has(text[from + 2]) && !has(text[from + 3])) {
             from += kStep;
@@ -39,7 +39,7 @@ class CharacterSet {
         return from;
     }
 
-    /// The first place from `from` on with anything else, or the end of the text.
+    /// Position of the first other character at or after `from`, or the end of the text.
     constexpr std::size_t skip(std::string_view text, std::size_t from) const {
         while (from < text.size() && has(text[from])) {
             ++from;
@@ -51,8 +51,8 @@ class CharacterSet {
     std::array<bool, 256> members_{};
 };
 
-/// A place from `from` on before which there is neither `quote`, '&', tab, CR nor LF. Long values,
-/// as paths are, are passed in blocks that become vector instructions.
+/// A position at or after `from` before which there is no `quote`, '&', tab, CR or LF. Long values,
+/// such as paths, are skipped in blocks that become vector instructions.
 inline std::size_t skipPlain(std::string_view text, std::size_t from, char quote) {
     constexpr std::size_t kBlock = 16;
     while (from + kBlock <= text.size()) {
@@ -71,7 +71,8 @@ inline std::size_t skipPlain(std::string_view text, std::size_t from, char quote
     return from;
 }
 
-/// The first place from `from` on that is no white space, or the end of the text.
+/// Position of the first character at or after `from` that is no white space, or the end of the
+/// text.
 constexpr std::size_t skipSpace(std::string_view text, std::size_t from) {
     while (from < text.size() && isSpace(text[from])) {
         ++from;
@@ -79,7 +80,7 @@ constexpr std::size_t skipSpace(std::string_view text, std::size_t from) {
     return from;
 }
 
-/// The place behind a comment whose text starts at `from`; npos when its first "--" has no '>'.
+/// Position past a comment whose text starts at `from`; npos when no '>' follows its first "--".
 constexpr std::size_t commentEnd(std::string_view text, std::size_t from) {
     const std::size_t dashes = text.find("--", from);
     return dashes != std::string_view::npos && text.substr(dashes).starts_with("-->")
@@ -88,7 +89,7 @@ constexpr std::size_t commentEnd(std::string_view text, std::size_t from) {
 }
 
 /// The name, semicolon included, of the reference at the start of `text`; empty when there is none.
-/// No name holds the character that starts a reference, so that many of them are passed quickly.
+/// A name never contains the character that starts a reference, so long runs of it stay cheap.
 constexpr std::string_view referenceName(std::string_view text) {
     for (std::size_t at = 1; at < text.size() && text[at] != text[0]; ++at) {
         if (text[at] == ';') {

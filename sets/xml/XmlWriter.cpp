@@ -35,7 +35,7 @@ std::string_view escapeOf(char c) {
     }
 }
 
-/// Whether the attribute is the first of its name; asked for the attributes in their order.
+/// Whether an attribute is the first of its name (compatibility.md, 4); to be called in order.
 class FirstOfName {
   public:
     explicit FirstOfName(const Element& element) : element_(element) {}
