@@ -78,8 +78,11 @@ install(TARGETS kestmultispectralcodec54 EXPORT KestMultispectral
     LIBRARY DESTINATION ${KEST_INSTALL_PLUGINDIR} COMPONENT libraries
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 
-# Data. The build tree gets the same layout, so that a program finds its data by one rule.
-if(NOT WIN32)
+# Data. The build tree gets the same layout, so that a program finds its data by one rule. On Windows
+# the texts are modules beside the plug-in.
+if(WIN32)
+    set(KEST_INSTALL_DATADIR ${CMAKE_INSTALL_BINDIR})
+else()
     foreach(data IN ITEMS resources products)
         install(DIRECTORY ${PROJECT_SOURCE_DIR}/${data} DESTINATION ${KEST_INSTALL_DATADIR}
             COMPONENT libraries FILES_MATCHING PATTERN "*.txt" PATTERN "*.xml")
@@ -123,6 +126,9 @@ install(FILES ${CMAKE_BINARY_DIR}/KestMultispectralConfig.cmake
     DESTINATION ${KEST_INSTALL_CMAKEDIR} COMPONENT development)
 
 # pkg-config, with a prefix that follows the file.
+if(WIN32)
+    return()
+endif()
 file(RELATIVE_PATH KEST_PKGCONFIG_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 list(TRANSFORM KEST_LIBRARIES PREPEND -l OUTPUT_VARIABLE KEST_PKGCONFIG_LIBRARIES)
 list(JOIN KEST_PKGCONFIG_LIBRARIES " " KEST_PKGCONFIG_LIBRARIES)
