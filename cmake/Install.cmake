@@ -2,7 +2,7 @@
 # and the pkg-config files. Everything names its neighbours relative to itself, so that an installed
 # tree works wherever it is moved.
 #
-# Components: libraries, program, development (and gdal and python where they are built).
+# Components: libraries, program, development; gdal and python, whose rules stand in their folders.
 include(CMakePackageConfigHelpers)
 
 set(KEST_INSTALL_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR}/kestms)
@@ -106,10 +106,6 @@ if(TARGET kestms)
         DESTINATION ${KEST_INSTALL_ZSHDIR})
     install(FILES ${manual}/completions/kestms.fish COMPONENT program
         DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
-endif()
-
-if(TARGET gdal_KESTMS)
-    install(TARGETS gdal_KESTMS LIBRARY DESTINATION ${KEST_GDAL_PLUGIN_DIR} COMPONENT gdal)
 endif()
 
 # find_package(KestMultispectral)

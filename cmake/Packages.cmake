@@ -91,9 +91,13 @@ ${about}
 With this package every program that uses GDAL opens sets and scenes.")
 endif()
 if(TARGET gdal_KESTMS AND KEST_PYTHON)
-    kest_package(python python3-kestms python "gdal-kestms (>= ${KEST_PACKAGE_VERSION}), python3:any,
-        python3-numpy, python3-rasterio"
-        "multispectral image sets (Python)
+    file(STRINGS ${PROJECT_SOURCE_DIR}/python/pyproject.toml version REGEX "^version = ")
+    if(NOT version STREQUAL "version = \"${KEST_PACKAGE_VERSION}\"")
+        message(FATAL_ERROR "python/pyproject.toml is not of release ${KEST_PACKAGE_VERSION}")
+    endif()
+    string(JOIN ", " needs "gdal-kestms (>= ${KEST_PACKAGE_VERSION})" python3:any python3-numpy
+        python3-rasterio)
+    kest_package(python python3-kestms python "${needs}" "multispectral image sets (Python)
 ${about}
 .
 This package opens scenes in Python, and as xarray data sets where
