@@ -5,7 +5,6 @@ from __future__ import annotations
 import os
 import threading
 from collections import OrderedDict
-from pathlib import Path
 from typing import Union
 
 import rasterio
@@ -26,10 +25,8 @@ def data_set_name(path: PathLike) -> str:
 
 def part_name(path: PathLike, label: str) -> str:
     """What GDAL calls the bands of one pixel size ("30m") of the set at `path`."""
-    text = os.fspath(path)
-    if text.upper().startswith(_PREFIX):
-        text = text[len(_PREFIX):].strip('"')
-    return f'{_PREFIX}"{text}":{label}'
+    plain = data_set_name(path)[len(_PREFIX):].strip('"')
+    return f'{_PREFIX}"{plain}":{label}'
 
 
 def opened(name: str) -> rasterio.DatasetReader:
@@ -46,8 +43,8 @@ def opened(name: str) -> rasterio.DatasetReader:
 
 
 def close(path: PathLike) -> None:
-    """Closes what this thread holds open of the set at `path`."""
-    text = str(Path(os.fspath(path)))
+    """Closes what this thread holds open of the set at `path`, whose files may have changed."""
     rasters = getattr(_local, "rasters", {})
-    for name in [name for name in rasters if text in name]:
+    plain = data_set_name(path)[len(_PREFIX):].strip('"')
+    for name in [name for name in rasters if plain in name]:
         rasters.pop(name).close()

@@ -16,7 +16,7 @@ from rasterio.errors import RasterioIOError
 from rasterio.transform import Affine
 from rasterio.windows import Window
 
-from kestms.rasters import PathLike, data_set_name, opened, part_name
+from kestms.rasters import PathLike, close, data_set_name, opened
 
 __all__ = ["Band", "Bucket", "Scene", "open", "scenes"]
 
@@ -133,6 +133,7 @@ def open(path: PathLike) -> Scene:  # noqa: A001
 
     Raises rasterio.errors.RasterioIOError, with the reason, for what is no set.
     """
+    close(path)
     name = data_set_name(path)
     with rasterio.open(name) as whole:
         parts = {part.rsplit(":", 1)[1]: part for part in whole.subdatasets}
@@ -175,7 +176,7 @@ def _band(raster: rasterio.DatasetReader, source: str, index: int,
         number=order.index((tags["component"], raster.descriptions[index - 1])) + 1,
         shape=raster.shape,
         dtype=np.dtype(raster.dtypes[index - 1]),
-        pixel_size=raster.res[::-1] if raster.res[0] != raster.res[1] else raster.res,
+        pixel_size=raster.res,
         transform=raster.transform,
         crs=raster.crs,
         nodata=raster.nodatavals[index - 1],

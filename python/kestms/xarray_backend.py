@@ -15,7 +15,7 @@ from rasterio.windows import Window
 from xarray.backends import BackendArray, BackendEntrypoint
 from xarray.core import indexing
 
-from kestms.rasters import PathLike, data_set_name, opened, part_name
+from kestms.rasters import PathLike, close, data_set_name, opened, part_name
 
 #: Chunks hold at least this many pixels, so that a graph stays small.
 _CHUNK_PIXELS = 1 << 20
@@ -76,6 +76,7 @@ class KestmsBackendEntrypoint(BackendEntrypoint):
     ) -> xr.Dataset:
         """With `mask_and_scale` samples without data are NaN, and scale and offset are applied."""
         path = os.fspath(filename_or_obj)
+        close(path)
         source = data_set_name(path) if group is None else part_name(path, group)
         with rasterio.open(source) as raster:
             names = variable_names(raster)

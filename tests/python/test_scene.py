@@ -49,6 +49,15 @@ def test_buckets_are_read_as_a_stack(scene):
         np.testing.assert_array_equal(band[2:7, 4:14], plane.data)
 
 
+def test_a_scene_opened_anew_shows_what_changed(tmp_path):
+    for code in ("B10", "B20"):
+        write_component(tmp_path, code)
+    before = kestms.open(tmp_path)["blue"][:]
+    with rasterio.open(tmp_path / component_name("B10"), "r+") as component:
+        component.write(before + 1, 1)
+    np.testing.assert_array_equal(kestms.open(tmp_path)["blue"][:], before + 1)
+
+
 def test_scenes_below_a_folder(tmp_path):
     for name in ("first", "second"):
         (tmp_path / name).mkdir()
