@@ -211,8 +211,8 @@ class Reader {
     std::size_t bucketOf(const Element& element, const Table& table) const {
         const auto id = attribute(element, "bucket");
         const std::size_t index = id ? bucketOf(table, *id) : 0;
-        if (index == table.buckets.size()) {
-            failAt(element, "needs a <bucket> above it" + (id ? " named " + quoted(*id) : ""));
+        if (id && index == table.buckets.size()) {
+            failAt(element, "needs a <bucket> above it named " + quoted(*id));
         }
         return index;
     }
@@ -273,7 +273,9 @@ class Reader {
         allow(element, {"code", "term", "role", "bucket"});
         CatalogueBand layer = readCommon(element, table);
         layer.details.role = word(element, "role", kRoleWords);
-        layer.order = kFirstLayerOrder + static_cast<int>(table.layers.size());
+        if (layer.details.role == BandRole::Band) {
+            failAt(element, "cannot be a band");
+        }
         table.layers.push_back(std::move(layer));
     }
 
@@ -310,16 +312,34 @@ class Reader {
         context_.clear();
     }
 
+    /// The band tables that an attribute names, made one.
     Table tableOf(const Element& element) const {
-        const auto id = attribute(element, "bands");
-        if (!id) {
-            return {};
+        Table whole;
+        std::string_view ids = attribute(element, "bands").value_or("");
+        while (!(ids = trimmed(ids)).empty()) {
+            const std::string_view id = ids.substr(0, ids.find(' '));
+            ids.remove_prefix(id.size());
+            const auto found = tables_.find(id);
+            if (found == tables_.end()) {
+                failAt(element, "needs a band table above it named " + quoted(id));
+            }
+            join(element, whole, found->second);
         }
-        const auto found = tables_.find(*id);
-        if (found == tables_.end()) {
-            failAt(element, "needs a band table above it named " + quoted(*id));
+        return whole;
+    }
+
+    void join(const Element& element, Table& whole, const Table& part) const {
+        const std::size_t codes = whole.codes.size() + part.codes.size();
+        whole.codes.insert(part.codes.begin(), part.codes.end());
+        if (whole.codes.size() != codes || !(whole.buckets.empty() || part.buckets.empty())) {
+            failAt(element, "names band tables that share a code, or two with buckets");
         }
-        return found->second;
+        const auto append = [](auto& target, const auto& more) {
+            target.insert(target.end(), more.begin(), more.end());
+        };
+        append(whole.buckets, part.buckets);
+        append(whole.bands, part.bands);
+        append(whole.layers, part.layers);
     }
 
     void readProduct(const Element& element) {
@@ -356,10 +376,14 @@ class Reader {
     void finish(Product& product, Table& table, const std::vector<const Element*>& files) {
         product.buckets = std::move(table.buckets);
         product.bands = std::move(table.bands);
-        std::move(table.layers.begin(), table.layers.end(), std::back_inserter(product.bands));
+        for (CatalogueBand& layer : table.layers) {
+            layer.order = kFirstLayerOrder + static_cast<int>(product.bands.size());
+            product.bands.push_back(std::move(layer));
+        }
         bandCount_ += product.bands.size();
-        if (product.bands.empty() || files.empty() || product.name.texts.empty()) {
-            fail(context_ + " needs a <name>, a <file> and a <band>");
+        if (product.bands.empty() || product.buckets.empty() || files.empty() ||
+            product.name.texts.empty()) {
+            fail(context_ + " needs a <name>, a <file>, a <bucket> and a <band>");
         }
         if (bandCount_ > kMaxBands || files.size() > kMaxFilePatterns) {
             fail(context_ + " has too many " + (bandCount_ > kMaxBands ? "bands" : "file names"));

@@ -98,7 +98,7 @@ TEST_F(CatalogueTest, NamesTheBandsOfASceneOfAProduct) {
     EXPECT_EQ(use(kDocument), "");
     EXPECT_EQ(open(paths),
               "9 one_20200101: Red (B1)|41|1|Red 5|red|0 Second|50|7|Red 5|nir|0 "
-              "qa|00|1000|Red 5||1");
+              "qa|00|1002|Red 5||1");
     {
         const fakes::TextsFrom german(fakes::stringModule("de"));
         EXPECT_THAT(open({paths[2], "/a/one_20200101_qa_60m.tif"}),
@@ -139,7 +139,7 @@ TEST_F(CatalogueTest, TellsWhyADocumentCannotBeUsed) {
          "product \"p\": <product> has an unknown attribute \"colour\""},
         {catalogueOf("<product id='p' bands='t'/>"), "needs a band table above it named \"t\""},
         {catalogueOf(table + "<product id='p' bands='t'><name>p</name></product>"),
-         "product \"p\" needs a <name>, a <file> and a <band>"},
+         "product \"p\" needs a <name>, a <file>, a <bucket> and a <band>"},
         {catalogueOf(table + "<product id='p' bands='t'>" + name + "<file>x</file></product>"),
          "product \"p\": <file> \"x\" needs one {band}"},
         {catalogueOf(table + "<product id='p' bands='t'>" + name +
@@ -148,12 +148,17 @@ TEST_F(CatalogueTest, TellsWhyADocumentCannotBeUsed) {
         {catalogueOf(table + "<product id='p' bands='t'>" + name +
                      "<file>1/2/3/4/5/6/7/8/9/{band}</file></product>"),
          "has too many folders"},
-        {catalogueOf("<bands id='t'><band code='B1' type='red'/></bands>"), "needs a <bucket>"},
+        {catalogueOf("<product id='p'><name>p</name><file>{band}</file>"
+                     "<band code='B1' type='red'/></product>"),
+         "needs a <name>, a <file>, a <bucket> and a <band>"},
+        {catalogueOf(table + "<product id='p' bands='t t'/>"), "share a code"},
         {catalogueOf(table + table), "is there for the second time"},
         {catalogueOf("<bands id='t'><bucket id='b' number='0x'/></bands>"),
          "band table \"t\": <bucket> \"number\" is not a number from 0 to 9999"},
         {catalogueOf("<product id='p'><layer code='a' role='band?'/></product>"),
-         "needs a <bucket>"},
+         "\"role\" cannot be \"band?\""},
+        {catalogueOf("<product id='p'><layer code='a' role='band'/></product>"),
+         "cannot be a band"},
         {catalogueOf("<term id='a'><name/></term>"), "needs a text"},
     };
     for (const auto& [document, reason] : cases) {

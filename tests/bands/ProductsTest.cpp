@@ -255,7 +255,7 @@ const ProductCase kCases[] = {
      "CBERS_4_IRS_20161002_162_117_L2",
      "2016-10-02",
      {"~_BAND9.tif", "~_BAND12.tif"},
-     "BAND12 lwir infrared, BAND9 pan panchromatic"},
+     "BAND9 pan reflective, BAND12 lwir thermal"},
     {"cbers-4a-mux",
      "CBERS_4A_MUX_20200801_204_108_L4",
      "2020-08-01",
