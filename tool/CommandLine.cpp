@@ -49,6 +49,7 @@ void addCommands(CLI::App& app, Context& context) {
     addSamplesCommand(app, context);
     addVrtCommand(app, context);
     addExportCommand(app, context);
+    addProductsCommand(app, context);
 }
 
 std::string oneLine(std::string text) {
@@ -101,6 +102,12 @@ std::unique_ptr<CLI::App> commandLine(Context& context) {
     app->add_option("--language", context.language,
                     "Language of band names and other texts (default: the environment's)")
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+    app->add_option("--products", context.products.files,
+                    "Name sets by this catalogue of products as well, before the shipped one")
+        ->type_name("FILE")
+        ->allow_extra_args(false);
+    app->add_flag("--no-products{false}", context.products.shipped,
+                  "Do without the catalogue of products that comes with the program");
     app->footer(kFooter);
     addCommands(*app, context);
     for (CLI::App* command : app->get_subcommands({})) {

@@ -23,14 +23,14 @@ struct CheckOptions {
 };
 
 /// The components that a codec reads: what the naming scheme goes by.
-Explanation explainReadable(const Diagnosis& diagnosis) {
+Explanation explainReadable(Session& session, const Diagnosis& diagnosis) {
     std::vector<Component> readable;
     for (const ComponentDiagnosis& each : diagnosis.components) {
         if (each.verdict != Verdict::Unreadable && each.verdict != Verdict::NoPath) {
             readable.push_back(each.component);
         }
     }
-    return explainScheme(setOf(readable));
+    return explainScheme(session, setOf(readable));
 }
 
 std::string summary(const Diagnosis& diagnosis) {
@@ -102,13 +102,13 @@ ExitCode check(Context& context, const CheckOptions& options) {
     if (options.json) {
         Json report = reportJson(diagnosis);
         if (options.explain) {
-            report["explanation"] = explanationJson(explainReadable(diagnosis));
+            report["explanation"] = explanationJson(explainReadable(context.session(), diagnosis));
         }
         writeJson(context.out, report);
     } else {
         context.out << reportText(diagnosis);
         if (options.explain) {
-            context.out << "\n" << explanationText(explainReadable(diagnosis));
+            context.out << "\n" << explanationText(explainReadable(context.session(), diagnosis));
         }
     }
     if (!diagnosis.isDecodable()) {

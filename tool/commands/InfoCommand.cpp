@@ -132,7 +132,7 @@ void writeInfoJson(Context& context, const OpenedSet& set, const InfoOptions& op
         addProperties(set, json);
     }
     if (options.explain) {
-        json["explanation"] = explanationJson(explainScheme(set.specifier()));
+        json["explanation"] = explanationJson(explainScheme(context.session(), set.specifier()));
     }
     writeJson(context.out, json);
 }
@@ -145,7 +145,7 @@ ExitCode info(Context& context, const InfoOptions& options) {
     }
     context.out << headText(set) << filesText(set) << bucketsText(set) << bandsText(set);
     if (options.explain) {
-        context.out << "\n" << explanationText(explainScheme(set.specifier()));
+        context.out << "\n" << explanationText(explainScheme(context.session(), set.specifier()));
     }
     if (options.properties) {
         context.out << propertiesText(set);

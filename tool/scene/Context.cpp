@@ -1,6 +1,7 @@
 #include "tool/scene/Context.h"
 
 #include <ostream>
+#include <utility>
 
 #include "tool/terminal/TerminalText.h"
 
@@ -11,7 +12,9 @@ Context::Context(std::istream& input, std::ostream& output, std::ostream& errors
 
 Session& Context::session() {
     if (!session_) {
-        session_ = std::make_unique<Session>(language, changes);
+        auto session = std::make_unique<Session>(language, changes);
+        session->useProducts(products);
+        session_ = std::move(session);
     }
     return *session_;
 }

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "tool/scene/InputFiles.h"
+#include "tool/scene/Products.h"
 #include "tool/scene/Session.h"
 #include "tool/terminal/Failure.h"
 
@@ -26,6 +27,7 @@ class Context {
     std::ostream& out;
     std::ostream& err;
     std::string language;  ///< empty: by the environment
+    ProductChoice products;
     /// What the command was given to read.
     InputFiles inputs;
     /// Whether files may change while the program runs.

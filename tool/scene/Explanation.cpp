@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 
 #include "bands/NamingScheme.h"
+#include "bands/catalogue/ProductCatalogue.h"
+#include "host/Text.h"
 #include "sets/ComponentList.h"
 #include "tool/scene/Words.h"
 
@@ -63,23 +66,62 @@ std::string repetition(const std::vector<ComponentScheme>& components) {
     return {};
 }
 
+/// The first product that a file's name fits, and its scene there.
+std::optional<kest::ProductFile> productFileOf(const kest::ProductCatalogue& catalogue,
+                                               const ComponentScheme& each) {
+    const auto files = catalogue.filesNamed(Pyxis::utf8ToWide(each.component.path));
+    return files.empty() ? std::nullopt : std::optional(files.front());
+}
+
+std::string productText(const std::optional<kest::ProductFile>& file) {
+    return file ? "looks like scene " + Pyxis::wideToUtf8(file->scene) + " of " +
+                      Pyxis::wideToUtf8(file->product->name.in("en"))
+                : "fits no known product";
+}
+
+/// Which two components are not of one scene of a product; empty when none looks like any.
+std::string productDisagreement(const std::vector<ComponentScheme>& components) {
+    const auto catalogue = kest::currentCatalogue();
+    if (catalogue == nullptr || components.empty()) {
+        return {};
+    }
+    const ComponentScheme& first = components.front();
+    const auto firstFile = productFileOf(*catalogue, first);
+    for (const ComponentScheme& each : components) {
+        const auto file = productFileOf(*catalogue, each);
+        const bool isSame = file && firstFile ? file->product == firstFile->product &&
+                                                    file->sceneKey == firstFile->sceneKey
+                                              : file.has_value() == firstFile.has_value();
+        if (!isSame) {
+            return label(each.component) + " " + productText(file) + ", " + label(first.component) +
+                   " " + productText(firstFile);
+        }
+    }
+    return {};
+}
+
 }  // namespace
 
-Explanation explainScheme(const Pyxis::FileSpecifier& set) {
-    const std::vector<kest::ComponentKind> kinds =
-        kest::classifyComponents(kest::ComponentList(set));
+Explanation explainScheme(Session& session, const Pyxis::FileSpecifier& set) {
+    const kest::ComponentList list(set);
+    const std::vector<kest::ComponentKind> kinds = kest::classifyComponents(list);
+    const kest::SetNaming naming = kest::nameSet(list, &session.codec(), &session.finder());
     const std::vector<Component> components = componentsOf(set);
     Explanation explanation;
-    explanation.scheme = kest::namingSchemeOf(kinds);
-    explanation.rule = ruleOf(explanation.scheme);
+    explanation.scheme = naming.scheme;
+    explanation.rule = naming.product ? "every file belongs to one scene of " +
+                                            Pyxis::wideToUtf8(naming.product->name.in("en"))
+                                      : ruleOf(explanation.scheme);
     for (std::size_t i = 0; i < kinds.size(); ++i) {
-        explanation.components.push_back(
-            {components[i], kinds[i].kind, kinds[i].trailingBandNumber});
+        explanation.components.push_back({components[i],
+                                          naming.product ? explanation.scheme : kinds[i].kind,
+                                          kinds[i].trailingBandNumber});
     }
     const bool fellBack =
         explanation.scheme == kest::SchemeGeneric || explanation.scheme == kest::SchemeNumbered;
     if (fellBack) {
         explanation.obstacles.push_back(disagreement(explanation.components));
+        explanation.obstacles.push_back(productDisagreement(explanation.components));
     }
     if (explanation.scheme == kest::SchemeGeneric) {
         explanation.obstacles.push_back(repetition(explanation.components));

@@ -6,6 +6,7 @@
 
 #include "pyxis/FileSpecifier.h"
 #include "tool/scene/Inputs.h"
+#include "tool/scene/Session.h"
 
 namespace kestms {
 
@@ -27,6 +28,6 @@ struct Explanation {
 };
 
 /// `set` holds the components that a codec reads (see OpenedSet::specifier).
-Explanation explainScheme(const Pyxis::FileSpecifier& set);
+Explanation explainScheme(Session& session, const Pyxis::FileSpecifier& set);
 
 }  // namespace kestms

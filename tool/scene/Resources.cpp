@@ -71,6 +71,12 @@ std::string resourceFile(const std::string& language) {
     return (resourceDirectory() / name).string();
 }
 
+std::string catalogueFile() {
+    std::error_code error;
+    const fs::path file = resourceDirectory().parent_path() / "products" / "catalogue.xml";
+    return fs::is_regular_file(file, error) ? file.string() : std::string();
+}
+
 std::string environmentLanguage() {
     for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
         const char* value = std::getenv(variable);

@@ -8,6 +8,7 @@
 #include "host/CodecRegistry.h"
 #include "host/DirectoryFileFinder.h"
 #include "host/codecs/StandardCodecs.h"
+#include "tool/scene/Products.h"
 
 namespace kestms {
 
@@ -19,6 +20,9 @@ class Session {
     /// Texts come in that language; an empty one takes the environment's. Throws a Failure with
     /// ExitCode::Usage for a language that there is not.
     explicit Session(const std::string& language, Changes changes = Changes::Ignore);
+
+    /// Names sets by these catalogues from now on. Throws a Failure with ExitCode::CannotRead.
+    void useProducts(const ProductChoice& choice) { kestms::useProducts(codec_, choice); }
 
     const KestMultispectralCodec& codec() const { return codec_; }
     Pyxis::FindFileInterface& finder() { return finder_; }
