@@ -68,7 +68,8 @@ inline Outcome runKestms(const Strings& arguments, const std::function<void()>& 
 
 /// What `gdalinfo` says of a raster.
 inline nlohmann::json gdalInfo(const std::string& raster) {
-    const Outcome outcome = Process({"gdalinfo", "-json", "-mdd", "all", raster}).wait();
+    const Outcome outcome =
+        Process({"gdalinfo", "-json", "-checksum", "-mdd", "all", raster}).wait();
     if (outcome.code != 0) {
         throw std::runtime_error(outcome.err);
     }

@@ -3,8 +3,9 @@
 #include <vector>
 
 #include "tool/commands/Commands.h"
+#include "tool/commands/RasterOptions.h"
 #include "tool/raster/GeoTiffWriter.h"
-#include "tool/raster/HandOn.h"
+#include "tool/raster/RasterExport.h"
 
 namespace kestms {
 namespace {
@@ -13,20 +14,16 @@ namespace {
 const std::vector<std::string> kCompressions = {"DEFLATE", "LZW", "ZSTD", "NONE"};
 
 struct ExportOptions {
-    HandOnRequest request;
+    ExportRequest request;
     GeoTiffOptions format;
 };
 
 ExitCode exportSet(Context& context, const ExportOptions& options) {
-    handOn(context, options.request,
-           [&](const OpenedSet& set, const OutputRaster& raster, OutputFile& file,
-               const ProgressFunction& progress) {
-               if (!shareNoData(raster)) {
-                   context.warn(raster.path,
-                                "without a no-data value: the bands have different ones");
-               }
-               writeGeoTiff(set, raster, options.format, file, progress);
-           });
+    exportRasters(context, options.request, OutputFormat::GeoTiff,
+                  [&](const OutputRaster& raster, const VirtualRaster& pixels, OutputFile& file,
+                      const ProgressFunction& progress) {
+                      return writeGeoTiff(raster, pixels, options.format, file, progress);
+                  });
     return ExitCode::Success;
 }
 
@@ -34,27 +31,29 @@ ExitCode exportSet(Context& context, const ExportOptions& options) {
 
 void addExportCommand(CLI::App& app, Context& context) {
     auto options = std::make_shared<ExportOptions>();
-    CLI::App* command = app.add_subcommand("export", "Write the set as multi-band GeoTIFF files");
-    command->add_option("SET|FILE", options->request.inputs, "The set")->required();
-    command->add_option("-o,--output", options->request.output, "The GeoTIFF to write")->required();
-    command->add_flag("--one-grid", options->request.oneGrid,
-                      "One file with all bands, on the grid of the smallest pixels");
-    command->add_flag("--cog", options->format.cloudOptimized, "Write Cloud Optimized GeoTIFF");
+    CLI::App* command = app.add_subcommand("export", "Write the set as a multi-band GeoTIFF file");
+    addRasterOptions(*command, options->request, "The GeoTIFF to write (.tif)");
+    command->add_flag("--cog", options->format.cloudOptimized, "Write a Cloud Optimized GeoTIFF");
     command
         ->add_option("--compress", options->format.compression,
                      "DEFLATE (default), LZW, ZSTD or NONE")
         ->transform(CLI::IsMember(kCompressions, CLI::ignore_case));
-    command->add_flag("--overwrite", options->request.overwrite,
-                      "Replace the output when it is there already");
+    command
+        ->add_option("--co", options->format.creationOptions,
+                     "A creation option of GDAL's GTiff or COG driver, as NAME=VALUE")
+        ->allow_extra_args(false);
     command->footer(
-        "Pixels are copied as they are. Without --one-grid there is a file for each bucket: bands\n"
-        "of one pixel size. Where there are several, bucket N goes to OUT_N.tif. The names\n"
-        "written are printed. Bands keep their names, display channels, no-data value and, where\n"
-        "the sensor is known, wavelengths.\n"
+        "Pixels are copied as they are where a band lies on the grid; one line says where one is\n"
+        "resampled or moved. Bands keep their names, display channels, scales, offsets, units,\n"
+        "categories, metadata and, where the sensor is known, wavelengths. Bands with different\n"
+        "no-data values get a mask, unless --nodata gives them one value. The names written are\n"
+        "printed.\n"
         "\n"
         "Examples:\n"
         "  kestms export scene/*.TIF -o scene.tif\n"
-        "  kestms export scene.xml -o scene.tif --one-grid --cog");
+        "  kestms export scene.xml -o scene.tif --cog --resampling bilinear\n"
+        "  kestms export scene.xml -o part.tif --bands nir,red --bbox "
+        "500000,5600000,510000,5610000");
     command->callback([&context, options] {
         context.action = [&context, options] { return exportSet(context, *options); };
     });

@@ -10,6 +10,7 @@
 #include "pyxis/FileReadDescriptor.h"
 #include "tool/commands/Commands.h"
 #include "tool/raster/OutputFile.h"
+#include "tool/raster/OutputFormat.h"
 #include "tool/scene/Diagnosis.h"
 #include "tool/scene/Inputs.h"
 
@@ -68,7 +69,7 @@ ExitCode list(Context& context, const ListOptions& options) {
         set = purified(context, set);
     }
     const std::string document = Pyxis::toUtf8(set.string()) + "\n";
-    if (options.output.empty()) {
+    if (options.output.empty() || isStandardOutput(options.output)) {
         context.out << document;
         return ExitCode::Success;
     }

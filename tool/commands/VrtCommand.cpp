@@ -1,44 +1,46 @@
 #include <memory>
-#include <string>
-#include <vector>
 
 #include "tool/commands/Commands.h"
-#include "tool/raster/HandOn.h"
-#include "tool/raster/VirtualRaster.h"
+#include "tool/commands/RasterOptions.h"
+#include "tool/raster/RasterExport.h"
 
 namespace kestms {
 namespace {
 
-ExitCode writeVirtualRasters(Context& context, const HandOnRequest& request) {
-    handOn(context, request,
-           [](const OpenedSet& /*set*/, const OutputRaster& raster, OutputFile& file,
-              const ProgressFunction& /*progress*/) { file.write(virtualRasterText(raster)); });
+ExitCode writeVirtualRasters(Context& context, const ExportRequest& request) {
+    if (isStandardOutput(request.output)) {
+        printVirtualRaster(context, request);
+    } else {
+        exportRasters(context, request, OutputFormat::VirtualRaster,
+                      [](const OutputRaster& /*raster*/, const VirtualRaster& pixels,
+                         OutputFile& file, const ProgressFunction& /*progress*/) {
+                          file.write(pixels.text());
+                          return std::vector<std::string>();
+                      });
+    }
     return ExitCode::Success;
 }
 
 }  // namespace
 
 void addVrtCommand(CLI::App& app, Context& context) {
-    auto options = std::make_shared<HandOnRequest>();
+    auto request = std::make_shared<ExportRequest>();
     CLI::App* command =
-        app.add_subcommand("vrt", "Write GDAL virtual rasters that show the set as one image");
-    command->add_option("SET|FILE", options->inputs, "The set")->required();
-    command->add_option("-o,--output", options->output, "The virtual raster to write")->required();
-    command->add_flag("--one-grid", options->oneGrid,
-                      "One raster with all bands, on the grid of the smallest pixels");
-    command->add_flag("--overwrite", options->overwrite,
-                      "Replace the output when it is there already");
+        app.add_subcommand("vrt", "Write a GDAL virtual raster that shows the set as one image");
+    addRasterOptions(*command, *request,
+                     "The virtual raster to write (.vrt); - for standard output");
     command->footer(
-        "Without --one-grid there is a raster for each bucket: bands of one pixel size. Where\n"
-        "there are several, bucket N goes to OUT_N.vrt. The names written are printed. Bands\n"
-        "keep their names, display channels, no-data values and, where the sensor is known,\n"
-        "wavelengths. Components are named relative to the virtual raster.\n"
+        "Every band lies exactly where it lies in the world, and keeps its name, display\n"
+        "channel, no-data value, mask, scale, offset, unit, categories, metadata and, where the\n"
+        "sensor is known, wavelengths. Components are named relative to the virtual raster. The\n"
+        "names written are printed.\n"
         "\n"
         "Examples:\n"
         "  kestms vrt scene/*.TIF -o scene.vrt\n"
-        "  kestms vrt scene.xml -o scene/all.vrt --one-grid");
-    command->callback([&context, options] {
-        context.action = [&context, options] { return writeVirtualRasters(context, *options); };
+        "  kestms vrt scene.xml -o scene.vrt --bands red,green,blue\n"
+        "  kestms vrt scene.xml -o scene.vrt --split");
+    command->callback([&context, request] {
+        context.action = [&context, request] { return writeVirtualRasters(context, *request); };
     });
 }
 

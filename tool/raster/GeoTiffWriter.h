@@ -1,9 +1,10 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "tool/raster/OutputFile.h"
-#include "tool/raster/OutputLayout.h"
+#include "tool/raster/VirtualRaster.h"
 #include "tool/terminal/Progress.h"
 
 namespace kestms {
@@ -11,15 +12,15 @@ namespace kestms {
 struct GeoTiffOptions {
     std::string compression = "DEFLATE";  ///< GDAL's name; one that loses nothing
     bool cloudOptimized = false;
+    std::vector<std::string> creationOptions;  ///< GDAL's, as NAME=VALUE; they go before ours
 };
 
-/// Writes the raster as a tiled GeoTIFF, pixels as the frames give them, window by window. Bands
-/// of different sample types get the smallest one that holds all. Throws a Failure with
-/// ExitCode::CannotRead or ExitCode::CannotWrite.
-void writeGeoTiff(const OpenedSet& set, const OutputRaster& raster, const GeoTiffOptions& options,
-                  const OutputFile& output, const ProgressFunction& progress);
-
-/// Whether all bands can share the one no-data value that a GeoTIFF has.
-bool shareNoData(const OutputRaster& raster);
+/// Writes the virtual raster as a tiled GeoTIFF, window by window. Bands of different sample types
+/// get the smallest one that holds all. Returns what does not arrive or arrives otherwise, a line
+/// each. Throws a Failure: ExitCode::CannotRead or ExitCode::CannotWrite, ExitCode::NotDecodable
+/// for bands that no one type holds, ExitCode::Usage for creation options that there are not.
+std::vector<std::string> writeGeoTiff(const OutputRaster& raster, const VirtualRaster& pixels,
+                                      const GeoTiffOptions& options, const OutputFile& output,
+                                      const ProgressFunction& progress);
 
 }  // namespace kestms

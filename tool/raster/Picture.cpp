@@ -1,9 +1,14 @@
 #include "tool/raster/Picture.h"
 
+#include <cpl_string.h>
 #include <gdal_priv.h>
 
+#include <limits>
+#include <memory>
+
 #include "host/gdal/ErrorCapture.h"
-#include "tool/raster/NoSidecar.h"
+#include "tool/raster/GdalSession.h"
+#include "tool/raster/OutputFormat.h"
 
 namespace kestms {
 
@@ -17,30 +22,51 @@ Picture::Pixel& Picture::at(int column, int row) {
                    static_cast<std::size_t>(column)];
 }
 
-void Picture::writePng(const std::string& path, const OutputRules& rules) const {
+namespace {
+
+constexpr int kSamples = 4;
+
+/// Without transparency, on white paper.
+std::vector<Picture::Pixel> onWhite(std::vector<Picture::Pixel> pixels) {
+    for (Picture::Pixel& pixel : pixels) {
+        if (pixel[3] == 0) {
+            pixel.fill(std::numeric_limits<std::uint8_t>::max());
+        }
+    }
+    return pixels;
+}
+
+}  // namespace
+
+void Picture::write(const std::string& path, const OutputRules& rules) const {
+    const OutputFormat format = pictureFormat(path);
     std::vector<std::unique_ptr<OutputFile>> files;
     files.push_back(std::make_unique<OutputFile>(path, rules));
     const OutputFile& output = *files.front();
     GDALAllRegister();
     const Pyxis::ErrorCapture errors;
     GDALDriver* memory = GetGDALDriverManager()->GetDriverByName("MEM");
-    GDALDriver* png = GetGDALDriverManager()->GetDriverByName("PNG");
-    if (memory == nullptr || png == nullptr) {
-        output.fail("this GDAL writes no PNG files");
+    GDALDriver* driver = GetGDALDriverManager()->GetDriverByName(driverOf(format));
+    if (memory == nullptr || driver == nullptr) {
+        output.fail(std::string("this GDAL writes no ") + driverOf(format) + " files");
     }
-    constexpr int kSamples = 4;
-    const GSpacing line = GSpacing{kSamples} * width_;
+    const bool opaque = format == OutputFormat::Jpeg;
+    const int bands = opaque ? kSamples - 1 : kSamples;
+    std::vector<Pixel> pixels = opaque ? onWhite(pixels_) : pixels_;
     const GDALDatasetUniquePtr raster(
-        memory->Create("", width_, height_, kSamples, GDT_Byte, nullptr));
-    auto* samples = const_cast<Pixel*>(pixels_.data());
-    if (!raster ||
-        raster->RasterIO(GF_Write, 0, 0, width_, height_, samples, width_, height_, GDT_Byte,
-                         kSamples, nullptr, kSamples, line, 1, nullptr) != CE_None) {
+        memory->Create("", width_, height_, bands, GDT_Byte, nullptr));
+    if (!raster || raster->RasterIO(GF_Write, 0, 0, width_, height_, pixels.data(), width_, height_,
+                                    GDT_Byte, bands, nullptr, kSamples, GSpacing{kSamples} * width_,
+                                    1, nullptr) != CE_None) {
         output.fail(errors.message());
     }
-    const NoSidecar noSidecar;
-    GDALDatasetUniquePtr written(png->CreateCopy(output.temporaryPath().c_str(), raster.get(),
-                                                 FALSE, nullptr, nullptr, nullptr));
+    CPLStringList options;
+    if (opaque) {
+        options.SetNameValue("QUALITY", "90");
+    }
+    const GdalSession session;
+    GDALDatasetUniquePtr written(driver->CreateCopy(output.temporaryPath().c_str(), raster.get(),
+                                                    FALSE, options.List(), nullptr, nullptr));
     const bool complete = written != nullptr;
     written.reset();
     if (!complete || !errors.message().empty()) {

@@ -22,9 +22,10 @@ class Picture {
     int height() const { return height_; }
     Pixel& at(int column, int row);
 
-    /// Writes a PNG file in one step: there is a whole one afterwards, or none. Throws a Failure
-    /// with ExitCode::CannotWrite.
-    void writePng(const std::string& path, const OutputRules& rules) const;
+    /// Writes a PNG, JPEG or WebP file, as the path's extension says, in one step: there is a whole
+    /// one afterwards, or none. A JPEG is white where the picture is transparent. Throws a Failure
+    /// with ExitCode::CannotWrite or ExitCode::Usage.
+    void write(const std::string& path, const OutputRules& rules) const;
 
   private:
     int width_;

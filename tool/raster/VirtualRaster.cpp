@@ -1,14 +1,17 @@
 #include "tool/raster/VirtualRaster.h"
 
 #include <cpl_minixml.h>
-#include <cpl_string.h>
+#include <gdal_frmts.h>
 
+#include <cmath>
 #include <filesystem>
-#include <initializer_list>
 #include <memory>
-#include <utility>
 
-#include "tool/raster/BandMetadata.h"
+#include "tool/raster/ComponentDescription.h"
+#include "tool/raster/GdalSession.h"
+#include "tool/raster/XmlText.h"
+#include "tool/terminal/Failure.h"
+#include "tool/terminal/Interrupt.h"
 #include "tool/terminal/NumberText.h"
 
 namespace fs = std::filesystem;
@@ -16,24 +19,7 @@ namespace fs = std::filesystem;
 namespace kestms {
 namespace {
 
-using Attributes = std::initializer_list<std::pair<const char*, std::string>>;
-
-CPLXMLNode* addElement(CPLXMLNode* parent, const char* name, const Attributes& attributes = {},
-                       const std::string* text = nullptr) {
-    CPLXMLNode* element = CPLCreateXMLNode(parent, CXT_Element, name);
-    for (const auto& [key, value] : attributes) {
-        CPLAddXMLAttributeAndValue(element, key, value.c_str());
-    }
-    if (text != nullptr) {
-        CPLCreateXMLNode(element, CXT_Text, text->c_str());
-    }
-    return element;
-}
-
-void addText(CPLXMLNode* parent, const char* name, const std::string& text,
-             const Attributes& attributes = {}) {
-    addElement(parent, name, attributes, &text);
-}
+using kest::BandAssignment;
 
 /// The directory without links, since ".." in a path leaves the directory that a link leads to.
 /// The last name stays: what lies beside a linked file is not what lies beside its target.
@@ -48,88 +34,259 @@ std::string relativePath(const std::string& file, const std::string& from) {
     return throughRealDirectory(file).lexically_relative(directory).string();
 }
 
-Attributes::value_type number(const char* key, int value) {
-    return {key, std::to_string(value)};
+/// The display channel, grey for a panchromatic band, or else what the component says; that of a
+/// file with one band is always grey and says nothing.
+GDALColorInterp colourOf(const Band& band, const ComponentDescription& facts) {
+    switch (band.assignment) {
+        case BandAssignment::RedChannel:
+            return GCI_RedBand;
+        case BandAssignment::GreenChannel:
+            return GCI_GreenBand;
+        case BandAssignment::BlueChannel:
+            return GCI_BlueBand;
+        case BandAssignment::NotAssigned:
+            break;
+    }
+    if (band.type == kest::BandType::Panchromatic) {
+        return GCI_GrayIndex;
+    }
+    return facts.colour == GCI_GrayIndex ? GCI_Undefined : facts.colour;
 }
 
-void addMetadata(CPLXMLNode* element, const Band& band) {
-    std::vector<MetadataItem> items = spectralMetadata(band);
-    if (hasSignedBytes(band)) {
-        items.push_back({"IMAGE_STRUCTURE", "PIXELTYPE", "SIGNEDBYTE"});
+/// Wavelengths as ENVI headers name them, which GIS programs look for, and as GDAL's own IMAGERY
+/// domain does.
+void addSpectrum(const Band& band, std::map<std::string, MetadataItems>& domains) {
+    if (band.spectrum) {
+        const std::string centre = numberText(band.spectrum->centre);
+        const std::string width = numberText(band.spectrum->width);
+        for (const auto& [domain, key, value] :
+             {std::tuple("", "wavelength", centre),
+              {"", "fwhm", width},
+              {"", "wavelength_units", std::string("Micrometers")},
+              {"IMAGERY", "CENTRAL_WAVELENGTH_UM", centre},
+              {"IMAGERY", "FWHM_UM", width}}) {
+            domains[domain][key] = value;
+        }
     }
-    CPLXMLNode* domain = nullptr;
-    const char* name = nullptr;
-    for (const MetadataItem& item : items) {
-        if (domain == nullptr || !EQUAL(name, item.domain)) {
-            name = item.domain;
-            domain = addElement(element, "Metadata");
-            if (*name != '\0') {
-                CPLAddXMLAttributeAndValue(domain, "domain", name);
+}
+
+std::string rectangleAttributes(const PixelRectangle& rectangle) {
+    return "xOff=\"" + numberText(rectangle.x) + "\" yOff=\"" + numberText(rectangle.y) +
+           "\" xSize=\"" + numberText(rectangle.width) + "\" ySize=\"" +
+           numberText(rectangle.height) + "\"";
+}
+
+/// Describes the sources of one raster.
+class SourceWriter {
+  public:
+    SourceWriter(const OutputRaster& raster, const VirtualRasterOptions& options)
+        : raster_(raster), options_(options) {}
+
+    /// The element that places a component's band, or its mask, in the raster.
+    std::string text(const OutputBand& band, const ComponentDescription& facts, bool ofMask) const {
+        const bool remapped =
+            !ofMask && options_.noData && band.band.noData && band.band.noData != options_.noData;
+        const std::string element = remapped ? "ComplexSource" : "SimpleSource";
+        const bool resampled = !band.isOnGrid() && options_.resampling != "nearest" && !ofMask;
+        const Pyxis::Size size{band.band.width, band.band.height};
+        return "<" + element +
+               (resampled ? " resampling=\"" + options_.resampling + "\"" : std::string()) +
+               "><SourceFilename relativeToVRT=\"" +
+               (options_.paths == VirtualRasterOptions::Paths::Relative ? "1" : "0") + "\">" +
+               escapedName(band) + "</SourceFilename><SourceBand>" + (ofMask ? "mask," : "") +
+               std::to_string(band.source.band) + "</SourceBand><SourceProperties RasterXSize=\"" +
+               std::to_string(size.width) + "\" RasterYSize=\"" + std::to_string(size.height) +
+               "\" DataType=\"" + (ofMask ? "Byte" : band.source.dataType) + "\" BlockXSize=\"" +
+               std::to_string(facts.block.width) + "\" BlockYSize=\"" +
+               std::to_string(facts.block.height) + "\"/><SrcRect " +
+               rectangleAttributes(
+                   {0, 0, static_cast<double>(size.width), static_cast<double>(size.height)}) +
+               "/><DstRect " + rectangleAttributes(band.rectangle) + "/>" +
+               (remapped ? "<NODATA>" + numberText(*band.band.noData) + "</NODATA>"
+                         : std::string()) +
+               "</" + element + ">";
+    }
+
+  private:
+    /// Bytes that XML cannot hold stay: GDAL's own parser takes them, and `text` refuses them.
+    std::string escapedName(const OutputBand& band) const {
+        const std::string& path = band.band.componentPath;
+        const std::string name =
+            band.source.prefix + (options_.paths == VirtualRasterOptions::Paths::Relative
+                                      ? relativePath(path, raster_.path)
+                                      : fs::absolute(path).string());
+        return escapedMarkup(name);
+    }
+
+    const OutputRaster& raster_;
+    const VirtualRasterOptions& options_;
+};
+
+void setMetadata(GDALMajorObject& object, const std::string& domain, const MetadataItems& items) {
+    CPLStringList list;
+    for (const auto& [key, value] : items) {
+        list.SetNameValue(xmlText(key).c_str(), xmlText(value).c_str());
+    }
+    object.SetMetadata(list.List(), domain.c_str());
+}
+
+bool covers(const PixelRectangle& rectangle, const Pyxis::Size& size) {
+    return rectangle.x <= 0 && rectangle.y <= 0 && rectangle.x + rectangle.width >= size.width &&
+           rectangle.y + rectangle.height >= size.height;
+}
+
+/// Statistics are those of the band's own pixels.
+void dropStatistics(MetadataItems& items) {
+    std::erase_if(items, [](const auto& item) { return item.first.starts_with("STATISTICS_"); });
+}
+
+void describe(GDALRasterBand& target, const OutputBand& band, ComponentDescription& facts) {
+    const bool ownName = facts.description.empty() || band.band.isNamed;
+    target.SetDescription(xmlText(ownName ? band.band.name : facts.description).c_str());
+    target.SetColorInterpretation(colourOf(band.band, facts));
+    if (facts.colourTable) {
+        target.SetColorTable(facts.colourTable.get());
+    }
+    if (facts.scale != 1 || facts.offset != 0) {
+        target.SetScale(facts.scale);
+        target.SetOffset(facts.offset);
+    }
+    if (!facts.unit.empty()) {
+        target.SetUnitType(xmlText(facts.unit).c_str());
+    }
+    if (!facts.categories.empty()) {
+        CPLStringList names;
+        for (const std::string& name : facts.categories) {
+            names.AddString(xmlText(name).c_str());
+        }
+        target.SetCategoryNames(names.List());
+    }
+    addSpectrum(band.band, facts.domains);
+    if (band.band.bits == 8 && band.band.format == Pyxis::SampleFormat::SignedInteger) {
+        facts.domains["IMAGE_STRUCTURE"]["PIXELTYPE"] = "SIGNEDBYTE";
+    }
+    for (const auto& [domain, items] : facts.domains) {
+        setMetadata(target, domain, items);
+    }
+}
+
+/// Items of whole files: what all of them say is true of the raster, the rest goes to the bands.
+MetadataItems shareItems(std::vector<ComponentDescription>& all) {
+    MetadataItems shared = all.front().fileItems;
+    for (const ComponentDescription& facts : all) {
+        std::erase_if(shared, [&facts](const auto& item) {
+            const auto own = facts.fileItems.find(item.first);
+            return own == facts.fileItems.end() || own->second != item.second;
+        });
+    }
+    // It would say of the raster which bands a component has.
+    shared.erase("TIFFTAG_IMAGEDESCRIPTION");
+    for (ComponentDescription& facts : all) {
+        for (const auto& [key, value] : facts.fileItems) {
+            if (!shared.contains(key) && key != "AREA_OR_POINT") {
+                facts.domains[""].emplace(key, value);
             }
         }
-        addText(domain, "MDI", item.value, {{"key", item.key}});
+    }
+    return shared;
+}
+
+void addSource(GDALRasterBand& band, const std::string& source) {
+    band.SetMetadataItem("source_0", source.c_str(), "new_vrt_sources");
+}
+
+void replaceSource(CPLXMLNode* band, const std::string& source) {
+    for (const char* const element : {"SimpleSource", "ComplexSource"}) {
+        if (CPLXMLNode* old = band == nullptr ? nullptr : CPLGetXMLNode(band, element)) {
+            CPLRemoveXMLChild(band, old);
+            CPLDestroyXMLNode(old);
+            CPLAddXMLChild(band, CPLParseXMLString(source.c_str()));
+        }
     }
 }
 
-void addSource(CPLXMLNode* element, const PlacedBand& placed, const std::string& rasterPath) {
-    const Band& band = *placed.band;
-    CPLXMLNode* source = addElement(element, "SimpleSource");
-    addText(source, "SourceFilename",
-            placed.source.prefix + relativePath(band.componentPath, rasterPath),
-            {{"relativeToVRT", "1"}});
-    addText(source, "SourceBand", std::to_string(placed.source.band));
-    addElement(source, "SourceProperties",
-               {number("RasterXSize", band.width),
-                number("RasterYSize", band.height),
-                {"DataType", placed.source.dataType},
-                number("BlockXSize", band.block.width),
-                number("BlockYSize", band.block.height)});
-    addElement(source, "SrcRect",
-               {number("xOff", 0), number("yOff", 0), number("xSize", band.width),
-                number("ySize", band.height)});
-    const PixelWindow& window = placed.window;
-    addElement(source, "DstRect",
-               {number("xOff", window.x), number("yOff", window.y), number("xSize", window.width),
-                number("ySize", window.height)});
-}
-
-void addBand(CPLXMLNode* root, const OutputRaster& raster, std::size_t index) {
-    const PlacedBand& placed = raster.bands[index];
-    const Band& band = *placed.band;
-    CPLXMLNode* element = addElement(
-        root, "VRTRasterBand",
-        {{"dataType", placed.source.dataType}, number("band", static_cast<int>(index) + 1)});
-    addText(element, "Description", band.name);
-    addMetadata(element, band);
-    if (band.noData) {
-        addText(element, "NoDataValue", numberText(*band.noData));
-    }
-    if (const GDALColorInterp colour = colourOf(band); colour != GCI_Undefined) {
-        addText(element, "ColorInterp", GDALGetColorInterpretationName(colour));
-    }
-    addSource(element, placed, raster.path);
+bool canHold(GDALDataType type, double value) {
+    int clamped = FALSE;
+    int rounded = FALSE;
+    GDALAdjustValueToDataType(type, value, &clamped, &rounded);
+    return clamped == FALSE && rounded == FALSE;
 }
 
 }  // namespace
 
-std::string virtualRasterText(const OutputRaster& raster) {
-    const CPLXMLTreeCloser root(CPLCreateXMLNode(nullptr, CXT_Element, "VRTDataset"));
-    CPLAddXMLAttributeAndValue(root.get(), "rasterXSize",
-                               std::to_string(raster.size.width).c_str());
-    CPLAddXMLAttributeAndValue(root.get(), "rasterYSize",
-                               std::to_string(raster.size.height).c_str());
+VirtualRaster::VirtualRaster(const OutputRaster& raster, const VirtualRasterOptions& options)
+    : raster_(raster) {
+    GDALRegister_VRT();
+    const GdalSession session;
+    std::vector<ComponentDescription> all;
+    for (const OutputBand& band : raster.bands) {
+        throwIfInterrupted();
+        all.push_back(describeComponent(band));
+    }
+    dataset_.reset(GetGDALDriverManager()->GetDriverByName("VRT")->Create(
+        "", raster.size.width, raster.size.height, 0, GDT_Byte, nullptr));
+    auto transform = raster.geoTransform;
+    dataset_->SetGeoTransform(transform.data());
     if (!raster.coordinateSystem.empty()) {
-        addText(root.get(), "SRS", raster.coordinateSystem);
+        dataset_->SetProjection(xmlText(raster.coordinateSystem).c_str());
     }
-    std::string transform;
-    for (const double coefficient : raster.geoTransform) {
-        transform += (transform.empty() ? "" : ", ") + numberText(coefficient);
+    setMetadata(*dataset_, "", shareItems(all));
+    const SourceWriter sources(raster, options);
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        const OutputBand& band = raster.bands[i];
+        ComponentDescription& facts = all[i];
+        const std::optional<double> noData = options.noData ? options.noData : band.band.noData;
+        dataset_->AddBand(facts.type, nullptr);
+        GDALRasterBand& target = *dataset_->GetRasterBand(static_cast<int>(i) + 1);
+        if (!band.isOnGrid() ||
+            !covers({-band.rectangle.x, -band.rectangle.y, static_cast<double>(raster.size.width),
+                     static_cast<double>(raster.size.height)},
+                    {band.band.width, band.band.height})) {
+            dropStatistics(facts.domains[""]);
+        }
+        describe(target, band, facts);
+        if (noData) {
+            if (!canHold(facts.type, *noData)) {
+                throw Failure(ExitCode::Usage, band.band.componentPath,
+                              "its samples cannot have the value " + numberText(*noData));
+            }
+            target.SetNoDataValue(*noData);
+        }
+        sources_.push_back(sources.text(band, facts, false));
+        maskSources_.emplace_back();
+        addSource(target, sources_.back());
+        if (facts.hasMask || (!noData && !covers(band.rectangle, raster.size))) {
+            maskSources_.back() = sources.text(band, facts, true);
+            target.CreateMaskBand(0);
+            addSource(*target.GetMaskBand(), maskSources_.back());
+        }
+        if (facts.hasMaskFile) {
+            leftOut_.push_back(band.band.componentPath +
+                               ".msk: masks of their own files are not carried");
+        }
     }
-    addText(root.get(), "GeoTransform", transform);
-    for (std::size_t i = 0; i < raster.bands.size(); ++i) {
-        addBand(root.get(), raster, i);
+}
+
+std::string VirtualRaster::text() const {
+    for (const OutputBand& band : raster_.bands) {
+        const std::string name = relativePath(band.band.componentPath, raster_.path);
+        if (xmlText(name) != name) {
+            throw Failure(ExitCode::CannotWrite, band.band.componentPath,
+                          "a virtual raster cannot hold this name");
+        }
     }
-    const std::unique_ptr<char, decltype(&VSIFree)> text(CPLSerializeXMLTree(root.get()), VSIFree);
+    const CPLXMLTreeCloser document(CPLParseXMLString(dataset_->GetMetadata("xml:VRT")[0]));
+    std::size_t index = 0;
+    for (CPLXMLNode* node = CPLGetXMLNode(document.get(), "=VRTDataset")->psChild; node != nullptr;
+         node = node->psNext) {
+        if (EQUAL(node->pszValue, "VRTRasterBand")) {
+            replaceSource(node, sources_[index]);
+            replaceSource(CPLGetXMLNode(node, "MaskBand.VRTRasterBand"), maskSources_[index]);
+            ++index;
+        }
+    }
+    const std::unique_ptr<char, decltype(&VSIFree)> text(CPLSerializeXMLTree(document.get()),
+                                                         VSIFree);
     return text.get();
 }
 

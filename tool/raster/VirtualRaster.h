@@ -1,13 +1,49 @@
 #pragma once
 
-#include <string>
+#include <gdal_priv.h>
 
-#include "tool/raster/OutputLayout.h"
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tool/raster/OutputGrid.h"
 
 namespace kestms {
 
-/// The text of a GDAL virtual raster (VRT) that takes its pixels from the components. They are
-/// named by their way from the raster's directory, so that both can move together.
-std::string virtualRasterText(const OutputRaster& raster);
+struct VirtualRasterOptions {
+    enum class Paths {
+        Absolute,
+        Relative,  ///< from the raster's directory, so that both can move together
+    };
+
+    Paths paths = Paths::Relative;
+    std::string resampling = "nearest";  ///< GDAL's name
+    std::optional<double> noData;        ///< one value for all bands, in place of theirs
+};
+
+/// A GDAL virtual raster (VRT) that takes its pixels from the components and carries what they say
+/// of them. It is open and named after no file.
+class VirtualRaster {
+  public:
+    /// Throws a Failure: ExitCode::CannotRead for a component, ExitCode::Usage for a no-data value
+    /// that a band's samples cannot have.
+    VirtualRaster(const OutputRaster& raster, const VirtualRasterOptions& options);
+
+    GDALDataset& dataset() const { return *dataset_; }
+    /// The document. Throws a Failure with ExitCode::CannotWrite that names a component whose path
+    /// XML cannot hold.
+    std::string text() const;
+    /// What does not arrive in the raster, a line each.
+    const std::vector<std::string>& leftOut() const { return leftOut_; }
+
+  private:
+    const OutputRaster& raster_;
+    GDALDatasetUniquePtr dataset_;
+    /// The sources of each band and of its mask, which may be empty. GDAL forgets the properties of
+    /// a source that it has not opened; readers would have to open all of them.
+    std::vector<std::string> sources_;
+    std::vector<std::string> maskSources_;
+    std::vector<std::string> leftOut_;
+};
 
 }  // namespace kestms

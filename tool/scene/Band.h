@@ -29,6 +29,7 @@ struct Band {
     int frame = 0;   ///< in the set
     int number = 0;  ///< sort key; kest::kUnrecognisedNumber for a band that no rule knows
     std::string name;
+    bool isNamed = false;  ///< whether the name is more than a count ("Band 2")
     kest::BandType type = kest::BandType::Unknown;
     kest::BandAssignment assignment = kest::BandAssignment::NotAssigned;
     int bucket = 0;  ///< index in the set

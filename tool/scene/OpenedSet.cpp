@@ -5,6 +5,7 @@
 #include <system_error>
 #include <utility>
 
+#include "bands/NamingScheme.h"
 #include "host/Text.h"
 #include "properties/KestMultispectralBandNameProperty.h"
 #include "properties/KestMultispectralBandTypeProperty.h"
@@ -204,6 +205,8 @@ void OpenedSet::gatherBands() {
         Band band;
         band.frame = i;
         band.number = reader.band(i).bandNumber;
+        band.isNamed =
+            description_.scheme != kest::SchemeGeneric && band.number != kest::kUnrecognisedNumber;
         readPixelFacts(*frame, band);
         readProperties(*frame, band, description_, system);
         band.commonName = reader.band(i).details.commonName;

@@ -1,0 +1,628 @@
+#include <gdal_priv.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cmath>
+#include <csignal>
+#include <filesystem>
+#include <map>
+#include <numeric>
+#include <utility>
+
+#include "tests/tool/Process.h"
+#include "tool/scene/InputText.h"
+#include "tool/terminal/Failure.h"
+#include "tool/terminal/Interrupt.h"
+#include "tool/terminal/Progress.h"
+
+namespace kestms {
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+/// Two image segments in one file.
+std::string writeSegments(const std::string& path) {
+    for (const char* what : {"NUMI=2", "APPEND_SUBDATASET=YES"}) {
+        fakes::writeRaster(path, {.driver = "NITF", .options = {what, "IREPBAND=R", "ICORDS=N"}});
+    }
+    return path;
+}
+
+/// The raster that holds a band, and its place there.
+std::pair<std::string, std::size_t> sourceOf(const json& band) {
+    const std::string file = band["file"];
+    const std::size_t frame = band["fileFrame"];
+    return fs::path(file).filename() == "segments.ntf"
+               ? std::pair("NITF_IM:" + std::to_string(frame) + ":" + file, std::size_t{0})
+               : std::pair(file, frame);
+}
+
+/// The written band is its component's, and says what it is. A GeoTIFF tells no grey band from one
+/// of no colour, and this GDAL's COG driver leaves out metadata domains.
+void expectSame(const json& written, const json& band, const json& source, const std::string& how) {
+    EXPECT_EQ(written["checksum"], source["checksum"]) << band["file"] << how;
+    EXPECT_EQ(written["type"], source["type"]);
+    EXPECT_EQ(written["description"], band["name"]);
+    const std::string channel = band["displayChannel"];
+    std::string colour = written["colorInterpretation"];
+    std::transform(colour.begin(), colour.end(), colour.begin(), ::tolower);
+    if (channel != "none" || how == "vrt") {
+        EXPECT_EQ(colour, channel != "none"                ? channel
+                          : band["type"] == "panchromatic" ? "gray"
+                                                           : "undefined");
+    }
+    const json own = written["metadata"].value("", json::object());
+    EXPECT_EQ(own.contains("wavelength"),
+              band["file"].get<std::string>().find("/landsat7") != std::string::npos);
+    if (band["name"] == "Short-wave infrared 2 (band 7)") {
+        EXPECT_EQ(own["wavelength"], "2.22");
+        EXPECT_EQ(own["fwhm"], "0.26");
+        EXPECT_EQ(written["metadata"].contains("IMAGERY"), how != "cog");
+    }
+}
+
+class RasterExport : public InDirectory {
+  protected:
+    /// One bright pixel in a field of 100.
+    std::string writeMark(const std::string& name, const fakes::Raster& raster, int column,
+                          int row) const {
+        const std::string path = write(name, raster);
+        const GDALDatasetUniquePtr file(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE));
+        GDALRasterBand& band = *file->GetRasterBand(1);
+        band.Fill(100);
+        double mark = 60000;
+        EXPECT_EQ(
+            band.RasterIO(GF_Write, column, row, 1, 1, &mark, 1, 1, GDT_Float64, 0, 0, nullptr),
+            CE_None);
+        return path;
+    }
+
+    /// The centre of what is brighter than the field, in the world.
+    static std::pair<double, double> placeOfMark(const json& info, int band) {
+        const std::string raster = info["description"];
+        const std::size_t width = info["size"][0];
+        const std::vector<double> pixels = gdalPixels(raster, band);
+        double weight = 0;
+        double x = 0;
+        double y = 0;
+        for (std::size_t i = 0; i < pixels.size(); ++i) {
+            if (pixels[i] > 100) {
+                weight += pixels[i] - 100;
+                x += (pixels[i] - 100) * (static_cast<double>(i % width) + 0.5);
+                y += (pixels[i] - 100) * (static_cast<double>(i / width) + 0.5);
+            }
+        }
+        const auto& grid = info["geoTransform"];
+        return {grid[0].get<double>() + x / weight * grid[1].get<double>(),
+                grid[3].get<double>() + y / weight * grid[5].get<double>()};
+    }
+
+    /// Opens a file for changes.
+    template <typename Change>
+    static void change(const std::string& path, Change change) {
+        const GDALDatasetUniquePtr file(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE));
+        change(*file);
+    }
+
+    json infoOf(Strings command, const Strings& files) {
+        const std::string output = directory_ / (command[0] == "vrt" ? "out.vrt" : "out.tif");
+        const Outcome outcome =
+            runKestms(joined(joined(std::move(command), files), {"-o", output, "--overwrite"}));
+        EXPECT_EQ(outcome.code, 0) << outcome.err;
+        said_ = outcome.err;
+        return outcome.code == 0 ? gdalInfo(output) : json();
+    }
+
+    std::string said_;  ///< on the error stream
+};
+
+TEST_F(RasterExport, BandsOfEverySampleKeepTheirPixelsAndSayWhatTheyAre) {
+    ASSERT_EQ(runKestms({"samples", directory_.path(), "--size", "8"}).code, 0);
+    Strings sets = {writeSegments(directory_ / "segments.ntf")};
+    for (const auto& entry : fs::directory_iterator(directory_.path())) {
+        if (entry.is_directory()) {
+            sets.push_back(entry.path() / "set.xml");
+        }
+    }
+    std::map<std::string, json> rasters;
+    const auto infoOf = [&rasters](const std::string& name) -> const json& {
+        const auto found = rasters.find(name);
+        return found != rasters.end() ? found->second : rasters[name] = gdalInfo(name);
+    };
+    for (const std::string& set : sets) {
+        const auto info = runTool({"info", "--json", set}).json();
+        for (const auto& [how, command] : {std::pair<std::string, Strings>("vrt", {"vrt"}),
+                                           {"tif", {"export"}},
+                                           {"cog", {"export", "--cog"}}}) {
+            if (how == "cog" && set.find("/landsat7/") == std::string::npos) {
+                continue;  // takes long, and each set is exported already
+            }
+            const std::string output =
+                directory_ / ("out." + std::string(how == "vrt" ? how : "tif"));
+            const Outcome outcome =
+                runKestms(joined(command, {set, "-o", output, "--split", "--overwrite"}));
+            ASSERT_EQ(outcome.err, "") << set;
+            const Strings names = linesOf(outcome.out);
+            ASSERT_GE(names.size(), 1U);
+            std::map<std::string, json> written;
+            for (const std::string& name : names) {
+                const json raster = gdalInfo(name);
+                for (const json& band : raster["bands"]) {
+                    written[band["description"]] = band;
+                }
+            }
+            for (const auto& band : info["bands"]) {
+                const auto [file, index] = sourceOf(band);
+                ASSERT_TRUE(written.contains(band["name"])) << set << how << band["name"];
+                expectSame(written[band["name"]], band, infoOf(file)["bands"].at(index), how);
+            }
+        }
+    }
+}
+
+/// As Landsat has it: the middles of the coarse pixels are those of fine ones.
+const fakes::Raster kFine{.width = 40,
+                          .height = 40,
+                          .type = GDT_UInt16,
+                          .transform = {{500000 - 7.5, 15, 0, 4600000 - 7.5, 0, -15}}};
+const fakes::Raster kCoarse{.width = 20, .height = 20, .type = GDT_UInt16};
+
+TEST_F(RasterExport, NothingMovesOnTheSharedGrid) {
+    const Strings files = {writeMark("pan_01.tif", kFine, 17, 12),
+                           writeMark("red_02.tif", kCoarse, 8, 6),
+                           writeMark(
+                               "nir_03.tif",
+                               [] {
+                                   fakes::Raster moved = kFine;
+                                   (*moved.transform)[0] += 4.5;
+                                   return moved;
+                               }(),
+                               20, 20)};
+    std::vector<std::pair<double, double>> own;
+    for (const std::string& file : files) {
+        own.push_back(placeOfMark(gdalInfo(file), 1));
+    }
+    for (const char* how : {"nearest", "bilinear"}) {
+        for (const char* command : {"vrt", "export"}) {
+            const json info = infoOf({command, "--resampling", how}, files);
+            EXPECT_THAT(said_, HasSubstr("one grid of 15 m: 1 band resampled (" + std::string(how) +
+                                         "), 1 band moved by parts of a pixel"));
+            for (int band = 1; band <= 3; ++band) {
+                const auto [x, y] = placeOfMark(info, band);
+                const auto [ownX, ownY] = own[static_cast<std::size_t>(band) - 1];
+                const double most = band == 1 || how == std::string("bilinear") ? 0.02 : 7.5001;
+                EXPECT_NEAR(x, ownX, most) << command << band << how;
+                EXPECT_NEAR(y, ownY, most) << command << band << how;
+            }
+        }
+    }
+    // The corners of the bands, as the virtual raster states them.
+    const std::string text = fakes::readFile(directory_ / "out.vrt");
+    for (const char* place :
+         {"<DstRect xOff=\"0\" yOff=\"1\" xSize=\"40\" ySize=\"40\"",
+          "<DstRect xOff=\"0.5\" yOff=\"0.5\" xSize=\"40\" ySize=\"40\"", "<DstRect xOff=\"0.3"}) {
+        EXPECT_THAT(text, HasSubstr(place));
+    }
+}
+
+/// A set may hold bands that are turned a little, a raster may not.
+TEST_F(RasterExport, BandsAcrossTheGridAreRefused) {
+    fakes::Raster raster{.height = 12};
+    const Strings files = {write("a.tif", raster), directory_ / "b.tif"};
+    for (const auto& [slope, code] : {std::pair(1.2, 0), std::pair(1.4, 1)}) {
+        raster.transform = {500000, 30, 0, 4600000, slope, -30};
+        write("b.tif", raster);
+        const Outcome outcome =
+            runTool(joined({"vrt", "-o", directory_ / "out.vrt", "--overwrite"}, files));
+        EXPECT_EQ(outcome.code, code) << outcome.err;
+        EXPECT_EQ(outcome.err.find("does not lie on the grid") != std::string::npos, code != 0);
+    }
+}
+
+TEST_F(RasterExport, GridsAndPartsAreThoseAskedFor) {
+    fakes::Raster fine = kFine;
+    fine.transform = {500000, 15, 0, 4600000, 0, -15};
+    const Strings files = {write("a_01.tif", fine), write("a_02.tif", kCoarse)};
+    struct Case {
+        Strings options;
+        double size;
+        json pixels;
+        double left;
+    };
+    const Case cases[] = {
+        {{}, 15, {40, 40}, 500000},
+        {{"--resolution", "finest"}, 15, {40, 40}, 500000},
+        {{"--resolution", "coarsest"}, 30, {20, 20}, 500000},
+        {{"--resolution", "7.5"}, 7.5, {80, 80}, 500000},
+        {{"--bbox", "500031,4599900,500100,4599970"}, 15, {5, 5}, 500030},
+        {{"--window", "2,3,10,9"}, 15, {10, 9}, 500030},
+        {{"--bands", "2"}, 30, {20, 20}, 500000},
+    };
+    for (const auto& [options, size, pixels, left] : cases) {
+        for (const char* command : {"vrt", "export"}) {
+            const json info = infoOf(joined({command}, options), files);
+            EXPECT_EQ(info["geoTransform"][1], size) << options.size();
+            EXPECT_EQ(info["geoTransform"][0], left);
+            EXPECT_EQ(info["size"], pixels);
+        }
+    }
+    const Strings wrong[] = {{"--bbox", "1,2,3,4"},           {"--bbox", "1,2,3"},
+                             {"--bbox", "1,2,3,4,5"},         {"--bbox", "1,2,x,4"},
+                             {"--resolution", "-3"},          {"--resolution", "fine"},
+                             {"--resolution", "1e-9"},        {"--window", "40,0,5,5"},
+                             {"--window", "0,0,0,5"},         {"--nodata", "x"},
+                             {"--split", "--resolution", "3"}};
+    for (const Strings& options : wrong) {
+        const Strings command = joined({"export", "-o", directory_ / "none.tif"}, files);
+        EXPECT_EQ(runTool(joined(command, options)).code, 2) << options[1];
+    }
+    EXPECT_EQ(linesOf(runTool(joined({"vrt", "--split", "-o", directory_ / "s.vrt"}, files)).out),
+              (Strings{directory_ / "s_15m.vrt", directory_ / "s_30m.vrt"}));
+}
+
+/// The description of a band in a raster that is written.
+Strings namesIn(const json& info) {
+    Strings names;
+    for (const json& band : info["bands"]) {
+        names.push_back(band["description"]);
+    }
+    return names;
+}
+
+TEST_F(RasterExport, BandsAreChosenNamedAndOrdered) {
+    ASSERT_EQ(runTool({"samples", directory_.path(), "--size", "8"}).code, 0);
+    const Strings set = {directory_ / "landsat7/set.xml"};
+    const std::string blue = "Blue (band 1)";
+    const std::string red = "Red (band 3)";
+    const std::string nir = "Near infrared (band 4)";
+    const std::string low = "Thermal infrared, low gain (band 6L)";
+    const std::string high = "Thermal infrared, high gain (band 6H)";
+    const std::pair<Strings, Strings> cases[] = {
+        {{"--bands", "nir,red,Blue (band 1)"}, {nir, red, blue}},
+        {{"--bands", low, "--bands", "red"}, {low, red}},
+        {{"--bands", "3,#0"}, {nir, blue}},
+        {{"--bands", "*_B6?.TIF"}, {low, high}},
+        {{"--bands", "RED,thermal*"}, {red, low, high}},
+        {{"--bands", "blue,red,nir", "--order", "display"}, {red, blue, nir}},
+        {{"--bands", "red,nir", "--name", "nir=N, i=r", "--name", "3=x"}, {red, "x"}},
+    };
+    for (const auto& [options, names] : cases) {
+        EXPECT_EQ(namesIn(infoOf(joined({"vrt"}, options), set)), names) << options[1];
+    }
+    EXPECT_EQ(namesIn(infoOf({"export", "--bands", "red,nir", "--name", "nir=a,b=c"}, set)),
+              (Strings{red, "a,b=c"}));
+    for (const Strings& wrong :
+         {Strings{"--bands", "purple"}, {"--bands", "red,"}, {"--name", "red"}}) {
+        const Outcome outcome =
+            runTool(joined({"vrt", set[0], "-o", directory_ / "none.vrt"}, wrong));
+        EXPECT_EQ(outcome.code, 2);
+    }
+}
+
+/// A component that says all that one can say.
+std::string describe(const std::string& path, int noData) {
+    const GDALDatasetUniquePtr file(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE));
+    GDALRasterBand& band = *file->GetRasterBand(1);
+    band.SetDescription("cover");
+    band.SetScale(0.5);
+    band.SetOffset(-3.25);
+    band.SetUnitType("m");
+    band.SetMetadataItem("OWN", "a < b\xFF");
+    band.SetMetadataItem("ITEM", "x", "DOMAIN");
+    band.SetNoDataValue(noData);
+    file->SetMetadataItem("SHARED", "same");
+    file->SetMetadataItem("DIFFERENT", path.c_str());
+    const char* const names[] = {"water", "l&nd", nullptr};
+    band.SetCategoryNames(const_cast<char**>(names));
+    return path;
+}
+
+/// The table of docs/rasters.md, row by row.
+TEST_F(RasterExport, NothingOfAComponentIsLost) {
+    const Strings files = {describe(write("a.tif"), 7), describe(write("b.tif"), 7)};
+    for (const Strings& command : {Strings{"vrt"}, {"export"}, {"export", "--cog"}}) {
+        const json info = infoOf(command, files);
+        const json& band = info["bands"][1];
+        EXPECT_EQ(said_, "");
+        EXPECT_EQ(band["description"], "cover");
+        EXPECT_EQ(band["scale"], 0.5);
+        EXPECT_EQ(band["offset"], -3.25);
+        EXPECT_EQ(band["unit"], "m");
+        EXPECT_EQ(band["noDataValue"], 7);
+        EXPECT_EQ(band["categories"], (json{"water", "l&nd"}));
+        EXPECT_EQ(band["metadata"][""]["OWN"], "a < b\xEF\xBF\xBD");
+        EXPECT_EQ(band["metadata"].contains("DOMAIN"), command.size() == 1);
+        EXPECT_EQ(band["metadata"][""]["DIFFERENT"], files[1]);
+        EXPECT_EQ(info["metadata"][""]["SHARED"], "same");
+        EXPECT_EQ(info["metadata"][""]["AREA_OR_POINT"], "Area");
+    }
+}
+
+TEST_F(RasterExport, ColourTablesAreForVirtualRastersOnly) {
+    const fakes::Raster raster{.palette = true};
+    const Strings files = {write("a.tif", raster), write("b.tif", raster)};
+    EXPECT_EQ(infoOf({"vrt"}, files)["bands"][1]["colorTable"]["entries"][1],
+              (json{255, 1, 2, 255}));
+    EXPECT_FALSE(infoOf({"export"}, files)["bands"][1].contains("colorTable"));
+    EXPECT_THAT(said_, HasSubstr("Band 2: without its colour table"));
+}
+
+TEST_F(RasterExport, PixelsWithoutDataStaySo) {
+    const auto withNoData = [this](const std::string& name, double value) {
+        const std::string path = write(name, {.type = GDT_Int16});
+        change(path, [value](GDALDataset& file) { file.GetRasterBand(1)->SetNoDataValue(value); });
+        return path;
+    };
+    // Samples (7x + 13y + 31) % 251 - 120: -82 is at 1, 0 and -69 at 1, 1.
+    const Strings files = {withNoData("a_01.tif", -82), withNoData("a_02.tif", -69)};
+    const json masked = infoOf({"export"}, files);
+    EXPECT_THAT(said_, HasSubstr("different no-data values: one mask shows where all"));
+    EXPECT_EQ(masked["bands"][0]["mask"]["flags"], json{"PER_DATASET"});
+    const std::vector<double> mask = gdalPixels(directory_ / "out.tif", 1, {"-b", "mask"});
+    EXPECT_EQ(mask.at(12 * 8 + 1), 0);
+    EXPECT_EQ(std::count(mask.begin() + 12 * 8, mask.end(), 0), 2);
+    for (const char* command : {"vrt", "export"}) {
+        const json one = infoOf({command, "--nodata", "1234"}, files);
+        const std::string output = one["description"];
+        EXPECT_EQ(one["bands"][1]["noDataValue"], 1234);
+        EXPECT_EQ(gdalPixels(output, 1).at(1), 1234);
+        EXPECT_EQ(gdalPixels(output, 2).at(1), -82);
+        EXPECT_EQ(gdalPixels(output, 2).at(13), 1234);
+    }
+    EXPECT_EQ(
+        runTool({"vrt", files[0], files[1], "--nodata", "0.5", "-o", directory_ / "x.vrt"}).code,
+        2);
+}
+
+TEST_F(RasterExport, MasksAndWhatIsNotCoveredAreKept) {
+    const fakes::Raster wide{.width = 40};
+    fakes::Raster moved = wide;
+    moved.transform = {500030, 30, 0, 4600000, 0, -30};
+    const Strings files = {write("a_01.tif", wide), write("a_02.tif", moved),
+                           write("a_03.tif", wide)};
+    CPLSetThreadLocalConfigOption("GDAL_TIFF_INTERNAL_MASK", "YES");
+    change(files[2], [](GDALDataset& file) {
+        file.CreateMaskBand(GMF_PER_DATASET);
+        file.GetRasterBand(1)->GetMaskBand()->Fill(255);
+        std::uint8_t hidden = 0;
+        EXPECT_EQ(file.GetRasterBand(1)->GetMaskBand()->RasterIO(GF_Write, 5, 5, 1, 1, &hidden, 1,
+                                                                 1, GDT_Byte, 0, 0, nullptr),
+                  CE_None);
+    });
+    CPLSetThreadLocalConfigOption("GDAL_TIFF_INTERNAL_MASK", nullptr);
+    fakes::writeFile(files[0] + ".msk", "whatever");
+    ASSERT_EQ(infoOf({"vrt"}, files)["size"], (json{41, 8}));
+    EXPECT_THAT(said_, HasSubstr("a_01.tif.msk: masks of their own files are not carried"));
+    infoOf({"export"}, files);
+    EXPECT_THAT(said_, HasSubstr("the bands have masks: one mask"));
+    std::vector<double> all(41 * 8, 255);
+    for (int band = 1; band <= 3; ++band) {
+        const std::vector<double> own =
+            gdalPixels(directory_ / "out.vrt", band, {"-b", "mask," + std::to_string(band)});
+        const std::vector<double> mask(own.end() - 41 * 8, own.end());
+        EXPECT_EQ(mask[0] == 0, band == 2);
+        EXPECT_EQ(mask[5 * 41 + 5] == 0, band == 3);
+        EXPECT_EQ(mask[40] == 0, band != 2);
+        std::transform(all.begin(), all.end(), mask.begin(), all.begin(),
+                       [](double a, double b) { return std::min(a, b); });
+    }
+    const std::vector<double> written = gdalPixels(directory_ / "out.tif", 1, {"-b", "mask"});
+    EXPECT_EQ(std::vector<double>(written.end() - 41 * 8, written.end()), all);
+}
+
+TEST_F(RasterExport, CreationOptionsGoBeforeOurs) {
+    const Strings files = {write("a_01.tif"), write("a_02.tif")};
+    const auto image = [this, &files](const Strings& options) {
+        return infoOf(joined({"export"}, options), files)["metadata"]["IMAGE_STRUCTURE"];
+    };
+    EXPECT_EQ(image({})["COMPRESSION"], "DEFLATE");
+    EXPECT_EQ(image({"--co", "COMPRESS=LZW", "--co", "interleave=PIXEL"})["INTERLEAVE"], "PIXEL");
+    EXPECT_EQ(image({"--cog", "--co", "COMPRESS=LZW"})["COMPRESSION"], "LZW");
+    EXPECT_EQ(image({"--cog"})["LAYOUT"], "COG");
+    for (const char* wrong : {"NONE", "NO_SUCH=1"}) {
+        const Strings command = {"export", "--co", wrong, "-o", directory_ / "x.tif"};
+        EXPECT_EQ(runTool(joined(command, files)).code, 2) << wrong;
+    }
+}
+
+TEST_F(RasterExport, TheOutputIsTheFileThatWasNamed) {
+    const Strings files = {write("a_01.tif"), write("a_02.tif")};
+    const auto before = fakes::namesIn(directory_);
+    const Strings wrong[] = {{"vrt", "x.tif"},       {"export", "x.VRT"}, {"export", "x.png"},
+                             {"quicklook", "q.tif"}, {"export", "-"},     {"export", "/dev/stdout"},
+                             {"quicklook", "-"}};
+    for (const Strings& each : wrong) {
+        const Outcome outcome = runKestms(joined(
+            {each[0], "-o",
+             each[1].starts_with('x') || each[1].starts_with('q') ? directory_ / each[1] : each[1]},
+            files));
+        EXPECT_EQ(outcome.code, 2) << each[1];
+        EXPECT_EQ(outcome.out, "");
+    }
+    EXPECT_EQ(fakes::namesIn(directory_), before);
+    EXPECT_EQ(runKestms(joined({"list", "-o", "-"}, files)).out,
+              runKestms(joined({"list"}, files)).out);
+    fakes::writeFile(directory_ / "piped.vrt", runKestms(joined({"vrt", "-o", "-"}, files)).out);
+    EXPECT_EQ(gdalInfo(directory_ / "piped.vrt")["bands"][1]["checksum"],
+              gdalInfo(files[1])["bands"][0]["checksum"]);
+}
+
+TEST_F(RasterExport, APathThatXmlCannotHoldIsRefusedInAVirtualRasterOnly) {
+    for (const char* name : {"b\x01_02.tif", "b\xFF_02.tif"}) {
+        const Strings files = {write("a_01.tif"), write(name)};
+        const Outcome outcome = runKestms(joined({"vrt", "-o", directory_ / "out.vrt"}, files));
+        EXPECT_EQ(outcome.code, 4);
+        EXPECT_THAT(outcome.err, HasSubstr("_02.tif: a virtual raster cannot hold this name\n"));
+        EXPECT_EQ(infoOf({"export"}, files)["bands"].size(), 2U);
+    }
+}
+
+TEST_F(RasterExport, AStyleShowsNaturalColours) {
+    ASSERT_EQ(runTool({"samples", directory_.path(), "--size", "8"}).code, 0);
+    const Strings set = {directory_ / "quickbird-1234/set.xml"};
+    infoOf({"vrt"}, set);
+    EXPECT_THAT(fakes::readFile(directory_ / "out.qml"),
+                HasSubstr("redBand=\"3\" greenBand=\"2\" blueBand=\"1\""));
+    infoOf({"vrt", "--order", "display"}, set);
+    EXPECT_THAT(fakes::readFile(directory_ / "out.qml"),
+                HasSubstr("redBand=\"1\" greenBand=\"2\" blueBand=\"3\""));
+    fakes::writeFile(directory_ / "own.qml", "mine");
+    const Outcome kept = runTool({"vrt", set[0], "-o", directory_ / "own.vrt"});
+    EXPECT_THAT(kept.err, HasSubstr("own.qml: the style that is there stays\n"));
+    EXPECT_EQ(fakes::readFile(directory_ / "own.qml"), "mine");
+    for (const Strings& without : {Strings{"--no-style"}, {"--bands", "nir"}}) {
+        const Strings command = {"vrt", set[0], "-o", directory_ / without.back() + ".vrt"};
+        EXPECT_EQ(runTool(joined(command, without)).code, 0);
+        EXPECT_FALSE(fs::exists(directory_ / without.back() + ".qml"));
+    }
+}
+
+TEST_F(RasterExport, PicturesAreOfTheBandsAndFormatAskedFor) {
+    ASSERT_EQ(runTool({"samples", directory_.path(), "--size", "32"}).code, 0);
+    const std::string set = directory_ / "quickbird-1234/set.xml";
+    const auto picture = [&](const std::string& name, const Strings& options) {
+        const std::string path = directory_ / name;
+        EXPECT_EQ(runKestms(joined({"quicklook", set, "-o", path, "--size", "32"}, options)).code,
+                  0);
+        return gdalInfo(path);
+    };
+    const json natural = picture("n.png", {});
+    const json same = picture("s.png", {"--rgb", "red,green,blue"});
+    const json infrared = picture("i.png", {"--bands", "nir,red,green"});
+    const auto sum = [](const json& info, std::size_t band) {
+        return info["bands"][band]["checksum"];
+    };
+    for (std::size_t band = 0; band < 3; ++band) {
+        EXPECT_EQ(sum(natural, band), sum(same, band));
+    }
+    EXPECT_EQ(sum(infrared, 1), sum(natural, 0));
+    EXPECT_EQ(sum(infrared, 2), sum(natural, 1));
+    const json grey = picture("g.png", {"--bands", "nir"});
+    EXPECT_EQ(sum(grey, 2), sum(infrared, 0));
+    EXPECT_EQ(picture("w.png", {"--window", "3,4,8,16"})["size"], (json{16, 32}));
+    EXPECT_EQ(picture("p.jpg", {})["driverShortName"], "JPEG");
+    EXPECT_EQ(picture("p.webp", {})["driverShortName"], "WEBP");
+    EXPECT_EQ(runTool({"quicklook", set, "-o", directory_ / "x.png", "--rgb", "red,nir"}).code, 2);
+}
+
+TEST_F(RasterExport, ARasterMovesWithItsComponents) {
+    fs::create_directories(directory_ / "old/scene");
+    const Strings files = {write("old/scene/a&b_01.tif"), write("old/scene/a&b_02.tif")};
+    fs::create_directories(directory_ / "far/from/here");
+    fs::create_directory_symlink(directory_ / "far/from/here", directory_ / "old/link");
+    const auto sum = [](const std::string& raster) {
+        return gdalInfo(raster)["bands"].back()["checksum"];
+    };
+    const json own = sum(files[1]);
+    for (const std::string& output :
+         {directory_ / "old/link/out.vrt", directory_ / "old/out.vrt"}) {
+        ASSERT_EQ(runTool(joined({"vrt", "-o", output}, files)).code, 0);
+        EXPECT_EQ(sum(output), own);
+    }
+    fs::rename(directory_ / "old", directory_ / "new");
+    EXPECT_EQ(sum(directory_ / "new/out.vrt"), own);
+}
+
+const Strings kCommands[] = {{"list"}, {"vrt"}, {"export"}, {"quicklook"}};
+
+TEST_F(RasterExport, LeavesNothingBehindWhenItFails) {
+    const Strings files = writeLandsat(directory_);
+    ASSERT_EQ(mkfifo((directory_ / "pipe").c_str(), 0600), 0);
+    const auto before = fakes::namesIn(directory_);
+    const std::pair<std::string, const char*> cases[] = {
+        {directory_.path(), "s a directory\n"},
+        {directory_ / "slash/", "s a directory\n"},
+        {directory_ / "none/out", "No such file"},
+        {directory_ / "pipe", "not a regular file"},
+    };
+    for (const auto& [output, reason] : cases) {
+        for (const Strings& command : kCommands) {
+            const Outcome outcome = runTool(joined(command, joined(files, {"-o", output})));
+            EXPECT_EQ(outcome.code, static_cast<int>(ExitCode::CannotWrite))
+                << command[0] << output;
+            EXPECT_THAT(outcome.err, HasSubstr(reason));
+            EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1);
+        }
+    }
+    EXPECT_EQ(fakes::namesIn(directory_), before);
+    EXPECT_TRUE(fs::is_fifo(directory_ / "pipe"));
+}
+
+/// Whatever was named, listed or found in a named folder, taken or not, and what belongs to it.
+TEST_F(RasterExport, AnOutputNeverReplacesAnInput) {
+    ASSERT_EQ(runTool({"samples", directory_.path(), "--size", "8"}).code, 0);
+    const std::string fast = directory_ / "landsat7-fast/";
+    const std::string product = directory_ / "po-product/";
+    const std::string own = directory_ / "own/";
+    fs::create_directory(own);
+    const Strings pair = {write("own/v1.tif"), write("own/v2.tif")};
+    fakes::writeFile(own + "damaged.tif", fakes::readFile(pair[0]).substr(0, 300));
+    for (const char* name : {"v1.tfw", "v1.tifw", "v2.wld", "v1.tif.aux.xml", "v2.tif.ovr",
+                             "v1.TIF.msk", "v1.aux", "MTL.txt", "v1.xml", "old.vrt"}) {
+        fakes::writeFile(own + name, "<text/>");
+    }
+    const std::string list = directory_ / "list";
+    fakes::writeFile(list, pair[0] + "\n" + pair[1] + "\n" + own + "damaged.tif\n");
+    const std::string document = directory_ / "damaged.xml";
+    fakes::writeFile(document, runTool({"list", pair[0], pair[1], own + "damaged.tif"}).out);
+    std::vector<std::pair<Strings, std::string>> cases = {
+        {{fast + "set.xml"}, fast + "set.xml"},
+        {{fast + "set.xml"}, fast + "L71026029_02920000609_HRF.FST"},
+        {{fast + "set.xml"}, fast + "L71026029_02920000609_B10.FST"},
+        {{"@" + list}, list},
+        {{product}, product + "po_1234567_metadata.txt"},
+        {{own}, own + "damaged.tif"},
+        {{document}, own + "damaged.tif"},
+        {{"@" + list}, own + "damaged.tif"},
+        {pair, pair[1]},
+    };
+    for (const auto& name : {"v1.tfw", "v1.tifw", "v2.wld", "v1.tif.aux.xml", "v2.tif.ovr",
+                             "v1.TIF.msk", "v1.aux", "MTL.txt", "v1.xml"}) {
+        cases.emplace_back(pair, own + name);
+    }
+    for (const auto& [inputs, output] : cases) {
+        const std::string before = fakes::readFile(output);
+        for (const Strings& command : kCommands) {
+            const Outcome outcome =
+                runTool(joined(joined(command, inputs), {"--overwrite", "-o", output}));
+            EXPECT_EQ(outcome.code, 2) << command[0] << " " << output << outcome.err;
+            // The others may take offence at the extension first.
+            if (command[0] == "list") {
+                EXPECT_THAT(outcome.err, HasSubstr("would overwrite"));
+            }
+        }
+        EXPECT_EQ(fakes::readFile(output), before);
+    }
+    fakes::writeFile(own + "set.xml", runTool(joined({"list"}, pair)).out);
+    for (const auto& [command, name] : {std::pair("list", "set.xml"), {"vrt", "old.vrt"}}) {
+        const Strings line = joined({command, "-o", own + name}, pair);
+        EXPECT_THAT(runTool(line).err, HasSubstr("--overwrite"));
+        EXPECT_EQ(runTool(joined(line, {"--overwrite"})).code, 0);
+    }
+}
+
+TEST(ProgressBar, ShowsOnATerminalOnlyAndEndsWithTheUsersPatience) {
+    std::ostringstream shown;
+    std::ostringstream hidden;
+    const InterruptGuard guard;
+    {
+        ProgressBar bar(shown, true);
+        ProgressBar silent(hidden, isTerminal(hidden));
+        bar.show(0.5);
+        bar.show(0.501);
+        silent.show(0.5);
+        static_cast<void>(std::raise(SIGINT));
+        EXPECT_THROW(bar.show(0.6), Failure);
+    }
+    EXPECT_THAT(shown.str(), StartsWith("\r[####################....................]  50 %\r"));
+    EXPECT_EQ(hidden.str(), "");
+}
+
+}  // namespace
+}  // namespace kestms

@@ -1,0 +1,119 @@
+#include "tool/commands/RasterOptions.h"
+
+#include <CLI/CLI.hpp>
+#include <charconv>
+#include <string_view>
+
+namespace kestms {
+namespace {
+
+/// Throws a Failure with ExitCode::Usage for what is not one number.
+double numberIn(const std::string& option, std::string_view text) {
+    double number = 0;
+    const char* end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, number);
+    if (result.ec != std::errc() || result.ptr != end) {
+        throw Failure(ExitCode::Usage, option, std::string(text) + " is no number");
+    }
+    return number;
+}
+
+std::array<double, 4> fourNumbers(const std::string& option, std::string_view text) {
+    std::array<double, 4> numbers{};
+    std::size_t count = 0;
+    for (bool more = true; more; ++count) {
+        const std::size_t comma = text.find(',');
+        more = comma != std::string_view::npos;
+        if (count == numbers.size()) {
+            break;
+        }
+        numbers[count] = numberIn(option, text.substr(0, comma));
+        text.remove_prefix(more ? comma + 1 : text.size());
+    }
+    if (count != numbers.size() || !text.empty()) {
+        throw Failure(ExitCode::Usage, option, "takes four numbers with commas between them");
+    }
+    return numbers;
+}
+
+void setResolution(GridOptions& grid, const std::string& word) {
+    if (word == "finest" || word == "coarsest") {
+        grid.resolution =
+            word == "finest" ? GridOptions::Resolution::Finest : GridOptions::Resolution::Coarsest;
+        return;
+    }
+    grid.resolution = GridOptions::Resolution::Given;
+    grid.pixelSize = numberIn("--resolution", word);
+    if (!(grid.pixelSize > 0)) {
+        throw Failure(ExitCode::Usage, "--resolution", "a pixel size is more than 0");
+    }
+}
+
+}  // namespace
+
+void addFileOptions(CLI::App& command, ExportRequest& request, const std::string& whatIsWritten) {
+    command.add_option("SET|FILE", request.inputs, "The set")->required();
+    command.add_option("-o,--output", request.output, whatIsWritten)->required();
+    command.add_flag("--overwrite", request.overwrite,
+                     "Replace the output when it is there already");
+}
+
+void addPartOptions(CLI::App& command, ExportRequest& request) {
+    auto* box = command.add_option_function<std::string>(
+        "--bbox",
+        [&request](const std::string& text) { request.grid.box = fourNumbers("--bbox", text); },
+        "Only the part inside XMIN,YMIN,XMAX,YMAX, in units of the coordinate\n"
+        "system, enlarged to whole pixels");
+    command
+        .add_option_function<std::string>(
+            "--window",
+            [&request](const std::string& text) {
+                request.grid.window = fourNumbers("--window", text);
+            },
+            "Only COLUMN,ROW,WIDTH,HEIGHT, in pixels of the grid")
+        ->excludes(box);
+}
+
+void addBandsOption(CLI::App& command, ExportRequest& request, const std::string& more) {
+    command
+        .add_option("--bands", request.bands,
+                    "Only these bands, in this order: names, common names (red, nir),\n"
+                    "numbers, #FRAME, or patterns such as '*_B4.TIF', with commas\n"
+                    "between them" +
+                        more)
+        ->allow_extra_args(false);
+}
+
+void addRasterOptions(CLI::App& command, ExportRequest& request, const std::string& whatIsWritten) {
+    addFileOptions(command, request, whatIsWritten);
+    addBandsOption(command, request, "");
+    command
+        .add_option_function<std::string>(
+            "--order",
+            [&request](const std::string& word) { request.displayOrder = word == "display"; },
+            "set (default), or display: red, green and blue first")
+        ->check(CLI::IsMember({"set", "display"}));
+    command.add_option("--name", request.names, "Call a band otherwise: BAND=TEXT")
+        ->allow_extra_args(false);
+    auto* resolution = command.add_option_function<std::string>(
+        "--resolution", [&request](const std::string& word) { setResolution(request.grid, word); },
+        "Pixel size of the grid that bands of different ones share: finest\n"
+        "(default), coarsest, or a SIZE in units of the coordinate system");
+    command
+        .add_flag("--split", request.grid.split,
+                  "Write a file for each pixel size, OUT_15m and so on")
+        ->excludes(resolution);
+    command
+        .add_option("--resampling", request.resampling,
+                    "nearest (default), bilinear, cubic or average")
+        ->check(CLI::IsMember({"nearest", "bilinear", "cubic", "average"}));
+    command.add_option("--nodata", request.noData,
+                       "One no-data value for all bands, in place of their own");
+    command.add_flag("--no-style{false}", request.withStyle,
+                     "Write no OUT.qml, the layer style for natural colours in QGIS");
+    addPartOptions(command, request);
+    // One grid was not always the default.
+    command.add_flag("--one-grid")->group("");
+}
+
+}  // namespace kestms

@@ -1,0 +1,149 @@
+#include "tool/raster/BandSelection.h"
+
+#include <fnmatch.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "bands/BandTypes.h"
+#include "tool/terminal/Failure.h"
+
+namespace kestms {
+namespace {
+
+bool matches(const std::string& text, const std::string& pattern) {
+    return !text.empty() && fnmatch(pattern.c_str(), text.c_str(), FNM_CASEFOLD) == 0;
+}
+
+/// Without the meaning of "*", "?" and "[".
+std::string literally(const std::string& word) {
+    std::string pattern;
+    for (const char c : word) {
+        if (std::string_view("*?[\\").find(c) != std::string_view::npos) {
+            pattern += '\\';
+        }
+        pattern += c;
+    }
+    return pattern;
+}
+
+using Matcher = bool (*)(const Band& band, const std::string& word);
+
+/// From the surest to the loosest; the first that finds bands decides.
+constexpr Matcher kMatchers[] = {
+    [](const Band& band, const std::string& word) { return matches(band.name, literally(word)); },
+    [](const Band& band, const std::string& word) {
+        return matches(band.commonName, literally(word));
+    },
+    [](const Band& band, const std::string& word) { return word == std::to_string(band.number); },
+    [](const Band& band, const std::string& word) {
+        return word == "#" + std::to_string(band.frame);
+    },
+    [](const Band& band, const std::string& word) {
+        return matches(band.name, word) || matches(band.commonName, word) ||
+               matches(std::filesystem::path(band.componentPath).filename().string(), word);
+    },
+};
+
+/// Positions in `bands`; none for a word of no band.
+std::vector<std::size_t> find(const std::vector<Band>& bands, const std::string& word) {
+    std::vector<std::size_t> found;
+    for (const Matcher matcher : kMatchers) {
+        for (std::size_t i = 0; i < bands.size(); ++i) {
+            if (matcher(bands[i], word)) {
+                found.push_back(i);
+            }
+        }
+        if (!found.empty()) {
+            break;
+        }
+    }
+    return found;
+}
+
+std::vector<std::size_t> findOrFail(const std::vector<Band>& bands, const std::string& word) {
+    std::vector<std::size_t> found = find(bands, word);
+    if (found.empty()) {
+        std::string names;
+        for (const Band& band : bands) {
+            names += (names.empty() ? "" : ", ") + band.name;
+        }
+        throw Failure(ExitCode::Usage, word, "no band is called that; there are " + names);
+    }
+    return found;
+}
+
+}  // namespace
+
+std::vector<std::string> wordsOf(const std::vector<Band>& bands,
+                                 const std::vector<std::string>& lists) {
+    std::vector<std::string> words;
+    for (const std::string& list : lists) {
+        if (!find(bands, list).empty()) {
+            words.push_back(list);
+            continue;
+        }
+        std::size_t start = 0;
+        for (std::size_t comma = 0; comma != std::string::npos; start = comma + 1) {
+            comma = list.find(',', start);
+            words.push_back(list.substr(start, comma - start));
+        }
+    }
+    return words;
+}
+
+std::vector<Band> selectBands(const std::vector<Band>& bands,
+                              const std::vector<std::string>& words) {
+    if (words.empty()) {
+        return bands;
+    }
+    std::vector<std::size_t> order;
+    for (const std::string& word : wordsOf(bands, words)) {
+        for (const std::size_t index : findOrFail(bands, word)) {
+            if (std::find(order.begin(), order.end(), index) == order.end()) {
+                order.push_back(index);
+            }
+        }
+    }
+    std::vector<Band> selected;
+    for (const std::size_t index : order) {
+        selected.push_back(bands[index]);
+    }
+    return selected;
+}
+
+void renameBands(std::vector<Band>& bands, const std::vector<std::string>& names) {
+    // All are found by the names that the set gives them.
+    const std::vector<Band> before = bands;
+    for (const std::string& name : names) {
+        const std::size_t mark = name.find('=');
+        if (mark == std::string::npos) {
+            throw Failure(ExitCode::Usage, "--name " + name, "wants BAND=TEXT");
+        }
+        for (const std::size_t index : findOrFail(before, name.substr(0, mark))) {
+            bands[index].name = name.substr(mark + 1);
+            bands[index].isNamed = true;
+        }
+    }
+}
+
+void putInDisplayOrder(std::vector<Band>& bands) {
+    using kest::BandAssignment;
+    const auto place = [](const Band& band) {
+        switch (band.assignment) {
+            case BandAssignment::RedChannel:
+                return 0;
+            case BandAssignment::GreenChannel:
+                return 1;
+            case BandAssignment::BlueChannel:
+                return 2;
+            case BandAssignment::NotAssigned:
+                break;
+        }
+        return 3;
+    };
+    std::stable_sort(bands.begin(), bands.end(),
+                     [&place](const Band& a, const Band& b) { return place(a) < place(b); });
+}
+
+}  // namespace kestms

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <gdal_priv.h>
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "tool/raster/OutputGrid.h"
+
+namespace kestms {
+
+/// Metadata items of one domain, by key.
+using MetadataItems = std::map<std::string, std::string>;
+
+/// What a component's file says of a band beside its pixels and place, for programs that read the
+/// raster made of it. Texts are as they stand in the file.
+struct ComponentDescription {
+    std::string description;
+    std::string unit;
+    double scale = 1;
+    double offset = 0;
+    GDALColorInterp colour = GCI_Undefined;
+    std::vector<std::string> categories;
+    std::unique_ptr<GDALColorTable> colourTable;   ///< may be null
+    std::map<std::string, MetadataItems> domains;  ///< of the band; "" is the default one
+    MetadataItems fileItems;                       ///< of the whole file, default domain
+    GDALDataType type = GDT_Unknown;
+    Pyxis::Size block;
+    bool hasMask = false;      ///< in the file itself
+    bool hasMaskFile = false;  ///< beside it; GDAL could open it as any format, so nobody reads it
+};
+
+/// Reads the component, and the descriptions that GDAL keeps in its auxiliary file (".aux.xml").
+/// Nothing else beside the component is opened. Throws a Failure with ExitCode::CannotRead.
+ComponentDescription describeComponent(const OutputBand& band);
+
+}  // namespace kestms

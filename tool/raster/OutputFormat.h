@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kestms {
+
+enum class OutputFormat { VirtualRaster, GeoTiff, Png, Jpeg, WebP };
+
+/// GDAL's name of the driver that writes it.
+const char* driverOf(OutputFormat format);
+
+/// The picture format that the path's extension names; PNG without one.
+OutputFormat pictureFormat(const std::string& path);
+
+/// Throws a Failure with ExitCode::Usage when the path's extension promises another format.
+void requireExtension(const std::string& path, OutputFormat format);
+
+/// Whether the path means standard output ("-", "/dev/stdout" and its like).
+bool isStandardOutput(std::string_view path);
+
+/// Throws a Failure with ExitCode::Usage for standard output, which cannot take a raster.
+void refuseStandardOutput(const std::string& path);
+
+}  // namespace kestms

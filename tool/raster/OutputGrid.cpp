@@ -1,0 +1,290 @@
+#include "tool/raster/OutputGrid.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <filesystem>
+#include <limits>
+#include <string_view>
+
+#include <ogr_spatialref.h>
+#include "host/Text.h"
+#include "tool/terminal/Failure.h"
+#include "tool/terminal/Interrupt.h"
+#include "tool/terminal/NumberText.h"
+
+namespace kestms {
+namespace {
+
+/// The most that a corner may lie off an upright rectangle, in pixels.
+constexpr double kMostSlant = 0.5;
+constexpr double kLargestSide = std::numeric_limits<int>::max();
+/// Positions are kept to this part of a pixel, exactly representable, so that what was computed
+/// from corners does not differ from a whole pixel by the noise of the last digit.
+constexpr double kPositionStep = 1.0 / (1 << 20);
+
+double snapped(double position) {
+    return std::round(position / kPositionStep) * kPositionStep;
+}
+
+bool isWhole(double value) {
+    return value == std::round(value);
+}
+
+/// Positions in a grid of pixels, counted from the upper-left corner, and in the world.
+class PixelGrid {
+  public:
+    /// By three corners of a band.
+    explicit PixelGrid(const Band& band) {
+        if (!band.georeference) {
+            throw Failure(ExitCode::NotDecodable, band.componentPath, "has no georeference");
+        }
+        const Georeference& place = *band.georeference;
+        origin_ = place.upperLeft;
+        column_ = step(origin_, place.upperRight, band.width);
+        row_ = step(origin_, place.lowerLeft, band.height);
+    }
+
+    double pixelWidth() const { return std::hypot(column_.x, column_.y); }
+    double pixelHeight() const { return std::hypot(row_.x, row_.y); }
+    double pixelArea() const { return pixelWidth() * pixelHeight(); }
+
+    /// The grid with the same corner and directions, and square pixels of that size.
+    PixelGrid withPixelSize(double size) const {
+        PixelGrid grid = *this;
+        grid.column_ = {column_.x * size / pixelWidth(), column_.y * size / pixelWidth()};
+        grid.row_ = {row_.x * size / pixelHeight(), row_.y * size / pixelHeight()};
+        return grid;
+    }
+
+    Pyxis::Point2d toWorld(double column, double row) const {
+        return {origin_.x + column * column_.x + row * row_.x,
+                origin_.y + column * column_.y + row * row_.y};
+    }
+
+    Pyxis::Point2d toGrid(const Pyxis::Point2d& world) const {
+        const double x = world.x - origin_.x;
+        const double y = world.y - origin_.y;
+        const double determinant = column_.x * row_.y - column_.y * row_.x;
+        return {snapped((x * row_.y - y * row_.x) / determinant),
+                snapped((y * column_.x - x * column_.y) / determinant)};
+    }
+
+    /// As GDAL takes it, for a raster whose corner lies at that position.
+    std::array<double, 6> geoTransform(double column, double row) const {
+        const Pyxis::Point2d corner = toWorld(column, row);
+        return {corner.x, column_.x, row_.x, corner.y, column_.y, row_.y};
+    }
+
+  private:
+    static Pyxis::Point2d step(const Pyxis::Point2d& from, const Pyxis::Point2d& to, int pixels) {
+        const double count = std::max(pixels, 1);
+        return {(to.x - from.x) / count, (to.y - from.y) / count};
+    }
+
+    Pyxis::Point2d origin_;
+    Pyxis::Point2d column_;  ///< one pixel to the right
+    Pyxis::Point2d row_;     ///< one pixel down
+};
+
+PixelRectangle rectangleOf(const Band& band, const PixelGrid& grid) {
+    const PixelGrid own(band);
+    const Pyxis::Point2d origin = grid.toGrid(own.toWorld(0, 0));
+    const Pyxis::Point2d right = grid.toGrid(own.toWorld(band.width, 0));
+    const Pyxis::Point2d bottom = grid.toGrid(own.toWorld(0, band.height));
+    const PixelRectangle rectangle{origin.x, origin.y, right.x - origin.x, bottom.y - origin.y};
+    // Written so that what is not a number fails.
+    const bool upright = std::abs(right.y - origin.y) <= kMostSlant &&
+                         std::abs(bottom.x - origin.x) <= kMostSlant && rectangle.width > 0 &&
+                         rectangle.height > 0;
+    if (!upright) {
+        throw Failure(ExitCode::NotDecodable, band.componentPath,
+                      "does not lie on the grid of the other bands");
+    }
+    return rectangle;
+}
+
+Pyxis::RasterSource sourceOf(const Band& band) {
+    throwIfInterrupted();
+    const auto source =
+        Pyxis::rasterSourceOf(Pyxis::fileSpecifier(band.componentPath), band.componentFrame);
+    if (!source) {
+        throw Failure(ExitCode::CannotRead, band.componentPath, "the band cannot be opened");
+    }
+    return *source;
+}
+
+PixelGrid sharedGrid(const std::vector<const Band*>& bands, const GridOptions& options) {
+    const auto area = [](const Band* band) { return PixelGrid(*band).pixelArea(); };
+    const auto smaller = [&area](const Band* a, const Band* b) { return area(a) < area(b); };
+    const Band* finest = *std::min_element(bands.begin(), bands.end(), smaller);
+    switch (options.resolution) {
+        case GridOptions::Resolution::Coarsest:
+            // Of several, the first.
+            return PixelGrid(**std::max_element(bands.begin(), bands.end(), smaller));
+        case GridOptions::Resolution::Given:
+            return PixelGrid(*finest).withPixelSize(options.pixelSize);
+        case GridOptions::Resolution::Finest:
+            break;
+    }
+    return PixelGrid(*finest);
+}
+
+/// What the rectangles cover together, in whole pixels.
+PixelRectangle extentOf(const std::vector<OutputBand>& bands) {
+    double left = kLargestSide;
+    double top = kLargestSide;
+    double right = -kLargestSide;
+    double bottom = -kLargestSide;
+    for (const OutputBand& each : bands) {
+        const PixelRectangle& place = each.rectangle;
+        left = std::min(left, std::floor(place.x));
+        top = std::min(top, std::floor(place.y));
+        right = std::max(right, std::ceil(place.x + place.width));
+        bottom = std::max(bottom, std::ceil(place.y + place.height));
+    }
+    return {left, top, right - left, bottom - top};
+}
+
+/// The part of the extent that was asked for, in whole pixels.
+PixelRectangle partOf(const PixelRectangle& extent, const PixelGrid& grid,
+                      const GridOptions& options) {
+    PixelRectangle part = extent;
+    if (options.box) {
+        const auto& [west, south, east, north] = *options.box;
+        const Pyxis::Point2d a = grid.toGrid({west, north});
+        const Pyxis::Point2d b = grid.toGrid({east, south});
+        part.x = std::floor(std::min(a.x, b.x));
+        part.y = std::floor(std::min(a.y, b.y));
+        part.width = std::ceil(std::max(a.x, b.x)) - part.x;
+        part.height = std::ceil(std::max(a.y, b.y)) - part.y;
+    } else if (options.window) {
+        const auto& [column, row, width, height] = *options.window;
+        part = {extent.x + column, extent.y + row, width, height};
+    }
+    const bool meets = part.width >= 1 && part.height >= 1 && part.x < extent.x + extent.width &&
+                       part.y < extent.y + extent.height && part.x + part.width > extent.x &&
+                       part.y + part.height > extent.y;
+    if (!meets) {
+        throw Failure(ExitCode::Usage, "the part asked for holds nothing of the scene");
+    }
+    if (!(part.width < kLargestSide && part.height < kLargestSide)) {
+        throw Failure(ExitCode::Usage, "the raster would have more pixels than fit into a file");
+    }
+    return part;
+}
+
+OutputRaster rasterOf(const std::vector<const Band*>& bands, const std::string& path,
+                      const GridOptions& options) {
+    const PixelGrid grid = sharedGrid(bands, options);
+    OutputRaster raster;
+    raster.path = path;
+    raster.coordinateSystem = bands.front()->georeference->coordinateSystem;
+    raster.pixelWidth = grid.pixelWidth();
+    raster.pixelHeight = grid.pixelHeight();
+    for (const Band* band : bands) {
+        raster.bands.push_back({*band, rectangleOf(*band, grid), sourceOf(*band)});
+    }
+    const PixelRectangle part = partOf(extentOf(raster.bands), grid, options);
+    for (OutputBand& each : raster.bands) {
+        each.rectangle.x -= part.x;
+        each.rectangle.y -= part.y;
+    }
+    raster.size = {static_cast<int>(part.width), static_cast<int>(part.height)};
+    raster.geoTransform = grid.geoTransform(part.x, part.y);
+    return raster;
+}
+
+std::string_view unitOf(const Band& band) {
+    OGRSpatialReference system;
+    if (!band.georeference ||
+        system.importFromWkt(band.georeference->coordinateSystem.c_str()) != OGRERR_NONE) {
+        return "";
+    }
+    const bool inMetres = system.IsProjected() != FALSE && system.GetLinearUnits() == 1.0;
+    return inMetres ? "m" : system.IsGeographic() != FALSE ? "deg" : "";
+}
+
+/// "15m", "15x30m", "0.00025deg": four digits tell sizes apart that differ for people.
+std::string sizeLabel(const Band& band) {
+    const PixelGrid grid(band);
+    const auto rounded = [](double size) {
+        constexpr double kDigits = 1e4;
+        const double scale = kDigits / std::pow(10.0, std::ceil(std::log10(size)));
+        return numberText(std::round(size * scale) / scale);
+    };
+    const std::string width = rounded(grid.pixelWidth());
+    const std::string height = rounded(grid.pixelHeight());
+    return (width == height ? width : width + "x" + height) + std::string(unitOf(band));
+}
+
+std::string withLabel(const std::string& path, const std::string& label) {
+    const std::filesystem::path whole(path);
+    std::filesystem::path name = whole.stem();
+    name += label;
+    name += whole.extension();
+    return (whole.parent_path() / name).string();
+}
+
+std::string countOf(std::ptrdiff_t bands) {
+    return std::to_string(bands) + (bands == 1 ? " band" : " bands");
+}
+
+}  // namespace
+
+bool OutputBand::hasOtherPixelSize() const {
+    return std::abs(rectangle.width - band.width) > kPositionStep * band.width ||
+           std::abs(rectangle.height - band.height) > kPositionStep * band.height;
+}
+
+bool OutputBand::isOnGrid() const {
+    return !hasOtherPixelSize() && isWhole(rectangle.x) && isWhole(rectangle.y);
+}
+
+std::vector<OutputRaster> layOut(const std::vector<Band>& bands, const std::string& path,
+                                 const GridOptions& options) {
+    struct Group {
+        std::string label;
+        std::vector<const Band*> bands;
+    };
+    std::vector<Group> groups;
+    for (const Band& band : bands) {
+        const std::string label = options.split ? "_" + sizeLabel(band) : "";
+        auto group = std::find_if(groups.begin(), groups.end(),
+                                  [&label](const Group& each) { return each.label == label; });
+        if (group == groups.end()) {
+            group = groups.insert(groups.end(), {label, {}});
+        }
+        group->bands.push_back(&band);
+    }
+    std::vector<OutputRaster> rasters;
+    for (const Group& group : groups) {
+        rasters.push_back(rasterOf(group.bands, withLabel(path, group.label), options));
+    }
+    return rasters;
+}
+
+std::string resamplingNote(const OutputRaster& raster, const std::string& method) {
+    const auto& bands = raster.bands;
+    const auto resampled = std::count_if(bands.begin(), bands.end(), [](const OutputBand& each) {
+        return each.hasOtherPixelSize();
+    });
+    const auto moved = std::count_if(bands.begin(), bands.end(), [](const OutputBand& each) {
+        return !each.hasOtherPixelSize() && !each.isOnGrid();
+    });
+    std::string text;
+    if (resampled > 0) {
+        text = countOf(resampled) + " resampled (" + method + ")";
+    }
+    if (moved > 0) {
+        text += (text.empty() ? "" : ", ") + countOf(moved) + " moved by parts of a pixel (" +
+                method + ")";
+    }
+    const std::string width = numberText(raster.pixelWidth);
+    const std::string height = numberText(raster.pixelHeight);
+    return text.empty() ? ""
+                        : "one grid of " + (width == height ? width : width + " x " + height) +
+                              " " + std::string(unitOf(bands.front().band)) + ": " + text;
+}
+
+}  // namespace kestms

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/codecs/RasterSource.h"
+#include "pyxis/Geometry.h"
+#include "tool/scene/OpenedSet.h"
+
+// How the bands of a set lie in the multi-band rasters that are made of them.
+
+namespace kestms {
+
+/// A rectangle in a raster, in pixels and parts of them from its upper-left corner.
+struct PixelRectangle {
+    double x = 0;
+    double y = 0;
+    double width = 0;
+    double height = 0;
+};
+
+/// A band and the rectangle that the whole of it fills.
+struct OutputBand {
+    Band band;
+    PixelRectangle rectangle;
+    Pyxis::RasterSource source;  ///< where GDAL finds its samples
+
+    bool hasOtherPixelSize() const;
+    /// Whether no pixel of the grid takes its value from more than one of the band's, or from a
+    /// part of one.
+    bool isOnGrid() const;
+};
+
+/// One raster to write.
+struct OutputRaster {
+    std::string path;
+    Pyxis::Size size;
+    std::array<double, 6> geoTransform{};
+    std::string coordinateSystem;  ///< WKT; may be empty
+    double pixelWidth = 0;         ///< in units of the coordinate system
+    double pixelHeight = 0;
+    std::vector<OutputBand> bands;
+};
+
+/// Which grid the bands share.
+struct GridOptions {
+    enum class Resolution { Finest, Coarsest, Given };
+
+    Resolution resolution = Resolution::Finest;
+    double pixelSize = 0;  ///< for Resolution::Given, in units of the coordinate system
+    bool split = false;    ///< a raster for each pixel size, with that size in its name
+    std::optional<std::array<double, 4>> box;     ///< left, bottom, right, top in the world
+    std::optional<std::array<double, 4>> window;  ///< column, row, width, height in the grid
+};
+
+/// The rasters that show the bands, each band exactly where it lies in the world. A raster covers
+/// all its bands, or what `box` or `window` cut out, in whole pixels. Throws a Failure:
+/// ExitCode::NotDecodable for a band that no upright rectangle can hold, ExitCode::CannotRead for
+/// one that GDAL cannot find, ExitCode::Usage for a part that holds nothing or a raster too large.
+std::vector<OutputRaster> layOut(const std::vector<Band>& bands, const std::string& path,
+                                 const GridOptions& options);
+
+/// One line that says which bands are resampled or moved by the grid; empty when none is.
+std::string resamplingNote(const OutputRaster& raster, const std::string& method);
+
+}  // namespace kestms
