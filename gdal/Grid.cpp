@@ -6,14 +6,14 @@
 #include <cmath>
 #include <limits>
 
-#include "tool/raster/Placement.h"
+#include "tool/raster/PixelGrid.h"
 #include "tool/terminal/Failure.h"
 
 namespace kestgdal {
 namespace {
 
 using kestms::Band;
-using kestms::Placement;
+using kestms::PixelGrid;
 
 /// The most that a corner may lie off an upright rectangle, in pixels of the grid.
 constexpr double kMostSlant = 0.5;
@@ -40,8 +40,8 @@ double pixelArea(const Band& band) {
                  : std::numeric_limits<double>::max();
 }
 
-Rectangle rectangleOf(const Band& band, const Placement& grid) {
-    const Placement placement = kestms::placementOf(band);
+Rectangle rectangleOf(const Band& band, const PixelGrid& grid) {
+    const PixelGrid placement(band);
     const Pyxis::Point2d origin = grid.toRaster(placement.toWorld(0, 0));
     const Pyxis::Point2d right = grid.toRaster(placement.toWorld(band.width, 0));
     const Pyxis::Point2d bottom = grid.toRaster(placement.toWorld(0, band.height));
@@ -100,7 +100,7 @@ Grid gridOf(const std::vector<Band>& bands) {
     const auto finest =
         std::min_element(bands.begin(), bands.end(),
                          [](const Band& a, const Band& b) { return pixelArea(a) < pixelArea(b); });
-    const Placement placement = kestms::placementOf(*finest);
+    const PixelGrid placement(*finest);
     std::vector<Rectangle> rectangles;
     Rectangle all{0, 0, static_cast<double>(finest->width), static_cast<double>(finest->height)};
     for (const Band& band : bands) {

@@ -1,7 +1,9 @@
 #include "tool/commands/RasterOptions.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <string_view>
 
 namespace kestms {
@@ -34,6 +36,13 @@ std::array<double, 4> fourNumbers(const std::string& option, std::string_view te
         throw Failure(ExitCode::Usage, option, "takes four numbers with commas between them");
     }
     return numbers;
+}
+
+void requireWholePixels(const std::array<double, 4>& window) {
+    if (std::any_of(window.begin(), window.end(),
+                    [](double number) { return number != std::floor(number); })) {
+        throw Failure(ExitCode::Usage, "--window", "takes whole pixels");
+    }
 }
 
 void setResolution(GridOptions& grid, const std::string& word) {
@@ -69,6 +78,7 @@ void addPartOptions(CLI::App& command, ExportRequest& request) {
             "--window",
             [&request](const std::string& text) {
                 request.grid.window = fourNumbers("--window", text);
+                requireWholePixels(*request.grid.window);
             },
             "Only COLUMN,ROW,WIDTH,HEIGHT, in pixels of the grid")
         ->excludes(box);

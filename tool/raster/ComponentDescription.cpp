@@ -68,36 +68,42 @@ void readBand(GDALRasterBand& band, ComponentDescription& facts) {
     facts.hasMask = (flags & GMF_PER_DATASET) != 0 && (flags & GMF_ALPHA) == 0;
 }
 
-CPLXMLNode* bandIn(CPLXMLNode* document, int number) {
+/// By band, from the text of an auxiliary file.
+std::map<int, CPLXMLNode*> bandsIn(CPLXMLNode* document) {
+    std::map<int, CPLXMLNode*> bands;
     CPLXMLNode* root = CPLGetXMLNode(document, "=PAMDataset");
     for (CPLXMLNode* node = root == nullptr ? nullptr : root->psChild; node != nullptr;
          node = node->psNext) {
-        if (EQUAL(node->pszValue, "PAMRasterBand") &&
-            std::atoi(CPLGetXMLValue(node, "band", "0")) == number) {
-            return node;
+        if (EQUAL(node->pszValue, "PAMRasterBand")) {
+            bands.emplace(std::atoi(CPLGetXMLValue(node, "band", "0")), node);
         }
     }
-    return nullptr;
+    return bands;
 }
 
-/// What the auxiliary file adds. Anything that could lead to another file is passed over.
-void readAuxiliary(const std::string& path, int number, ComponentDescription& facts) {
+/// Null when there is no auxiliary file.
+CPLXMLNode* readAuxiliary(const std::string& path) {
     std::error_code error;
     const std::string name = path + ".aux.xml";
     if (!fs::is_regular_file(name, error) || fs::file_size(name, error) > kLargestAuxiliaryFile) {
-        return;
+        return nullptr;
     }
     std::ifstream stream(name, std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(stream), {}};
-    const CPLXMLTreeCloser document(CPLParseXMLString(text.c_str()));
-    CPLXMLNode* band = bandIn(document.get(), number);
-    if (band == nullptr) {
-        return;
-    }
+    return CPLParseXMLString(text.c_str());
+}
+
+double numberAt(CPLXMLNode* band, const char* element, double otherwise) {
+    const char* text = CPLGetXMLValue(band, element, nullptr);
+    return text == nullptr ? otherwise : CPLAtof(text);
+}
+
+/// What the auxiliary file adds. Anything that could lead to another file is passed over.
+void addAuxiliary(CPLXMLNode* band, ComponentDescription& facts) {
     facts.description = CPLGetXMLValue(band, "Description", facts.description.c_str());
     facts.unit = CPLGetXMLValue(band, "UnitType", facts.unit.c_str());
-    facts.scale = CPLAtof(CPLGetXMLValue(band, "Scale", std::to_string(facts.scale).c_str()));
-    facts.offset = CPLAtof(CPLGetXMLValue(band, "Offset", std::to_string(facts.offset).c_str()));
+    facts.scale = numberAt(band, "Scale", facts.scale);
+    facts.offset = numberAt(band, "Offset", facts.offset);
     for (const CPLXMLNode* node = band->psChild; node != nullptr; node = node->psNext) {
         if (EQUAL(node->pszValue, "CategoryNames")) {
             facts.categories.clear();
@@ -119,24 +125,64 @@ void readAuxiliary(const std::string& path, int number, ComponentDescription& fa
 
 }  // namespace
 
-ComponentDescription describeComponent(const OutputBand& band) {
-    const GdalSession session;
-    const Pyxis::ErrorCapture errors;
-    const std::string& path = band.band.componentPath;
-    // The formats that components have; nothing else may take the file for its own.
-    const char* const drivers[] = {"GTiff", "NITF", "FAST", nullptr};
-    const GDALDatasetUniquePtr file(GDALDataset::Open(
-        (band.source.prefix + path).c_str(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR, drivers));
-    if (!file || band.source.band > file->GetRasterCount()) {
-        throw Failure(ExitCode::CannotRead, path, errors.message());
+/// A component that is open.
+class ComponentReader::File {
+  public:
+    /// `name` is the path, or GDAL's name for a part of the file.
+    File(const std::string& name, const std::string& path)
+        : name_(name), auxiliary_(readAuxiliary(path)), bands_(bandsIn(auxiliary_.get())) {
+        const Pyxis::ErrorCapture errors;
+        // The formats that components have; nothing else may take the file for its own.
+        const char* const drivers[] = {"GTiff", "NITF", "FAST", nullptr};
+        dataset_.reset(
+            GDALDataset::Open(name.c_str(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR, drivers));
+        if (!dataset_) {
+            throw Failure(ExitCode::CannotRead, path, errors.message());
+        }
+        std::error_code error;
+        hasMaskFile_ = fs::exists(path + ".msk", error);
+        fileItems_ = itemsOf(dataset_->GetMetadata());
     }
-    ComponentDescription facts;
-    facts.fileItems = itemsOf(file->GetMetadata());
-    readBand(*file->GetRasterBand(band.source.band), facts);
-    readAuxiliary(path, band.source.band, facts);
-    std::error_code error;
-    facts.hasMaskFile = fs::exists(path + ".msk", error);
-    return facts;
+
+    const std::string& name() const { return name_; }
+
+    ComponentDescription describe(int band) {
+        ComponentDescription facts;
+        facts.fileItems = fileItems_;
+        facts.hasMaskFile = hasMaskFile_;
+        readBand(*dataset_->GetRasterBand(band), facts);
+        if (const auto found = bands_.find(band); found != bands_.end()) {
+            addAuxiliary(found->second, facts);
+        }
+        return facts;
+    }
+
+    int count() const { return dataset_->GetRasterCount(); }
+
+  private:
+    std::string name_;
+    CPLXMLTreeCloser auxiliary_;
+    std::map<int, CPLXMLNode*> bands_;
+    GDALDatasetUniquePtr dataset_;
+    MetadataItems fileItems_;
+    bool hasMaskFile_ = false;
+};
+
+ComponentReader::ComponentReader() = default;
+
+ComponentReader::~ComponentReader() = default;
+
+ComponentDescription ComponentReader::describe(const OutputBand& band) {
+    const GdalSession session;
+    const std::string& path = band.band.componentPath;
+    const std::string name = band.source.prefix + path;
+    if (!file_ || file_->name() != name) {
+        file_ = std::make_unique<File>(name, path);
+    }
+    if (band.source.band > file_->count()) {
+        throw Failure(ExitCode::CannotRead, path, "the band cannot be opened");
+    }
+    return file_->describe(band.source.band);
 }
 
 }  // namespace kestms

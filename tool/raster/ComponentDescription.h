@@ -31,8 +31,22 @@ struct ComponentDescription {
     bool hasMaskFile = false;  ///< beside it; GDAL could open it as any format, so nobody reads it
 };
 
-/// Reads the component, and the descriptions that GDAL keeps in its auxiliary file (".aux.xml").
-/// Nothing else beside the component is opened. Throws a Failure with ExitCode::CannotRead.
-ComponentDescription describeComponent(const OutputBand& band);
+/// Reads components, and the descriptions that GDAL keeps in their auxiliary files (".aux.xml").
+/// Nothing else beside a component is opened. The last file stays open: bands of one file are
+/// asked for in turn.
+class ComponentReader {
+  public:
+    ComponentReader();
+    ComponentReader(const ComponentReader&) = delete;
+    ComponentReader& operator=(const ComponentReader&) = delete;
+    ~ComponentReader();
+
+    /// Throws a Failure with ExitCode::CannotRead.
+    ComponentDescription describe(const OutputBand& band);
+
+  private:
+    class File;
+    std::unique_ptr<File> file_;
+};
 
 }  // namespace kestms

@@ -9,6 +9,7 @@
 
 #include <ogr_spatialref.h>
 #include "host/Text.h"
+#include "tool/raster/PixelGrid.h"
 #include "tool/terminal/Failure.h"
 #include "tool/terminal/Interrupt.h"
 #include "tool/terminal/NumberText.h"
@@ -31,67 +32,16 @@ bool isWhole(double value) {
     return value == std::round(value);
 }
 
-/// Positions in a grid of pixels, counted from the upper-left corner, and in the world.
-class PixelGrid {
-  public:
-    /// By three corners of a band.
-    explicit PixelGrid(const Band& band) {
-        if (!band.georeference) {
-            throw Failure(ExitCode::NotDecodable, band.componentPath, "has no georeference");
-        }
-        const Georeference& place = *band.georeference;
-        origin_ = place.upperLeft;
-        column_ = step(origin_, place.upperRight, band.width);
-        row_ = step(origin_, place.lowerLeft, band.height);
-    }
-
-    double pixelWidth() const { return std::hypot(column_.x, column_.y); }
-    double pixelHeight() const { return std::hypot(row_.x, row_.y); }
-    double pixelArea() const { return pixelWidth() * pixelHeight(); }
-
-    /// The grid with the same corner and directions, and square pixels of that size.
-    PixelGrid withPixelSize(double size) const {
-        PixelGrid grid = *this;
-        grid.column_ = {column_.x * size / pixelWidth(), column_.y * size / pixelWidth()};
-        grid.row_ = {row_.x * size / pixelHeight(), row_.y * size / pixelHeight()};
-        return grid;
-    }
-
-    Pyxis::Point2d toWorld(double column, double row) const {
-        return {origin_.x + column * column_.x + row * row_.x,
-                origin_.y + column * column_.y + row * row_.y};
-    }
-
-    Pyxis::Point2d toGrid(const Pyxis::Point2d& world) const {
-        const double x = world.x - origin_.x;
-        const double y = world.y - origin_.y;
-        const double determinant = column_.x * row_.y - column_.y * row_.x;
-        return {snapped((x * row_.y - y * row_.x) / determinant),
-                snapped((y * column_.x - x * column_.y) / determinant)};
-    }
-
-    /// As GDAL takes it, for a raster whose corner lies at that position.
-    std::array<double, 6> geoTransform(double column, double row) const {
-        const Pyxis::Point2d corner = toWorld(column, row);
-        return {corner.x, column_.x, row_.x, corner.y, column_.y, row_.y};
-    }
-
-  private:
-    static Pyxis::Point2d step(const Pyxis::Point2d& from, const Pyxis::Point2d& to, int pixels) {
-        const double count = std::max(pixels, 1);
-        return {(to.x - from.x) / count, (to.y - from.y) / count};
-    }
-
-    Pyxis::Point2d origin_;
-    Pyxis::Point2d column_;  ///< one pixel to the right
-    Pyxis::Point2d row_;     ///< one pixel down
-};
+Pyxis::Point2d placeIn(const PixelGrid& grid, const Pyxis::Point2d& world) {
+    const Pyxis::Point2d place = grid.toRaster(world);
+    return {snapped(place.x), snapped(place.y)};
+}
 
 PixelRectangle rectangleOf(const Band& band, const PixelGrid& grid) {
     const PixelGrid own(band);
-    const Pyxis::Point2d origin = grid.toGrid(own.toWorld(0, 0));
-    const Pyxis::Point2d right = grid.toGrid(own.toWorld(band.width, 0));
-    const Pyxis::Point2d bottom = grid.toGrid(own.toWorld(0, band.height));
+    const Pyxis::Point2d origin = placeIn(grid, own.toWorld(0, 0));
+    const Pyxis::Point2d right = placeIn(grid, own.toWorld(band.width, 0));
+    const Pyxis::Point2d bottom = placeIn(grid, own.toWorld(0, band.height));
     const PixelRectangle rectangle{origin.x, origin.y, right.x - origin.x, bottom.y - origin.y};
     // Written so that what is not a number fails.
     const bool upright = std::abs(right.y - origin.y) <= kMostSlant &&
@@ -152,8 +102,8 @@ PixelRectangle partOf(const PixelRectangle& extent, const PixelGrid& grid,
     PixelRectangle part = extent;
     if (options.box) {
         const auto& [west, south, east, north] = *options.box;
-        const Pyxis::Point2d a = grid.toGrid({west, north});
-        const Pyxis::Point2d b = grid.toGrid({east, south});
+        const Pyxis::Point2d a = placeIn(grid, {west, north});
+        const Pyxis::Point2d b = placeIn(grid, {east, south});
         part.x = std::floor(std::min(a.x, b.x));
         part.y = std::floor(std::min(a.y, b.y));
         part.width = std::ceil(std::max(a.x, b.x)) - part.x;

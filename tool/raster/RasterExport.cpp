@@ -15,11 +15,47 @@ namespace {
 
 using Files = std::vector<std::unique_ptr<OutputFile>>;
 
-void sayWhatHappens(const Context& context, const OutputRaster& raster,
-                    const std::string& resampling) {
-    if (const std::string note = resamplingNote(raster, resampling); !note.empty()) {
-        context.warn(raster.path, note);
+/// A line that is due once the progress bar is gone.
+struct Note {
+    std::string path;
+    std::string text;
+};
+
+void addNote(std::vector<Note>& notes, const OutputRaster& raster, const std::string& text) {
+    if (!text.empty()) {
+        notes.push_back({raster.path, text});
     }
+}
+
+std::vector<Note> writeAll(const Context& context, const ExportRequest& request,
+                           const VirtualRasterOptions& options,
+                           const std::vector<OutputRaster>& rasters, const Files& files,
+                           const RasterWriter& write) {
+    std::vector<Note> notes;
+    ProgressBar bar(context.err, isTerminal(context.err));
+    for (std::size_t i = 0; i < rasters.size(); ++i) {
+        const auto count = static_cast<double>(rasters.size());
+        const auto progress = [&bar, i, count](double part) {
+            bar.show((static_cast<double>(i) + part) / count);
+        };
+        const VirtualRaster pixels(rasters[i], options);
+        addNote(notes, rasters[i], resamplingNote(rasters[i], request.resampling));
+        for (const std::string& text : pixels.leftOut()) {
+            addNote(notes, rasters[i], text);
+        }
+        for (const std::string& text : write(rasters[i], pixels, *files[i], progress)) {
+            addNote(notes, rasters[i], text);
+        }
+    }
+    return notes;
+}
+
+VirtualRasterOptions optionsOf(const ExportRequest& request, VirtualRasterOptions::Paths paths) {
+    VirtualRasterOptions options;
+    options.paths = paths;
+    options.resampling = request.resampling;
+    options.noData = request.noData;
+    return options;
 }
 
 /// A style of the user's own stays.
@@ -69,28 +105,17 @@ void exportRasters(Context& context, const ExportRequest& request, OutputFormat 
         files.push_back(std::make_unique<OutputFile>(
             raster.path, OutputRules{context.inputs, request.overwrite}));
     }
-    VirtualRasterOptions options;
-    options.paths = format == OutputFormat::VirtualRaster ? VirtualRasterOptions::Paths::Relative
-                                                          : VirtualRasterOptions::Paths::Absolute;
-    options.resampling = request.resampling;
-    options.noData = request.noData;
-    ProgressBar bar(context.err, isTerminal(context.err));
-    for (std::size_t i = 0; i < rasters.size(); ++i) {
-        const VirtualRaster pixels(rasters[i], options);
-        std::vector<std::string> notes = pixels.leftOut();
-        sayWhatHappens(context, rasters[i], request.resampling);
-        const auto count = static_cast<double>(rasters.size());
-        for (const std::string& note : write(rasters[i], pixels, *files[i], [&](double part) {
-                 bar.show((static_cast<double>(i) + part) / count);
-             })) {
-            notes.push_back(note);
-        }
-        for (const std::string& note : notes) {
-            context.warn(rasters[i].path, note);
-        }
-        addStyle(context, request, rasters[i], files);
+    const VirtualRasterOptions options = optionsOf(
+        request, format == OutputFormat::VirtualRaster ? VirtualRasterOptions::Paths::Relative
+                                                       : VirtualRasterOptions::Paths::Absolute);
+    const std::vector<Note> notes = writeAll(context, request, options, rasters, files, write);
+    for (const OutputRaster& raster : rasters) {
+        addStyle(context, request, raster, files);
     }
     commitTogether(files);
+    for (const Note& note : notes) {
+        context.warn(note.path, note.text);
+    }
     for (const OutputRaster& raster : rasters) {
         context.out << printable(raster.path) << "\n";
     }
@@ -103,12 +128,12 @@ void printVirtualRaster(Context& context, const ExportRequest& request) {
     const OpenedSet set = openSet(context, request.inputs);
     const std::vector<OutputRaster> rasters =
         layOut(bandsOf(set, request), "standard output", request.grid);
-    VirtualRasterOptions options;
-    options.paths = VirtualRasterOptions::Paths::Absolute;
-    options.resampling = request.resampling;
-    options.noData = request.noData;
-    const VirtualRaster pixels(rasters.front(), options);
-    sayWhatHappens(context, rasters.front(), request.resampling);
+    const VirtualRaster pixels(rasters.front(),
+                               optionsOf(request, VirtualRasterOptions::Paths::Absolute));
+    if (const std::string note = resamplingNote(rasters.front(), request.resampling);
+        !note.empty()) {
+        context.note(note);
+    }
     context.out << pixels.text();
 }
 

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "tool/raster/BandMetadata.h"
 #include "tool/raster/ComponentDescription.h"
 #include "tool/raster/GdalSession.h"
 #include "tool/raster/XmlText.h"
@@ -18,8 +19,6 @@ namespace fs = std::filesystem;
 
 namespace kestms {
 namespace {
-
-using kest::BandAssignment;
 
 /// The directory without links, since ".." in a path leaves the directory that a link leads to.
 /// The last name stays: what lies beside a linked file is not what lies beside its target.
@@ -34,40 +33,12 @@ std::string relativePath(const std::string& file, const std::string& from) {
     return throughRealDirectory(file).lexically_relative(directory).string();
 }
 
-/// The display channel, grey for a panchromatic band, or else what the component says; that of a
-/// file with one band is always grey and says nothing.
+/// What the set says, or else the component; a file with one band always says grey, which means
+/// nothing.
 GDALColorInterp colourOf(const Band& band, const ComponentDescription& facts) {
-    switch (band.assignment) {
-        case BandAssignment::RedChannel:
-            return GCI_RedBand;
-        case BandAssignment::GreenChannel:
-            return GCI_GreenBand;
-        case BandAssignment::BlueChannel:
-            return GCI_BlueBand;
-        case BandAssignment::NotAssigned:
-            break;
-    }
-    if (band.type == kest::BandType::Panchromatic) {
-        return GCI_GrayIndex;
-    }
-    return facts.colour == GCI_GrayIndex ? GCI_Undefined : facts.colour;
-}
-
-/// Wavelengths as ENVI headers name them, which GIS programs look for, and as GDAL's own IMAGERY
-/// domain does.
-void addSpectrum(const Band& band, std::map<std::string, MetadataItems>& domains) {
-    if (band.spectrum) {
-        const std::string centre = numberText(band.spectrum->centre);
-        const std::string width = numberText(band.spectrum->width);
-        for (const auto& [domain, key, value] :
-             {std::tuple("", "wavelength", centre),
-              {"", "fwhm", width},
-              {"", "wavelength_units", std::string("Micrometers")},
-              {"IMAGERY", "CENTRAL_WAVELENGTH_UM", centre},
-              {"IMAGERY", "FWHM_UM", width}}) {
-            domains[domain][key] = value;
-        }
-    }
+    const GDALColorInterp colour = colourOf(band);
+    const bool isTold = colour != GCI_Undefined || facts.colour == GCI_GrayIndex;
+    return isTold ? colour : facts.colour;
 }
 
 std::string rectangleAttributes(const PixelRectangle& rectangle) {
@@ -161,8 +132,10 @@ void describe(GDALRasterBand& target, const OutputBand& band, ComponentDescripti
         }
         target.SetCategoryNames(names.List());
     }
-    addSpectrum(band.band, facts.domains);
-    if (band.band.bits == 8 && band.band.format == Pyxis::SampleFormat::SignedInteger) {
+    for (const MetadataItem& item : spectralMetadata(band.band)) {
+        facts.domains[item.domain][item.key] = item.value;
+    }
+    if (hasSignedBytes(band.band)) {
         facts.domains["IMAGE_STRUCTURE"]["PIXELTYPE"] = "SIGNEDBYTE";
     }
     for (const auto& [domain, items] : facts.domains) {
@@ -219,9 +192,10 @@ VirtualRaster::VirtualRaster(const OutputRaster& raster, const VirtualRasterOpti
     GDALRegister_VRT();
     const GdalSession session;
     std::vector<ComponentDescription> all;
+    ComponentReader components;
     for (const OutputBand& band : raster.bands) {
         throwIfInterrupted();
-        all.push_back(describeComponent(band));
+        all.push_back(components.describe(band));
     }
     dataset_.reset(GetGDALDriverManager()->GetDriverByName("VRT")->Create(
         "", raster.size.width, raster.size.height, 0, GDT_Byte, nullptr));

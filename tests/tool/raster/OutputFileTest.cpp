@@ -134,6 +134,8 @@ TEST_F(WritingProcess, HeedsLimitsAndSignalsThatItsParentIgnores) {
     EXPECT_EQ(full.code, 4) << full.err;
     EXPECT_THAT(full.err, HasSubstr("out.tif: "));
     EXPECT_EQ(namesIn(directory_), before_);
+    EXPECT_EQ(runKestms({"samples", directory_ / "new/samples"}, limit).code, 4);
+    EXPECT_EQ(namesIn(directory_), before_);
     Process background(command(directory_ / "out.tif"), [] { signal(SIGINT, SIG_IGN); });
     while (namesIn(directory_) == before_) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
