@@ -51,7 +51,7 @@ bool FileReadDescriptor::setFrame(int frame) {
     return true;
 }
 
-// NOLINTNEXTLINE(performance-unnecessary-value-param): so it stands in the interface.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): as the interface declares it.
 FormatCodecPropertyInterface* FileReadDescriptor::getProperty(StringBuffer name) {
     if (image() == nullptr) {
         return nullptr;

@@ -19,7 +19,7 @@ PYXIS_API std::string wideToUtf8(std::u16string_view text);
 /// The buffer's text up to its terminator as UTF-8 (or, for a path, as the bytes that it is made
 /// of).
 PYXIS_API std::string toUtf8(const StringBuffer& buffer);
-/// The 16-bit characters of a wide buffer up to its terminator or the last whole one.
+/// The 16-bit characters of a wide buffer up to its terminator or its last whole character.
 PYXIS_API std::u16string wideCharacters(const StringBuffer& buffer);
 /// A wide buffer with the text and a terminator.
 PYXIS_API StringBuffer toWideBuffer(std::string_view utf8);

@@ -48,7 +48,7 @@ class KestMultispectralReadFileFrame : public Pyxis::ReadImageFileFrameInterface
     std::shared_ptr<KestMultispectralPropertySetIterator> propertySet_;
     int frameIndex_;
     kest::BandFacts facts_;
-    // The frame goes before its file.
+    // In this order, so that the frame is destroyed before its file.
     std::unique_ptr<Pyxis::ReadImageFileInterface> componentFile_;
     std::unique_ptr<Pyxis::ReadImageFileFrameInterface> componentFrame_;  ///< never null
 };

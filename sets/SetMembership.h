@@ -33,7 +33,7 @@ struct InclusionData {
 enum class Verdict {
     Accepted,
     NoPath,      ///< the list names no file
-    Unreadable,  ///< no codec reads it; the set does without
+    Unreadable,  ///< no codec reads it; it is skipped
     CannotOpen,
     NoSuchFrame,
     LayoutRefused,  ///< pixels that no set takes

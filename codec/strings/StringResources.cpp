@@ -38,8 +38,8 @@ const platform::StringModule* loadedModule() {
     return current.module ? &*current.module : nullptr;
 }
 
-/// The caller's buffer is filled through its own operation: it may be of a class that derives
-/// from the host's. `text` ends before a terminator, which goes with it.
+/// Fills the caller's buffer through its virtual operation: it may be of a derived class. The
+/// terminator after `text` is copied too.
 void fill(Pyxis::StringBuffer& buffer, std::u16string_view text, Pyxis::CharacterType type) {
     buffer.set(static_cast<int>((text.size() + 1) * sizeof(char16_t)),
                reinterpret_cast<const unsigned char*>(text.data()), type);

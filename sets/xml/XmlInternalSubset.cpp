@@ -18,8 +18,8 @@ bool startsWith(std::string_view text, std::size_t at, std::string_view prefix) 
 /// an entity that names itself is detected; the bounds on replacement catch the rest.
 constexpr std::size_t kMostSearchedBytes = std::size_t{16} << 20U;
 
-/// Calls `visit` with the name, semicolon included, of every reference in a text until it answers
-/// true, and answers whether it did. `mark` starts a reference: '&' or '%'.
+/// Calls `visit` with the name, semicolon included, of every reference in a text until it returns
+/// true; returns whether it did. `mark` starts a reference: '&' or '%'.
 template <typename Visit>
 bool anyReference(std::string_view text, char mark, const Visit& visit) {
     for (std::size_t at = text.find(mark); at != std::string_view::npos;

@@ -34,7 +34,7 @@ class InternalSubset {
     Decoder& decoder_;
     std::string_view text_;
     std::size_t at_ = 0;
-    std::unordered_set<std::string_view> awaited_;  ///< referred to before they were declared
+    std::unordered_set<std::string_view> awaited_;  ///< referenced before their declaration
     std::size_t searchedBytes_ = 0;
 };
 
