@@ -9,7 +9,7 @@
 
 namespace kest {
 
-/// What a band shows. The values are published to hosts; 1 and 7 are not in use.
+/// What a band shows. The values are published to hosts; 1 and 7 are unused (compatibility.md, 24).
 enum class BandType : std::int32_t {
     Unknown = 0,
     Blue = 2,
@@ -30,7 +30,8 @@ enum class BandAssignment : std::int32_t {
     BlueChannel = 3,
 };
 
-/// Number of a band or bucket that no rule recognises: it sorts last.
+/// Number of a band or bucket that no rule recognises, so that it sorts last (compatibility.md,
+/// 23).
 inline constexpr std::int32_t kUnrecognisedNumber = 9999;
 
 /// The part of the spectrum that a band records, in micrometres.

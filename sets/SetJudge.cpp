@@ -27,6 +27,7 @@ FormatDecodability SetJudge::answer() const {
     if (list_.count() < 2) {
         return FormatDecodability::NotThisFormat;
     }
+    // So the first two that fail make an undecodable set (compatibility.md, 11).
     return accepted_ < 2 ? FormatDecodability::UndecodableSet : result_;
 }
 

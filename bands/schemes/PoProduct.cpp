@@ -15,7 +15,7 @@ using namespace string_id;
 
 constexpr BucketRow kMultispectral{kProductMultispectral, 1};
 
-/// Numbers leave 0 to the panchromatic band, so blue begins at 1.
+/// Numbered from blue 1, after panchromatic 0 (compatibility.md, 22).
 constexpr std::array kBands{
     ProductBand{u"RED", {kProductRed, Red, RedChannel, 3}, kMultispectral},
     ProductBand{u"GRN", {kProductGreen, Green, GreenChannel, 2}, kMultispectral},
