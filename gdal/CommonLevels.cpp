@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
-#include "host/Guarded.h"
+#include "pyxis/NoThrow.h"
 
 namespace kestgdal {
 namespace {
 
 std::vector<Pyxis::Size> sizesOf(PixelSource& samples) {
-    return Pyxis::guarded(std::vector<Pyxis::Size>(), [&] {
+    return Pyxis::answerOr(std::vector<Pyxis::Size>(), [&] {
         std::vector<Pyxis::Size> sizes;
         for (int level = 1; level <= samples.numLevels(); ++level) {
             sizes.push_back(samples.levelSize(level));

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/Guarded.h"
+#include "pyxis/NoThrow.h"
 
 namespace kestgdal {
 
@@ -22,14 +22,14 @@ PlacedBand::PlacedBand(GDALDataset* dataset, int number, GDALDataType type,
 }
 
 bool PlacedBand::read(const GridWindow& window, const Buffer& buffer) {
-    return source_ && Pyxis::guarded(false, [&] {
+    return source_ && Pyxis::answerOr(false, [&] {
                return readPlaced(*source_, sampling_.place, window, buffer, sampling_.outside);
            });
 }
 
 bool PlacedBand::read(const Window& window, const Buffer& buffer) {
     if (sampling_.place.isOwnGrid) {
-        return source_ && Pyxis::guarded(false, [&] {
+        return source_ && Pyxis::answerOr(false, [&] {
                    return source_->read(sampling_.level, window, buffer);
                });
     }
