@@ -103,6 +103,7 @@ ${about}
 This package opens scenes in Python, and as xarray data sets where
 python3-xarray is installed.")
     set(CPACK_DEBIAN_PYTHON_PACKAGE_SHLIBDEPS OFF)
+    set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/cmake/debian/python/prerm)
     set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
 endif()
 install(FILES ${PROJECT_SOURCE_DIR}/examples/print-bands/main.cpp
