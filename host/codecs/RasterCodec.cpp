@@ -38,4 +38,8 @@ bool hasExtensionOf(const Format& format, const FileSpecifier& file) {
                        });
 }
 
+void setText(StringBuffer& text, const char* value) noexcept {
+    attempt([&] { text = toWideBuffer(value); });
+}
+
 }  // namespace Pyxis

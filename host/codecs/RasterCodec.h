@@ -22,6 +22,9 @@ Expected<RasterPointer> openSpecifier(FileCache& cache, const Format& format,
 /// Whether the format's list of extensions has that of the file.
 bool hasExtensionOf(const Format& format, const FileSpecifier& file);
 
+/// On allocation failure the text is unchanged.
+void setText(StringBuffer& text, const char* value) noexcept;
+
 /// Everything that the component codecs have in common. `Interface` is one of the codecs of
 /// pyxis/ComponentCodecs.h.
 template <typename Interface>
@@ -45,7 +48,7 @@ class RasterCodec : public Interface, public RasterSources {
     }
     CodecCapability codecCapability() const override { return CodecCapability::ReadOnly; }
     bool isValidFileName(const FileSpecifier& file) const override {
-        return hasExtensionOf(format_, file);
+        return answerOr(false, [&] { return hasExtensionOf(format_, file); });
     }
     FormatType getFormatDecodabilityType() const override { return FormatType::ByContent; }
     FormatOrganization getFormatOrganization() const override { return FormatOrganization::Frames; }
@@ -58,20 +61,22 @@ class RasterCodec : public Interface, public RasterSources {
                              StringBuffer* name) const override {
         using Identifier = FormatCodecPropertyInterface::PropertyIdentifier;
         const char* own = format_.ownProperty;
-        return identifier == Identifier::GeoCorrelation ||
-               (identifier == Identifier::Custom && own != nullptr && name != nullptr &&
-                toUtf8(*name) == own);
+        return answerOr(false, [&] {
+            return identifier == Identifier::GeoCorrelation ||
+                   (identifier == Identifier::Custom && own != nullptr && name != nullptr &&
+                    toUtf8(*name) == own);
+        });
     }
     int getNumExtensions() const override { return static_cast<int>(format_.extensions.size()); }
     void getExtensionText(int index, StringBuffer& text) const override {
         const bool known = index >= 0 && index < RasterCodec::getNumExtensions();
-        text = toWideBuffer(known ? format_.extensions[static_cast<std::size_t>(index)] : "");
+        setText(text, known ? format_.extensions[static_cast<std::size_t>(index)] : "");
     }
-    void getFormatName(StringBuffer& text) const override { text = toWideBuffer(format_.name); }
+    void getFormatName(StringBuffer& text) const override { setText(text, format_.name); }
     void getDescriptionText(StringBuffer& text) const override {
-        text = toWideBuffer(format_.description);
+        setText(text, format_.description);
     }
-    void getCopyrightText(StringBuffer& text) const override { text = toWideBuffer(""); }
+    void getCopyrightText(StringBuffer& text) const override { setText(text, ""); }
     FormatDecodability isDecodableFile(const FileSpecifier& file,
                                        FindFileInterface* /*finder*/) const override {
         return answerOr(FormatDecodability::NotThisFormat, [&] {
@@ -124,7 +129,7 @@ class NumberedPropertyCodec final : public RasterCodec<Interface> {
     using RasterCodec<Interface>::RasterCodec;
     void getPropertyName(int number, StringBuffer& name) const override {
         const Format& format = this->format();
-        name = toWideBuffer(number == format.ownPropertyNumber ? format.ownProperty : "");
+        setText(name, number == format.ownPropertyNumber ? format.ownProperty : "");
     }
 };
 

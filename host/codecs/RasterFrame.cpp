@@ -34,8 +34,10 @@ int RasterFrame::numOverviews(GDALRasterBand* band) const {
 }
 
 bool RasterFrame::frameOp1(int number) {
-    DatasetHandle::Use use(file_->handle());
-    return level(bandIn(use), number) != nullptr;
+    return answerOr(false, [&] {
+        DatasetHandle::Use use(file_->handle());
+        return level(bandIn(use), number) != nullptr;
+    });
 }
 
 int RasterFrame::getFrameIndex() const {
@@ -70,8 +72,10 @@ std::int32_t RasterFrame::frameOp7() {
 }
 
 std::int32_t RasterFrame::frameOp8() {
-    DatasetHandle::Use use(file_->handle());
-    return numOverviews(bandIn(use));
+    return answerOr(0, [&] {
+        DatasetHandle::Use use(file_->handle());
+        return numOverviews(bandIn(use));
+    });
 }
 
 std::int32_t RasterFrame::frameOp9() {
@@ -86,16 +90,16 @@ void RasterFrame::frameOp11(int channel, ChannelRange* range) {
     if (channel != 0 || range == nullptr) {
         return;
     }
-    DatasetHandle::Use use(file_->handle());
-    GDALRasterBand* band = bandIn(use);
-    if (band == nullptr) {
-        return;
-    }
-    int hasNoData = FALSE;
-    range->minimum = band->GetMinimum(nullptr);
-    range->maximum = band->GetMaximum(nullptr);
-    range->noData = band->GetNoDataValue(&hasNoData);
-    range->hasNoData = hasNoData != FALSE;
+    attempt([&] {
+        DatasetHandle::Use use(file_->handle());
+        GDALRasterBand* band = bandIn(use);
+        if (band == nullptr) {
+            return;
+        }
+        int hasNoData = FALSE;
+        const double noData = band->GetNoDataValue(&hasNoData);
+        *range = {band->GetMinimum(nullptr), band->GetMaximum(nullptr), noData, hasNoData != FALSE};
+    });
 }
 
 const ColourTable* RasterFrame::frameOp12() {

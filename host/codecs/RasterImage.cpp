@@ -73,10 +73,11 @@ FileSpecifier RasterImage::getFile(int index) const {
     if (!file || index < 0 || index >= RasterImage::getNumFiles()) {
         return {};
     }
-    if (index == 0) {
-        return specifier_;  // spelt as this caller did; the opened file may be another's
-    }
-    return fileSpecifier(file->facts().otherFiles[static_cast<std::size_t>(index) - 1]);
+    return answerOr(FileSpecifier(), [&] {
+        return index == 0  // spelt as this caller did; the opened file may be another's
+                   ? specifier_
+                   : fileSpecifier(file->facts().otherFiles[static_cast<std::size_t>(index) - 1]);
+    });
 }
 
 int RasterImage::getNumFrames() const {

@@ -1,6 +1,9 @@
 #include "host/formats/Format.h"
 
+#include <cstdint>
 #include <memory>
+#include <optional>
+#include <string>
 #include <utility>
 
 #include "host/file/WorldFile.h"
@@ -26,6 +29,26 @@ void placeByWorldFile(RasterFacts& facts, const Dataset& dataset, DatasetHandle&
 
 namespace {
 
+/// Why what a file claims is out of proportion to its length. A few hundred bytes could otherwise
+/// take seconds and gigabytes.
+std::optional<Refusal> claimsTooMuch(const RasterFacts& facts, std::uint64_t fileSize) {
+    constexpr std::uint64_t kFreeBytes = 64 * 1024 * 1024;
+    constexpr std::uint64_t kMostTimes = 64;
+    const std::string inFile = " in a file of " + std::to_string(fileSize);
+    if (facts.frames.size() > fileSize) {
+        return Refusal{Refusal::Kind::Unsafe,
+                       "claims " + std::to_string(facts.frames.size()) + " bands" + inFile};
+    }
+    for (const FrameFacts& frame : facts.frames) {
+        if (frame.bytesAtOnce > kFreeBytes && frame.bytesAtOnce / kMostTimes > fileSize) {
+            return Refusal{
+                Refusal::Kind::Unsafe,
+                "claims a block of " + std::to_string(frame.bytesAtOnce) + " bytes" + inFile};
+        }
+    }
+    return std::nullopt;
+}
+
 Expected<RasterPointer> load(const Format& format, const SourceFile& file) {
     const ErrorCapture silent;
     auto handle =
@@ -38,6 +61,9 @@ Expected<RasterPointer> load(const Format& format, const SourceFile& file) {
     }
     if (facts->frames.empty()) {
         return damaged("holds no raster");
+    }
+    if (std::optional<Refusal> refusal = claimsTooMuch(*facts, file.head.state.size)) {
+        return *refusal;
     }
     const bool hasKey = !facts->place.systemKey.empty();
     auto raster = std::make_shared<RasterFile>(std::move(*facts), std::move(handle));

@@ -34,12 +34,22 @@ std::optional<std::string> textOf(const char* text) {
 
 }  // namespace
 
+std::uint64_t bytesAtOnce(const FrameFacts& facts, std::size_t bands) {
+    const std::uint64_t pixels = static_cast<std::uint64_t>(facts.blockWidth) *
+                                 static_cast<std::uint64_t>(facts.blockHeight);
+    const std::uint64_t pixelBytes =
+        (static_cast<std::uint64_t>(facts.bits) + 7) / 8 * static_cast<std::uint64_t>(bands);
+    std::uint64_t bytes = 0;
+    return __builtin_mul_overflow(pixels, pixelBytes, &bytes) ? UINT64_MAX : bytes;
+}
+
 int Dataset::numBands() const {
     return dataset_->GetRasterCount();
 }
 
 std::vector<FrameFacts> Dataset::frames(bool mayHaveColours) const {
     std::vector<FrameFacts> frames(static_cast<std::size_t>(std::max(numBands(), 0)));
+    const bool interleaved = item("INTERLEAVE", "IMAGE_STRUCTURE") == "PIXEL";
     int number = 0;
     for (FrameFacts& facts : frames) {
         GDALRasterBand& band = *dataset_->GetRasterBand(++number);
@@ -51,6 +61,7 @@ std::vector<FrameFacts> Dataset::frames(bool mayHaveColours) const {
         facts.format = sampleFormatOf(band);
         facts.bits = GDALGetDataTypeSizeBits(band.GetRasterDataType());
         facts.sampleType = GDALGetDataTypeName(band.GetRasterDataType());
+        facts.bytesAtOnce = bytesAtOnce(facts, interleaved ? frames.size() : 1);
         if (mayHaveColours) {
             facts.colours = coloursOf(band);
         }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -35,6 +36,9 @@ class Dataset {
     GDALDataset* dataset_;
     std::size_t part_;
 };
+
+/// The size of a block of pixels of so many interleaved bands.
+std::uint64_t bytesAtOnce(const FrameFacts& facts, std::size_t bands = 1);
 
 /// GDAL's name for samples of a format and a size in bits; empty when it has no such type.
 std::string sampleTypeName(SampleFormat format, std::int32_t bits);

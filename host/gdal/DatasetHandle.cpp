@@ -15,7 +15,9 @@ void CloseDataset::operator()(GDALDataset* dataset) const {
 }
 
 DatasetHandle::DatasetHandle(const char* driver, std::string path, const FileState& state)
-    : driver_(driver), path_(std::move(path)), stamp_{state, {}} {}
+    : driver_(driver), path_(std::move(path)), stamp_{state, {}} {
+    HandlePool::instance();  // memory may fail now, but not in the destructor
+}
 
 DatasetHandle::~DatasetHandle() {
     HandlePool::instance().forget(*this);
@@ -35,7 +37,7 @@ void DatasetHandle::watchWorldFiles() {
 
 Expected<DatasetPointer> DatasetHandle::openDataset(const std::string& prefix) const {
     const ErrorCapture errors;
-    DatasetPointer dataset = openForReading(driver_, prefix + path_, path_, mayNameOverviews_);
+    DatasetPointer dataset = openForReading(driver_, prefix, path_, mayNameOverviews_);
     if (!dataset) {
         return Refusal{Refusal::Kind::Damaged, errors.message()};
     }

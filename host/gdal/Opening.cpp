@@ -4,6 +4,8 @@
 #include <gdal_frmts.h>
 #include <gdal_priv.h>
 
+#include <cstddef>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string_view>
@@ -39,31 +41,55 @@ CPLStringList nothingBeside(const std::string& path) {
     return names;
 }
 
+/// When memory fails while GDAL sets itself up it ends the process, so there must be plenty.
+template <typename Action>
+void onceWithPlenty(std::once_flag& flag, const Action& action) {
+    std::call_once(flag, [&action] {
+        constexpr std::size_t kPlenty = 4 * 1024 * 1024;
+        const auto plenty = std::make_unique_for_overwrite<char[]>(kPlenty);
+        *static_cast<volatile char*>(plenty.get()) = 0;  // so that the request is made at all
+        action();
+    });
+}
+
 /// TIFF files need no driver but their own, and registering all of them takes as long as opening
 /// a hundred files. NITF files hold images of other formats.
 void registerDrivers(const char* driver) {
+    static std::once_flag manager;
+    static std::once_flag one;
+    static std::once_flag all;
+    onceWithPlenty(manager, GetGDALDriverManager);
     if (GDALGetDriverByName(driver) != nullptr) {
         return;  // the program has chosen its drivers, and may have left out others
     }
-    static std::once_flag one;
-    static std::once_flag all;
     if (std::string_view(driver) == "GTiff") {
-        std::call_once(one, GDALRegister_GTiff);
+        onceWithPlenty(one, GDALRegister_GTiff);
     } else {
-        std::call_once(all, GDALAllRegister);
+        onceWithPlenty(all, GDALAllRegister);
     }
+}
+
+/// GDAL refuses to open what it is opening already, and after an exception believes that for good.
+/// More slashes at the front make another name of the same file.
+std::string nameNeverInterrupted(const std::string& prefix, const std::string& path, int times) {
+    return prefix + std::string(static_cast<std::size_t>(times), '/') + path;
 }
 
 }  // namespace
 
-DatasetPointer openForReading(const char* driver, const std::string& name, const std::string& path,
-                              bool mayNameOverviews) {
+DatasetPointer openForReading(const char* driver, const std::string& prefix,
+                              const std::string& path, bool mayNameOverviews) {
+    static thread_local int interruptions = 0;
     registerDrivers(driver);
     const ThreadOption noAuxiliaryFiles("GDAL_PAM_ENABLED", "NO");
     const char* const drivers[] = {driver, nullptr};
+    const std::string name = nameNeverInterrupted(prefix, path, interruptions);
+    const CPLStringList siblings = nothingBeside(path);
+    ++interruptions;  // stays counted when an exception comes
     DatasetPointer dataset(
         GDALDataset::Open(name.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR,
-                          drivers, nullptr, nothingBeside(path).List()));
+                          drivers, nullptr, siblings.List()));
+    --interruptions;
     // Metadata inside a file can name any other one as the place of its overviews.
     if (dataset && mayNameOverviews &&
         dataset->GetMetadataItem("OVERVIEW_FILE", "OVERVIEWS") != nullptr) {

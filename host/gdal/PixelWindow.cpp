@@ -3,6 +3,7 @@
 #include <gdal_priv.h>
 
 #include <algorithm>
+#include <climits>
 #include <cstdint>
 #include <cstring>
 #include <optional>
@@ -13,18 +14,28 @@
 namespace Pyxis {
 namespace {
 
-/// The type that the buffer shall hold; none when there is no such type or GDAL would convert to
-/// it wrongly.
-std::optional<GDALDataType> bufferType(GDALDataType own, SampleFormat format,
-                                       const PixelRequest& request) {
+/// Samples in a band or a buffer. GDAL of this version has no type for signed bytes: it calls them
+/// Byte, and would convert them as if they had no sign.
+struct Samples {
+    GDALDataType type = GDT_Byte;
+    bool isSignedByte = false;
+
+    bool operator==(const Samples&) const = default;
+};
+
+/// What the buffer shall hold; nothing when there are no such samples.
+std::optional<Samples> samplesAsked(const Samples& own, const PixelRequest& request,
+                                    SampleFormat format) {
     const bool ownAsked =
-        request.sampleFormat == format && request.sampleBits == GDALGetDataTypeSizeBits(own);
+        request.sampleFormat == format && request.sampleBits == GDALGetDataTypeSizeBits(own.type);
     if (request.sampleBits == 0 || ownAsked) {
         return own;
     }
-    return own == GDT_Byte && format == SampleFormat::SignedInteger
-               ? std::nullopt
-               : sampleTypeOf(request.sampleFormat, request.sampleBits);
+    if (request.sampleFormat == SampleFormat::SignedInteger && request.sampleBits == 8) {
+        return Samples{GDT_Byte, true};
+    }
+    const std::optional<GDALDataType> type = sampleTypeOf(request.sampleFormat, request.sampleBits);
+    return type ? std::optional(Samples{*type, false}) : std::nullopt;
 }
 
 bool windowInside(const GDALRasterBand& band, const PixelRequest& request) {
@@ -75,23 +86,76 @@ int nearest(int sample, int size, int samples) {
                             (2 * static_cast<std::int64_t>(samples)));
 }
 
+/// Where pixels go.
+struct Target {
+    unsigned char* bytes;
+    GDALDataType type;
+    Strides strides;
+};
+
 /// Resamples line by line from lines at full size.
-bool readReduced(GDALRasterBand& band, const PixelRequest& request, GDALDataType type,
-                 const Strides& strides) {
-    const auto sampleBytes = static_cast<std::size_t>(GDALGetDataTypeSizeBytes(type));
+bool readReduced(GDALRasterBand& band, const PixelRequest& request, const Target& target) {
+    const auto sampleBytes = static_cast<std::size_t>(GDALGetDataTypeSizeBytes(target.type));
     std::vector<unsigned char> line(static_cast<std::size_t>(request.width) * sampleBytes);
-    auto* target = static_cast<unsigned char*>(request.buffer);
     for (int row = 0; row < request.bufferHeight; ++row) {
         const int source = request.y + nearest(row, request.height, request.bufferHeight);
         if (band.RasterIO(GF_Read, request.x, source, request.width, 1, line.data(), request.width,
-                          1, type, 0, 0, nullptr) != CE_None) {
+                          1, target.type, 0, 0, nullptr) != CE_None) {
             return false;
         }
         for (int column = 0; column < request.bufferWidth; ++column) {
             const auto from =
                 static_cast<std::size_t>(nearest(column, request.width, request.bufferWidth));
-            std::memcpy(target + row * strides.line + column * strides.pixel,
+            std::memcpy(target.bytes + row * target.strides.line + column * target.strides.pixel,
                         line.data() + from * sampleBytes, sampleBytes);
+        }
+    }
+    return true;
+}
+
+bool readSamples(GDALRasterBand& band, const PixelRequest& request, bool overviews,
+                 const Target& target) {
+    const bool reduced =
+        request.bufferWidth < request.width || request.bufferHeight < request.height;
+    if (reduced && !overviews) {
+        return readReduced(band, request, target);
+    }
+    return band.RasterIO(GF_Read, request.x, request.y, request.width, request.height, target.bytes,
+                         request.bufferWidth, request.bufferHeight, target.type,
+                         target.strides.pixel, target.strides.line, nullptr) == CE_None;
+}
+
+/// Reads from or to signed bytes by way of 16-bit integers, which hold them with their sign.
+bool readBySign(GDALRasterBand& band, const PixelRequest& request, bool overviews,
+                bool fromSignedBytes, const Samples& asked, const Target& target) {
+    const auto columns = static_cast<std::size_t>(request.bufferWidth);
+    std::vector<GInt16> samples(columns * static_cast<std::size_t>(request.bufferHeight));
+    const GSpacing pixel = sizeof(GInt16);
+    const Target between{reinterpret_cast<unsigned char*>(samples.data()),
+                         fromSignedBytes ? GDT_Byte : GDT_Int16,
+                         {pixel, pixel * request.bufferWidth}};
+    if (target.strides.pixel > INT_MAX || !readSamples(band, request, overviews, between)) {
+        return false;
+    }
+    for (GInt16& sample : samples) {
+        if (fromSignedBytes) {
+            signed char byte = 0;
+            std::memcpy(&byte, &sample, 1);
+            sample = byte;
+        } else {
+            sample = std::clamp<GInt16>(sample, SCHAR_MIN, SCHAR_MAX);
+        }
+    }
+    for (int row = 0; row < request.bufferHeight; ++row) {
+        const GInt16* line = samples.data() + static_cast<std::size_t>(row) * columns;
+        unsigned char* bytes = target.bytes + row * target.strides.line;
+        if (!asked.isSignedByte) {
+            GDALCopyWords(line, GDT_Int16, sizeof(GInt16), bytes, target.type,
+                          static_cast<int>(target.strides.pixel), request.bufferWidth);
+            continue;
+        }
+        for (int column = 0; column < request.bufferWidth; ++column) {
+            bytes[column * target.strides.pixel] = static_cast<unsigned char>(line[column]);
         }
     }
     return true;
@@ -101,23 +165,22 @@ bool readReduced(GDALRasterBand& band, const PixelRequest& request, GDALDataType
 
 bool readWindow(GDALRasterBand& band, SampleFormat format, const PixelRequest& request,
                 bool overviews) {
-    const std::optional<GDALDataType> type = bufferType(band.GetRasterDataType(), format, request);
-    if (!type || !windowInside(band, request)) {
+    const GDALDataType type = band.GetRasterDataType();
+    const Samples own{type, type == GDT_Byte && format == SampleFormat::SignedInteger};
+    const std::optional<Samples> asked = samplesAsked(own, request, format);
+    if (!asked || !windowInside(band, request)) {
         return false;
     }
     const std::optional<Strides> strides =
-        stridesInBuffer(request, GDALGetDataTypeSizeBytes(*type));
+        stridesInBuffer(request, GDALGetDataTypeSizeBytes(asked->type));
     if (!strides) {
         return false;
     }
-    const bool reduced =
-        request.bufferWidth < request.width || request.bufferHeight < request.height;
-    if (reduced && !overviews) {
-        return readReduced(band, request, *type, *strides);
+    const Target target{static_cast<unsigned char*>(request.buffer), asked->type, *strides};
+    if (own != *asked && (own.isSignedByte || asked->isSignedByte)) {
+        return readBySign(band, request, overviews, own.isSignedByte, *asked, target);
     }
-    return band.RasterIO(GF_Read, request.x, request.y, request.width, request.height,
-                         request.buffer, request.bufferWidth, request.bufferHeight, *type,
-                         strides->pixel, strides->line, nullptr) == CE_None;
+    return readSamples(band, request, overviews, target);
 }
 
 }  // namespace Pyxis

@@ -19,6 +19,8 @@ struct FrameFacts {
     std::int32_t height = 0;
     std::int32_t blockWidth = 0;
     std::int32_t blockHeight = 0;
+    /// What GDAL holds at once to read a pixel: a block, with all bands where they are interleaved.
+    std::uint64_t bytesAtOnce = 0;
     SampleFormat format = SampleFormat::UnsignedInteger;
     std::int32_t bits = 0;              ///< of a sample
     std::string sampleType;             ///< GDAL's name for it

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdlib>
+#include <limits>
+#include <new>
+
+// Replaces the program's requests for memory by ones that can be made to fail. For one source file
+// of a test program.
+
+namespace fakes {
+
+/// Which request for memory fails, counted from 0; every later one too when `sticky`.
+struct MemoryFault {
+    static constexpr int kNever = std::numeric_limits<int>::max();
+    int failing = kNever;
+    int requests = 0;
+    bool sticky = false;
+
+    bool failsNow() {
+        const int request = failing == kNever ? -1 : requests++;
+        return request == failing || (sticky && request > failing);
+    }
+};
+
+inline thread_local MemoryFault memoryFault;
+
+}  // namespace fakes
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return fakes::memoryFault.failsNow() ? nullptr : std::malloc(size == 0 ? 1 : size);
+}
+void* operator new(std::size_t size) {
+    if (void* memory = operator new(size, std::nothrow)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}

@@ -1,0 +1,83 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include "tests/host/formats/Opened.h"
+
+namespace {
+
+using namespace Pyxis;
+
+/// How many files the process may open, put back at the end.
+class DescriptorLimit {
+  public:
+    explicit DescriptorLimit(rlim_t limit) {
+        getrlimit(RLIMIT_NOFILE, &before_);
+        const struct rlimit lower { limit, before_.rlim_max };
+        setrlimit(RLIMIT_NOFILE, &lower);
+    }
+    DescriptorLimit(const DescriptorLimit&) = delete;
+    DescriptorLimit& operator=(const DescriptorLimit&) = delete;
+    ~DescriptorLimit() { setrlimit(RLIMIT_NOFILE, &before_); }
+
+  private:
+    struct rlimit before_ {};
+};
+
+/// Takes all descriptors that the process may still have.
+class NoDescriptorLeft {
+  public:
+    NoDescriptorLeft() {
+        for (int one = open("/dev/null", O_RDONLY); one >= 0; one = open("/dev/null", O_RDONLY)) {
+            taken_.push_back(one);
+        }
+    }
+    NoDescriptorLeft(const NoDescriptorLeft&) = delete;
+    NoDescriptorLeft& operator=(const NoDescriptorLeft&) = delete;
+    ~NoDescriptorLeft() {
+        for (const int one : taken_) {
+            close(one);
+        }
+    }
+
+  private:
+    std::vector<int> taken_;
+};
+
+class Descriptors : public OnFiles {
+  protected:
+    /// Rasters whose pixels were read, so that each is open.
+    std::vector<std::unique_ptr<Opened>> openFiles(int count) {
+        std::vector<std::unique_ptr<Opened>> all;
+        for (int i = 0; i < count; ++i) {
+            all.push_back(std::make_unique<Opened>(
+                fakes::writeRaster(directory / ("r" + std::to_string(i) + ".tif"))));
+            EXPECT_FALSE(all.back()->pixels().empty());
+        }
+        return all;
+    }
+};
+
+TEST_F(Descriptors, WhenThereAreNoneIdleFilesAreClosed) {
+    const std::string plain = fakes::writeRaster(directory / "plain.tif");
+    const std::string other = fakes::writeRaster(directory / "other.tif", {.description = "x"});
+    const DescriptorLimit limit(100);
+    const Opened notYetRead(plain);
+    const auto open = openFiles(6);
+    ASSERT_EQ(openBelow(directory.path()).size(), 6U);
+    const NoDescriptorLeft none;
+    EXPECT_FALSE(notYetRead.pixels().empty());
+    EXPECT_FALSE(Opened(other).pixels().empty());
+    EXPECT_FALSE(open.front()->pixels().empty());
+}
+
+TEST_F(Descriptors, OpenFilesFollowTheLimitOfTheProcess) {
+    const auto open = openFiles(40);
+    ASSERT_EQ(openBelow(directory.path()).size(), 40U);
+    const std::string other = fakes::writeRaster(directory / "other.tif");
+    const DescriptorLimit limit(80);
+    EXPECT_FALSE(Opened(other).pixels().empty());
+    EXPECT_LE(openBelow(directory.path()).size(), 20U);
+}
+
+}  // namespace
