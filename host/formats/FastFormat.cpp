@@ -100,6 +100,7 @@ const Format& fastFormat() {
         .interface = Format::Interface::Fast,
         .ownProperty = "Band File Name",
         .driver = "FAST",
+        .view = View::Directory,
         // An image is made of several files, and one more may turn up.
         .mayBeKept = false,
         // The format has none of its own, and this driver would take a file of any format beside

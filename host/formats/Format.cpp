@@ -7,6 +7,8 @@
 #include <utility>
 
 #include "host/file/WorldFile.h"
+#include "host/formats/FrameProperties.h"
+#include "host/formats/GeoCorrelation.h"
 #include "host/gdal/HandlePool.h"
 
 namespace Pyxis {
@@ -25,6 +27,21 @@ void placeByWorldFile(RasterFacts& facts, const Dataset& dataset, DatasetHandle&
         handle.watchWorldFiles();
         facts.place.transform = readWorldFile(handle.path());
     }
+}
+
+Expected<RasterFacts> loadAllBands(const SourceFile& /*file*/, DatasetHandle& handle) {
+    const Expected<Dataset> dataset = handle.open();
+    if (!dataset) {
+        return dataset.refusal();
+    }
+    RasterFacts facts;
+    facts.frames = dataset->frames();
+    placeByWorldFile(facts, *dataset, handle);
+    return facts;
+}
+
+void describePlace(RasterFile& file, int frame, FrameProperties& properties) {
+    properties.append(correlationOf(file.place(frame)).get());
 }
 
 namespace {
@@ -51,8 +68,8 @@ std::optional<Refusal> claimsTooMuch(const RasterFacts& facts, std::uint64_t fil
 
 Expected<RasterPointer> load(const Format& format, const SourceFile& file) {
     const ErrorCapture silent;
-    auto handle =
-        std::make_unique<DatasetHandle>(format.driver, file.absolutePath, file.head.state);
+    auto handle = std::make_unique<DatasetHandle>(
+        Opening{format.driver, file.absolutePath, format.view}, file.head.state);
     Expected<RasterFacts> facts = format.load(file, *handle);
     if (!facts) {
         const Refusal& refusal = facts.refusal();

@@ -37,6 +37,7 @@ struct Format {
 
     /// GDAL's short name of the only driver that may open the files.
     const char* driver;
+    View view = View::FileAlone;
     /// Whether a loaded file may be given out again for as long as the file itself stays as it is.
     bool mayBeKept = true;
     /// Whether GDAL may look for reduced-resolution levels.
@@ -61,6 +62,12 @@ Expected<RasterPointer> loadRaster(const Format& format, const std::string& path
 
 /// The same for a file whose head has been read and recognised.
 Expected<RasterPointer> loadRaster(const Format& format, SourceFile file);
+
+/// Loads a file whose dataset's bands are its frames.
+Expected<RasterFacts> loadAllBands(const SourceFile& file, DatasetHandle& handle);
+
+/// Appends the geo-correlation of a frame, if it has one.
+void describePlace(RasterFile& file, int frame, FrameProperties& properties);
 
 /// Has a raster that its own file does not place take the place of its world file.
 void placeByWorldFile(RasterFacts& facts, const Dataset& dataset, DatasetHandle& handle);

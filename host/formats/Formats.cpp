@@ -6,10 +6,8 @@ namespace Pyxis {
 
 const std::vector<const Format*>& formats() {
     static const std::vector<const Format*> formats = {
-        &quickBirdFormat(),
-        &tiffFormat(),
-        &nitfFormat(),
-        &fastFormat(),
+        &quickBirdFormat(), &tiffFormat(),  &nitfFormat(), &fastFormat(),
+        &jpeg2000Format(),  &erdasFormat(), &pngFormat(),  &jpegFormat(),
     };
     return formats;
 }

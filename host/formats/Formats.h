@@ -18,5 +18,9 @@ const Format& quickBirdFormat();
 const Format& tiffFormat();
 const Format& nitfFormat();
 const Format& fastFormat();
+const Format& jpeg2000Format();
+const Format& erdasFormat();
+const Format& pngFormat();
+const Format& jpegFormat();
 
 }  // namespace Pyxis

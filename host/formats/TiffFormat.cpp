@@ -137,6 +137,7 @@ Format makeTiffFormat() {
         .ownProperty = kDescription,
         .ownPropertyNumber = 9,
         .driver = "GTiff",
+        .view = View::Directory,
         .recognise = recognise,
         .load = load,
         .describe = describe,

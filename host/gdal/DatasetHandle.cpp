@@ -5,17 +5,13 @@
 #include <utility>
 
 #include "host/gdal/HandlePool.h"
-#include "host/gdal/Opening.h"
+#include "host/gdal/PrivateFiles.h"
 #include "pyxis/NoThrow.h"
 
 namespace Pyxis {
 
-void CloseDataset::operator()(GDALDataset* dataset) const {
-    GDALClose(dataset);
-}
-
-DatasetHandle::DatasetHandle(const char* driver, std::string path, const FileState& state)
-    : driver_(driver), path_(std::move(path)), stamp_{state, {}} {
+DatasetHandle::DatasetHandle(Opening opening, const FileState& state)
+    : opening_(std::move(opening)), stamp_{state, {}} {
     HandlePool::instance();  // memory may fail now, but not in the destructor
 }
 
@@ -28,18 +24,18 @@ DatasetHandle::~DatasetHandle() {
 }
 
 bool DatasetHandle::hasChanged() const {
-    return stampOf(path_, !stamp_.worldFiles.empty()) != stamp_;
+    return stampOf(path(), !stamp_.worldFiles.empty()) != stamp_;
 }
 
 void DatasetHandle::watchWorldFiles() {
-    stamp_ = stampOf(path_, true);
+    stamp_ = stampOf(path(), true);
 }
 
 Expected<DatasetPointer> DatasetHandle::openDataset(const std::string& prefix) const {
     const ErrorCapture errors;
-    DatasetPointer dataset = openForReading(driver_, prefix, path_, mayNameOverviews_);
+    DatasetPointer dataset = openForReading(opening_, prefix);
     if (!dataset) {
-        return Refusal{Refusal::Kind::Damaged, errors.message()};
+        return Refusal{Refusal::Kind::Damaged, PrivateFiles::withoutNames(errors.message())};
     }
     return dataset;
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -9,31 +8,24 @@
 #include "host/file/FileHead.h"
 #include "host/gdal/Dataset.h"
 #include "host/gdal/ErrorCapture.h"
+#include "host/gdal/Opening.h"
 
-class GDALDataset;
 class GDALRasterBand;
 
 namespace Pyxis {
-
-struct CloseDataset {
-    void operator()(GDALDataset* dataset) const;
-};
-using DatasetPointer = std::unique_ptr<GDALDataset, CloseDataset>;
 
 /// GDAL's datasets of one file. They close when too many are open in the process, and open again
 /// when they are used, unless the file has changed meanwhile. Two threads may not use a dataset at
 /// once, so every use goes through `Use`.
 class DatasetHandle {
   public:
-    /// `driver` is the only one of GDAL's that may open the file, and outlives the handle. `path`
-    /// is absolute.
-    DatasetHandle(const char* driver, std::string path, const FileState& state);
+    DatasetHandle(Opening opening, const FileState& state);
     DatasetHandle(const DatasetHandle&) = delete;
     DatasetHandle& operator=(const DatasetHandle&) = delete;
     ~DatasetHandle();
 
-    const char* driver() const { return driver_; }
-    const std::string& path() const { return path_; }
+    const char* driver() const { return opening_.driver; }
+    const std::string& path() const { return opening_.path; }
     /// Whether the file is another now than when it was first opened.
     bool hasChanged() const;
     /// Whether a change is sure to be noticed.
@@ -62,13 +54,14 @@ class DatasetHandle {
     // While the file is loaded, by one thread.
 
     /// The file names no other one as its overviews, so GDAL need not be asked.
-    void setNamesNoOverviews() { mayNameOverviews_ = false; }
+    void setNamesNoOverviews() { opening_.mayNameOverviews = false; }
     /// From now on a change of the world files is one of the file.
     void watchWorldFiles();
     /// Opens the file itself, which is part 0.
     Expected<Dataset> open();
     /// Opens another dataset of the file by the driver's own name for it.
     Expected<Dataset> openPart(const std::string& prefix);
+    Dataset opened(std::size_t part) const { return Dataset(*datasets_.at(part), part); }
     bool isOpen() const { return !datasets_.empty(); }
     /// Tells the pool of open files about this one.
     void loaded();
@@ -80,10 +73,8 @@ class DatasetHandle {
     Expected<DatasetPointer> openDataset(const std::string& prefix) const;
     bool openAgain();
 
-    const char* driver_;
-    std::string path_;
+    Opening opening_;
     FileStamp stamp_;
-    bool mayNameOverviews_ = true;
     std::vector<std::string> prefixes_ = {""};  // one a part
 
     std::mutex mutex_;

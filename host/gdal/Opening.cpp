@@ -9,6 +9,10 @@
 #include <mutex>
 #include <optional>
 #include <string_view>
+#include <utility>
+#include <vector>
+
+#include "host/gdal/PrivateFiles.h"
 
 namespace Pyxis {
 namespace {
@@ -69,29 +73,46 @@ void registerDrivers(const char* driver) {
     }
 }
 
-/// GDAL refuses to open what it is opening already, and after an exception believes that for good.
-/// More slashes at the front make another name of the same file.
-std::string nameNeverInterrupted(const std::string& prefix, const std::string& path, int times) {
-    return prefix + std::string(static_cast<std::size_t>(times), '/') + path;
+DatasetPointer open(const Opening& opening, const std::string& name,
+                    std::shared_ptr<PrivateFiles> files) {
+    const char* const drivers[] = {opening.driver, nullptr};
+    const CPLStringList siblings = nothingBeside(opening.path);
+    return {
+        GDALDataset::Open(name.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR,
+                          drivers, nullptr, siblings.List()),
+        CloseDataset{std::move(files)}};
+}
+
+/// GDAL refuses to open what it is opening already, and after an exception believes that for
+/// good. More slashes at the front make another name of the same file.
+DatasetPointer openInDirectory(const Opening& opening, const std::string& prefix) {
+    static thread_local std::size_t interruptions = 0;
+    const std::string name = prefix + std::string(interruptions, '/') + opening.path;
+    ++interruptions;  // stays counted when an exception comes
+    DatasetPointer dataset = open(opening, name, nullptr);
+    --interruptions;
+    return dataset;
+}
+
+DatasetPointer openAlone(const Opening& opening, const std::string& prefix) {
+    auto files = std::make_shared<PrivateFiles>(std::vector{opening.path});
+    const std::string name = prefix + files->name();
+    return open(opening, name, std::move(files));
 }
 
 }  // namespace
 
-DatasetPointer openForReading(const char* driver, const std::string& prefix,
-                              const std::string& path, bool mayNameOverviews) {
-    static thread_local int interruptions = 0;
-    registerDrivers(driver);
+void CloseDataset::operator()(GDALDataset* dataset) const {
+    GDALClose(dataset);
+}
+
+DatasetPointer openForReading(const Opening& opening, const std::string& prefix) {
+    registerDrivers(opening.driver);
     const ThreadOption noAuxiliaryFiles("GDAL_PAM_ENABLED", "NO");
-    const char* const drivers[] = {driver, nullptr};
-    const std::string name = nameNeverInterrupted(prefix, path, interruptions);
-    const CPLStringList siblings = nothingBeside(path);
-    ++interruptions;  // stays counted when an exception comes
-    DatasetPointer dataset(
-        GDALDataset::Open(name.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR,
-                          drivers, nullptr, siblings.List()));
-    --interruptions;
+    DatasetPointer dataset = opening.view == View::FileAlone ? openAlone(opening, prefix)
+                                                             : openInDirectory(opening, prefix);
     // Metadata inside a file can name any other one as the place of its overviews.
-    if (dataset && mayNameOverviews &&
+    if (dataset && opening.mayNameOverviews &&
         dataset->GetMetadataItem("OVERVIEW_FILE", "OVERVIEWS") != nullptr) {
         CPLError(CE_Failure, CPLE_AppDefined, "names another file as its overviews");
         dataset.reset();

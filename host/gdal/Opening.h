@@ -1,16 +1,39 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
-#include "host/gdal/DatasetHandle.h"
+class GDALDataset;
 
 namespace Pyxis {
 
-/// Opens the file `path`, or the part of it that the driver names by a prefix, for reading with
-/// that driver only. GDAL writes nothing beside the file and reads nothing there. A file that names
-/// another one as its overviews is refused; `mayNameOverviews` is false where it cannot. Null on
-/// failure, with GDAL's words reported as its error.
-DatasetPointer openForReading(const char* driver, const std::string& prefix,
-                              const std::string& path, bool mayNameOverviews);
+class PrivateFiles;
+
+/// What GDAL sees when it opens a file.
+enum class View {
+    FileAlone,  ///< the file under a name of its own, with nothing beside it
+    Directory,  ///< for drivers that need more files, or can be told to look at none
+};
+
+/// How a file is opened.
+struct Opening {
+    const char* driver;  ///< the only one of GDAL's that may open it; outlives this
+    std::string path;    ///< from the root on
+    View view = View::FileAlone;
+    bool mayNameOverviews = true;  ///< whether it may name another file as its overviews
+};
+
+struct CloseDataset {
+    std::shared_ptr<PrivateFiles> files;  ///< under whose name it is open; may be null
+
+    void operator()(GDALDataset* dataset) const;
+};
+using DatasetPointer = std::unique_ptr<GDALDataset, CloseDataset>;
+
+/// Opens a file, or the part of it that the driver names by a prefix, for reading. GDAL writes
+/// nothing beside the file and reads nothing there but what the driver needs. A file that names
+/// another one as its overviews is refused. Null on failure, with GDAL's words reported as its
+/// error.
+DatasetPointer openForReading(const Opening& opening, const std::string& prefix);
 
 }  // namespace Pyxis

@@ -1,0 +1,23 @@
+#include <string_view>
+
+#include "host/formats/Formats.h"
+
+namespace Pyxis {
+
+/// Pixels in a second, larger file are not read: the header may name any file for them.
+const Format& erdasFormat() {
+    static const Format format = {
+        .name = "Erdas Imagine",
+        .description = "Erdas Imagine image",
+        .extensions = {"img"},
+        .features = {FormatFeature::Compression, FormatFeature::ReducedResolutions,
+                     FormatFeature::Palette, FormatFeature::Tiling},
+        .driver = "HFA",
+        .recognise = [](std::string_view head) { return head.starts_with("EHFA_HEADER_TAG"); },
+        .load = loadAllBands,
+        .describe = describePlace,
+    };
+    return format;
+}
+
+}  // namespace Pyxis
