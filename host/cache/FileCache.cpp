@@ -41,7 +41,7 @@ Expected<RasterPointer> FileCache::open(const std::string& path) {
     if (!head) {
         return head.refusal();
     }
-    const Format* format = formatOf(head->bytes);
+    const Format* format = formatOf(head->bytes, *absolute);
     if (format == nullptr) {
         return Refusal{Refusal::Kind::OtherFormat,
                        head->bytes.empty() ? "the file is empty" : "no known raster format"};

@@ -13,7 +13,10 @@ const Format& erdasFormat() {
         .features = {FormatFeature::Compression, FormatFeature::ReducedResolutions,
                      FormatFeature::Palette, FormatFeature::Tiling},
         .driver = "HFA",
-        .recognise = [](std::string_view head) { return head.starts_with("EHFA_HEADER_TAG"); },
+        .recognise =
+            [](std::string_view head, const std::string& /*path*/) {
+                return head.starts_with("EHFA_HEADER_TAG");
+            },
         .load = loadAllBands,
         .describe = describePlace,
     };

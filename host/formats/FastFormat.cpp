@@ -106,7 +106,8 @@ const Format& fastFormat() {
         // The format has none of its own, and this driver would take a file of any format beside
         // the header for them.
         .hasOverviews = false,
-        .recognise = looksLikeFastHeader,
+        .recognise = [](std::string_view head,
+                        const std::string& /*path*/) { return looksLikeFastHeader(head); },
         .load = load,
         .describe = describe,
     };

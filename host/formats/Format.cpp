@@ -114,7 +114,7 @@ Expected<RasterPointer> loadRaster(const Format& format, const std::string& path
         if (!head) {
             return head.refusal();
         }
-        if (!format.recognise(head->bytes)) {
+        if (!format.recognise(head->bytes, file.absolutePath)) {
             return notOf(format);
         }
         file.head = std::move(*head);

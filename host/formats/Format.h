@@ -44,8 +44,8 @@ struct Format {
     bool hasOverviews = true;
 
     /// Whether a file that begins with these bytes (at most `FileHead::kBytes`) may be of this
-    /// format.
-    bool (*recognise)(std::string_view head);
+    /// format. `path` is absolute, for formats whose files are told by what lies beside them.
+    bool (*recognise)(std::string_view head, const std::string& path);
     /// What is known of a file that was recognised. The handle is opened only where the file's own
     /// bytes do not tell everything.
     Expected<RasterFacts> (*load)(const SourceFile& file, DatasetHandle& handle);

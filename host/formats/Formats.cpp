@@ -8,15 +8,15 @@ const std::vector<const Format*>& formats() {
     static const std::vector<const Format*> formats = {
         &quickBirdFormat(), &tiffFormat(),  &nitfFormat(), &fastFormat(),
         &jpeg2000Format(),  &erdasFormat(), &pngFormat(),  &jpegFormat(),
+        &enviFormat(),  // asks for a file beside, so it comes last
     };
     return formats;
 }
 
-const Format* formatOf(std::string_view head) {
-    const auto found =
-        std::find_if(formats().begin(), formats().end(), [head](const Format* format) {
-            return format->reject == nullptr && format->recognise(head);
-        });
+const Format* formatOf(std::string_view head, const std::string& path) {
+    const auto found = std::find_if(formats().begin(), formats().end(), [&](const Format* format) {
+        return format->reject == nullptr && format->recognise(head, path);
+    });
     return found != formats().end() ? *found : nullptr;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -10,9 +11,9 @@ namespace Pyxis {
 /// All component formats, in the order in which their codecs are asked.
 const std::vector<const Format*>& formats();
 
-/// The format of a file that begins with these bytes; null when none recognises it. A format whose
-/// files are all of another one, too, is passed over.
-const Format* formatOf(std::string_view head);
+/// The format of a file that begins with these bytes and has this absolute path; null when none
+/// recognises it. A format whose files are all of another one, too, is passed over.
+const Format* formatOf(std::string_view head, const std::string& path);
 
 const Format& quickBirdFormat();
 const Format& tiffFormat();
@@ -22,5 +23,6 @@ const Format& jpeg2000Format();
 const Format& erdasFormat();
 const Format& pngFormat();
 const Format& jpegFormat();
+const Format& enviFormat();
 
 }  // namespace Pyxis

@@ -13,7 +13,7 @@ namespace {
 /// Each image segment keeps the file open once more, so there is a limit to how many are shown.
 constexpr int kMaxSegments = 64;
 
-bool recognise(std::string_view head) {
+bool recognise(std::string_view head, const std::string& /*path*/) {
     return head.starts_with("NITF") || head.starts_with("NSIF");
 }
 

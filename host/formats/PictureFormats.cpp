@@ -29,7 +29,10 @@ const Format& pngFormat() {
         .features = {FormatFeature::Compression, FormatFeature::Palette},
         .driver = "PNG",
         .hasOverviews = false,
-        .recognise = [](std::string_view head) { return head.starts_with("\x89PNG\r\n\x1a\n"sv); },
+        .recognise =
+            [](std::string_view head, const std::string& /*path*/) {
+                return head.starts_with("\x89PNG\r\n\x1a\n"sv);
+            },
         .load = loadPlaced,
         .describe = describePlace,
     };
@@ -44,7 +47,8 @@ const Format& jpegFormat() {
         .features = {FormatFeature::Compression},
         .driver = "JPEG",
         .hasOverviews = false,
-        .recognise = [](std::string_view head) { return head.starts_with("\xff\xd8\xff"sv); },
+        .recognise = [](std::string_view head,
+                        const std::string& /*path*/) { return head.starts_with("\xff\xd8\xff"sv); },
         .load = loadPlaced,
         .describe = describePlace,
     };

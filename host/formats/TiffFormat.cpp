@@ -20,7 +20,7 @@ constexpr std::array kMagics = {"II\x2a\x00"sv, "MM\x00\x2a"sv, "II\x2b\x00"sv, 
 
 constexpr std::string_view kBandListHead = "{\n  bandList = \n";
 
-bool recognise(std::string_view head) {
+bool recognise(std::string_view head, const std::string& /*path*/) {
     return std::find(kMagics.begin(), kMagics.end(), head.substr(0, 4)) != kMagics.end();
 }
 

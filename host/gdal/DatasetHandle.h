@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/file/FileHead.h"
@@ -55,6 +56,8 @@ class DatasetHandle {
 
     /// The file names no other one as its overviews, so GDAL need not be asked.
     void setNamesNoOverviews() { opening_.mayNameOverviews = false; }
+    /// GDAL needs this file of the same directory, too.
+    void showToo(std::string path) { opening_.companions.push_back(std::move(path)); }
     /// From now on a change of the world files is one of the file.
     void watchWorldFiles();
     /// Opens the file itself, which is part 0.

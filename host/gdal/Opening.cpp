@@ -36,12 +36,15 @@ class ThreadOption {
     std::optional<std::string> before_;
 };
 
-/// The files that GDAL may look at beside the one it opens: none. It takes a list of siblings at
-/// its word only when the file itself is the one name on it; with a second name it goes on to
-/// auxiliary files and overviews, and through those to any file or network address.
-CPLStringList nothingBeside(const std::string& path) {
+/// The files that GDAL may look at beside the one it opens: none but its companions. It takes a
+/// list of siblings at its word only when the file itself is the one name on it; with a second name
+/// it goes on to auxiliary files and overviews, and through those to any file or network address.
+CPLStringList siblingsOf(const Opening& opening) {
     CPLStringList names;
-    names.AddString(CPLGetFilename(path.c_str()));
+    names.AddString(CPLGetFilename(opening.path.c_str()));
+    for (const std::string& companion : opening.companions) {
+        names.AddString(CPLGetFilename(companion.c_str()));
+    }
     return names;
 }
 
@@ -76,7 +79,7 @@ void registerDrivers(const char* driver) {
 DatasetPointer open(const Opening& opening, const std::string& name,
                     std::shared_ptr<PrivateFiles> files) {
     const char* const drivers[] = {opening.driver, nullptr};
-    const CPLStringList siblings = nothingBeside(opening.path);
+    const CPLStringList siblings = siblingsOf(opening);
     return {
         GDALDataset::Open(name.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR,
                           drivers, nullptr, siblings.List()),
@@ -95,7 +98,9 @@ DatasetPointer openInDirectory(const Opening& opening, const std::string& prefix
 }
 
 DatasetPointer openAlone(const Opening& opening, const std::string& prefix) {
-    auto files = std::make_shared<PrivateFiles>(std::vector{opening.path});
+    std::vector<std::string> paths = {opening.path};
+    paths.insert(paths.end(), opening.companions.begin(), opening.companions.end());
+    auto files = std::make_shared<PrivateFiles>(std::move(paths));
     const std::string name = prefix + files->name();
     return open(opening, name, std::move(files));
 }

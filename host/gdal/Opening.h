@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 class GDALDataset;
 
@@ -21,6 +22,8 @@ struct Opening {
     std::string path;    ///< from the root on
     View view = View::FileAlone;
     bool mayNameOverviews = true;  ///< whether it may name another file as its overviews
+    /// Files of the same directory that GDAL sees beside it, where it sees the file alone.
+    std::vector<std::string> companions = {};
 };
 
 struct CloseDataset {

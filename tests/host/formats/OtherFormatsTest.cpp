@@ -27,6 +27,7 @@ constexpr Case kCases[] = {
     {"Erdas Imagine", "HFA", "a.img", nullptr},
     {"PNG", "PNG", "a.png", "a.pgw"},
     {"JPEG", "JPEG", "a.jpg", "a.jgw"},
+    {"ENVI", "ENVI", "e.dat", nullptr},
 };
 
 class OtherFormats : public OnFiles {

@@ -1,0 +1,70 @@
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/file/FileHead.h"
+#include "host/formats/Formats.h"
+
+namespace Pyxis {
+namespace {
+
+/// The header file of a file of pixels; empty when there is none. "a.img" may have a.hdr or
+/// a.img.hdr.
+std::string headerOf(const std::string& path) {
+    constexpr std::uint64_t kMostBytes = 1024 * 1024;
+    const std::size_t dot = path.rfind('.');
+    const bool hasExtension = dot != std::string::npos && path.find('/', dot) == std::string::npos;
+    for (const std::string& stem : {hasExtension ? path.substr(0, dot) : path, path}) {
+        const std::string name = stem + ".hdr";
+        const Expected<FileHead> head = readHead(name);
+        if (name != path && head && head->bytes.starts_with("ENVI") &&
+            head->state.size <= kMostBytes) {
+            return name;
+        }
+    }
+    return {};
+}
+
+Expected<RasterFacts> load(const SourceFile& file, DatasetHandle& handle) {
+    const std::string header = headerOf(file.absolutePath);
+    handle.showToo(header);
+    Expected<RasterFacts> facts = loadAllBands(file, handle);
+    if (!facts) {
+        return facts;
+    }
+    // GDAL makes up what is missing.
+    std::uint64_t needed = 0;
+    for (const FrameFacts& frame : facts->frames) {
+        needed += static_cast<std::uint64_t>(frame.width) *
+                  static_cast<std::uint64_t>(frame.height) *
+                  static_cast<std::uint64_t>(frame.bits / 8);
+    }
+    if (needed > file.head.state.size) {
+        return damaged("shorter than its header says");
+    }
+    const std::size_t name = file.path.rfind('/') + 1;  // 0 without a directory
+    facts->otherFiles = {file.path.substr(0, name) + header.substr(header.rfind('/') + 1)};
+    return facts;
+}
+
+}  // namespace
+
+const Format& enviFormat() {
+    static const Format format = {
+        .name = "ENVI",
+        .description = "Pixels as they are, with an ENVI header beside them",
+        .extensions = {"dat", "img", "bsq", "bil", "bip"},
+        .features = {},
+        .driver = "ENVI",
+        .mayBeKept = false,  // the header may change
+        .hasOverviews = false,
+        .recognise = [](std::string_view /*head*/,
+                        const std::string& path) { return !headerOf(path).empty(); },
+        .load = load,
+        .describe = describePlace,
+    };
+    return format;
+}
+
+}  // namespace Pyxis
