@@ -15,8 +15,7 @@ constexpr std::u16string_view kSeparators = u"/\\";
 constexpr std::u16string_view kSeparators = u"/";
 #endif
 
-/// Upper-case, with "/" between folders, without the extension; places are those of `path`.
-std::u16string comparable(std::u16string_view path) {
+std::u16string comparableText(std::u16string_view path) {
     const std::size_t nameStart = path.find_last_of(kSeparators) + 1;
     const std::size_t dot = path.find_last_of(u'.');
     std::u16string text =
@@ -89,9 +88,12 @@ std::u16string_view LocalText::in(std::string_view language) const {
     return texts.empty() ? std::u16string_view() : texts.front().second;
 }
 
-std::optional<ProductFile> Product::match(std::u16string_view path) const {
-    const std::u16string text = comparable(path);
-    const std::u16string_view view = text;
+ProductPath::ProductPath(std::u16string_view path)
+    : path_(path), comparable_(comparableText(path)) {}
+
+std::optional<ProductFile> Product::match(const ProductPath& whole) const {
+    const std::u16string_view path = whole.path();
+    const std::u16string_view view = whole.comparable();
     for (const FilePattern& each : files) {
         const std::optional<std::size_t> start = startOf(view, each.pattern.folders());
         const auto found = start ? each.pattern.match(view.substr(*start)) : std::nullopt;

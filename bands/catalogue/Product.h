@@ -48,6 +48,21 @@ struct FilePattern {
     std::optional<std::size_t> bucket;  ///< takes the place of the band's
 };
 
+/// A file's path, made ready once for the patterns of all products.
+class ProductPath {
+  public:
+    /// `path` must outlive the object.
+    explicit ProductPath(std::u16string_view path);
+
+    std::u16string_view path() const { return path_; }
+    /// Place for place the same without the extension, upper case, "/" between folders.
+    std::u16string_view comparable() const { return comparable_; }
+
+  private:
+    std::u16string_view path_;
+    std::u16string comparable_;
+};
+
 struct Product;
 
 /// What the catalogue makes of one file's path. Points into the product.
@@ -79,7 +94,10 @@ struct Product {
 
     /// What the file of that path is in this product; nothing when its name does not fit. The
     /// path's extension does not matter, nor does case. Takes time in proportion to the path.
-    std::optional<ProductFile> match(std::u16string_view path) const;
+    std::optional<ProductFile> match(std::u16string_view path) const {
+        return match(ProductPath(path));
+    }
+    std::optional<ProductFile> match(const ProductPath& whole) const;
 };
 
 }  // namespace kest

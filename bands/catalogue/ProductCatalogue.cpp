@@ -76,9 +76,10 @@ ProductCatalogue::Fault ProductCatalogue::addFiles(const Pyxis::FileSpecifier& f
 }
 
 std::vector<ProductFile> ProductCatalogue::filesNamed(std::u16string_view path) const {
+    const ProductPath whole(path);
     std::vector<ProductFile> files;
     for (const auto& product : products_) {
-        if (std::optional<ProductFile> file = product->match(path)) {
+        if (std::optional<ProductFile> file = product->match(whole)) {
             files.push_back(std::move(*file));
         }
     }
