@@ -11,6 +11,8 @@ namespace {
 
 constexpr const char* kOpenOptions =
     "<OpenOptionList>"
+    "<Option name='BANDS' type='string' description='Bands to show, in this order: names, common "
+    "names, numbers or patterns, with commas between them'/>"
     "<Option name='ORDER' type='string-select' default='number' description='Order of the bands: "
     "by number, or those shown as red, green and blue first'>"
     "<Value>number</Value><Value>display</Value></Option>"

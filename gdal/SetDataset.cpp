@@ -11,6 +11,7 @@
 
 #include "gdal/ComponentBand.h"
 #include "host/gdal/ErrorCapture.h"
+#include "tool/raster/BandSelection.h"
 #include "tool/scene/Words.h"
 #include "tool/terminal/Failure.h"
 
@@ -104,7 +105,7 @@ SetDataset::SetDataset(SetName name, CSLConstList options) : name_(std::move(nam
     eAccess = GA_ReadOnly;
     system_ = parsed(set_->bands());
     takePixelSize(name_.grid);
-    putInOrder(CSLFetchNameValueDef(options, "ORDER", "number"));
+    arrange(options);
     grid_ = gridOf(chosen_);
     nRasterXSize = grid_.size.width;
     nRasterYSize = grid_.size.height;
@@ -135,19 +136,13 @@ void SetDataset::takePixelSize(const std::string& label) {
                           "has no bands of pixel size " + label + ", but of " + sizes);
 }
 
-void SetDataset::putInOrder(const std::string& order) {
-    if (!EQUAL(order.c_str(), "display")) {
-        return;
+void SetDataset::arrange(CSLConstList options) {
+    if (const char* names = CSLFetchNameValue(options, "BANDS")) {
+        chosen_ = kestms::selectBands(chosen_, kestms::wordsOf(chosen_, {names}));
     }
-    const auto place = [](const Band& band) {
-        // Red, green and blue are 1 to 3.
-        constexpr int kLast = 4;
-        return band.assignment == kest::BandAssignment::NotAssigned
-                   ? kLast
-                   : static_cast<int>(band.assignment);
-    };
-    std::stable_sort(chosen_.begin(), chosen_.end(),
-                     [place](const Band& a, const Band& b) { return place(a) < place(b); });
+    if (EQUAL(CSLFetchNameValueDef(options, "ORDER", "number"), "display")) {
+        kestms::putInDisplayOrder(chosen_);
+    }
 }
 
 void SetDataset::addParts(const std::vector<PixelSizeGroup>& groups) {

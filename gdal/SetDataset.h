@@ -43,7 +43,8 @@ class SetDataset final : public GDALDataset {
 
   private:
     void takePixelSize(const std::string& label);
-    void putInOrder(const std::string& order);
+    /// Chooses and orders bands as the options have it.
+    void arrange(CSLConstList options);
     void addBands();
     void addDescription();
     void addParts(const std::vector<PixelSizeGroup>& groups);

@@ -1,5 +1,7 @@
 #include "gdal/SharedSession.h"
 
+#include <cpl_conv.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -15,6 +17,10 @@ SharedSession& SharedSession::instance() {
 SharedSession::SharedSession() {
     // A program such as QGIS runs for days while files change under it.
     context_.changes = kestms::Session::Changes::Notice;
+    // Catalogues hold for the whole process, so they are no option of one data set.
+    if (const char* products = CPLGetConfigOption("KESTMS_PRODUCTS", nullptr)) {
+        context_.products.files.emplace_back(products);
+    }
 }
 
 kestms::OpenedSet SharedSession::open(const std::vector<std::string>& arguments,
@@ -22,6 +28,7 @@ kestms::OpenedSet SharedSession::open(const std::vector<std::string>& arguments,
     const std::lock_guard<std::mutex> lock(mutex_);
     warnings_.str({});
     context_.inputs = {};
+    session_ = &context_.session();
     kestms::OpenedSet set = kestms::openSet(context_, arguments);
     warnings = warnings_.str();
     return set;
@@ -47,8 +54,8 @@ void SharedSession::addReader() {
 
 void SharedSession::removeReader() {
     const std::lock_guard<std::mutex> lock(mutex_);
-    if (--readers_ == 0) {
-        context_.session().closeFiles();
+    if (--readers_ == 0 && session_ != nullptr) {
+        session_->closeFiles();
     }
 }
 

@@ -37,6 +37,7 @@ class SharedSession {
     std::ostringstream output_;
     std::ostringstream warnings_;
     kestms::Context context_{noInput_, output_, warnings_};
+    kestms::Session* session_ = nullptr;  ///< the context's, once it is there
     int readers_ = 0;
 };
 

@@ -310,16 +310,31 @@ TEST_F(DriverTest, OffersEachPixelSizeAsASubdataset) {
     EXPECT_EQ(CSLCount(part->GetMetadata("SUBDATASETS")), 0);
 }
 
-TEST_F(DriverTest, PutsTheDisplayChannelsFirstWhenAsked) {
+TEST_F(DriverTest, ShowsTheBandsAskedForInTheOrderAskedFor) {
     writeScene();
-    const char* const options[] = {"ORDER=display", nullptr};
-    const auto set =
-        GDALDatasetUniquePtr(GDALDataset::Open(folder().c_str(), GDAL_OF_RASTER, nullptr, options));
-    EXPECT_EQ(set->GetRasterBand(1)->GetColorInterpretation(), GCI_GreenBand);
-    EXPECT_EQ(set->GetRasterBand(2)->GetColorInterpretation(), GCI_BlueBand);
-    EXPECT_STREQ(set->GetRasterBand(3)->GetDescription(), "Near infrared (band 4)");
-    EXPECT_EQ(samplesOf(*set->GetRasterBand(2)),
-              samplesOf(*openRaster(folder())->GetRasterBand(1)));
+    const struct {
+        std::vector<const char*> options;
+        std::string bands;  ///< common names
+    } rows[] = {
+        {{"ORDER=display"}, "green blue nir pan"},
+        {{"BANDS=nir,Green (band 2),*80.TIF"}, "nir green pan"},
+        {{"BANDS=pan,blue,green", "ORDER=display"}, "green blue pan"},
+        {{"BANDS=swir16"}, ""},
+    };
+    for (auto row : rows) {
+        row.options.push_back(nullptr);
+        CPLPushErrorHandler(CPLQuietErrorHandler);
+        const auto set = GDALDatasetUniquePtr(GDALDataset::Open(
+            folder().c_str(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR, nullptr, row.options.data()));
+        CPLPopErrorHandler();
+        std::string names;
+        for (int i = 1; set && i <= set->GetRasterCount(); ++i) {
+            names += (i > 1 ? " " : "") +
+                     std::string(set->GetRasterBand(i)->GetMetadataItem("common_name"));
+        }
+        EXPECT_EQ(names, row.bands);
+    }
+    EXPECT_THAT(CPLGetLastErrorMsg(), HasSubstr("swir16"));
 }
 
 TEST_F(DriverTest, IsReadByManyThreadsAtOnce) {
