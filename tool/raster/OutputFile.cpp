@@ -34,11 +34,12 @@ class Renaming {
     Renaming(const Renaming&) = delete;
     Renaming& operator=(const Renaming&) = delete;
     ~Renaming() {
-        for (auto step = steps_.rbegin(); step != steps_.rend(); ++step) {
-            if (step->previous.empty()) {
-                unlink(step->target.c_str());
+        for (; !steps_.empty(); steps_.pop_back()) {
+            const Step& step = steps_.back();
+            if (step.previous.empty()) {
+                unlink(step.target.c_str());
             } else {
-                std::rename(step->previous.c_str(), step->target.c_str());
+                std::rename(step.previous.c_str(), step.target.c_str());
             }
         }
     }

@@ -208,6 +208,7 @@ std::vector<OutputRaster> layOut(const std::vector<Band>& bands, const std::stri
         group->bands.push_back(&band);
     }
     std::vector<OutputRaster> rasters;
+    rasters.reserve(groups.size());
     for (const Group& group : groups) {
         rasters.push_back(rasterOf(group.bands, withLabel(path, group.label), options));
     }

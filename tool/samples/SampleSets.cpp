@@ -210,9 +210,9 @@ class SampleFiles {
     /// Removes the directories that it made, unless they hold files now.
     ~SampleFiles() {
         files_.clear();
-        for (auto made = made_.rbegin(); made != made_.rend(); ++made) {
+        for (; !made_.empty(); made_.pop_back()) {
             std::error_code isInUse;
-            fs::remove(*made, isInUse);
+            fs::remove(made_.back(), isInUse);
         }
     }
 
