@@ -35,6 +35,11 @@ constexpr Matcher kMatchers[] = {
     [](const Band& band, const std::string& word) {
         return matches(band.commonName, literally(word));
     },
+    [](const Band& band, const std::string& word) {
+        // "nir" for "nir08", where no band is called just that.
+        const std::size_t end = band.commonName.find_first_of("0123456789");
+        return matches(band.commonName.substr(0, end), literally(word));
+    },
     [](const Band& band, const std::string& word) { return word == std::to_string(band.number); },
     [](const Band& band, const std::string& word) {
         return word == "#" + std::to_string(band.frame);

@@ -281,12 +281,15 @@ TEST_F(RasterExport, BandsAreChosenNamedAndOrdered) {
     const std::string blue = "Blue (band 1)";
     const std::string red = "Red (band 3)";
     const std::string nir = "Near infrared (band 4)";
+    const std::string short1 = "Short-wave infrared 1 (band 5)";
+    const std::string short2 = "Short-wave infrared 2 (band 7)";
     const std::string low = "Thermal infrared, low gain (band 6L)";
     const std::string high = "Thermal infrared, high gain (band 6H)";
     const std::pair<Strings, Strings> cases[] = {
         {{"--bands", "nir,red,Blue (band 1)"}, {nir, red, blue}},
         {{"--bands", low, "--bands", "red"}, {low, red}},
         {{"--bands", "3,#0"}, {nir, blue}},
+        {{"--bands", "swir,lwir"}, {short1, short2, low, high}},
         {{"--bands", "*_B6?.TIF"}, {low, high}},
         {{"--bands", "RED,thermal*"}, {red, low, high}},
         {{"--bands", "blue,red,nir", "--order", "display"}, {red, blue, nir}},
