@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "tool/commands/Commands.h"
+#include "tool/commands/HelpCommand.h"
 #include "tool/raster/TemporaryDirectory.h"
 #include "tool/scene/Context.h"
 #include "tool/terminal/Failure.h"
@@ -24,8 +25,8 @@ constexpr const char* kDescription =
 
 constexpr const char* kFooter =
     "A set is named by its files: FILE (all its frames) or FILE#FRAME (0 is the first), a\n"
-    "directory, @LIST (a text file with one of these a line), - (the same from standard input),\n"
-    "or by one SET.xml that `kestms list` wrote.\n"
+    "directory, SET.xml (a document that `kestms list` wrote), @LIST (a text file with one of\n"
+    "these a line and comments after #), or - (the same from standard input).\n"
     "\n"
     "Examples:\n"
     "  kestms info scene/*.TIF\n"
@@ -61,12 +62,12 @@ std::string oneLine(std::string text) {
 std::string usageError(const CLI::App& app, const CLI::ParseError& error) {
     const std::vector<std::string> rest = app.remaining();
     const bool noCommand = app.get_subcommands().empty() && !rest.empty();
-    return (noCommand ? printable(rest.front()) + ": no such command" : error.what()) +
+    return (noCommand ? noSuchCommand(app, rest.front()) : error.what()) +
            std::string(" (see kestms --help)");
 }
 
 int answer(const Context& context, ExitCode code, const std::string& text) {
-    context.note(oneLine(text));
+    context.fail(oneLine(text));
     return static_cast<int>(code);
 }
 
@@ -98,7 +99,9 @@ int runParsed(int argc, const char* const* argv, Context& context) {
 std::unique_ptr<CLI::App> commandLine(Context& context) {
     auto app = std::make_unique<CLI::App>(kDescription, "kestms");
     app->require_subcommand(1);
-    app->set_version_flag("--version", std::string("kestms ") + KESTMS_VERSION);
+    app->set_version_flag("-V,--version", std::string("kestms ") + KESTMS_VERSION);
+    app->add_flag("-q,--quiet", context.quiet, "No warnings, notes and progress; errors remain");
+    app->add_flag("--wide", context.wide, "Do not fit tables to the terminal");
     app->add_option("--language", context.language,
                     "Language of band names and other texts (default: the environment's)")
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
@@ -110,6 +113,7 @@ std::unique_ptr<CLI::App> commandLine(Context& context) {
                   "Do without the catalogue of products that comes with the program");
     app->footer(kFooter);
     addCommands(*app, context);
+    addHelpCommand(*app, context);
     for (CLI::App* command : app->get_subcommands({})) {
         command->fallthrough();
     }

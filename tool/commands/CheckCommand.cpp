@@ -40,9 +40,9 @@ std::string summary(const Diagnosis& diagnosis) {
            std::to_string(diagnosis.count(Verdict::Unreadable)) + " cannot be read.\n";
 }
 
-std::string reportText(const Diagnosis& diagnosis) {
+std::string reportText(const Diagnosis& diagnosis, std::size_t columns) {
     using Align = TextTable::Align;
-    TextTable table({{"File", Align::Left},
+    TextTable table({{"File", Align::Left, TextTable::Fit::KeepEnd},
                      {"Frame", Align::Right},
                      {"Verdict", Align::Left},
                      {"Reason", Align::Left}});
@@ -53,7 +53,7 @@ std::string reportText(const Diagnosis& diagnosis) {
                       std::string(verdictWord(each.verdict)),
                       isReference ? "the others are compared with this one" : each.detail});
     }
-    return table.text() + summary(diagnosis);
+    return table.text(columns) + summary(diagnosis);
 }
 
 bool wasMeasured(Verdict verdict) {
@@ -90,10 +90,12 @@ Json reportJson(const Diagnosis& diagnosis) {
     for (const ComponentDiagnosis& each : diagnosis.components) {
         components.push_back(componentJson(each));
     }
-    return {{"decodable", diagnosis.isDecodable()},
-            {"answer", static_cast<int>(diagnosis.answer)},
-            {"reference", diagnosis.reference ? Json(*diagnosis.reference) : Json(nullptr)},
-            {"components", std::move(components)}};
+    Json json = documentOf("kestms check", 1);
+    json["decodable"] = diagnosis.isDecodable();
+    json["answer"] = static_cast<int>(diagnosis.answer);
+    json["reference"] = diagnosis.reference ? Json(*diagnosis.reference) : Json(nullptr);
+    json["components"] = std::move(components);
+    return json;
 }
 
 ExitCode check(Context& context, const CheckOptions& options) {
@@ -106,9 +108,11 @@ ExitCode check(Context& context, const CheckOptions& options) {
         }
         writeJson(context.out, report);
     } else {
-        context.out << reportText(diagnosis);
+        context.out << reportText(diagnosis, context.tableColumns());
         if (options.explain) {
-            context.out << "\n" << explanationText(explainReadable(context.session(), diagnosis));
+            context.out << "\n"
+                        << explanationText(explainReadable(context.session(), diagnosis),
+                                           context.tableColumns());
         }
     }
     if (!diagnosis.isDecodable()) {

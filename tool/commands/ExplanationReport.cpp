@@ -5,7 +5,7 @@
 
 namespace kestms {
 
-std::string explanationText(const Explanation& explanation) {
+std::string explanationText(const Explanation& explanation, std::size_t columns) {
     std::string text = "Naming scheme " + std::to_string(explanation.scheme) + " (" +
                        std::string(schemeWord(explanation.scheme)) + "): " + explanation.rule +
                        ".\n";
@@ -13,7 +13,7 @@ std::string explanationText(const Explanation& explanation) {
         text += "  " + printable(obstacle) + ".\n";
     }
     using Align = TextTable::Align;
-    TextTable table({{"File", Align::Left},
+    TextTable table({{"File", Align::Left, TextTable::Fit::KeepEnd},
                      {"Frame", Align::Right},
                      {"Shows", Align::Left},
                      {"Trailing number", Align::Right}});
@@ -23,7 +23,7 @@ std::string explanationText(const Explanation& explanation) {
                       std::string(schemeWord(each.kind)),
                       number < 0 ? "none" : std::to_string(number)});
     }
-    return text + table.text();
+    return text + table.text(columns);
 }
 
 Json explanationJson(const Explanation& explanation) {

@@ -7,8 +7,8 @@
 
 namespace kestms {
 
-/// The explanation as lines of text, for a terminal.
-std::string explanationText(const Explanation& explanation);
+/// The explanation as lines of text, its table fitted into so many columns (0: any width).
+std::string explanationText(const Explanation& explanation, std::size_t columns);
 /// The same for programs.
 Json explanationJson(const Explanation& explanation);
 

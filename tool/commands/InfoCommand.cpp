@@ -17,6 +17,7 @@ namespace kestms {
 namespace {
 
 using Align = TextTable::Align;
+using Fit = TextTable::Fit;
 
 struct InfoOptions {
     std::vector<std::string> inputs;
@@ -25,17 +26,13 @@ struct InfoOptions {
     bool explain = false;
 };
 
-std::string sizeText(double first, double second) {
-    return numberText(first) + " x " + numberText(second);
-}
-
 std::string headText(const OpenedSet& set) {
     const SetDescription& shared = set.description();
     const auto [width, height] = set.finestSize();
     std::string text = "Reference name:      " + printable(shared.referenceName) + "\n";
     text += "Naming scheme:       " + std::to_string(shared.scheme) + " " +
             std::string(schemeWord(shared.scheme)) + " (" +
-            std::string(schemeMeaning(shared.scheme)) + ")\n";
+            printable(schemeMeaning(shared.scheme)) + ")\n";
     text += "Size:                " + sizeText(width, height) + " pixels on the finest grid\n";
     if (!set.bands().empty() && set.bands().front().georeference) {
         const Georeference& geo = *set.bands().front().georeference;
@@ -57,10 +54,10 @@ std::string filesText(const OpenedSet& set) {
     return text;
 }
 
-std::string bucketsText(const OpenedSet& set) {
+std::string bucketsText(const OpenedSet& set, std::size_t columns) {
     TextTable table({{"Bucket", Align::Right},
                      {"Number", Align::Right},
-                     {"Name", Align::Left},
+                     {"Name", Align::Left, Fit::KeepStart},
                      {"Bands", Align::Right},
                      {"Pixel size", Align::Left}});
     for (const Bucket& bucket : set.buckets()) {
@@ -68,28 +65,33 @@ std::string bucketsText(const OpenedSet& set) {
                       std::to_string(bucket.bandCount),
                       sizeText(bucket.pixelWidth, bucket.pixelHeight)});
     }
-    return "\n" + table.text();
+    return "\n" + table.text(columns);
 }
 
-std::string bandsText(const OpenedSet& set) {
+std::string bandsText(const OpenedSet& set, std::size_t columns) {
     TextTable table({{"Frame", Align::Right},
-                     {"Number", Align::Right},
-                     {"Name", Align::Left},
-                     {"Type", Align::Left},
-                     {"Channel", Align::Left},
-                     {"Bucket", Align::Right},
+                     {"Number", Align::Right, Fit::LeaveOut},
+                     {"Name", Align::Left, Fit::KeepStart},
+                     {"Type", Align::Left, Fit::LeaveOut},
+                     {"Common name", Align::Left, Fit::LeaveOut},
+                     {"Bucket", Align::Right, Fit::LeaveOut},
+                     {"Channel", Align::Left, Fit::LeaveOut},
                      {"Pixel size", Align::Left},
-                     {"File", Align::Left},
-                     {"File frame", Align::Right}});
+                     {"Samples", Align::Left},
+                     {"No-data", Align::Right},
+                     {"File", Align::Left, Fit::KeepEnd},
+                     {"File frame", Align::Right, Fit::LeaveOut}});
     for (const Band& band : set.bands()) {
         const auto& geo = band.georeference;
         table.addRow({std::to_string(band.frame), std::to_string(band.number), band.name,
-                      std::string(bandTypeWord(band.type)),
-                      std::string(channelWord(band.assignment)), std::to_string(band.bucket),
-                      geo ? sizeText(geo->pixelWidth, geo->pixelHeight) : "", band.componentPath,
+                      std::string(bandTypeWord(band.type)), band.commonName,
+                      std::to_string(band.bucket), std::string(channelWord(band.assignment)),
+                      geo ? sizeText(geo->pixelWidth, geo->pixelHeight) : "",
+                      sampleTypeWord(band.format, band.bits),
+                      band.noData ? numberText(*band.noData) : "none", band.componentPath,
                       std::to_string(band.componentFrame)});
     }
-    return "\n" + table.text();
+    return "\n" + table.text(columns);
 }
 
 /// Values of several lines stand under their names.
@@ -143,9 +145,12 @@ ExitCode info(Context& context, const InfoOptions& options) {
         writeInfoJson(context, set, options);
         return ExitCode::Success;
     }
-    context.out << headText(set) << filesText(set) << bucketsText(set) << bandsText(set);
+    const std::size_t columns = context.tableColumns();
+    context.out << headText(set) << filesText(set) << bucketsText(set, columns)
+                << bandsText(set, columns);
     if (options.explain) {
-        context.out << "\n" << explanationText(explainScheme(context.session(), set.specifier()));
+        context.out << "\n"
+                    << explanationText(explainScheme(context.session(), set.specifier()), columns);
     }
     if (options.properties) {
         context.out << propertiesText(set);

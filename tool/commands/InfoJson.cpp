@@ -1,12 +1,23 @@
 #include "tool/commands/InfoJson.h"
 
+#include <cmath>
+#include <optional>
 #include <string>
 
 #include "tool/commands/PlaceJson.h"
 #include "tool/scene/Words.h"
+#include "tool/terminal/NumberText.h"
 
 namespace kestms {
 namespace {
+
+/// JSON has no words for what is not a number; GDAL's are common.
+Json noDataJson(const std::optional<double>& value) {
+    if (!value) {
+        return nullptr;
+    }
+    return std::isfinite(*value) ? Json(*value) : Json(numberText(*value));
+}
 
 Json bandJson(const Band& band) {
     Json json = {{"frame", band.frame},
@@ -22,7 +33,9 @@ Json bandJson(const Band& band) {
                  {"size", {band.width, band.height}},
                  {"bitsPerPixel", band.bits},
                  {"pixelModel", pixelModelWord(band.model)},
-                 {"sampleFormat", sampleFormatWord(band.format)}};
+                 {"sampleFormat", sampleFormatWord(band.format)},
+                 {"sampleType", textOrNull(sampleTypeWord(band.format, band.bits))},
+                 {"noData", noDataJson(band.noData)}};
     if (band.georeference) {
         const Georeference& geo = *band.georeference;
         json["pixelSize"] = {geo.pixelWidth, geo.pixelHeight};
@@ -57,13 +70,15 @@ Json setJson(const OpenedSet& set) {
                                                       : Json{{"file", shared.metadataFile},
                                                              {"readable", shared.metadataIsValid}};
     const auto [width, height] = set.finestSize();
-    return {{"referenceName", shared.referenceName},
-            {"namingScheme", {{"number", shared.scheme}, {"name", schemeWord(shared.scheme)}}},
-            {"size", {width, height}},
-            {"files", set.files()},
-            {"metadataTextFile", metadata},
-            {"buckets", std::move(buckets)},
-            {"bands", std::move(bands)}};
+    Json json = documentOf("kestms info", 1);
+    json["referenceName"] = shared.referenceName;
+    json["namingScheme"] = {{"number", shared.scheme}, {"name", schemeWord(shared.scheme)}};
+    json["size"] = {width, height};
+    json["files"] = set.files();
+    json["metadataTextFile"] = metadata;
+    json["buckets"] = std::move(buckets);
+    json["bands"] = std::move(bands);
+    return json;
 }
 
 }  // namespace kestms

@@ -3,6 +3,7 @@
 #include <ostream>
 #include <utility>
 
+#include "tool/terminal/Progress.h"
 #include "tool/terminal/TerminalText.h"
 
 namespace kestms {
@@ -20,11 +21,21 @@ Session& Context::session() {
 }
 
 void Context::warn(const std::string& file, const std::string& reason) const {
-    note(printableName(file) + ": " + reason);
+    note(fileMessage(file, reason));
 }
 
 void Context::note(const std::string& text) const {
-    err << "kestms: " << text << "\n";
+    if (!quiet) {
+        fail(text);
+    }
+}
+
+std::size_t Context::tableColumns() const {
+    return wide ? 0 : terminalColumns(out);
+}
+
+void Context::fail(const std::string& text) const {
+    err << "kestms: " << printable(text) << "\n";
 }
 
 }  // namespace kestms

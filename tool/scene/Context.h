@@ -19,14 +19,20 @@ class Context {
 
     /// The host, set up at the first call.
     Session& session();
-    /// One line on the error stream that does not end the command.
+    /// One line on the error stream that does not end the command; none when the user wants quiet.
     void warn(const std::string& file, const std::string& reason) const;
     void note(const std::string& text) const;
+    /// The line that ends a command.
+    void fail(const std::string& text) const;
+    /// What tables have room for; 0 for any width.
+    std::size_t tableColumns() const;
 
     std::istream& in;
     std::ostream& out;
     std::ostream& err;
     std::string language;  ///< empty: by the environment
+    bool quiet = false;    ///< no warnings, notes and progress
+    bool wide = false;     ///< tables are not fitted to the terminal
     ProductChoice products;
     /// What the command was given to read.
     InputFiles inputs;

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include "codec/strings/BufferText.h"
 #include "host/Text.h"
@@ -62,39 +63,132 @@ int framesOf(const std::string& path) {
     return image ? std::max(image->getNumFrames(), 1) : 1;
 }
 
-/// Turns arguments into components.
+/// What is wrong with a text that should list components; nothing when it does.
+const char* documentFault(const std::string& text, const Pyxis::FileSpecifier& document) {
+    return !looksLikeXml(text)                    ? "not an XML document"
+           : kest::countComponents(document) == 0 ? "the document lists no components"
+                                                  : nullptr;
+}
+
+bool mayBeDocument(const std::string& path, const fs::file_status& status) {
+    const std::string extension = fs::path(path).extension().string();
+    // What a shell's process substitution hands over can be read only once.
+    return fs::is_fifo(status) ||
+           (fs::is_regular_file(status) &&
+            (extension == ".xml" || extension == ".XML" || fileLooksLikeXml(path)));
+}
+
+/// Turns arguments into a set.
 class ArgumentReader {
   public:
-    ArgumentReader(Context& context, MissingFile missing) : context_(context), missing_(missing) {}
+    ArgumentReader(Context& context, MissingFile missing, bool oneArgument)
+        : context_(context), missing_(missing), oneArgument_(oneArgument) {}
 
     void readArgument(const std::string& argument) {
         if (argument == "-") {
-            readLines(readText(context_.in, kStandardInput), kStandardInput);
+            readText(kestms::readText(context_.in, kStandardInput), kStandardInput);
         } else if (argument.starts_with('@') && !exists(argument)) {
-            context_.inputs.add(argument.substr(1));
-            readLines(readTextFile(argument.substr(1)), argument.substr(1));
+            const std::string path = argument.substr(1);
+            context_.inputs.add(path);
+            readText(readTextFile(path), path);
         } else {
             readEntry(argument);
         }
     }
 
-    void readLines(std::string_view text, const std::string& name) {
-        const auto before = entries_.size();
-        for (const std::string& line : linesOf(text)) {
-            readEntry(line);
-        }
-        if (entries_.size() == before) {
-            throw Failure(ExitCode::CannotRead, name, "the list names no files");
-        }
-    }
-
-    std::vector<Component> components() const {
+    Pyxis::FileSpecifier set() const {
         std::vector<std::string> files;
         for (const Entry& entry : entries_) {
             context_.inputs.addRaster(entry.path);
             files.push_back(entry.path);
         }
         context_.session().readAhead(files);
+        // A document by itself is taken as it is.
+        if (document_) {
+            return *document_;
+        }
+        const std::vector<Component> all = components();
+        warnOfRepetition(all);
+        return setOf(all);
+    }
+
+  private:
+    struct Entry {
+        std::string path;
+        std::optional<int> frame = {};  ///< none: all
+    };
+
+    void readText(const std::string& text, const std::string& name) {
+        if (looksLikeXml(text)) {
+            readDocument(text, name);
+            return;
+        }
+        const auto before = entries_.size();
+        for (const std::string& line : linesOf(text)) {
+            if (!line.starts_with('#') || exists(line)) {
+                readEntry(line);
+            }
+        }
+        if (entries_.size() == before) {
+            throw Failure(ExitCode::CannotRead, name, "the list names no files");
+        }
+    }
+
+    void readEntry(const std::string& entry) {
+        throwIfInterrupted();
+        std::error_code error;
+        const fs::file_status status = fs::status(entry, error);
+        if (fs::is_directory(status)) {
+            for (const std::string& path : rasterFilesIn(entry)) {
+                add({path});
+            }
+        } else if (fs::exists(status)) {
+            readFile(entry, status);
+        } else if (const auto component = withFrame(entry)) {
+            failIfMissing(component->path);
+            add({component->path, component->frame});
+        } else {
+            failIfMissing(entry);
+            add({entry});
+        }
+    }
+
+    void readFile(const std::string& path, const fs::file_status& status) {
+        if (mayBeDocument(path, status)) {
+            context_.inputs.add(path);
+            readDocument(readTextFile(path), path);
+        } else {
+            add({path});
+        }
+    }
+
+    void readDocument(const std::string& text, const std::string& name) {
+        const Pyxis::FileSpecifier document(kest::narrowBuffer(text),
+                                            Pyxis::FileSpecifier::Type::Compound);
+        if (const char* fault = documentFault(text, document); fault == nullptr) {
+            takeDocument(document);
+        } else if (oneArgument_) {
+            throw Failure(ExitCode::CannotRead, name, fault);
+        } else {
+            // A glob takes a product's own XML files along.
+            add({name});
+        }
+    }
+
+    void takeDocument(const Pyxis::FileSpecifier& document) {
+        const bool alone = entries_.empty();
+        for (const Component& component : componentsOf(document)) {
+            entries_.push_back({component.path, component.frame});
+        }
+        document_ = alone ? std::optional(document) : std::nullopt;
+    }
+
+    void add(Entry entry) {
+        document_.reset();
+        entries_.push_back(std::move(entry));
+    }
+
+    std::vector<Component> components() const {
         std::vector<Component> components;
         for (const Entry& entry : entries_) {
             throwIfInterrupted();
@@ -109,28 +203,14 @@ class ArgumentReader {
         return components;
     }
 
-  private:
-    struct Entry {
-        std::string path;
-        std::optional<int> frame = {};  ///< none: all
-    };
-
-    void readEntry(const std::string& entry) {
-        throwIfInterrupted();
-        std::error_code error;
-        const fs::file_status status = fs::status(entry, error);
-        if (fs::is_directory(status)) {
-            for (const std::string& path : rasterFilesIn(entry)) {
-                entries_.push_back({path});
+    /// Two bands of one file and frame are seldom meant: a glob and a name beside it.
+    void warnOfRepetition(const std::vector<Component>& components) const {
+        std::set<std::pair<std::string, int>> seen;
+        for (const Component& each : components) {
+            const std::string path = fs::path(each.path).lexically_normal().string();
+            if (!seen.emplace(path, each.frame).second) {
+                context_.warn(each.path, "given more than once; each makes a band");
             }
-        } else if (fs::exists(status)) {
-            entries_.push_back({entry});
-        } else if (const auto component = withFrame(entry)) {
-            failIfMissing(component->path);
-            entries_.push_back({component->path, component->frame});
-        } else {
-            failIfMissing(entry);
-            entries_.push_back({entry});
         }
     }
 
@@ -142,71 +222,21 @@ class ArgumentReader {
 
     Context& context_;
     MissingFile missing_;
+    bool oneArgument_;
     std::vector<Entry> entries_;
+    std::optional<Pyxis::FileSpecifier> document_;  ///< that all entries come from
 };
-
-Pyxis::FileSpecifier documentOf(const std::string& text, const std::string& name) {
-    Pyxis::FileSpecifier set(kest::narrowBuffer(text), Pyxis::FileSpecifier::Type::Compound);
-    if (kest::countComponents(set) == 0) {
-        throw Failure(ExitCode::CannotRead, name, "the document lists no components");
-    }
-    return set;
-}
-
-/// The document with its files opened ahead.
-Pyxis::FileSpecifier opened(const Pyxis::FileSpecifier& document, Context& context) {
-    std::vector<std::string> files;
-    for (const Component& component : componentsOf(document)) {
-        context.inputs.addRaster(component.path);
-        files.push_back(component.path);
-    }
-    context.session().readAhead(files);
-    return document;
-}
-
-/// The document that a single argument names; nothing when it names no document.
-std::optional<Pyxis::FileSpecifier> documentAt(const std::string& path) {
-    std::error_code error;
-    const fs::file_status status = fs::status(path, error);
-    // What a shell's process substitution hands over can be read only once.
-    if (fs::is_fifo(status) || (fs::is_regular_file(status) && fileLooksLikeXml(path))) {
-        const std::string text = readTextFile(path);
-        if (!looksLikeXml(text)) {
-            throw Failure(ExitCode::CannotRead, path, "not an XML document");
-        }
-        return documentOf(text, path);
-    }
-    const std::string extension = fs::path(path).extension().string();
-    if (fs::is_regular_file(status) && (extension == ".xml" || extension == ".XML")) {
-        throw Failure(ExitCode::CannotRead, path, "not an XML document");
-    }
-    return std::nullopt;
-}
 
 }  // namespace
 
 Pyxis::FileSpecifier readSet(const std::vector<std::string>& arguments, Context& context,
                              MissingFile missing) {
     context.session();  // Codecs must be registered before files are looked at.
-    ArgumentReader reader(context, missing);
-    if (arguments.size() == 1 && arguments.front() == "-") {
-        const std::string text = readText(context.in, kStandardInput);
-        if (looksLikeXml(text)) {
-            return opened(documentOf(text, kStandardInput), context);
-        }
-        reader.readLines(text, kStandardInput);
-        return setOf(reader.components());
-    }
-    if (arguments.size() == 1) {
-        if (auto document = documentAt(arguments.front())) {
-            context.inputs.add(arguments.front());
-            return opened(*document, context);
-        }
-    }
+    ArgumentReader reader(context, missing, arguments.size() == 1);
     for (const std::string& argument : arguments) {
         reader.readArgument(argument);
     }
-    return setOf(reader.components());
+    return reader.set();
 }
 
 std::vector<std::string> filesOf(const std::string& path) {

@@ -24,11 +24,12 @@ enum class MissingFile {
 ///  - FILE: every frame of the file (frame 0 of a file that no codec reads);
 ///  - FILE#FRAME: one frame, 0 for the first; a file whose own name is the whole argument wins;
 ///  - a directory: its raster files in natural order of their names;
-///  - @FILE: a text file with one of the above a line; "-" reads them from standard input.
-/// A single argument (or standard input) may also be a component list document, which is taken as
-/// it is. Paths are kept as given. All files read, components among them, go to the context's
-/// input files. Throws a Failure for what cannot be read, with the codes of
-/// `ExitCode`.
+///  - a component list document: its components;
+///  - @FILE: a text file with one of the above a line, and comments in lines that begin with "#";
+///    "-" reads the same from standard input. Both may be documents instead.
+/// A document by itself is taken as it is. Paths are kept as given; a component that is named
+/// twice is warned of. All that is read becomes part of `context.inputs`. Throws a Failure for
+/// what cannot be read, with the codes of `ExitCode`.
 Pyxis::FileSpecifier readSet(const std::vector<std::string>& arguments, Context& context,
                              MissingFile missing);
 

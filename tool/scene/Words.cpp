@@ -48,6 +48,14 @@ std::string_view sampleFormatWord(Pyxis::SampleFormat format) {
     return at(kFormats, format);
 }
 
+std::string sampleTypeWord(Pyxis::SampleFormat format, int bits) {
+    constexpr std::array<std::string_view, 5> kNames = {"", "uint", "int", "complex", "float"};
+    const auto position = static_cast<std::size_t>(format);
+    return position == 0 || position >= kNames.size()
+               ? ""
+               : std::string(kNames[position]) + std::to_string(bits);
+}
+
 std::string systemName(int epsg, std::string_view wkt) {
     if (epsg > 0) {
         return "EPSG:" + std::to_string(epsg);

@@ -27,6 +27,9 @@ std::string_view pixelModelWord(Pyxis::PixelModel model);
 /// "unsigned integer", "signed integer", "complex", "floating point".
 std::string_view sampleFormatWord(Pyxis::SampleFormat format);
 
+/// "uint8", "int16", "float32", "complex64"; empty for a format that is not known.
+std::string sampleTypeWord(Pyxis::SampleFormat format, int bits);
+
 /// The name of a coordinate system: "EPSG:32632" by its code, else the name in its WKT, else
 /// "none".
 std::string systemName(int epsg, std::string_view wkt);

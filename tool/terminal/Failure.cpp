@@ -5,10 +5,9 @@
 namespace kestms {
 
 Failure::Failure(ExitCode code, const std::string& reason)
-    : std::runtime_error(reason), code_(code) {}
+    : std::runtime_error(printable(reason)), code_(code) {}
 
 Failure::Failure(ExitCode code, const std::string& file, const std::string& reason)
-    : std::runtime_error((file.empty() ? "''" : printableName(file)) + ": " + reason),
-      code_(code) {}
+    : std::runtime_error(fileMessage(file, reason)), code_(code) {}
 
 }  // namespace kestms

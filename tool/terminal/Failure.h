@@ -16,12 +16,11 @@ enum class ExitCode : int {
     Interrupted = 130,
 };
 
-/// Ends a command. Its text is the one line that the user sees: the file, if one is to blame, and
-/// the reason.
+/// Ends a command. Its text is the one line that the user sees, safe for a terminal: the file, if
+/// one is to blame, and the reason.
 class Failure : public std::runtime_error {
   public:
     Failure(ExitCode code, const std::string& reason);
-    /// Control characters in the file's name are escaped.
     Failure(ExitCode code, const std::string& file, const std::string& reason);
 
     ExitCode code() const { return code_; }

@@ -5,10 +5,18 @@
 #include <string>
 #include <string_view>
 
+#include "tool/terminal/TerminalText.h"
+
 namespace kestms {
 
 /// Members keep the order in which they are written.
 using Json = nlohmann::ordered_json;
+
+/// The member with which every document begins, so that programs know what they read. The version
+/// changes when a member is renamed, removed or gets another meaning; members are added freely.
+inline Json documentOf(const char* name, int version) {
+    return {{"schema", {{"name", name}, {"version", version}}}};
+}
 
 /// Null for an empty text.
 inline Json textOrNull(std::string_view text) {
@@ -16,9 +24,9 @@ inline Json textOrNull(std::string_view text) {
 }
 
 /// Writes a document for programs: indented, UTF-8; bytes of a name that are no UTF-8 become
-/// U+FFFD.
+/// U+FFFD, and what would steer a terminal is escaped.
 inline void writeJson(std::ostream& out, const Json& document) {
-    out << document.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
+    out << printableJson(document.dump(2, ' ', false, Json::error_handler_t::replace)) << "\n";
 }
 
 }  // namespace kestms

@@ -17,4 +17,23 @@ std::string numberText(double value) {
     return {text.data(), result.ptr};
 }
 
+std::string sizeText(double value) {
+    constexpr double kAllWhole = 1e5;
+    constexpr int kDigits = 6;
+    std::array<char, 64> text{};
+    char* const end = text.data() + text.size();
+    const double size = std::abs(value);
+    if (size >= kAllWhole && size < 1e15) {
+        return numberText(std::round(value));
+    }
+    const auto result = std::to_chars(text.data(), end, value, std::chars_format::general, kDigits);
+    double rounded = value;
+    std::from_chars(text.data(), result.ptr, rounded);
+    return numberText(rounded);
+}
+
+std::string sizeText(double width, double height) {
+    return sizeText(width) + " x " + sizeText(height);
+}
+
 }  // namespace kestms

@@ -1,5 +1,6 @@
 #include "tool/terminal/Progress.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -21,6 +22,13 @@ constexpr const char* kEraseLine = "\r\x1b[K";
 
 bool isTerminal(const std::ostream& stream) {
     return &stream == &std::cerr && isatty(STDERR_FILENO) != 0;
+}
+
+std::size_t terminalColumns(const std::ostream& stream) {
+    winsize size{};
+    const bool known = &stream == &std::cout && isatty(STDOUT_FILENO) != 0 &&
+                       ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0;
+    return known ? size.ws_col : 0;
 }
 
 ProgressBar::~ProgressBar() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <ostream>
 
@@ -7,6 +8,10 @@ namespace kestms {
 
 /// Whether people watch the stream: it is standard error, and that is a terminal.
 bool isTerminal(const std::ostream& stream);
+
+/// The columns of the terminal that shows standard output; 0 when the stream is another, or no
+/// terminal.
+std::size_t terminalColumns(const std::ostream& stream);
 
 /// Told how much of the work is done, 0 to 1; what it throws ends the work.
 using ProgressFunction = std::function<void(double)>;

@@ -34,10 +34,12 @@ constexpr std::array kZeroWidth = {
     Range{0x302A, 0x302D}, Range{0x3099, 0x309A}, Range{0xFE00, 0xFE0F}, Range{0xFE20, 0xFE2F},
 };
 
-/// Controls, line separators and marks that turn the direction of the text around them.
+/// Controls, line separators, marks that turn the direction of the text around them, and
+/// characters that cannot be seen.
 constexpr std::array kEscaped = {
-    Range{0x0000, 0x001F}, Range{0x007F, 0x009F}, Range{0x200E, 0x200F},
-    Range{0x2028, 0x202E}, Range{0x2066, 0x2069}, Range{0xFEFF, 0xFEFF},
+    Range{0x0000, 0x001F}, Range{0x007F, 0x009F}, Range{0x061C, 0x061C},   Range{0x180E, 0x180E},
+    Range{0x200B, 0x200B}, Range{0x200E, 0x200F}, Range{0x2028, 0x202E},   Range{0x2060, 0x206F},
+    Range{0xFEFF, 0xFEFF}, Range{0xFFF9, 0xFFFB}, Range{0xE0000, 0xE007F},
 };
 
 template <std::size_t N>
@@ -45,6 +47,10 @@ bool isIn(std::uint32_t character, const std::array<Range, N>& ranges) {
     return std::any_of(ranges.begin(), ranges.end(), [character](const Range& range) {
         return character >= range.first && character <= range.last;
     });
+}
+
+std::size_t widthOf(char32_t character) {
+    return isIn(character, kZeroWidth) ? 0 : isIn(character, kWide) ? 2 : 1;
 }
 
 /// Whether all characters are shown as they are and one column wide, as nearly all are.
@@ -92,15 +98,17 @@ std::string escape(std::uint32_t character) {
     return text.data();
 }
 
-std::string encode(char32_t character) {
+/// The character in UTF-16.
+std::u16string units(char32_t character) {
     if (character < 0x10000) {
-        const auto unit = static_cast<char16_t>(character);
-        return Pyxis::wideToUtf8({&unit, 1});
+        return {static_cast<char16_t>(character)};
     }
-    const std::array<char16_t, 2> units = {
-        static_cast<char16_t>(0xD800 + ((character - 0x10000) >> 10)),
-        static_cast<char16_t>(0xDC00 + ((character - 0x10000) & 0x3FF))};
-    return Pyxis::wideToUtf8({units.data(), units.size()});
+    return {static_cast<char16_t>(0xD800 + ((character - 0x10000) >> 10)),
+            static_cast<char16_t>(0xDC00 + ((character - 0x10000) & 0x3FF))};
+}
+
+std::string encode(char32_t character) {
+    return Pyxis::wideToUtf8(units(character));
 }
 
 }  // namespace
@@ -121,24 +129,109 @@ std::string printableName(std::string_view utf8) {
     return utf8.size() <= PATH_MAX ? printable(utf8) : printable(utf8.substr(0, PATH_MAX)) + "...";
 }
 
+std::string printableJson(std::string_view json) {
+    const auto isAscii = [](char c) { return c >= 0 && c < 0x7F; };
+    if (std::all_of(json.begin(), json.end(), isAscii)) {
+        return std::string(json);
+    }
+    std::string text;
+    for (const char32_t character : decode(json)) {
+        if (character == '\n' || !isIn(character, kEscaped)) {
+            text += encode(character);
+            continue;
+        }
+        for (const char16_t unit : units(character)) {
+            std::array<char, 8> escaped{};
+            std::snprintf(escaped.data(), escaped.size(), "\\u%04x", unsigned{unit});
+            text += escaped.data();
+        }
+    }
+    return text;
+}
+
+std::string fileMessage(const std::string& file, std::string_view reason) {
+    const std::string name = file.substr(file.rfind('/') + 1);
+    for (const std::string& repeated : {file, name}) {
+        const std::string start = repeated + ":";
+        if (!repeated.empty() && reason.starts_with(start)) {
+            reason.remove_prefix(start.size());
+            reason.remove_prefix(std::min(reason.find_first_not_of(' '), reason.size()));
+        }
+    }
+    std::string line(reason);
+    std::replace(line.begin(), line.end(), '\n', ' ');
+    return (file.empty() ? "''" : printableName(file)) + ": " + printable(line);
+}
+
 std::size_t displayWidth(std::string_view utf8) {
     if (isPlain(utf8)) {
         return utf8.size();
     }
     std::size_t width = 0;
     for (const char32_t character : decode(utf8)) {
-        width += isIn(character, kZeroWidth) ? 0 : isIn(character, kWide) ? 2 : 1;
+        width += widthOf(character);
     }
     return width;
 }
 
-TextTable::TextTable(std::vector<Column> columns) {
-    std::vector<std::string> headings;
-    for (Column& column : columns) {
-        aligns_.push_back(column.align);
-        headings.push_back(std::move(column.heading));
+namespace {
+
+constexpr std::string_view kEllipsis = "...";
+constexpr std::string_view kGap = "  ";
+/// A cut cell shows at least this much.
+constexpr std::size_t kLeastWidth = 16;
+
+std::size_t tableWidth(const std::vector<std::size_t>& widths) {
+    std::size_t sum = 0;
+    std::size_t shown = 0;
+    for (const std::size_t width : widths) {
+        sum += width;
+        shown += width > 0 ? 1 : 0;
     }
-    rows_.push_back(std::move(headings));
+    return sum + (shown > 0 ? (shown - 1) * kGap.size() : 0);
+}
+
+/// The end of the longest run of characters that leaves room for an ellipsis.
+template <typename Iterator>
+Iterator fitting(Iterator begin, Iterator end, std::size_t columns) {
+    std::size_t width = kEllipsis.size();
+    return std::find_if(begin, end, [&](char32_t character) {
+        width += widthOf(character);
+        return width > columns;
+    });
+}
+
+std::string textOf(std::u32string::const_iterator begin, std::u32string::const_iterator end) {
+    std::string text;
+    std::for_each(begin, end, [&text](char32_t character) { text += encode(character); });
+    return text;
+}
+
+}  // namespace
+
+std::string shortenedRight(std::string_view utf8, std::size_t columns) {
+    if (displayWidth(utf8) <= columns) {
+        return std::string(utf8);
+    }
+    const std::u32string characters = decode(utf8);
+    return textOf(characters.begin(), fitting(characters.begin(), characters.end(), columns))
+        .append(kEllipsis);
+}
+
+std::string shortenedLeft(std::string_view utf8, std::size_t columns) {
+    if (displayWidth(utf8) <= columns) {
+        return std::string(utf8);
+    }
+    const std::u32string characters = decode(utf8);
+    const auto start = fitting(characters.rbegin(), characters.rend(), columns).base();
+    return std::string(kEllipsis) + textOf(start, characters.end());
+}
+
+TextTable::TextTable(std::vector<Column> columns) : columns_(std::move(columns)) {
+    std::vector<std::string>& headings = rows_.emplace_back();
+    for (const Column& column : columns_) {
+        headings.push_back(column.heading);
+    }
 }
 
 void TextTable::addRow(const std::vector<std::string>& cells) {
@@ -146,23 +239,57 @@ void TextTable::addRow(const std::vector<std::string>& cells) {
     for (const std::string& cell : cells) {
         row.push_back(printableName(cell));
     }
-    row.resize(aligns_.size());
+    row.resize(columns_.size());
 }
 
-std::string TextTable::text() const {
-    std::vector<std::size_t> widths(aligns_.size());
+/// The width of each column, 0 for one that is left out.
+std::vector<std::size_t> TextTable::widthsFor(std::size_t columns) const {
+    std::vector<std::size_t> widths(columns_.size());
     for (const auto& row : rows_) {
         for (std::size_t i = 0; i < row.size(); ++i) {
             widths[i] = std::max(widths[i], displayWidth(row[i]));
         }
     }
+    std::vector<std::size_t> least = widths;
+    for (std::size_t i = 0; i < widths.size(); ++i) {
+        const Fit fit = columns_[i].fit;
+        least[i] = fit == Fit::KeepEnd || fit == Fit::KeepStart ? std::min(widths[i], kLeastWidth)
+                                                                : widths[i];
+    }
+    for (std::size_t i = 0; i < widths.size() && columns > 0; ++i) {
+        if (tableWidth(least) > columns && columns_[i].fit == Fit::LeaveOut) {
+            widths[i] = least[i] = 0;
+        }
+    }
+    for (const Fit fit : {Fit::KeepEnd, Fit::KeepStart}) {
+        for (std::size_t i = 0; i < widths.size() && columns > 0; ++i) {
+            const std::size_t whole = tableWidth(widths);
+            if (whole > columns && columns_[i].fit == fit) {
+                widths[i] -= std::min(widths[i] - least[i], whole - columns);
+            }
+        }
+    }
+    return widths;
+}
+
+std::string TextTable::cellText(std::size_t column, const std::string& cell,
+                                std::size_t width) const {
+    const std::string shown = columns_[column].fit == Fit::KeepEnd ? shortenedLeft(cell, width)
+                                                                   : shortenedRight(cell, width);
+    const std::string padding(width - std::min(width, displayWidth(shown)), ' ');
+    return columns_[column].align == Align::Right ? padding + shown : shown + padding;
+}
+
+std::string TextTable::text(std::size_t columns) const {
+    const std::vector<std::size_t> widths = widthsFor(columns);
     std::string text;
     for (const auto& row : rows_) {
         std::string line;
         for (std::size_t i = 0; i < row.size(); ++i) {
-            const std::string padding(widths[i] - displayWidth(row[i]), ' ');
-            line += i == 0 ? "" : "  ";
-            line += aligns_[i] == Align::Right ? padding + row[i] : row[i] + padding;
+            if (widths[i] > 0) {
+                line += line.empty() ? "" : kGap;
+                line += cellText(i, row[i], widths[i]);
+            }
         }
         line.erase(line.find_last_not_of(' ') + 1);
         text += line + "\n";

@@ -16,27 +16,50 @@ std::string printable(std::string_view utf8);
 /// The same for a file's name, cut after as many bytes as a path can have.
 std::string printableName(std::string_view utf8);
 
+/// A JSON document with such characters, which stand in its texts only, written as `\uXXXX`.
+std::string printableJson(std::string_view json);
+
+/// "FILE: REASON" in one line, safe for a terminal. A reason that begins with the file's name, as
+/// GDAL's messages do, does not say it twice.
+std::string fileMessage(const std::string& file, std::string_view reason);
+
 /// The number of terminal columns that the text takes: two for East Asian wide characters, none
 /// for combining marks.
 std::size_t displayWidth(std::string_view utf8);
+
+/// The text cut to so many terminal columns: its beginning or its end becomes "...".
+std::string shortenedLeft(std::string_view utf8, std::size_t columns);
+std::string shortenedRight(std::string_view utf8, std::size_t columns);
 
 /// Rows of cells under a heading, columns aligned by display width and set apart by two blanks;
 /// no row ends in blanks. Cells are escaped with `printableName`.
 class TextTable {
   public:
     enum class Align { Left, Right };
+    /// What becomes of a column when the table is too wide.
+    enum class Fit {
+        Whole,
+        KeepEnd,    ///< paths: cells lose their beginning
+        KeepStart,  ///< cells lose their end, after those above
+        LeaveOut,   ///< goes before cells are cut, the leftmost of its kind first
+    };
     struct Column {
         std::string heading;
         Align align = Align::Left;
+        Fit fit = Fit::Whole;
     };
 
     explicit TextTable(std::vector<Column> columns);
     /// One cell a column.
     void addRow(const std::vector<std::string>& cells);
-    std::string text() const;
+    /// The table, fitted into so many terminal columns if it can be; 0 for any width.
+    std::string text(std::size_t columns = 0) const;
 
   private:
-    std::vector<Align> aligns_;
+    std::vector<std::size_t> widthsFor(std::size_t columns) const;
+    std::string cellText(std::size_t column, const std::string& cell, std::size_t width) const;
+
+    std::vector<Column> columns_;
     std::vector<std::vector<std::string>> rows_;
 };
 

@@ -27,6 +27,7 @@ class Info : public InDirectory {
 TEST_F(Info, DescribesALandsatScene) {
     const auto files = writeLandsat(directory_);
     const json set = infoOf(files, {"--json"}).json();
+    EXPECT_EQ(set["schema"], json({{"name", "kestms info"}, {"version", 1}}));
     EXPECT_EQ(set["referenceName"], kLandsat.substr(0, 21));
     EXPECT_EQ(set["namingScheme"], json({{"number", 5}, {"name", "landsat-7"}}));
     EXPECT_THAT(set["size"], ElementsAre(24, 16));
@@ -44,7 +45,7 @@ TEST_F(Info, DescribesALandsatScene) {
         "frame": 4, "number": 8, "name": "Panchromatic (band 8)", "type": "panchromatic",
         "displayChannel": "none", "commonName": "pan", "bucket": 1, "indexInBucket": 0,
         "fileFrame": 0, "size": [24, 16], "bitsPerPixel": 8, "pixelModel": "single channel",
-        "sampleFormat": "unsigned integer", "pixelSize": [15, 15], "rotation": 0,
+        "sampleFormat": "unsigned integer", "sampleType": "uint8", "noData": null, "pixelSize": [15, 15], "rotation": 0,
         "corners": {"upperLeft": [500000, 4600000], "upperRight": [500360, 4600000],
                     "lowerLeft": [500000, 4599760], "lowerRight": [500360, 4599760]}})json"_json;
     EXPECT_EQ(band, expected) << json::diff(expected, band);
@@ -62,7 +63,7 @@ TEST_F(Info, DescribesALandsatScene) {
              "\nFiles: 5\n  " + directory_.path(),
              "\n     1       2  Panchromatic band      1  15 x 15\n",
              "\n    0       0  Blue (band 1)                         blue              blue"
-             "          0  30 x 30     " +
+             "              0  blue     30 x 30     uint8       none  " +
                  directory_.path(),
          }) {
         EXPECT_THAT(text, HasSubstr(line));
@@ -164,6 +165,14 @@ TEST(Words, WriteNumbersToBeReadByPeople) {
     for (const auto& [value, text] : cases) {
         EXPECT_EQ(numberText(value), text);
     }
+    const std::pair<double, const char*> sizes[] = {
+        {150.01999999999998, "150.02"}, {30, "30"},
+        {1234567.891, "1234568"},       {0.000269494585235, "0.000269495"},
+        {1.0 / 3, "0.333333"},          {-15, "-15"}};
+    for (const auto& [value, text] : sizes) {
+        EXPECT_EQ(sizeText(value), text);
+    }
+    EXPECT_EQ(sizeText(30, 29.99999999), "30 x 30");
 }
 
 TEST(Words, NameCoordinateSystems) {

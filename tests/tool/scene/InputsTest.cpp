@@ -52,6 +52,9 @@ TEST_F(Inputs, TakeFilesFramesAndLists) {
     EXPECT_THAT(named({one, "-"}, stack + "#1"), ElementsAre("b1.tif#0", "stack.tif#1"));
     fakes::writeFile(directory_ / "list.txt", one + "\n" + stack + "#2\n");
     EXPECT_THAT(named({"@" + (directory_ / "list.txt")}), ElementsAre("b1.tif#0", "stack.tif#2"));
+    fakes::writeFile(directory_ / "list.txt",
+                     "# two bands\n" + one + "\n#" + stack + "\n" + stack + "#2");
+    EXPECT_THAT(named({"@" + (directory_ / "list.txt")}), ElementsAre("b1.tif#0", "stack.tif#2"));
     const std::string odd = write("odd#7");
     EXPECT_THAT(named({odd, odd + "#0"}), ElementsAre("odd#7#0", "odd#7#0"));
 }
@@ -66,6 +69,19 @@ TEST_F(Inputs, TakeTheRastersOfADirectoryInNaturalOrder) {
     EXPECT_THAT(named({directory_.path()}),
                 ElementsAre("b1.tif#0", "b2.tif#0", "b10.tif#0", "damaged.TIF#0", "noextension#0",
                             "stack.tif#0", "stack.tif#1", "stack.tif#2"));
+}
+
+TEST_F(Inputs, WarnOfAComponentThatIsGivenTwiceUnlessQuiet) {
+    const std::string one = directory_ / "b1.tif";
+    const Strings arguments = {"check", one, directory_.path() + "/./b1.tif", one + "#0", "-q"};
+    const Outcome quiet = runTool(arguments);
+    EXPECT_EQ(quiet.err, "");
+    const Outcome outcome = runTool(Strings(arguments.begin(), arguments.end() - 1));
+    EXPECT_EQ(outcome.err, "kestms: " + directory_.path() +
+                               "/./b1.tif: given more than once; each makes a band\n" +
+                               "kestms: " + one + ": given more than once; each makes a band\n");
+    EXPECT_EQ(outcome.out, quiet.out);
+    EXPECT_EQ(runTool({"check", one, directory_ / "none", "-q"}).code, 3);
 }
 
 TEST_F(Inputs, OrderNamesByTheirNumbers) {
@@ -92,6 +108,13 @@ TEST_F(Inputs, TakeADocumentFromFileStandardInputAndPipe) {
     EXPECT_THAT(named({directory_ / "set"}), expected);
     EXPECT_THAT(named({directory_ / "utf16.xml"}), expected);
     EXPECT_THAT(named({"-"}, "\xEF\xBB\xBF \n" + document), expected);
+    const std::string other = directory_ / "b10.tif";
+    EXPECT_THAT(named({other, directory_ / "set"}),
+                ElementsAre("b10.tif#0", "b1.tif#0", "b2.tif#0"));
+    EXPECT_THAT(named({directory_ / "set", "-"}, other + "\n" + (directory_ / "utf16.xml")),
+                ElementsAre("b1.tif#0", "b2.tif#0", "b10.tif#0", "b1.tif#0", "b2.tif#0"));
+    fakes::writeFile(directory_ / "MTL.xml", "<product/>");
+    EXPECT_THAT(named({other, directory_ / "MTL.xml"}), ElementsAre("b10.tif#0", "MTL.xml#0"));
     const std::string pipe = directory_ / "pipe";
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     std::thread writer([&] { fakes::writeFile(pipe, document); });
@@ -138,7 +161,9 @@ TEST_F(Inputs, FailInOneLineThatNamesTheFileAndTheReason) {
 TEST(CommandLine, AnswersWrongUsageWithCodeTwo) {
     const std::pair<Strings, std::string> cases[] = {
         {{}, "A subcommand is required"},
-        {{"frobnicate", "x"}, "frobnicate: no such command"},
+        {{"frobnicate", "x"}, "frobnicate: no such command (see"},
+        {{"ifno", "x"}, "ifno: no such command; did you mean info?"},
+        {{"help", "exprot"}, "exprot: no such command; did you mean export?"},
         {{"info"}, "is required"},
         {{"info", "--bogus", "x"}, "--bogus"},
         {{"export", "--compress", "jpeg", "x", "-o", "x"}, "jpeg"},
@@ -213,7 +238,10 @@ TEST(CommandLine, ShowsHelpWithExamplesForEveryCommand) {
         EXPECT_EQ(outcome.code, 0);
         EXPECT_THAT(outcome.out, HasSubstr(std::string("Examples:\n  kestms ") + name));
         EXPECT_THAT(all.out, HasSubstr(std::string("\n  ") + name));
+        EXPECT_EQ(runTool({"help", name}).out, outcome.out);
     }
+    EXPECT_EQ(runTool({"help"}).out, all.out);
+    EXPECT_EQ(runTool({"-V"}).out, runTool({"--version"}).out);
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tool/terminal/Failure.h"
+
 namespace kestms {
 namespace {
 
@@ -12,13 +14,38 @@ TEST(TerminalText, EscapesWhatWouldSteerATerminal) {
         {"\x1b[31mred", "\\x1b[31mred"},
         {"c1 \xC2\x9B", "c1 \\x9b"},
         {"bad \xFF\xC3", "bad \\xff\\xc3"},
-        {"turned \xE2\x80\xAE", "turned \\u202e"},
+        {"turned \xE2\x80\xAE \xD8\x9C", "turned \\u202e \\u061c"},
         {"sat \xF0\x9F\x9B\xB0", "sat \xF0\x9F\x9B\xB0"},
     };
     for (const auto& [raw, shown] : cases) {
         EXPECT_EQ(printable(raw), shown);
     }
     EXPECT_EQ(printableName(std::string(5000, 'x')), std::string(4096, 'x') + "...");
+}
+
+TEST(TerminalText, EscapesReasonsAndDropsARepeatedName) {
+    struct Case {
+        std::string file;
+        std::string reason;
+        const char* message;
+    };
+    const Case cases[] = {
+        {"a.tif", "is empty", "a.tif: is empty"},
+        {"", "is empty", "'': is empty"},
+        {"d/a.tif", "d/a.tif: cannot read", "d/a.tif: cannot read"},
+        {"d/a.tif", "a.tif:TIFFOpen: \nbad\x1b]0;x\a", "d/a.tif: TIFFOpen:  bad\\x1b]0;x\\x07"},
+        {"a\x1b.tif", "a\x1b.tif: no \xFF", "a\\x1b.tif: no \\xff"},
+        {"a", "abc: x", "a: abc: x"},
+    };
+    for (const Case& each : cases) {
+        EXPECT_EQ(fileMessage(each.file, each.reason), each.message);
+    }
+    EXPECT_STREQ(Failure(ExitCode::Usage, "bad \x1b[2J").what(), "bad \\x1b[2J");
+}
+
+TEST(TerminalText, EscapesJson) {
+    EXPECT_EQ(printableJson("{\n\"波 \xC2\x9B\xE2\x80\xAE\xF3\xA0\x80\x81\"}"),
+              "{\n\"波 \\u009b\\u202e\\udb40\\udc01\"}");
 }
 
 TEST(TerminalText, CountsColumns) {
@@ -34,6 +61,30 @@ TEST(TerminalText, AlignsColumnsByDisplayWidth) {
     table.addRow({"赤", "7", "x\n"});
     table.addRow({"red é", "12", ""});
     EXPECT_EQ(table.text(), "Name    N  Last\n赤      7  x\\n\nred é  12\n");
+}
+
+TEST(TerminalText, FitsATableIntoTheTerminal) {
+    using Fit = TextTable::Fit;
+    TextTable table({{"N", TextTable::Align::Right, Fit::LeaveOut},
+                     {"Name", TextTable::Align::Left, Fit::KeepStart},
+                     {"T", TextTable::Align::Left, Fit::LeaveOut},
+                     {"File", TextTable::Align::Left, Fit::KeepEnd}});
+    table.addRow({"1", "a name of twenty and", "t", "folder/folder/file_B10.TIF"});
+    const std::pair<std::size_t, const char*> cases[] = {
+        {0, "1  a name of twenty and  t  folder/folder/file_B10.TIF\n"},
+        {54, "1  a name of twenty and  t  folder/folder/file_B10.TIF\n"},
+        {46, "1  a name of twenty and  t  ...er/file_B10.TIF\n"},
+        {40, "1  a name of twe...  t  .../file_B10.TIF\n"},
+        {37, "a name of twe...  t  .../file_B10.TIF\n"},
+        {34, "a name of twe...  .../file_B10.TIF\n"},
+        {10, "a name of twe...  .../file_B10.TIF\n"},
+    };
+    for (const auto& [columns, row] : cases) {
+        const std::string text = table.text(columns);
+        EXPECT_EQ(text.substr(text.find('\n') + 1), row) << columns;
+    }
+    EXPECT_EQ(shortenedLeft("日本語の名前", 9), "...の名前");
+    EXPECT_EQ(shortenedRight("日本語の名前", 8), "日本...");
 }
 
 }  // namespace
