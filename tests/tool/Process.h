@@ -5,10 +5,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <functional>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tests/fakes/Paths.h"
@@ -46,6 +48,21 @@ class Process {
     Process& operator=(const Process&) = delete;
 
     void signal(int number) const { kill(id_, number); }
+
+    /// Waits until the process has set a handler for the signal, however busy the machine is.
+    void awaitHandler(int number) const {
+        constexpr int kBase = 16;
+        const std::string status = "/proc/" + std::to_string(id_) + "/status";
+        for (int i = 0; i < 1000; ++i) {
+            const std::string text = fakes::readFile(status);
+            const std::size_t mask = text.find("SigCgt:");
+            if (mask != std::string::npos &&
+                ((std::stoull(text.substr(mask + 7), nullptr, kBase) >> (number - 1)) & 1U) != 0) {
+                return;
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+    }
     std::string errorsSoFar() const { return fakes::readFile(directory_ / "err"); }
 
     /// The exit code, or the negative number of the signal that ended the process.

@@ -172,6 +172,7 @@ TEST(InterruptedProcess, EndsAtOnce) {
         Process process({fakes::kTool, "info", directory / "pipe"});
         const int writer = opened ? open((directory / "pipe").c_str(), O_WRONLY | O_CLOEXEC) : -1;
         std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        process.awaitHandler(SIGTERM);
         process.signal(SIGTERM);
         EXPECT_EQ(process.wait().code, 130);
         close(writer);
