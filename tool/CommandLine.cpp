@@ -24,12 +24,14 @@ constexpr const char* kDescription =
     "Reads single-band raster files of one scene as one multispectral image.";
 
 constexpr const char* kFooter =
-    "A set is named by its files: FILE (all its frames) or FILE#FRAME (0 is the first), a\n"
-    "directory, SET.xml (a document that `kestms list` wrote), @LIST (a text file with one of\n"
-    "these a line and comments after #), or - (the same from standard input).\n"
+    "A set is named by a folder that holds one scene (or several: --scene NAME), by its files:\n"
+    "FILE (all its frames) or FILE#FRAME (0 is the first), a quoted glob, SET.xml (a document\n"
+    "that `kestms list` wrote), @LIST (a text file with one of these a line and comments after\n"
+    "#), or - (the same from standard input).\n"
     "\n"
     "Examples:\n"
-    "  kestms info scene/*.TIF\n"
+    "  kestms scenes downloads/\n"
+    "  kestms info scene/\n"
     "  kestms list scene/ -o scene.xml\n"
     "  kestms check scene.xml\n"
     "\n"
@@ -43,6 +45,7 @@ constexpr const char* kFooter =
     "  130  interrupted";
 
 void addCommands(CLI::App& app, Context& context) {
+    addScenesCommand(app, context);
     addListCommand(app, context);
     addCheckCommand(app, context);
     addInfoCommand(app, context);

@@ -6,6 +6,7 @@
 #include "host/Text.h"
 #include "tool/commands/Commands.h"
 #include "tool/commands/ExplanationReport.h"
+#include "tool/commands/InputOptions.h"
 #include "tool/commands/PlaceJson.h"
 #include "tool/scene/Diagnosis.h"
 #include "tool/scene/Inputs.h"
@@ -131,6 +132,7 @@ void addCheckCommand(CLI::App& app, Context& context) {
         ->required();
     command->add_flag("--json", options->json, "Write JSON");
     command->add_flag("--explain", options->explain, "Tell which rule makes the naming scheme");
+    addInputOptions(*command, context);
     command->footer(
         "Examples:\n"
         "  kestms check scene.xml\n"

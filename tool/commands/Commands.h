@@ -10,6 +10,7 @@
 namespace kestms {
 
 void addListCommand(CLI::App& app, Context& context);
+void addScenesCommand(CLI::App& app, Context& context);
 void addCheckCommand(CLI::App& app, Context& context);
 void addInfoCommand(CLI::App& app, Context& context);
 void addQuicklookCommand(CLI::App& app, Context& context);

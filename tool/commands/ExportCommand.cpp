@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "tool/commands/Commands.h"
+#include "tool/commands/InputOptions.h"
 #include "tool/commands/RasterOptions.h"
 #include "tool/raster/GeoTiffWriter.h"
 #include "tool/raster/RasterExport.h"
@@ -42,6 +43,8 @@ void addExportCommand(CLI::App& app, Context& context) {
         ->add_option("--co", options->format.creationOptions,
                      "A creation option of GDAL's GTiff or COG driver, as NAME=VALUE")
         ->allow_extra_args(false);
+    addInputOptions(*command, context);
+    addSkipMisfitsOption(*command, context);
     command->footer(
         "Pixels are copied as they are where a band lies on the grid; one line says where one is\n"
         "resampled or moved. Bands keep their names, display channels, scales, offsets, units,\n"

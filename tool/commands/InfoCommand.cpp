@@ -6,6 +6,7 @@
 #include "tool/commands/Commands.h"
 #include "tool/commands/ExplanationReport.h"
 #include "tool/commands/InfoJson.h"
+#include "tool/commands/InputOptions.h"
 #include "tool/scene/InputText.h"
 #include "tool/scene/OpenedSet.h"
 #include "tool/scene/PropertyText.h"
@@ -169,6 +170,8 @@ void addInfoCommand(CLI::App& app, Context& context) {
     command->add_flag("--properties", options->properties,
                       "Write every property of every frame as well");
     command->add_flag("--explain", options->explain, "Tell which rule makes the naming scheme");
+    addInputOptions(*command, context);
+    addSkipMisfitsOption(*command, context);
     command->footer(
         "Examples:\n"
         "  kestms info scene.xml\n"

@@ -9,10 +9,12 @@
 #include "host/Text.h"
 #include "pyxis/FileReadDescriptor.h"
 #include "tool/commands/Commands.h"
+#include "tool/commands/InputOptions.h"
 #include "tool/raster/OutputFile.h"
 #include "tool/raster/OutputFormat.h"
 #include "tool/scene/Diagnosis.h"
 #include "tool/scene/Inputs.h"
+#include "tool/scene/Misfits.h"
 
 namespace fs = std::filesystem;
 
@@ -54,7 +56,7 @@ Pyxis::FileSpecifier purified(Context& context, const Pyxis::FileSpecifier& set)
 
 ExitCode list(Context& context, const ListOptions& options) {
     const MissingFile missing = options.purify ? MissingFile::Keep : MissingFile::Fail;
-    Pyxis::FileSpecifier set = readSet(options.inputs, context, missing);
+    Pyxis::FileSpecifier set = withoutMisfits(context, readSet(options.inputs, context, missing));
     std::vector<Component> components = componentsOf(set);
     if (components.size() < 2) {
         throw Failure(ExitCode::NotDecodable, components.front().path, kTooFewBands);
@@ -92,6 +94,8 @@ void addListCommand(CLI::App& app, Context& context) {
                       "a program is started (default: absolute paths)");
     command->add_flag("--overwrite", options->overwrite,
                       "Replace the output when it is there already");
+    addInputOptions(*command, context);
+    addSkipMisfitsOption(*command, context);
     command->footer(
         "Examples:\n"
         "  kestms list scene/ -o scene.xml\n"

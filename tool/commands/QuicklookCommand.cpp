@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "tool/commands/Commands.h"
+#include "tool/commands/InputOptions.h"
 #include "tool/commands/RasterOptions.h"
 #include "tool/raster/BandSelection.h"
 #include "tool/raster/Quicklook.h"
@@ -94,6 +95,8 @@ void addQuicklookCommand(CLI::App& app, Context& context) {
         ->allow_extra_args(false);
     addBandsOption(*command, options->request, "; three are red, green and blue,\none is grey");
     addPartOptions(*command, options->request);
+    addInputOptions(*command, context);
+    addSkipMisfitsOption(*command, context);
     command->footer(
         "Bands of different pixel sizes are brought to one grid and stretched from 2 to 98 %.\n"
         "Without bands for red, green and blue the picture is grey. Pixels without data are\n"

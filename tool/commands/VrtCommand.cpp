@@ -1,6 +1,7 @@
 #include <memory>
 
 #include "tool/commands/Commands.h"
+#include "tool/commands/InputOptions.h"
 #include "tool/commands/RasterOptions.h"
 #include "tool/raster/RasterExport.h"
 
@@ -29,6 +30,8 @@ void addVrtCommand(CLI::App& app, Context& context) {
         app.add_subcommand("vrt", "Write a GDAL virtual raster that shows the set as one image");
     addRasterOptions(*command, *request,
                      "The virtual raster to write (.vrt); - for standard output");
+    addInputOptions(*command, context);
+    addSkipMisfitsOption(*command, context);
     command->footer(
         "Every band lies exactly where it lies in the world, and keeps its name, display\n"
         "channel, no-data value, mask, scale, offset, unit, categories, metadata and, where the\n"

@@ -32,7 +32,7 @@ std::vector<Note> writeAll(const Context& context, const ExportRequest& request,
                            const std::vector<OutputRaster>& rasters, const Files& files,
                            const RasterWriter& write) {
     std::vector<Note> notes;
-    ProgressBar bar(context.err, isTerminal(context.err));
+    ProgressBar bar(context.err, !context.quiet && isTerminal(context.err));
     for (std::size_t i = 0; i < rasters.size(); ++i) {
         const auto count = static_cast<double>(rasters.size());
         const auto progress = [&bar, i, count](double part) {

@@ -26,9 +26,9 @@ struct Georeference {
 /// Everything the tool knows about one band of an opened set. Texts are UTF-8.
 struct Band {
     // What the plug-in says of it.
-    int frame = 0;   ///< in the set
-    int number = 0;  ///< sort key; kest::kUnrecognisedNumber for a band that no rule knows
-    std::string name;
+    int frame = 0;         ///< in the set
+    int number = 0;        ///< sort key; kest::kUnrecognisedNumber for a band that no rule knows
+    std::string name;      ///< the plug-in's, or a part of the file's name that says more
     bool isNamed = false;  ///< whether the name is more than a count ("Band 2")
     kest::BandType type = kest::BandType::Unknown;
     kest::BandAssignment assignment = kest::BandAssignment::NotAssigned;

@@ -3,6 +3,7 @@
 #include <functional>
 #include <iosfwd>
 #include <memory>
+#include <set>
 #include <string>
 
 #include "tool/scene/InputFiles.h"
@@ -34,6 +35,12 @@ class Context {
     bool quiet = false;    ///< no warnings, notes and progress
     bool wide = false;     ///< tables are not fitted to the terminal
     ProductChoice products;
+    /// Of several scenes in a folder, the one to take.
+    std::string scene;
+    bool withQuality = false;  ///< quality and other layers are taken when they fit
+    bool skipMisfits = false;  ///< so are sets, without the components that do not fit
+    /// Components that may go when they do not fit.
+    std::set<std::string> layers;
     /// What the command was given to read.
     InputFiles inputs;
     /// Whether files may change while the program runs.

@@ -1,6 +1,9 @@
 #include "tool/scene/Inputs.h"
 
+#include <glob.h>
+
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <filesystem>
 #include <memory>
@@ -17,6 +20,7 @@
 #include "sets/ComponentList.h"
 #include "tool/scene/InputText.h"
 #include "tool/scene/RasterDirectory.h"
+#include "tool/scene/Scenes.h"
 #include "tool/terminal/Interrupt.h"
 
 namespace fs = std::filesystem;
@@ -78,6 +82,64 @@ bool mayBeDocument(const std::string& path, const fs::file_status& status) {
             (extension == ".xml" || extension == ".XML" || fileLooksLikeXml(path)));
 }
 
+std::vector<std::string> pathsOf(const std::vector<SetAside>& files) {
+    std::vector<std::string> paths;
+    std::transform(files.begin(), files.end(), std::back_inserter(paths),
+                   [](const SetAside& file) { return file.path; });
+    return paths;
+}
+
+bool liesDirectlyIn(const Scene& scene, const std::string& folder) {
+    const fs::path parent = fs::path(scene.files.front()).parent_path();
+    return (parent / "").lexically_normal() == (fs::path(folder) / "").lexically_normal();
+}
+
+/// Archives are what people download, so that they deserve a word of their own.
+void failIfArchive(const std::string& path) {
+    const std::string name = fs::path(path).filename().string();
+    constexpr std::array kEndings = {".zip", ".tar", ".tar.gz", ".tgz"};
+    if (std::any_of(kEndings.begin(), kEndings.end(),
+                    [&name](const char* ending) { return name.ends_with(ending); })) {
+        throw Failure(ExitCode::CannotRead, path, "archives are not read; unpack it first");
+    }
+}
+
+/// The files of a pattern that the shell left alone, in natural order; empty for another word.
+std::vector<std::string> filesMatching(const std::string& pattern) {
+    std::vector<std::string> files;
+    glob_t found{};
+    if (pattern.find_first_of("*?[") != std::string::npos &&
+        glob(pattern.c_str(), GLOB_NOSORT, nullptr, &found) == 0) {
+        for (std::size_t i = 0; i < found.gl_pathc; ++i) {
+            std::error_code error;
+            if (fs::is_directory(found.gl_pathv[i], error)) {
+                const auto below = rasterFilesBelow(found.gl_pathv[i]);
+                files.insert(files.end(), below.begin(), below.end());
+            } else {
+                files.emplace_back(found.gl_pathv[i]);
+            }
+        }
+        globfree(&found);
+    }
+    std::sort(files.begin(), files.end(), comesBefore);
+    return files;
+}
+
+/// The rasters that a path of `kestms scenes` stands for.
+std::vector<std::string> rastersAt(const std::string& path) {
+    failIfArchive(path);
+    std::error_code error;
+    if (fs::is_directory(path, error)) {
+        return rasterFilesBelow(path);
+    }
+    std::vector<std::string> files =
+        exists(path) ? std::vector<std::string>{path} : filesMatching(path);
+    if (files.empty()) {
+        throw Failure(ExitCode::CannotRead, path, whyNotReadable(path));
+    }
+    return files;
+}
+
 /// Turns arguments into a set.
 class ArgumentReader {
   public:
@@ -96,7 +158,8 @@ class ArgumentReader {
         }
     }
 
-    Pyxis::FileSpecifier set() const {
+    Pyxis::FileSpecifier set() {
+        sortNamedFiles();
         std::vector<std::string> files;
         for (const Entry& entry : entries_) {
             context_.inputs.addRaster(entry.path);
@@ -116,6 +179,7 @@ class ArgumentReader {
     struct Entry {
         std::string path;
         std::optional<int> frame = {};  ///< none: all
+        bool isNamed = false;           ///< as a whole file, by itself
     };
 
     void readText(const std::string& text, const std::string& name) {
@@ -139,11 +203,11 @@ class ArgumentReader {
         std::error_code error;
         const fs::file_status status = fs::status(entry, error);
         if (fs::is_directory(status)) {
-            for (const std::string& path : rasterFilesIn(entry)) {
-                add({path});
-            }
+            takeFolder(entry);
         } else if (fs::exists(status)) {
             readFile(entry, status);
+        } else if (const auto matches = filesMatching(entry); !matches.empty()) {
+            takeGlob(entry, matches);
         } else if (const auto component = withFrame(entry)) {
             failIfMissing(component->path);
             add({component->path, component->frame});
@@ -153,12 +217,136 @@ class ArgumentReader {
         }
     }
 
+    /// What a folder holds is one scene, or one of several that the user chose.
+    void takeFolder(const std::string& folder) {
+        takeScene(folder, scenesAmong(context_.session(), rasterFilesBelow(folder)),
+                  [&folder](const Scene& scene) { return liesDirectlyIn(scene, folder); });
+    }
+
+    /// The same for a glob; files of no product need not lie together.
+    void takeGlob(const std::string& pattern, const std::vector<std::string>& files) {
+        const std::vector<Scene> scenes = scenesAmong(context_.session(), files);
+        if (scenes.front().product.empty()) {
+            for (const std::string& path : files) {
+                add({path});
+            }
+        } else {
+            takeScene(pattern, scenes, [](const Scene&) { return false; });
+        }
+    }
+
+    /// Scenes of products come first, then rasters for which `isNear` holds, then all others.
+    template <typename IsNear>
+    void takeScene(const std::string& name, const std::vector<Scene>& scenes, IsNear isNear) {
+        std::vector<Scene> choice;
+        const auto choose = [&](auto wanted) {
+            if (choice.empty()) {
+                std::copy_if(scenes.begin(), scenes.end(), std::back_inserter(choice), wanted);
+            }
+        };
+        choose([](const Scene& scene) { return !scene.product.empty(); });
+        choose(isNear);
+        choose([](const Scene&) { return true; });
+        if (!context_.scene.empty()) {
+            choice = {sceneNamed(scenes, context_.scene)};
+        }
+        if (choice.size() > 1) {
+            throw Failure(ExitCode::Usage, name,
+                          "holds " + std::to_string(choice.size()) +
+                              " scenes; choose one with --scene NAME: " + sceneNames(choice));
+        }
+        const Scene& scene = choice.front();
+        if (scene.files.empty() && !context_.withQuality) {
+            throw Failure(ExitCode::NotDecodable, name,
+                          "holds no bands, but " + summaryOf(scene.setAside));
+        }
+        for (const std::string& path : scene.files) {
+            add({path});
+        }
+        setAside(name, scene.setAside);
+    }
+
+    /// Files that are named one by one, which a shell may have done for a glob: layers go, and
+    /// what seems an accident is said.
+    void sortNamedFiles() {
+        std::vector<std::string> paths;
+        for (const Entry& entry : entries_) {
+            if (entry.isNamed) {
+                paths.push_back(entry.path);
+            }
+        }
+        const std::vector<Scene> scenes = scenesAmong(context_.session(), paths);
+        if (scenes.empty() || scenes.front().product.empty()) {
+            return;
+        }
+        const Scene* chosen =
+            context_.scene.empty() ? nullptr : &sceneNamed(scenes, context_.scene);
+        std::vector<std::string> names;
+        for (const Scene& scene : scenes) {
+            if (chosen != nullptr && &scene != chosen) {
+                dropNamed(scene.files);
+                dropNamed(pathsOf(scene.setAside));
+                continue;
+            }
+            names.push_back(scene.name);
+            sortScene(scene);
+        }
+        if (names.size() > 1) {
+            context_.note("files of " + std::to_string(names.size()) +
+                          " scenes are given: " + sceneNames(scenes));
+        }
+    }
+
+    void sortScene(const Scene& scene) {
+        std::vector<SetAside> aside;
+        for (const SetAside& each : scene.setAside) {
+            if (each.reason == kPartOfNoScene) {
+                context_.warn(each.path, "is part of no scene, but " + scene.name + " is one");
+            } else {
+                aside.push_back(each);
+            }
+        }
+        dropNamed(pathsOf(aside));
+        setAside(scene.name, aside);
+    }
+
+    void dropNamed(const std::vector<std::string>& files) {
+        const std::set<std::string> dropped(files.begin(), files.end());
+        std::erase_if(entries_, [&dropped](const Entry& entry) {
+            return entry.isNamed && dropped.count(entry.path) > 0;
+        });
+    }
+
+    /// Names in one line what is left out, unless the user wants it.
+    void setAside(const std::string& name, const std::vector<SetAside>& files) {
+        std::vector<SetAside> left;
+        bool hasLayers = false;
+        for (const SetAside& each : files) {
+            hasLayers = hasLayers || each.isLayer;
+            if (each.isLayer && context_.withQuality) {
+                context_.layers.insert(each.path);
+                add({each.path});
+            } else {
+                context_.inputs.addRaster(each.path);
+                left.push_back(each);
+            }
+        }
+        if (!left.empty()) {
+            const bool canTake = hasLayers && !context_.withQuality;
+            context_.warn(name, "set aside: " + summaryOf(left) +
+                                    (canTake ? " (--with-quality takes what fits)" : ""));
+        }
+    }
+
     void readFile(const std::string& path, const fs::file_status& status) {
+        if (oneArgument_) {
+            failIfArchive(path);
+        }
         if (mayBeDocument(path, status)) {
             context_.inputs.add(path);
             readDocument(readTextFile(path), path);
         } else {
-            add({path});
+            add({path, {}, true});
         }
     }
 
@@ -246,6 +434,28 @@ std::vector<std::string> filesOf(const std::string& path) {
         files.push_back(Pyxis::toUtf8(image->getFile(i).string()));
     }
     return files;
+}
+
+std::vector<Scene> readScenes(const std::vector<std::string>& paths, Context& context) {
+    Session& session = context.session();
+    std::vector<std::string> files;
+    for (const std::string& path : paths) {
+        const std::vector<std::string> found = rastersAt(path);
+        files.insert(files.end(), found.begin(), found.end());
+    }
+    return scenesAmong(session, files);
+}
+
+std::vector<Component> componentsIn(Context& context, const std::vector<std::string>& files) {
+    context.session().readAhead(files);
+    std::vector<Component> components;
+    for (const std::string& path : files) {
+        const int frames = framesOf(path);
+        for (int frame = 0; frame < frames; ++frame) {
+            components.push_back({path, frame});
+        }
+    }
+    return components;
 }
 
 std::vector<Component> componentsOf(const Pyxis::FileSpecifier& set) {

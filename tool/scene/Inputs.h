@@ -5,6 +5,7 @@
 
 #include "pyxis/FileSpecifier.h"
 #include "tool/scene/Context.h"
+#include "tool/scene/Scenes.h"
 
 namespace kestms {
 
@@ -32,6 +33,13 @@ enum class MissingFile {
 /// what cannot be read, with the codes of `ExitCode`.
 Pyxis::FileSpecifier readSet(const std::vector<std::string>& arguments, Context& context,
                              MissingFile missing);
+
+/// The scenes in folders (and those below them), globs and files. Throws a Failure with
+/// ExitCode::CannotRead for a path that is not there or holds no rasters.
+std::vector<Scene> readScenes(const std::vector<std::string>& paths, Context& context);
+
+/// A component for every frame of every file, opened ahead; one for a file that no codec reads.
+std::vector<Component> componentsIn(Context& context, const std::vector<std::string>& files);
 
 /// The components of a set in order; those without a path have an empty one.
 std::vector<Component> componentsOf(const Pyxis::FileSpecifier& set);

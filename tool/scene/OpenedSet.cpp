@@ -16,8 +16,10 @@
 #include "reader/KestMultispectralReadFile.h"
 #include "sets/ComponentList.h"
 #include "sets/SetMembership.h"
+#include "tool/scene/BandLabels.h"
 #include "tool/scene/Diagnosis.h"
 #include "tool/scene/Inputs.h"
+#include "tool/scene/Misfits.h"
 #include "tool/terminal/Interrupt.h"
 
 namespace kestms {
@@ -172,6 +174,7 @@ OpenedSet::OpenedSet(Session& session, const Pyxis::FileSpecifier& set) {
     gatherFiles();
     gatherBands();
     gatherBuckets();
+    labelUnknownBands();
 }
 
 std::unique_ptr<Pyxis::ReadImageFileFrameInterface> OpenedSet::openFrame(int frame) const {
@@ -215,6 +218,25 @@ void OpenedSet::gatherBands() {
     }
 }
 
+void OpenedSet::labelUnknownBands() {
+    std::vector<std::string> paths;
+    for (const Band& band : bands_) {
+        paths.push_back(band.componentPath);
+    }
+    const std::vector<std::string> labels = distinguishingParts(paths);
+    for (std::size_t i = 0; i < bands_.size(); ++i) {
+        Band& band = bands_[i];
+        const bool isKnown =
+            description_.scheme != kest::SchemeGeneric && band.number != kest::kUnrecognisedNumber;
+        if (isKnown || labels[i].empty()) {
+            continue;
+        }
+        const bool sharesFile = std::count(paths.begin(), paths.end(), paths[i]) > 1;
+        band.name =
+            labels[i] + (sharesFile ? " #" + std::to_string(band.componentFrame) : std::string());
+    }
+}
+
 void OpenedSet::gatherBuckets() {
     const auto& reader = dynamic_cast<const KestMultispectralReadFile&>(*image_);
     for (int i = 0; !bands_.empty() && i < reader.getNumBuckets(0); ++i) {
@@ -225,6 +247,19 @@ void OpenedSet::gatherBuckets() {
 }
 
 namespace {
+
+/// A refusal tells the way onward, where there is one.
+OpenedSet openOrHint(Session& session, const Pyxis::FileSpecifier& set) {
+    try {
+        return {session, set};
+    } catch (const Failure& failure) {
+        if (failure.code() != ExitCode::NotDecodable || !isSetWithoutMisfits(session, set)) {
+            throw;
+        }
+        throw Failure(failure.code(),
+                      std::string(failure.what()) + " (--skip-misfits leaves out what differs)");
+    }
+}
 
 void warnOfLeftOut(const Context& context, const Pyxis::FileSpecifier& given,
                    const Pyxis::FileSpecifier& taken) {
@@ -248,8 +283,9 @@ void warnOfLeftOut(const Context& context, const Pyxis::FileSpecifier& given,
 }  // namespace
 
 OpenedSet openSet(Context& context, const std::vector<std::string>& arguments) {
-    const Pyxis::FileSpecifier given = readSet(arguments, context, MissingFile::Fail);
-    OpenedSet opened(context.session(), given);
+    const Pyxis::FileSpecifier given =
+        withoutMisfits(context, readSet(arguments, context, MissingFile::Fail));
+    OpenedSet opened = openOrHint(context.session(), given);
     for (const std::string& file : opened.files()) {
         context.inputs.add(file);
     }

@@ -45,6 +45,7 @@ class OpenedSet {
     void gatherFiles();
     void gatherBands();
     void gatherBuckets();
+    void labelUnknownBands();
 
     std::unique_ptr<Pyxis::ReadImageFileInterface> image_;
     SetDescription description_;

@@ -8,6 +8,7 @@
 #include "host/Text.h"
 #include "pyxis/FileReadDescriptor.h"
 #include "tool/terminal/Failure.h"
+#include "tool/terminal/Interrupt.h"
 
 namespace fs = std::filesystem;
 
@@ -16,7 +17,11 @@ namespace {
 
 /// A file so named is listed even when no codec reads it, so that a damaged one does not go
 /// unnoticed.
-constexpr std::array<std::string_view, 4> kRasterExtensions = {".tif", ".tiff", ".ntf", ".nitf"};
+constexpr std::array<std::string_view, 5> kRasterExtensions = {".tif", ".tiff", ".ntf", ".nitf",
+                                                               ".jp2"};
+
+/// Products nest less deep than this.
+constexpr int kDeepestFolder = 16;
 
 /// What usually lies beside rasters; not worth asking the codecs.
 constexpr std::array<std::string_view, 16> kOtherExtensions = {
@@ -87,11 +92,17 @@ bool comesBefore(std::string_view left, std::string_view right) {
     return a.empty() && b.empty() ? left < right : a.empty();
 }
 
-std::vector<std::string> rasterFilesIn(const std::string& directory) {
+std::vector<std::string> rasterFilesBelow(const std::string& directory) {
     std::vector<std::string> paths;
     std::error_code error;
-    fs::directory_iterator entries(directory, error);
-    for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
+    fs::recursive_directory_iterator entries(directory,
+                                             fs::directory_options::skip_permission_denied, error);
+    for (; !error && entries != fs::recursive_directory_iterator(); entries.increment(error)) {
+        throwIfInterrupted();
+        if (entries->path().filename().string().starts_with('.') ||
+            entries.depth() >= kDeepestFolder) {
+            entries.disable_recursion_pending();
+        }
         if (isRaster(*entries)) {
             paths.push_back(entries->path().string());
         }

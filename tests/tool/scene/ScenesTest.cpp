@@ -1,0 +1,164 @@
+#include "tool/scene/Scenes.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "tests/tool/RunTool.h"
+#include "tool/scene/BandLabels.h"
+
+namespace kestms {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+const std::string kFirst = "LC08_L2SP_195026_20200908_20200919_02_T1";
+const std::string kSecond = "LC08_L2SP_195026_20200924_20201001_02_T1";
+
+class Scenes : public InDirectory {
+  protected:
+    /// A folder with three bands, two quality layers of which one has another pixel layout, the
+    /// metadata and a picture.
+    std::string writeLandsat8(const std::string& folder, const std::string& scene) const {
+        std::filesystem::create_directories(directory_ / folder);
+        const fakes::Raster sixteenBits{.type = GDT_UInt16};
+        for (const char* band : {"SR_B4", "SR_B2", "ST_B10", "QA_PIXEL"}) {
+            write(folder + "/" + scene + "_" + band + ".TIF", sixteenBits);
+        }
+        write(folder + "/" + scene + "_SR_QA_AEROSOL.TIF");
+        fakes::writeFile(directory_ / (folder + "/" + scene + "_MTL.xml"), "<product/>");
+        return directory_ / folder;
+    }
+
+    static Strings bandNames(const Outcome& outcome) {
+        Strings names;
+        const nlohmann::json set = outcome.json();
+        for (const auto& band : set["bands"]) {
+            names.push_back(band["name"]);
+        }
+        return names;
+    }
+};
+
+TEST_F(Scenes, AFolderWithOneSceneIsASet) {
+    const std::string folder = writeLandsat8("scene", kFirst);
+    write("scene/dem.tif", {.type = GDT_UInt16});
+    const Outcome outcome = runTool({"info", folder, "--json"});
+    EXPECT_EQ(outcome.err, "kestms: " + folder +
+                               ": set aside: 2 quality, 1 part of no scene (--with-quality takes "
+                               "what fits)\n");
+    EXPECT_EQ(outcome.json()["referenceName"], kFirst);
+    EXPECT_THAT(bandNames(outcome),
+                ElementsAre(HasSubstr("Blue"), HasSubstr("Red"), HasSubstr("Thermal")));
+    const Outcome glob = runTool({"info", folder + "/*_B*.TIF", "--json"});
+    EXPECT_EQ(glob.err, "");
+    EXPECT_EQ(glob.json()["bands"], outcome.json()["bands"]);
+    const Outcome more = runTool({"info", folder, "--json", "--with-quality"});
+    EXPECT_EQ(more.json()["bands"].size(), 4U);
+    EXPECT_THAT(more.err, HasSubstr("AEROSOL.TIF: left out: the pixel layout is 8-bit"));
+}
+
+TEST_F(Scenes, OneOfSeveralIsChosen) {
+    const std::string folder = writeLandsat8("all/a", kFirst);
+    writeLandsat8("all/b", kSecond);
+    const std::string all = directory_ / "all";
+    const Outcome refused = runTool({"info", all});
+    EXPECT_EQ(refused.code, 2);
+    EXPECT_EQ(refused.err, "kestms: " + all + ": holds 2 scenes; choose one with --scene NAME: " +
+                               kFirst + ", " + kSecond + "\n");
+    EXPECT_EQ(runTool({"info", all, "--scene", kSecond, "--json"}).json()["referenceName"],
+              kSecond);
+    EXPECT_THAT(runTool({"info", all, "--scene", "x"}).err,
+                HasSubstr("x: no such scene; there are " + kFirst));
+    const Strings files = {
+        folder + "/" + kFirst + "_SR_B2.TIF", folder + "/" + kFirst + "_SR_B4.TIF",
+        all + "/b/" + kSecond + "_SR_B2.TIF", all + "/b/" + kSecond + "_QA_PIXEL.TIF"};
+    const Outcome mixed = runTool(joined({"info", "--json"}, files));
+    EXPECT_EQ(mixed.json()["bands"].size(), 3U);
+    EXPECT_THAT(mixed.err, HasSubstr("kestms: files of 2 scenes are given: " + kFirst));
+    EXPECT_THAT(mixed.err, HasSubstr(kSecond + ": set aside: 1 quality"));
+    EXPECT_EQ(runTool(joined({"info", "--json", "--scene", kFirst}, files)).json()["bands"].size(),
+              2U);
+}
+
+TEST_F(Scenes, OfABandAtSeveralPixelSizesTheOwnIsTaken) {
+    const std::string tile = "T32TQM_20180629T012042_";
+    const std::string data = "S2A.SAFE/GRANULE/L2A/IMG_DATA/";
+    for (const char* name :
+         {"R20m/B02_20m", "R10m/B02_10m", "R20m/B8A_20m", "R60m/B8A_60m", "R10m/TCI_10m"}) {
+        const std::string path = name;
+        std::filesystem::create_directories(directory_ / (data + path.substr(0, 4)));
+        write(data + path.substr(0, 5) + tile + path.substr(5) + ".tif", {.type = GDT_UInt16});
+    }
+    std::filesystem::create_directories(directory_ / "S2A.SAFE/GRANULE/L2A/QI_DATA");
+    write("S2A.SAFE/GRANULE/L2A/QI_DATA/MSK_B02.tif");
+    const auto scenes = runTool({"scenes", directory_.path(), "--json"}).json()["scenes"];
+    ASSERT_EQ(scenes.size(), 1U);
+    EXPECT_EQ(scenes[0]["product"], "sentinel-2-l2a");
+    EXPECT_EQ(scenes[0]["date"], "2018-06-29");
+    EXPECT_EQ(scenes[0]["decodable"], true);
+    EXPECT_THAT(scenes[0]["files"],
+                ElementsAre(directory_ / (data + "R10m/" + tile + "B02_10m.tif"),
+                            directory_ / (data + "R20m/" + tile + "B8A_20m.tif")));
+    EXPECT_EQ(summaryOf({{"a", "mask", true}, {"b", "quality", true}, {"c", "mask", true}}),
+              "2 mask, 1 quality");
+    Strings reasons;
+    for (const auto& file : scenes[0]["setAside"]) {
+        reasons.push_back(file["reason"]);
+    }
+    EXPECT_THAT(reasons, testing::UnorderedElementsAre("same band at another pixel size",
+                                                       "same band at another pixel size", "preview",
+                                                       "part of no scene"));
+}
+
+TEST_F(Scenes, ListWhatIsThereAndWhyItIsNoSet) {
+    writeLandsat8("a", kFirst);
+    std::filesystem::create_directories(directory_ / "loose");
+    write("loose/nir.tif");
+    write("loose/red.tif");
+    std::filesystem::create_directories(directory_ / "one");
+    write("one/single.tif");
+    const Outcome outcome = runTool({"scenes", directory_.path()});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_THAT(outcome.out,
+                HasSubstr(kFirst + "  Landsat 8-9 OLI/TIRS, Collection 2 level 2  2020-09-08"));
+    EXPECT_THAT(outcome.out, HasSubstr("  2 quality  yes\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("a set needs at least two bands\n"));
+    EXPECT_EQ(runTool({"info", directory_ / "loose", "--json"}).json()["bands"].size(), 2U);
+    EXPECT_EQ(runTool({"scenes", directory_ / "none"}).code, 3);
+    fakes::writeFile(directory_ / "scene.tar", "");
+    EXPECT_THAT(runTool({"info", directory_ / "scene.tar"}).err,
+                HasSubstr("archives are not read"));
+}
+
+TEST_F(Scenes, MisfitsAreSkippedOnRequest) {
+    const Strings files = {write("a.tif"), write("b.tif"), write("c.tif", {.type = GDT_UInt16})};
+    const Outcome refused = runTool(joined({"info", "--json"}, files));
+    EXPECT_EQ(refused.code, 1);
+    EXPECT_THAT(refused.err, HasSubstr("(--skip-misfits leaves out what differs)\n"));
+    const Outcome outcome = runTool(joined({"info", "--json", "--skip-misfits"}, files));
+    EXPECT_EQ(outcome.err,
+              "kestms: " + files[2] +
+                  ": left out: the pixel layout is 16-bit single channel, the set's is "
+                  "8-bit single channel\n");
+    EXPECT_THAT(bandNames(outcome), ElementsAre("a", "b"));
+}
+
+TEST(BandLabels, AreThePartOfAFileNameThatDiffers) {
+    const std::pair<Strings, Strings> cases[] = {
+        {{"d/LC8_LGN00_B10.TIF", "d/LC8_LGN00_B1.TIF"}, {"B10", "B1"}},
+        {{"a_red_x.tif", "a_nir_x.tif", "a_red2_x.tif"}, {"red", "nir", "red2"}},
+        {{"red.tif", "nir.tif"}, {"red", "nir"}},
+        {{"a.tif", "a_b.tif"}, {"a", "a_b"}},
+        {{"s.tif", "s.tif"}, {"", ""}},
+        {{}, {}},
+    };
+    for (const auto& [paths, labels] : cases) {
+        EXPECT_EQ(distinguishingParts(paths), labels);
+    }
+}
+
+}  // namespace
+}  // namespace kestms

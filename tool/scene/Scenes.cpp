@@ -1,0 +1,254 @@
+#include "tool/scene/Scenes.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <system_error>
+#include <tuple>
+#include <utility>
+
+#include "bands/BandWords.h"
+#include "bands/catalogue/ProductCatalogue.h"
+#include "host/Text.h"
+#include "tool/scene/RasterDirectory.h"
+#include "tool/terminal/Failure.h"
+#include "tool/terminal/Interrupt.h"
+
+namespace fs = std::filesystem;
+
+namespace kestms {
+namespace {
+
+/// A file and what its product makes of it.
+struct Member {
+    std::string path;
+    const kest::CatalogueBand* band;
+    const kest::CatalogueBucket* bucket;
+};
+
+/// A scene being gathered.
+struct Gathered {
+    Scene scene;
+    const kest::Product* product = nullptr;
+    std::vector<Member> members;
+    std::string folder;
+};
+
+std::string folderOf(const std::string& path) {
+    return fs::path(path).parent_path().string();
+}
+
+/// The name of the folder that holds the file, of the current directory as well.
+std::string folderName(const std::string& path) {
+    std::error_code error;
+    const fs::path whole = fs::absolute(path, error);
+    return (error ? fs::path(path) : whole).lexically_normal().parent_path().filename().string();
+}
+
+bool liesIn(const std::string& path, const std::string& folder) {
+    return folder.empty() ? path.find('/') == std::string::npos : path.starts_with(folder + "/");
+}
+
+/// The deepest folder that holds all files; of a ".SAFE" product the whole of it.
+std::string commonFolder(const std::vector<Member>& members) {
+    std::string folder = folderOf(members.front().path);
+    for (const Member& member : members) {
+        while (!folder.empty() && !liesIn(member.path, folder)) {
+            folder = folderOf(folder);
+        }
+    }
+    for (fs::path outer = folder; outer.has_relative_path(); outer = outer.parent_path()) {
+        if (outer.extension() == ".SAFE") {
+            return outer.string();
+        }
+    }
+    return folder;
+}
+
+/// The order in which to take the files of one band: the product's own pixel size first.
+auto preference(const kest::Product& product, const Member& member) {
+    const bool other = member.bucket != &product.buckets[member.band->bucket];
+    return std::tuple(other, member.bucket->number);
+}
+
+void sortMembers(Gathered& gathered) {
+    auto& members = gathered.members;
+    std::stable_sort(members.begin(), members.end(), [&](const Member& a, const Member& b) {
+        return std::tuple_cat(std::tuple(a.band->order), preference(*gathered.product, a)) <
+               std::tuple_cat(std::tuple(b.band->order), preference(*gathered.product, b));
+    });
+    const kest::CatalogueBand* last = nullptr;
+    for (const Member& member : members) {
+        const kest::BandRole role = member.band->details.role;
+        if (role == kest::BandRole::Metadata) {
+            continue;
+        }
+        if (role != kest::BandRole::Band) {
+            gathered.scene.setAside.push_back({member.path,
+                                               std::string(kest::wordOf(kest::kRoleWords, role)),
+                                               role != kest::BandRole::Preview});
+        } else if (member.band == last) {
+            gathered.scene.setAside.push_back(
+                {member.path, "same band at another pixel size", false});
+        } else {
+            gathered.scene.files.push_back(member.path);
+        }
+        last = member.band;
+    }
+}
+
+/// Sorts files into scenes of products, and the rest by folder.
+class Sorter {
+  public:
+    explicit Sorter(Session& session) : session_(session), catalogue_(kest::currentCatalogue()) {}
+
+    void add(const std::string& path) {
+        throwIfInterrupted();
+        const std::u16string wide = Pyxis::utf8ToWide(path);
+        const auto files =
+            catalogue_ ? catalogue_->filesNamed(wide) : std::vector<kest::ProductFile>();
+        const auto file = std::find_if(files.begin(), files.end(), [&](const auto& each) {
+            return kest::isWitnessed(each, &session_.finder(), &session_.codec());
+        });
+        if (file == files.end()) {
+            loose_.push_back(path);
+            return;
+        }
+        Gathered& gathered = of(*file);
+        gathered.members.push_back({path, file->band, file->bucket});
+    }
+
+    std::vector<Scene> scenes() {
+        std::vector<Scene> scenes;
+        for (Gathered& each : products_) {
+            sortMembers(each);
+            each.folder = commonFolder(each.members);
+        }
+        placeLoose();
+        for (auto* group : {&products_, &folders_}) {
+            for (Gathered& each : *group) {
+                scenes.push_back(std::move(each.scene));
+            }
+        }
+        return scenes;
+    }
+
+  private:
+    Gathered& of(const kest::ProductFile& file) {
+        const auto [place, isNew] =
+            index_.try_emplace({file.product, file.sceneKey}, products_.size());
+        if (isNew) {
+            Gathered& gathered = products_.emplace_back();
+            gathered.product = file.product;
+            gathered.scene.product = file.product->id;
+            gathered.scene.productName =
+                Pyxis::wideToUtf8(file.product->name.in(session_.language()));
+            gathered.scene.name = Pyxis::wideToUtf8(file.scene);
+            gathered.scene.date = file.date;
+            if (gathered.scene.name.empty()) {
+                gathered.scene.name = gathered.scene.product;
+            }
+        }
+        return products_[place->second];
+    }
+
+    /// The scene whose folder holds the file, the innermost; null without one.
+    static Scene* ownerOf(const std::string& path, const std::map<std::string, Scene*>& owners) {
+        for (std::string folder = folderOf(path);; folder = folderOf(folder)) {
+            const auto owner = owners.find(folder);
+            if (owner != owners.end()) {
+                return owner->second;
+            }
+            if (folder.empty() || folder == folderOf(folder)) {
+                return nullptr;
+            }
+        }
+    }
+
+    void placeLoose() {
+        std::map<std::string, std::size_t> byFolder;
+        std::map<std::string, Scene*> owners;
+        for (Gathered& each : products_) {
+            owners.try_emplace(each.folder, &each.scene);
+        }
+        for (const std::string& path : loose_) {
+            if (Scene* owner = ownerOf(path, owners)) {
+                owner->setAside.push_back({path, kPartOfNoScene, false});
+                continue;
+            }
+            const std::string folder = folderOf(path);
+            const auto [place, isNew] = byFolder.try_emplace(folder, folders_.size());
+            if (isNew) {
+                folders_.emplace_back().scene.name = folderName(path);
+            }
+            folders_[place->second].scene.files.push_back(path);
+        }
+    }
+
+    Session& session_;
+    std::shared_ptr<const kest::ProductCatalogue> catalogue_;
+    std::map<std::pair<const kest::Product*, std::u16string>, std::size_t> index_;
+    std::vector<Gathered> products_;
+    std::vector<Gathered> folders_;
+    std::vector<std::string> loose_;
+};
+
+}  // namespace
+
+std::vector<Scene> scenesAmong(Session& session, const std::vector<std::string>& paths) {
+    Sorter sorter(session);
+    for (const std::string& path : paths) {
+        sorter.add(path);
+    }
+    return sorter.scenes();
+}
+
+const Scene& sceneNamed(const std::vector<Scene>& scenes, const std::string& name) {
+    const Scene* found = nullptr;
+    for (const Scene& scene : scenes) {
+        if (scene.name != name || (found != nullptr && scene.product.empty())) {
+            continue;
+        }
+        if (found != nullptr) {
+            throw Failure(
+                ExitCode::Usage, name,
+                "names several scenes, of " + found->productName + " and of " + scene.productName);
+        }
+        found = &scene;
+    }
+    if (found == nullptr) {
+        throw Failure(ExitCode::Usage, name, "no such scene; there are " + sceneNames(scenes));
+    }
+    return *found;
+}
+
+std::string sceneNames(const std::vector<Scene>& scenes) {
+    constexpr std::size_t kMostListed = 10;
+    std::string names;
+    for (std::size_t i = 0; i < std::min(scenes.size(), kMostListed); ++i) {
+        names += (i == 0 ? "" : ", ") + scenes[i].name;
+    }
+    return scenes.size() > kMostListed ? names + " and others" : names;
+}
+
+std::string summaryOf(const std::vector<SetAside>& setAside) {
+    std::vector<std::pair<std::string, int>> counts;
+    for (const SetAside& each : setAside) {
+        const auto known = std::find_if(counts.begin(), counts.end(), [&](const auto& count) {
+            return count.first == each.reason;
+        });
+        if (known == counts.end()) {
+            counts.emplace_back(each.reason, 1);
+        } else {
+            ++known->second;
+        }
+    }
+    std::string text;
+    for (const auto& [reason, count] : counts) {
+        text += (text.empty() ? "" : ", ") + std::to_string(count) + " " + reason;
+    }
+    return text;
+}
+
+}  // namespace kestms

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tool/scene/Session.h"
+
+// The scenes among files: rasters of one product and one scene name.
+
+namespace kestms {
+
+/// The reason for a raster that lies beside a scene.
+inline constexpr const char* kPartOfNoScene = "part of no scene";
+
+/// A raster that is not offered to the codec.
+struct SetAside {
+    std::string path;
+    std::string reason;    ///< a role ("quality"), or a few words that go after a number
+    bool isLayer = false;  ///< comes with the bands: quality, mask, angle, ancillary layer
+};
+
+/// The files of one scene. Rasters of no known product that share a folder count as one, too.
+struct Scene {
+    std::string product;             ///< its id in the catalogue; empty when no product is known
+    std::string productName;         ///< for people
+    std::string name;                ///< the scene's; the folder's when no product is known
+    std::string date;                ///< "2018-06-29"; empty when the name has none
+    std::vector<std::string> files;  ///< of the bands, in their order
+    std::vector<SetAside> setAside;
+};
+
+/// Sorts rasters into scenes: those of known products first, each group in the order in which its
+/// scenes begin in `paths`. Of a band at several pixel sizes the product's own is taken. A raster
+/// of no product that lies in the folder of a scene is set aside there. Every path is in one scene.
+std::vector<Scene> scenesAmong(Session& session, const std::vector<std::string>& paths);
+
+/// The scene of that name, a product's before a folder's. Throws a Failure with ExitCode::Usage
+/// that lists the names when there is none, or several.
+const Scene& sceneNamed(const std::vector<Scene>& scenes, const std::string& name);
+
+/// The names of scenes for a message, with commas, cut after a few.
+std::string sceneNames(const std::vector<Scene>& scenes);
+
+/// "3 quality, 7 ancillary"; empty when nothing was set aside.
+std::string summaryOf(const std::vector<SetAside>& setAside);
+
+}  // namespace kestms
