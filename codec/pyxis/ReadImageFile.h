@@ -17,6 +17,7 @@ enum class PixelModel : std::int32_t {
     Palette = 1,
     Rgb = 2,
     RgbAlpha = 3,
+    Continuous = 4,  ///< a single channel of floating-point samples
 };
 
 /// Answers of `frameOp7`.

@@ -54,8 +54,11 @@ void RasterFrame::frameOp3(std::int32_t* width, std::int32_t* height) {
 }
 
 std::int32_t RasterFrame::frameOp4() {
-    const PixelModel model =
-        facts().colours.empty() ? PixelModel::SingleChannel : PixelModel::Palette;
+    // Sets refuse 32-bit single channels; reflectance in floating point is a model of its own.
+    const PixelModel model = !facts().colours.empty() ? PixelModel::Palette
+                             : facts().format == SampleFormat::FloatingPoint
+                                 ? PixelModel::Continuous
+                                 : PixelModel::SingleChannel;
     return static_cast<std::int32_t>(model);
 }
 

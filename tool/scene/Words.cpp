@@ -9,8 +9,8 @@
 namespace kestms {
 namespace {
 
-constexpr std::array<std::string_view, 4> kModels = {"single channel", "palette", "RGB",
-                                                     "RGB with alpha"};
+constexpr std::array<std::string_view, 5> kModels = {
+    "single channel", "palette", "RGB", "RGB with alpha", "floating-point single channel"};
 constexpr std::array<std::string_view, 5> kFormats = {
     "unknown", "unsigned integer", "signed integer", "complex", "floating point"};
 

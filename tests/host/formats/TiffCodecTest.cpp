@@ -27,7 +27,8 @@ TEST_F(TiffCodec, FramesShowLayoutAndPixelsOfTheirBands) {
         {{.bands = 2, .type = GDT_Int16, .options = {"ENDIANNESS=BIG"}}, 0, 16, 2},
         {{.type = GDT_Byte, .options = {"PIXELTYPE=SIGNEDBYTE"}}, 0, 8, 2},
         {{.type = GDT_CFloat32}, 0, 64, 3},
-        {{.type = GDT_Float32}, 0, 32, 4},
+        {{.type = GDT_Float32}, 4, 32, 4},
+        {{.type = GDT_Float64}, 4, 64, 4},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(GDALGetDataTypeName(c.raster.type));

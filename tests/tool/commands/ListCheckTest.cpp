@@ -52,7 +52,7 @@ TEST_F(ListAndCheck, CheckExplainsEveryComponent) {
     };
     // The first measurable one is 12 x 30 m wide: 18 m are 5 % of it.
     const Case cases[] = {
-        {write("float.tif", {.type = GDT_Float32}), "layout-refused",
+        {write("large.tif", {.type = GDT_Int32}), "layout-refused",
          "pixels of 32-bit single channel are not"},
         {write("first.tif"), "accepted", ""},
         {write("edge.tif", movedEast(18)), "accepted", ""},
@@ -92,6 +92,24 @@ TEST_F(ListAndCheck, CheckExplainsEveryComponent) {
     EXPECT_EQ(off["units"], 27.0);
     EXPECT_EQ(off["allowedUnits"], 18.0);
     EXPECT_DOUBLE_EQ(off["percent"], 7.5);
+}
+
+TEST_F(ListAndCheck, BandsOfReflectanceInFloatingPointAreASet) {
+    struct Case {
+        GDALDataType first, second;
+        int code;
+    };
+    const Case cases[] = {{GDT_Float32, GDT_Float32, 0},
+                          {GDT_Float64, GDT_Float64, 0},
+                          {GDT_Float32, GDT_Float64, 1},
+                          {GDT_Float32, GDT_Int32, 1},
+                          {GDT_Int32, GDT_Int32, 1}};
+    for (const Case& each : cases) {
+        const Strings files = {write("one.tif", {.type = each.first}),
+                               write("two.tif", {.type = each.second})};
+        EXPECT_EQ(runTool(joined({"check"}, files)).code, each.code)
+            << GDALGetDataTypeName(each.first) << ", " << GDALGetDataTypeName(each.second);
+    }
 }
 
 TEST_F(ListAndCheck, CheckReadsADocumentThatNamesNoFile) {
