@@ -76,6 +76,7 @@ SetNaming nameSet(const ComponentList& components, const Pyxis::ImageFormatCodec
         return {scheme, nullptr};
     }
     std::vector<std::u16string> paths;
+    paths.reserve(static_cast<std::size_t>(components.count()));
     for (int i = 0; i < components.count(); ++i) {
         paths.push_back(wideText(components.get(i).value_or(Component()).file.string()));
     }
