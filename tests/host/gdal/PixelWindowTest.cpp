@@ -72,7 +72,7 @@ TEST_F(PixelWindow, EverySampleTypeIsReadIntoEveryBufferType) {
             for (std::size_t i = 0; i < kSamples.size(); ++i) {
                 expected.at(i) = hasSign ? kSamples.at(i) : kSamples.at(i) + 130;
                 auto sample = static_cast<double>(expected.at(i));
-                auto byte = static_cast<signed char>(sample);
+                auto byte = static_cast<signed char>(isSignedByte ? sample : 0);
                 ASSERT_EQ(dataset->GetRasterBand(1)->RasterIO(
                               GF_Write, static_cast<int>(i), 1, 1, 1,
                               isSignedByte ? static_cast<void*>(&byte) : &sample, 1, 1,
