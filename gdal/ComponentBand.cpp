@@ -53,7 +53,7 @@ void ComponentBand::addComponentMetadata() {
     }
     GDALRasterBand* own = component();
     char** items = own != nullptr ? own->GetMetadata() : nullptr;
-    for (int i = 0; i < CSLCount(items); ++i) {
+    for (int i = 0; items != nullptr && items[i] != nullptr; ++i) {
         char* key = nullptr;
         const char* value = CPLParseNameValue(items[i], &key);
         if (key != nullptr && GDALRasterBand::GetMetadataItem(key, "") == nullptr) {

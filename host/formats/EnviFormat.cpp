@@ -12,11 +12,11 @@ namespace {
 /// The header file of a file of pixels; empty when there is none. "a.img" may have a.hdr or
 /// a.img.hdr.
 std::string headerOf(const std::string& path) {
-    constexpr std::uint64_t kMostBytes = 1024 * 1024;
+    constexpr std::uint64_t kMostBytes = 1U << 20U;
     const std::size_t dot = path.rfind('.');
     const bool hasExtension = dot != std::string::npos && path.find('/', dot) == std::string::npos;
     for (const std::string& stem : {hasExtension ? path.substr(0, dot) : path, path}) {
-        const std::string name = stem + ".hdr";
+        std::string name = stem + ".hdr";
         const Expected<FileHead> head = readHead(name);
         if (name != path && head && head->bytes.starts_with("ENVI") &&
             head->state.size <= kMostBytes) {
