@@ -49,7 +49,7 @@ namespace {
 /// Why what a file claims is out of proportion to its length. A few hundred bytes could otherwise
 /// take seconds and gigabytes.
 std::optional<Refusal> claimsTooMuch(const RasterFacts& facts, std::uint64_t fileSize) {
-    constexpr std::uint64_t kFreeBytes = 64 * 1024 * 1024;
+    constexpr std::uint64_t kFreeBytes = 64U << 20U;
     constexpr std::uint64_t kMostTimes = 64;
     const std::string inFile = " in a file of " + std::to_string(fileSize);
     if (facts.frames.size() > fileSize) {

@@ -52,7 +52,7 @@ CPLStringList siblingsOf(const Opening& opening) {
 template <typename Action>
 void onceWithPlenty(std::once_flag& flag, const Action& action) {
     std::call_once(flag, [&action] {
-        constexpr std::size_t kPlenty = 4 * 1024 * 1024;
+        constexpr std::size_t kPlenty = 4U << 20U;
         const auto plenty = std::make_unique_for_overwrite<char[]>(kPlenty);
         *static_cast<volatile char*>(plenty.get()) = 0;  // so that the request is made at all
         action();
