@@ -88,8 +88,8 @@ int nearest(int sample, int size, int samples) {
 
 /// Where pixels go.
 struct Target {
-    unsigned char* bytes;
-    GDALDataType type;
+    unsigned char* bytes = nullptr;
+    GDALDataType type = GDT_Unknown;
     Strides strides;
 };
 
@@ -139,9 +139,9 @@ bool readBySign(GDALRasterBand& band, const PixelRequest& request, bool overview
     }
     for (GInt16& sample : samples) {
         if (fromSignedBytes) {
-            signed char byte = 0;
+            std::int8_t byte = 0;
             std::memcpy(&byte, &sample, 1);
-            sample = byte;
+            sample = static_cast<GInt16>(int{byte});
         } else {
             sample = std::clamp<GInt16>(sample, SCHAR_MIN, SCHAR_MAX);
         }

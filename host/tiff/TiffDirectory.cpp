@@ -28,7 +28,7 @@ std::optional<std::array<double, 6>> transformOf(TiffFields& fields, const GeoKe
 bool mayHaveColours(TiffFields& fields) {
     constexpr std::uint64_t kMinIsBlack = 1;
     constexpr std::uint64_t kRgb = 2;
-    const auto model = fields.onlyNumber(tag::kPhotometric);
+    const std::uint64_t model = fields.onlyNumber(tag::kPhotometric).value_or(UINT64_MAX);
     // One number a band, or one for all.
     const std::vector<std::uint64_t> bits = fields.shorts(tag::kBitsPerSample);
     const bool inventsNone = (model == kMinIsBlack || model == kRgb) && !bits.empty() &&

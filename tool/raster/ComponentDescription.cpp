@@ -129,11 +129,11 @@ void addAuxiliary(CPLXMLNode* band, ComponentDescription& facts) {
 class ComponentReader::File {
   public:
     /// `name` is the path, or GDAL's name for a part of the file.
-    File(const std::string& name, const std::string& path)
+    File(const std::string& name, const std::string& path, const std::string& driver)
         : name_(name), auxiliary_(readAuxiliary(path)), bands_(bandsIn(auxiliary_.get())) {
         const Pyxis::ErrorCapture errors;
-        // The formats that components have; nothing else may take the file for its own.
-        const char* const drivers[] = {"GTiff", "NITF", "FAST", nullptr};
+        // No other driver may take the file for its own.
+        const char* const drivers[] = {driver.c_str(), nullptr};
         dataset_.reset(
             GDALDataset::Open(name.c_str(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR, drivers));
         if (!dataset_) {
@@ -177,7 +177,7 @@ ComponentDescription ComponentReader::describe(const OutputBand& band) {
     const std::string& path = band.band.componentPath;
     const std::string name = band.source.prefix + path;
     if (!file_ || file_->name() != name) {
-        file_ = std::make_unique<File>(name, path);
+        file_ = std::make_unique<File>(name, path, band.source.driver);
     }
     if (band.source.band > file_->count()) {
         throw Failure(ExitCode::CannotRead, path, "the band cannot be opened");

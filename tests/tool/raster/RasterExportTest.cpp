@@ -225,6 +225,26 @@ TEST_F(RasterExport, BandsAcrossTheGridAreRefused) {
     }
 }
 
+/// In a process that has registered no more drivers than the inputs need.
+TEST_F(RasterExport, ComponentsOfEveryFormatAreHandedOn) {
+    for (const auto& [driver, ending] :
+         std::map<std::string, std::string>{{"JP2OpenJPEG", ".jp2"}, {"HFA", ".img"}}) {
+        Strings files;
+        for (const std::string name : {"x_01", "x_02"}) {
+            const std::string tif =
+                fakes::writeRaster(directory_ / (name + ".tif"), {.width = 64, .height = 64});
+            files.push_back(directory_ / (name + ending));
+            ASSERT_EQ(
+                Process({"gdal_translate", "-q", "-of", driver, tif, files.back()}).wait().code, 0);
+        }
+        for (const std::string command : {"vrt", "export"}) {
+            const json made = infoOf({command}, files);
+            ASSERT_EQ(made["bands"].size(), 2U) << driver << " " << command;
+            EXPECT_EQ(made["geoTransform"], gdalInfo(files[0])["geoTransform"]);
+        }
+    }
+}
+
 TEST_F(RasterExport, GridsAndPartsAreThoseAskedFor) {
     fakes::Raster fine = kFine;
     fine.transform = {500000, 15, 0, 4600000, 0, -15};
