@@ -65,13 +65,15 @@ void countFreed(const volatile void* block) {
     }
 }
 
-/// A folder of its own, in which the process works until it ends.
+/// A folder of its own for the tool to work in.
 class Folder {
   public:
-    Folder() { require(mkdtemp(path_.data()) != nullptr && chdir(path_.c_str()) == 0, "a folder"); }
+    Folder() { require(mkdtemp(path_.data()) != nullptr, "a folder"); }
     Folder(const Folder&) = delete;
     Folder& operator=(const Folder&) = delete;
     ~Folder() { std::filesystem::remove_all(path_); }
+
+    const std::string& path() const { return path_; }
 
     void clear() const {
         for (const auto& entry : std::filesystem::directory_iterator(path_)) {
@@ -81,6 +83,20 @@ class Folder {
 
   private:
     std::string path_ = "/dev/shm/kestms-fuzz-XXXXXX";
+};
+
+/// The process works in a folder for as long as this lives; the fuzzer needs its own again.
+class WorkingIn {
+  public:
+    explicit WorkingIn(const std::string& folder) : before_(std::filesystem::current_path()) {
+        std::filesystem::current_path(folder);
+    }
+    WorkingIn(const WorkingIn&) = delete;
+    WorkingIn& operator=(const WorkingIn&) = delete;
+    ~WorkingIn() { std::filesystem::current_path(before_); }
+
+  private:
+    std::filesystem::path before_;
 };
 
 /// Files of an input: the number of a name, the length in two bytes, the content.
@@ -147,6 +163,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     static const Folder folder;
     folder.clear();
+    const WorkingIn there(folder.path());
     std::filesystem::create_directory("out");
     writeFiles({reinterpret_cast<const char*>(data) + 1, size - 1});
     runTool(kCommands[data[0] % std::size(kCommands)]);
