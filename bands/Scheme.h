@@ -84,6 +84,8 @@ struct Scheme {
     std::optional<Identity> (*identify)(const BandFile& band);
     /// The name that a set's bands share, by its first component; nothing when there is none.
     std::optional<std::u16string> (*referenceName)(const BandFile& first);
+    /// Why a band of the scheme has a generic name, in English; empty when it has one of its own.
+    std::string (*whyGeneric)(const BandFile& band) = nullptr;
 };
 
 /// All schemes, those that are tried on every component first and in the order of trial.

@@ -65,15 +65,27 @@ std::optional<Identity> identify(const BandFile& band) {
     return row == nullptr ? Identity::generic(band.ordinal) : Identity(row->band, row->bucket);
 }
 
+std::string whyGeneric(const BandFile& band) {
+    const std::u16string letter = readLetter(band).value_or(u"");
+    if (letter.empty()) {
+        return "it has no band letter";
+    }
+    return findBand(kBands, upperCase(letter)) != nullptr
+               ? ""
+               : "its band letter is \"" + narrowText(wideBuffer(letter)) +
+                     "\", not R, G, B, N or M";
+}
+
 }  // namespace
 
 constexpr Scheme kNitfScheme{
     SchemeNitf,
     "nitf",
-    "NITF files with band letters",
+    "NITF files",
     [](const Pyxis::FileSpecifier& file, const platform::PathName&) { return isNitfFile(file); },
     identify,
     fileNameAsReference,
+    whyGeneric,
 };
 
 bool isNitfFile(const Pyxis::FileSpecifier& file) {

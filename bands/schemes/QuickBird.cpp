@@ -101,12 +101,39 @@ std::optional<std::string> readDescription(const Pyxis::FileSpecifier& file,
     return std::nullopt;
 }
 
+std::string digitsIn(std::string_view description) {
+    std::string digits;
+    std::copy_if(description.begin(), description.end(), std::back_inserter(digits),
+                 [](char character) { return character >= '0' && character <= '9'; });
+    return digits;
+}
+
+/// Null when the list is none of those known.
+const BandList* knownList(std::string_view list) {
+    const auto known = std::find_if(kBandLists.begin(), kBandLists.end(),
+                                    [list](const BandList& each) { return each.list == list; });
+    return known == kBandLists.end() ? nullptr : &*known;
+}
+
+std::string whyGeneric(const BandFile& band) {
+    const auto description = readDescription(band.file, findCodec(band.file));
+    if (!description) {
+        return "it has no band list";
+    }
+    std::string digits = digitsIn(*description);
+    digits.resize(std::max(digits.size(), kListLength), ' ');
+    if (knownList(digits) != nullptr) {
+        return {};
+    }
+    digits.erase(digits.find_last_not_of(' ') + 1);
+    return "its band list is \"" + digits + "\", not 1234, 321, 432 or 1";
+}
+
 std::optional<Identity> identify(const BandFile& band) {
     const std::unique_ptr<char[]> code = getQuickBirdBandList(band.file);
     const std::string_view list = code ? std::string_view(code.get()) : std::string_view();
-    const auto known = std::find_if(kBandLists.begin(), kBandLists.end(),
-                                    [list](const BandList& each) { return each.list == list; });
-    if (known == kBandLists.end()) {
+    const BandList* known = knownList(list);
+    if (known == nullptr) {
         return Identity::generic(band.ordinal);
     }
     const bool isListed = band.frame >= 0 && band.frame < static_cast<int>(list.size());
@@ -127,6 +154,7 @@ constexpr Scheme kQuickBirdScheme{
     },
     identify,
     fileNameAsReference,
+    whyGeneric,
 };
 
 bool isQuickBirdFile(const Pyxis::FileSpecifier& file) {
@@ -145,9 +173,7 @@ std::unique_ptr<char[]> getQuickBirdBandList(const Pyxis::FileSpecifier& compone
     if (!text) {
         return nullptr;
     }
-    std::string digits;
-    std::copy_if(text->begin(), text->end(), std::back_inserter(digits),
-                 [](char character) { return character >= '0' && character <= '9'; });
+    std::string digits = digitsIn(*text);
     if (digits.size() > kListLength) {
         digits = kOverlongList;
     }

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "bands/NamingScheme.h"
+#include "bands/Scheme.h"
 #include "bands/catalogue/ProductCatalogue.h"
 #include "host/Text.h"
 #include "sets/ComponentList.h"
@@ -100,6 +101,16 @@ std::string productDisagreement(const std::vector<ComponentScheme>& components) 
     return {};
 }
 
+/// Why a band of a recognised product has a generic name; empty when it has its own.
+std::string genericName(int scheme, const Component& component) {
+    const kest::Scheme* row = kest::schemeOf(scheme);
+    const std::string why =
+        row == nullptr || row->whyGeneric == nullptr
+            ? std::string()
+            : row->whyGeneric({Pyxis::fileSpecifier(component.path), component.frame});
+    return why.empty() ? why : label(component) + " has a generic name: " + why;
+}
+
 }  // namespace
 
 Explanation explainScheme(Session& session, const Pyxis::FileSpecifier& set) {
@@ -125,6 +136,9 @@ Explanation explainScheme(Session& session, const Pyxis::FileSpecifier& set) {
     }
     if (explanation.scheme == kest::SchemeGeneric) {
         explanation.obstacles.push_back(repetition(explanation.components));
+    }
+    for (const ComponentScheme& each : explanation.components) {
+        explanation.obstacles.push_back(genericName(explanation.scheme, each.component));
     }
     std::erase(explanation.obstacles, std::string());
     return explanation;

@@ -23,7 +23,8 @@ struct Explanation {
     std::vector<ComponentScheme> components;
     std::string rule;  ///< the deciding rule, a sentence
     /// What kept the set from a better scheme, each a sentence: the first component that differs
-    /// in kind from the first one, the first two that share a band number.
+    /// in kind from the first one, the first two that share a band number; and what a recognised
+    /// product's band lacks to have a name of its own.
     std::vector<std::string> obstacles;
 };
 

@@ -119,6 +119,18 @@ TEST_F(Info, ExplainsTheNamingScheme) {
     const std::string landsat = write(kLandsat + "B10.TIF");
     const std::string a = write("a.tif");
     const std::string b = write("b.tif");
+    const auto listing = [](const char* list) {
+        return fakes::Raster{.description =
+                                 std::string("{\n  bandList = \n  [\n") + list + "\n  ]\n}"};
+    };
+    const std::string listed = write("q_a.tif", listing("1,"));
+    const std::string overlong = write("q_b.tif", listing("1,2,3,4,5"));
+    const auto nitf = [&](const char* name, const char* letter) {
+        return write(
+            name, {.driver = "NITF", .options = {"ICORDS=N", std::string("IREPBAND=") + letter}});
+    };
+    const std::string lettered = nitf("a.ntf", "R");
+    const std::string odd = nitf("c.ntf", "X");
     struct Case {
         Strings files;
         const char* scheme;
@@ -137,6 +149,12 @@ TEST_F(Info, ExplainsTheNamingScheme) {
         {{landsat, red},
          "numbered",
          {red + " shows \"po_\" product names, " + landsat + " shows \"L7\" names"}},
+        {{listed, overlong},
+         "quickbird",
+         {overlong + " has a generic name: its band list is \"12345\", not 1234, 321, 432 or 1"}},
+        {{lettered, odd},
+         "nitf",
+         {odd + " has a generic name: its band letter is \"X\", not R, G, B, N or M"}},
     };
     for (const Case& each : cases) {
         const json set = infoOf(each.files, {"--json", "--explain"}).json();
