@@ -75,6 +75,7 @@ ExitCode list(Context& context, const ListOptions& options) {
         context.out << document;
         return ExitCode::Success;
     }
+    requireExtension(options.output, OutputFormat::SetDocument);
     writeOutput(options.output, {context.inputs, options.overwrite}, document);
     return ExitCode::Success;
 }

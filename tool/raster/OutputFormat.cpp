@@ -23,7 +23,7 @@ constexpr std::array kFormats = {
     FormatRow{".jpg", OutputFormat::Jpeg},
     FormatRow{".jpeg", OutputFormat::Jpeg},
     FormatRow{".webp", OutputFormat::WebP},
-    FormatRow{".xml", {}},
+    FormatRow{".xml", OutputFormat::SetDocument},
     FormatRow{".json", {}},
     FormatRow{".txt", {}},
     FormatRow{".qml", {}},
@@ -62,7 +62,8 @@ OutputFormat pictureFormat(const std::string& path) {
     const FormatRow* row = rowOf(path);
     const OutputFormat format =
         row == nullptr ? OutputFormat::Png : row->format.value_or(OutputFormat::GeoTiff);
-    if (format == OutputFormat::VirtualRaster || format == OutputFormat::GeoTiff) {
+    if (format != OutputFormat::Png && format != OutputFormat::Jpeg &&
+        format != OutputFormat::WebP) {
         throw Failure(ExitCode::Usage, path, "pictures are PNG, JPEG or WebP");
     }
     return format;
@@ -73,7 +74,9 @@ void requireExtension(const std::string& path, OutputFormat format) {
     if (row != nullptr && row->format != format) {
         throw Failure(ExitCode::Usage, path,
                       format == OutputFormat::GeoTiff ? "the output is a GeoTIFF (.tif)"
-                                                      : "the output is a virtual raster (.vrt)");
+                      : format == OutputFormat::VirtualRaster
+                          ? "the output is a virtual raster (.vrt)"
+                          : "the output is a set document (.xml)");
     }
 }
 

@@ -459,7 +459,7 @@ TEST_F(RasterExport, TheOutputIsTheFileThatWasNamed) {
     const auto before = fakes::namesIn(directory_);
     const Strings wrong[] = {{"vrt", "x.tif"},       {"export", "x.VRT"}, {"export", "x.png"},
                              {"quicklook", "q.tif"}, {"export", "-"},     {"export", "/dev/stdout"},
-                             {"quicklook", "-"}};
+                             {"quicklook", "-"},     {"list", "x.tif"},   {"list", "x.vrt"}};
     for (const Strings& each : wrong) {
         const Outcome outcome = runKestms(joined(
             {each[0], "-o",
