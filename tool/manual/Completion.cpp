@@ -52,8 +52,9 @@ std::string bashChoices(const CommandText& command, const std::string& name) {
     for (const OptionText& option : command.options) {
         for (const std::string& spelling : option.names) {
             if (!option.choices.empty()) {
-                cases += "        " + name + "' " + spelling +
-                         "') choices=" + quoted(joined(option.choices, " ")) + " ;;\n";
+                cases.append("        ").append(name).append("' ").append(spelling);
+                cases.append("') choices=").append(quoted(joined(option.choices, " ")));
+                cases += " ;;\n";
             }
         }
     }
@@ -70,8 +71,9 @@ std::string zshOptions(const CommandText& command, const std::string& indent) {
             value = ":value:_files";
         }
         for (const std::string& name : option.names) {
-            result += " \\\n" + indent +
-                      quoted(name + "[" + escapedFor(option.help, ":[]") + "]" + value);
+            std::string described = name;
+            described.append("[").append(escapedFor(option.help, ":[]")).append("]").append(value);
+            result.append(" \\\n").append(indent).append(quoted(described));
         }
     }
     return result;

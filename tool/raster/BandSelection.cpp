@@ -111,6 +111,7 @@ std::vector<Band> selectBands(const std::vector<Band>& bands,
         }
     }
     std::vector<Band> selected;
+    selected.reserve(order.size());
     for (const std::size_t index : order) {
         selected.push_back(bands[index]);
     }
