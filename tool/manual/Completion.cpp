@@ -1,5 +1,7 @@
 #include "tool/manual/Completion.h"
 
+#include <utility>
+
 namespace kestms {
 namespace {
 
@@ -73,7 +75,7 @@ std::string zshOptions(const CommandText& command, const std::string& indent) {
         for (const std::string& name : option.names) {
             std::string described = name;
             described.append("[").append(escapedFor(option.help, ":[]")).append("]").append(value);
-            result.append(" \\\n").append(indent).append(quoted(described));
+            result.append(" \\\n").append(indent).append(quoted(std::as_const(described)));
         }
     }
     return result;

@@ -47,7 +47,7 @@ std::string whyNotGeoreferenced(const std::string& path) {
 }
 
 /// Why the component has its verdict; `criteria` is what it was compared with.
-std::string reasonFor(const ComponentDiagnosis& each, const kest::InclusionData* criteria) {
+std::string reasonFor(const ComponentDiagnosis& each, const kest::InclusionData& criteria) {
     switch (each.verdict) {
         case Verdict::Accepted:
             break;
@@ -66,10 +66,10 @@ std::string reasonFor(const ComponentDiagnosis& each, const kest::InclusionData*
             return whyNotGeoreferenced(each.component.path);
         case Verdict::LayoutDiffers:
             return "the pixel layout is " + layoutText(each.data) + ", the set's is " +
-                   layoutText(*criteria);
+                   layoutText(criteria);
         case Verdict::SystemDiffers: {
             const std::string own = systemText(each.data);
-            const std::string other = systemText(*criteria);
+            const std::string other = systemText(criteria);
             return "the coordinate system is " + own + ", the set's is " +
                    (own == other ? "another definition of that name" : other);
         }
@@ -98,8 +98,10 @@ Diagnosis diagnose(const Session& /*session*/, const Pyxis::FileSpecifier& set) 
             each.component = {Pyxis::toUtf8(judged->component->file.string()),
                               judged->component->frame};
         }
-        each.detail = reasonFor(
-            each, diagnosis.reference ? &diagnosis.components[*diagnosis.reference].data : nullptr);
+        // Only what differs from the reference asks for it.
+        each.detail =
+            reasonFor(each, diagnosis.reference ? diagnosis.components[*diagnosis.reference].data
+                                                : each.data);
         if (!diagnosis.reference && each.verdict == Verdict::Accepted) {
             diagnosis.reference = diagnosis.components.size();
         }

@@ -36,7 +36,7 @@ fs::path resourceDirectory() {
     std::error_code error;
     for (fs::path folder = ownFile(); folder.has_relative_path();) {
         folder = folder.parent_path();
-        const fs::path resources = folder / "share" / "kestms" / "resources";
+        fs::path resources = folder / "share" / "kestms" / "resources";
         if (fs::is_directory(resources, error)) {
             return resources;
         }
