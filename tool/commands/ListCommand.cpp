@@ -75,8 +75,11 @@ ExitCode list(Context& context, const ListOptions& options) {
         context.out << document;
         return ExitCode::Success;
     }
-    // That an input would be lost is the better reason.
-    context.inputs.refuseOutput(options.output, options.overwrite);
+    std::error_code error;
+    if (std::filesystem::is_regular_file(options.output, error)) {
+        // That an input would be lost is the better reason.
+        context.inputs.refuseOutput(options.output, options.overwrite);
+    }
     requireExtension(options.output, OutputFormat::SetDocument);
     writeOutput(options.output, {context.inputs, options.overwrite}, document);
     return ExitCode::Success;
