@@ -1,7 +1,7 @@
 #include "tool/scene/OpenedSet.h"
 
-#include <algorithm>
 #include <cerrno>
+#include <map>
 #include <system_error>
 #include <utility>
 
@@ -220,8 +220,10 @@ void OpenedSet::gatherBands() {
 
 void OpenedSet::labelUnknownBands() {
     std::vector<std::string> paths;
+    std::map<std::string, int> bandsOf;
     for (const Band& band : bands_) {
         paths.push_back(band.componentPath);
+        ++bandsOf[band.componentPath];
     }
     const std::vector<std::string> labels = distinguishingParts(paths);
     for (std::size_t i = 0; i < bands_.size(); ++i) {
@@ -231,7 +233,7 @@ void OpenedSet::labelUnknownBands() {
         if (isKnown || labels[i].empty()) {
             continue;
         }
-        const bool sharesFile = std::count(paths.begin(), paths.end(), paths[i]) > 1;
+        const bool sharesFile = bandsOf[paths[i]] > 1;
         band.name =
             labels[i] + (sharesFile ? " #" + std::to_string(band.componentFrame) : std::string());
     }
