@@ -9,6 +9,19 @@
 #include "pyxis/NoThrow.h"
 
 namespace Pyxis {
+namespace {
+
+/// GDAL and its libraries each put the name first. Whoever shows the reason names the file, and
+/// perhaps not by its absolute path.
+std::string withoutFile(std::string message, const std::string& path) {
+    const std::string start = path + ":";
+    while (message.starts_with(start)) {
+        message.erase(0, message.find_first_not_of(' ', start.size()));
+    }
+    return message;
+}
+
+}  // namespace
 
 DatasetHandle::DatasetHandle(Opening opening, const FileState& state)
     : opening_(std::move(opening)), stamp_{state, {}} {
@@ -35,7 +48,8 @@ Expected<DatasetPointer> DatasetHandle::openDataset(const std::string& prefix) c
     const ErrorCapture errors;
     DatasetPointer dataset = openForReading(opening_, prefix);
     if (!dataset) {
-        return Refusal{Refusal::Kind::Damaged, PrivateFiles::withoutNames(errors.message())};
+        return Refusal{Refusal::Kind::Damaged,
+                       withoutFile(PrivateFiles::withoutNames(errors.message()), path())};
     }
     return dataset;
 }

@@ -48,6 +48,7 @@ TEST_F(Readability, ExplainsWhatCannotBeRead) {
         EXPECT_EQ(codecOf(path), nullptr) << path;
         const std::string why = whyNotReadable(fileSpecifier(path));
         EXPECT_TRUE(!why.empty() && why.find(reason) != std::string::npos) << path << why;
+        EXPECT_NE(why.rfind(path + ":", 0), 0U) << why;
     }
     // A raster without a place, and a pipe where its world file would be.
     const std::string lost = fakes::writeRaster(directory / "lost.tif", {.transform = {}});
