@@ -5,10 +5,13 @@
 #include <array>
 #include <utility>
 
+#include "host/gdal/ErrorCapture.h"
+
 namespace kestms {
 
 /// Keeps GDAL, on this thread, to the files that it is told to open and write: no auxiliary files
-/// beside them, which could describe them otherwise or lead anywhere, and masks inside them.
+/// beside them, which could describe them otherwise or lead anywhere, and masks inside them. What
+/// GDAL would print is kept from the terminal: it may quote the files.
 class GdalSession {
   public:
     GdalSession() {
@@ -30,6 +33,8 @@ class GdalSession {
         {"GDAL_DISABLE_READDIR_ON_OPEN", "EMPTY_DIR"},
         {"GDAL_TIFF_INTERNAL_MASK", "YES"},
     }};
+
+    Pyxis::ErrorCapture silent_;
 };
 
 }  // namespace kestms

@@ -107,8 +107,8 @@ OutputFile::OutputFile(const std::string& path, const OutputRules& rules) : give
 }
 
 void OutputFile::write(std::string_view content) {
-    std::ofstream file(temporary_, std::ios::binary | std::ios::trunc);
     errno = 0;
+    std::ofstream file(temporary_, std::ios::binary | std::ios::trunc);
     file.write(content.data(), static_cast<std::streamsize>(content.size()));
     file.close();
     if (!file) {

@@ -94,6 +94,12 @@ TemporaryDirectory::TemporaryDirectory(const fs::path& parent) {
         if (lock_ < 0 && errno == ENOTSUP) {
             return;  // a file system without locks
         }
+        if (lock_ < 0 && (errno == EMFILE || errno == ENFILE)) {
+            const int error = errno;
+            rmdir(path_.c_str());
+            all.paths.erase(path_);
+            throw std::system_error(error, std::generic_category());
+        }
         if (lock_ >= 0 && !isThere(path_, lock_)) {
             close(lock_);
             lock_ = -1;
@@ -107,12 +113,12 @@ TemporaryDirectory::TemporaryDirectory(const fs::path& parent) {
 TemporaryDirectory::~TemporaryDirectory() {
     Registry& all = registry();
     const std::lock_guard<std::mutex> guard(all.mutex);
+    if (lock_ >= 0) {
+        close(lock_);  // first: looking into the directory takes a descriptor, maybe the last one
+    }
     std::error_code ignored;
     fs::remove_all(path_, ignored);
     all.paths.erase(path_);
-    if (lock_ >= 0) {
-        close(lock_);
-    }
 }
 
 void TemporaryDirectory::removeAll() {

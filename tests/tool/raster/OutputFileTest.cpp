@@ -152,15 +152,37 @@ TEST(StarvedProcess, NeverWritesFewerBands) {
         files.push_back(fakes::writeRaster(directory / name));
     }
     const std::string output = directory / "out.tif";
-    for (rlim_t descriptors = 8; descriptors < 48; descriptors += 3) {
+    for (rlim_t descriptors = 6; descriptors < 48; descriptors += 2) {
         const auto limit = [descriptors] {
             const rlimit few{descriptors, descriptors};
             setrlimit(RLIMIT_NOFILE, &few);
         };
         const Strings command = {"export", "-o", output, "--overwrite"};
-        if (runKestms(joined(command, files), limit).code == 0) {
+        const Outcome outcome = runKestms(joined(command, files), limit);
+        if (outcome.code == 0) {
             EXPECT_EQ(gdalInfo(output)["bands"].size(), files.size()) << descriptors;
         }
+        EXPECT_EQ(outcome.err.find("busy"), std::string::npos) << outcome.err;
+        EXPECT_FALSE(namesIn(directory).front().starts_with(".kestms")) << descriptors;
+    }
+}
+
+TEST(QuietProcess, ShowsNothingThatGdalPrints) {
+    const fakes::TempDirectory directory;
+    Strings files;
+    for (const char* name : {"a_01.tif", "a_02.tif"}) {
+        files.push_back(fakes::writeRaster(directory / name, {.bands = 2}));
+        // GDAL warns of channels that no tag (338, EXTRASAMPLES) declares.
+        std::string bytes = fakes::readFile(files.back());
+        const std::size_t tag = bytes.find(std::string("\x52\x01\x03\x00", 4));
+        ASSERT_NE(tag, std::string::npos);
+        fakes::writeFile(files.back(), bytes.replace(tag, 2, "\x5C\x01"));
+    }
+    for (const auto& [command, output] :
+         {std::pair("vrt", "out.vrt"), {"export", "out.tif"}, {"quicklook", "out.png"}}) {
+        const Outcome outcome = runKestms(joined({command, "-o", directory / output}, files));
+        EXPECT_EQ(outcome.code, 0) << outcome.err;
+        EXPECT_THAT(outcome.err, Not(HasSubstr("Warning"))) << command;
     }
 }
 
