@@ -1,5 +1,6 @@
 #include "tool/raster/TemporaryDirectory.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -65,6 +66,20 @@ void removeAbandoned(const fs::path& parent) {
     }
 }
 
+/// Removes the files of a directory through the descriptor that is open already: there may be no
+/// other left to open it with.
+void emptyAndClose(int directory) {
+    DIR* const entries = fdopendir(directory);
+    if (entries == nullptr) {
+        close(directory);
+        return;
+    }
+    while (const dirent* entry = readdir(entries)) {
+        unlinkat(directory, entry->d_name, 0);
+    }
+    closedir(entries);
+}
+
 bool isThere(const fs::path& path, int descriptor) {
     struct stat named {};
     struct stat held {};
@@ -114,7 +129,7 @@ TemporaryDirectory::~TemporaryDirectory() {
     Registry& all = registry();
     const std::lock_guard<std::mutex> guard(all.mutex);
     if (lock_ >= 0) {
-        close(lock_);  // first: looking into the directory takes a descriptor, maybe the last one
+        emptyAndClose(lock_);
     }
     std::error_code ignored;
     fs::remove_all(path_, ignored);
