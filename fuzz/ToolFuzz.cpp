@@ -41,6 +41,7 @@ const Arguments kCommands[] = {
     {"vrt", ".", "-o", "out/set.vrt", "--overwrite"},
     {"export", ".", "-o", "out/set.tif", "--overwrite"},
     {"quicklook", ".", "-o", "out/set.png", "--overwrite"},
+    {"stac", ".", "-o", "out/item.json", "--overwrite", "--datetime", "2020-01-01"},
     {"info", "set.xml"},
     {"check", "set.xml"},
     {"list", "set.xml"},

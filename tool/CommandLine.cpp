@@ -53,6 +53,7 @@ void addCommands(CLI::App& app, Context& context) {
     addSamplesCommand(app, context);
     addVrtCommand(app, context);
     addExportCommand(app, context);
+    addStacCommand(app, context);
     addProductsCommand(app, context);
 }
 

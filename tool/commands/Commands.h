@@ -17,6 +17,7 @@ void addQuicklookCommand(CLI::App& app, Context& context);
 void addSamplesCommand(CLI::App& app, Context& context);
 void addVrtCommand(CLI::App& app, Context& context);
 void addExportCommand(CLI::App& app, Context& context);
+void addStacCommand(CLI::App& app, Context& context);
 void addProductsCommand(CLI::App& app, Context& context);
 
 }  // namespace kestms

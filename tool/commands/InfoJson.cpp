@@ -1,23 +1,12 @@
 #include "tool/commands/InfoJson.h"
 
-#include <cmath>
-#include <optional>
 #include <string>
 
 #include "tool/commands/PlaceJson.h"
 #include "tool/scene/Words.h"
-#include "tool/terminal/NumberText.h"
 
 namespace kestms {
 namespace {
-
-/// JSON has no words for what is not a number; GDAL's are common.
-Json noDataJson(const std::optional<double>& value) {
-    if (!value) {
-        return nullptr;
-    }
-    return std::isfinite(*value) ? Json(*value) : Json(numberText(*value));
-}
 
 Json bandJson(const Band& band) {
     Json json = {{"frame", band.frame},
@@ -35,7 +24,7 @@ Json bandJson(const Band& band) {
                  {"pixelModel", pixelModelWord(band.model)},
                  {"sampleFormat", sampleFormatWord(band.format)},
                  {"sampleType", textOrNull(sampleTypeWord(band.format, band.bits))},
-                 {"noData", noDataJson(band.noData)}};
+                 {"noData", band.noData ? numberOrWord(*band.noData) : Json(nullptr)}};
     if (band.georeference) {
         const Georeference& geo = *band.georeference;
         json["pixelSize"] = {geo.pixelWidth, geo.pixelHeight};

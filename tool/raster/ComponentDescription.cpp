@@ -172,17 +172,17 @@ ComponentReader::ComponentReader() = default;
 
 ComponentReader::~ComponentReader() = default;
 
-ComponentDescription ComponentReader::describe(const OutputBand& band) {
+ComponentDescription ComponentReader::describe(const std::string& path,
+                                               const Pyxis::RasterSource& source) {
     const GdalSession session;
-    const std::string& path = band.band.componentPath;
-    const std::string name = band.source.prefix + path;
+    const std::string name = source.prefix + path;
     if (!file_ || file_->name() != name) {
-        file_ = std::make_unique<File>(name, path, band.source.driver);
+        file_ = std::make_unique<File>(name, path, source.driver);
     }
-    if (band.source.band > file_->count()) {
+    if (source.band > file_->count()) {
         throw Failure(ExitCode::CannotRead, path, "the band cannot be opened");
     }
-    return file_->describe(band.source.band);
+    return file_->describe(source.band);
 }
 
 }  // namespace kestms

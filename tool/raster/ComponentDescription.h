@@ -42,7 +42,10 @@ class ComponentReader {
     ~ComponentReader();
 
     /// Throws a Failure with ExitCode::CannotRead.
-    ComponentDescription describe(const OutputBand& band);
+    ComponentDescription describe(const std::string& path, const Pyxis::RasterSource& source);
+    ComponentDescription describe(const OutputBand& band) {
+        return describe(band.band.componentPath, band.source);
+    }
 
   private:
     class File;

@@ -24,7 +24,8 @@ constexpr std::array kFormats = {
     FormatRow{".jpeg", OutputFormat::Jpeg},
     FormatRow{".webp", OutputFormat::WebP},
     FormatRow{".xml", OutputFormat::SetDocument},
-    FormatRow{".json", {}},
+    FormatRow{".json", OutputFormat::StacItem},
+    FormatRow{".geojson", OutputFormat::StacItem},
     FormatRow{".txt", {}},
     FormatRow{".qml", {}},
     FormatRow{".jp2", {}},
@@ -76,7 +77,8 @@ void requireExtension(const std::string& path, OutputFormat format) {
                       format == OutputFormat::GeoTiff ? "the output is a GeoTIFF (.tif)"
                       : format == OutputFormat::VirtualRaster
                           ? "the output is a virtual raster (.vrt)"
-                          : "the output is a set document (.xml)");
+                      : format == OutputFormat::StacItem ? "the output is a STAC item (.json)"
+                                                         : "the output is a set document (.xml)");
     }
 }
 

@@ -5,9 +5,9 @@
 
 namespace kestms {
 
-enum class OutputFormat { VirtualRaster, GeoTiff, Png, Jpeg, WebP, SetDocument };
+enum class OutputFormat { VirtualRaster, GeoTiff, Png, Jpeg, WebP, SetDocument, StacItem };
 
-/// GDAL's name of the driver that writes it; a set document has none.
+/// GDAL's name of the driver that writes it; documents have none.
 const char* driverOf(OutputFormat format);
 
 /// The picture format that the path's extension names; PNG without one.

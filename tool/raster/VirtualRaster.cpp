@@ -10,6 +10,7 @@
 #include "tool/raster/BandMetadata.h"
 #include "tool/raster/ComponentDescription.h"
 #include "tool/raster/GdalSession.h"
+#include "tool/raster/RelativePath.h"
 #include "tool/raster/XmlText.h"
 #include "tool/terminal/Failure.h"
 #include "tool/terminal/Interrupt.h"
@@ -19,19 +20,6 @@ namespace fs = std::filesystem;
 
 namespace kestms {
 namespace {
-
-/// The directory without links, since ".." in a path leaves the directory that a link leads to.
-/// The last name stays: what lies beside a linked file is not what lies beside its target.
-fs::path throughRealDirectory(const std::string& path) {
-    const fs::path absolute = fs::absolute(path);
-    return fs::weakly_canonical(absolute.parent_path()) / absolute.filename();
-}
-
-std::string relativePath(const std::string& file, const std::string& from) {
-    // The raster itself takes the place of the file that a link leads to.
-    const fs::path directory = fs::weakly_canonical(fs::absolute(from)).parent_path();
-    return throughRealDirectory(file).lexically_relative(directory).string();
-}
 
 /// What the set says, or else the component; a file with one band always says grey, which means
 /// nothing.

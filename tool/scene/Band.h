@@ -31,6 +31,7 @@ struct Band {
     std::string name;      ///< the plug-in's, or a part of the file's name that says more
     bool isNamed = false;  ///< whether the name is more than a count ("Band 2")
     kest::BandType type = kest::BandType::Unknown;
+    kest::BandRole role = kest::BandRole::Band;
     kest::BandAssignment assignment = kest::BandAssignment::NotAssigned;
     int bucket = 0;  ///< index in the set
     int indexInBucket = 0;

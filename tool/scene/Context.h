@@ -5,9 +5,11 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "tool/scene/InputFiles.h"
 #include "tool/scene/Products.h"
+#include "tool/scene/Scenes.h"
 #include "tool/scene/Session.h"
 #include "tool/terminal/Failure.h"
 
@@ -43,6 +45,10 @@ class Context {
     std::set<std::string> layers;
     /// What the command was given to read.
     InputFiles inputs;
+    /// Whether the command lists layers of the scene (quality, masks, angles) beside the set, then
+    /// those that are no part of it.
+    bool listsLayers = false;
+    std::vector<SetAside> layersAside;
     /// Whether files may change while the program runs.
     Session::Changes changes = Session::Changes::Ignore;
     /// The chosen command, run once the whole command line is understood.

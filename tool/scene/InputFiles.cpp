@@ -14,6 +14,7 @@
 #include "sets/ComponentList.h"
 #include "tool/scene/InputText.h"
 #include "tool/terminal/Failure.h"
+#include "tool/terminal/Json.h"
 
 namespace fs = std::filesystem;
 
@@ -38,12 +39,23 @@ bool isSetDocument(const std::string& path) {
     return kest::countComponents(set) > 0;
 }
 
+/// Products come with descriptions in the same form, which nobody shall lose.
+bool isOwnStacItem(const std::string& path) {
+    const std::string extension = fs::path(path).extension().string();
+    if (extension != ".json" && extension != ".geojson") {
+        return false;
+    }
+    const Json item = Json::parse(readTextFile(path), nullptr, false);
+    const Json::json_pointer software("/properties/processing:software/kestms");
+    return item.is_object() && item.contains(software);
+}
+
 bool isOfKindWritten(const std::string& path) {
     std::string extension = fs::path(path).extension().string();
     std::transform(extension.begin(), extension.end(), extension.begin(),
                    [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
     return std::find(kWritten.begin(), kWritten.end(), extension) != kWritten.end() ||
-           isSetDocument(path);
+           isSetDocument(path) || isOwnStacItem(path);
 }
 
 /// A header alone does not hold the pixels.

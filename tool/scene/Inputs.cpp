@@ -50,17 +50,6 @@ std::optional<Component> withFrame(const std::string& argument) {
     return component;
 }
 
-/// Null when no codec reads the file.
-std::unique_ptr<Pyxis::ReadImageFileInterface> openImage(const std::string& path) {
-    const Pyxis::FileSpecifier file = Pyxis::fileSpecifier(path);
-    const Pyxis::ImageFormatCodec* codec = nullptr;
-    if (Pyxis::FileReadDescriptor::findImageFileCodec(file, codec) !=
-        Pyxis::FormatDecodability::Decodable) {
-        return nullptr;
-    }
-    return std::unique_ptr<Pyxis::ReadImageFileInterface>(codec->openImage(&file));
-}
-
 /// Frames of the file; 1 when no codec reads it.
 int framesOf(const std::string& path) {
     const auto image = openImage(path);
@@ -328,7 +317,8 @@ class ArgumentReader {
                 add({each.path});
             } else {
                 context_.inputs.addRaster(each.path);
-                left.push_back(each);
+                const bool isListed = each.isLayer && context_.listsLayers;
+                (isListed ? context_.layersAside : left).push_back(each);
             }
         }
         if (!left.empty()) {
@@ -425,6 +415,16 @@ Pyxis::FileSpecifier readSet(const std::vector<std::string>& arguments, Context&
         reader.readArgument(argument);
     }
     return reader.set();
+}
+
+std::unique_ptr<Pyxis::ReadImageFileInterface> openImage(const std::string& path) {
+    const Pyxis::FileSpecifier file = Pyxis::fileSpecifier(path);
+    const Pyxis::ImageFormatCodec* codec = nullptr;
+    if (Pyxis::FileReadDescriptor::findImageFileCodec(file, codec) !=
+        Pyxis::FormatDecodability::Decodable) {
+        return nullptr;
+    }
+    return std::unique_ptr<Pyxis::ReadImageFileInterface>(codec->openImage(&file));
 }
 
 std::vector<std::string> filesOf(const std::string& path) {

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "pyxis/FileSpecifier.h"
+#include "pyxis/ReadImageFile.h"
 #include "tool/scene/Context.h"
 #include "tool/scene/Scenes.h"
 
@@ -50,6 +52,9 @@ std::vector<std::string> filesOf(const std::string& path);
 
 /// A compound specifier that lists the components.
 Pyxis::FileSpecifier setOf(const std::vector<Component>& components);
+
+/// The image in a file, through the codec that reads it; null when none does.
+std::unique_ptr<Pyxis::ReadImageFileInterface> openImage(const std::string& path);
 
 /// Why no codec reads the file, in a few words; for files that none does.
 std::string whyNotReadable(const std::string& path);

@@ -214,6 +214,7 @@ void OpenedSet::gatherBands() {
         readProperties(*frame, band, description_, system);
         band.commonName = reader.band(i).details.commonName;
         band.spectrum = reader.band(i).details.spectrum;
+        band.role = reader.band(i).details.role;
         bands_.push_back(std::move(band));
     }
 }
@@ -283,6 +284,25 @@ void warnOfLeftOut(const Context& context, const Pyxis::FileSpecifier& given,
 }
 
 }  // namespace
+
+std::vector<Band> framesAlone(const std::string& path) {
+    std::vector<Band> bands;
+    const auto image = openImage(path);
+    SetDescription unused;
+    SystemText system;
+    for (int i = 0; image && i < image->getNumFrames(); ++i) {
+        const std::unique_ptr<Pyxis::ReadImageFileFrameInterface> frame(image->openFrame(i));
+        if (!frame) {
+            return {};
+        }
+        Band& band = bands.emplace_back();
+        band.componentPath = path;
+        band.componentFrame = i;
+        readPixelFacts(*frame, band);
+        readProperties(*frame, band, unused, system);
+    }
+    return bands;
+}
 
 OpenedSet openSet(Context& context, const std::vector<std::string>& arguments) {
     const Pyxis::FileSpecifier given =

@@ -54,6 +54,10 @@ class OpenedSet {
     std::vector<std::string> files_;
 };
 
+/// The frames of a file by itself, without what only a set tells of them; empty when no codec reads
+/// it.
+std::vector<Band> framesAlone(const std::string& path);
+
 /// Opens the set that command arguments name (see `readSet`). A warning names every component
 /// that is left out because no codec reads it.
 OpenedSet openSet(Context& context, const std::vector<std::string>& arguments);

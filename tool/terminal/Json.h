@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cmath>
 #include <nlohmann/json.hpp>
 #include <ostream>
 #include <string>
 #include <string_view>
 
+#include "tool/terminal/NumberText.h"
 #include "tool/terminal/TerminalText.h"
 
 namespace kestms {
@@ -23,10 +25,19 @@ inline Json textOrNull(std::string_view text) {
     return text.empty() ? Json(nullptr) : Json(text);
 }
 
-/// Writes a document for programs: indented, UTF-8; bytes of a name that are no UTF-8 become
+/// JSON has no words for what is not a number; GDAL's are common.
+inline Json numberOrWord(double value) {
+    return std::isfinite(value) ? Json(value) : Json(numberText(value));
+}
+
+/// A document for programs: indented, UTF-8; bytes of a name that are no UTF-8 become
 /// U+FFFD, and what would steer a terminal is escaped.
+inline std::string jsonText(const Json& document) {
+    return printableJson(document.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
+}
+
 inline void writeJson(std::ostream& out, const Json& document) {
-    out << printableJson(document.dump(2, ' ', false, Json::error_handler_t::replace)) << "\n";
+    out << jsonText(document);
 }
 
 }  // namespace kestms

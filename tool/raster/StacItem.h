@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tool/scene/AcquisitionTime.h"
+#include "tool/scene/Context.h"
+#include "tool/scene/OpenedSet.h"
+#include "tool/terminal/Json.h"
+
+namespace kestms {
+
+/// What a STAC item says of a scene beside what its files tell.
+struct StacScene {
+    std::string id;
+    std::string title;  ///< the product's name; may be empty
+    TimeSpan time;
+    std::vector<SetAside> layers;  ///< quality and others, beside the bands
+};
+
+/// How a STAC item names files.
+struct StacLinks {
+    std::string item;       ///< where the item will be; empty when that is not known
+    bool absolute = false;  ///< "file:///..." instead of relative to the item
+};
+
+/// A STAC item (version 1.0) with the extensions for projections, electro-optical data and rasters:
+/// an asset a file, with the band of each of its frames. Throws a Failure with ExitCode::CannotRead
+/// for a component that GDAL cannot open.
+Json stacItem(const OpenedSet& set, const StacScene& scene, const StacLinks& links);
+
+}  // namespace kestms

@@ -1,0 +1,154 @@
+#include "tool/scene/AcquisitionTime.h"
+
+#include <algorithm>
+#include <charconv>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <string_view>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+namespace kestms {
+namespace {
+
+constexpr std::size_t kDay = 10;  // 2018-06-29
+constexpr std::size_t kTime = 8;  // 00:02:41
+constexpr std::size_t kLargestFile = 1 << 20;
+
+bool isDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+/// Whether digits stand where the pattern has "0", and its other characters where they are.
+bool looksLike(std::string_view text, std::string_view pattern) {
+    return text.size() == pattern.size() &&
+           std::equal(text.begin(), text.end(), pattern.begin(), [](char given, char wanted) {
+               return wanted == '0' ? isDigit(given) : given == wanted;
+           });
+}
+
+int numberAt(std::string_view text, std::size_t from, std::size_t length) {
+    int number = -1;
+    std::from_chars(text.data() + from, text.data() + from + length, number);
+    return number;
+}
+
+bool isDay(std::string_view text) {
+    using namespace std::chrono;
+    return looksLike(text, "0000-00-00") &&
+           year_month_day(year(numberAt(text, 0, 4)),
+                          month(static_cast<unsigned>(numberAt(text, 5, 2))),
+                          day(static_cast<unsigned>(numberAt(text, 8, 2))))
+               .ok();
+}
+
+/// "00:02:41", perhaps with parts of a second behind it.
+bool isTime(std::string_view text) {
+    const std::string_view parts = text.substr(std::min(text.size(), kTime));
+    const bool hasParts =
+        parts.size() > 1 && parts[0] == '.' && std::all_of(parts.begin() + 1, parts.end(), isDigit);
+    return looksLike(text.substr(0, kTime), "00:00:00") && numberAt(text, 0, 2) < 24 &&
+           numberAt(text, 3, 2) < 60 && numberAt(text, 6, 2) < 60 && (parts.empty() || hasParts);
+}
+
+TimeSpan wholeDay(std::string_view day) {
+    return {std::string(day) + "T00:00:00Z", std::string(day) + "T23:59:59.999Z"};
+}
+
+std::optional<TimeSpan> instant(std::string_view day, std::string_view time) {
+    if (!isDay(day) || !isTime(time)) {
+        return std::nullopt;
+    }
+    const std::string text = std::string(day) + "T" + std::string(time) + "Z";
+    return TimeSpan{text, text};
+}
+
+/// A day or a time.
+std::optional<TimeSpan> parseOne(std::string_view text) {
+    if (isDay(text)) {
+        return wholeDay(text);
+    }
+    const bool isWhole = text.size() > kDay + 2 && text[kDay] == 'T' && text.back() == 'Z';
+    return isWhole ? instant(text.substr(0, kDay), text.substr(kDay + 1, text.size() - kDay - 2))
+                   : std::nullopt;
+}
+
+/// "20180629T000241" in a name, of that day.
+std::optional<TimeSpan> fromName(std::string_view name, const std::string& day) {
+    std::string compact = day;
+    std::erase(compact, '-');
+    compact += 'T';
+    const std::size_t found = name.find(compact);
+    if (day.empty() || found == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const std::string_view digits = name.substr(found + compact.size()).substr(0, 6);
+    if (!looksLike(digits, "000000")) {
+        return std::nullopt;
+    }
+    const auto pair = [digits](std::size_t from) { return std::string(digits.substr(from, 2)); };
+    return instant(day, pair(0) + ":" + pair(2) + ":" + pair(4));
+}
+
+std::string_view unquoted(std::string_view value) {
+    constexpr std::string_view kAround = " \t\r\"";
+    value.remove_prefix(std::min(value.find_first_not_of(kAround), value.size()));
+    return value.substr(0, value.find_last_not_of(kAround) + 1);
+}
+
+/// The date and time among lines of "KEY = VALUE", by the names that producers gave them.
+std::optional<TimeSpan> fromMetadata(const std::string& path) {
+    std::error_code error;
+    if (!fs::is_regular_file(path, error) || fs::file_size(path, error) > kLargestFile) {
+        return std::nullopt;
+    }
+    std::ifstream file(path);
+    std::string day;
+    std::string time;
+    for (std::string line; std::getline(file, line);) {
+        const std::size_t sign = std::min(line.find('='), line.size());
+        const std::string_view key = unquoted(std::string_view(line).substr(0, sign));
+        const std::string_view value =
+            unquoted(std::string_view(line).substr(sign).substr(sign < line.size() ? 1 : 0));
+        if (key == "DATE_ACQUIRED" || key == "ACQUISITION_DATE") {
+            day = value;
+        } else if (key == "SCENE_CENTER_TIME" || key == "SCENE_CENTER_SCAN_TIME") {
+            time = value.substr(0, value.find('Z'));
+        }
+    }
+    const auto whole = instant(day, time);
+    return whole || !isDay(day) ? whole : wholeDay(day);
+}
+
+}  // namespace
+
+std::optional<TimeSpan> parseTimeSpan(const std::string& text) {
+    const std::size_t slash = text.find('/');
+    if (slash == std::string::npos) {
+        return parseOne(text);
+    }
+    const auto from = parseOne(text.substr(0, slash));
+    const auto to = parseOne(text.substr(slash + 1));
+    if (!from || !to || to->end < from->start) {
+        return std::nullopt;
+    }
+    return TimeSpan{from->start, to->end};
+}
+
+std::optional<TimeSpan> acquisitionTime(const std::string& name, const std::string& day,
+                                        const std::vector<std::string>& files) {
+    if (!files.empty() && !name.empty()) {
+        const fs::path beside = fs::path(files.front()).parent_path() / (name + "_MTL.txt");
+        if (auto told = fromMetadata(beside.string())) {
+            return told;
+        }
+    }
+    if (auto told = fromName(name, day)) {
+        return told;
+    }
+    return isDay(day) ? std::optional(wholeDay(day)) : std::nullopt;
+}
+
+}  // namespace kestms
