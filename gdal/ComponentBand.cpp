@@ -23,43 +23,42 @@ ComponentBand::ComponentBand(GDALDataset* dataset, int number, const kestms::Ban
       band_(band),
       files_(files),
       levels_(levels) {
+    // What is known already; a program that only reads pixels opens no component for its facts.
     GDALRasterBand::SetDescription(band.name.c_str());
-    addMetadata();
+}
+
+const kestms::ComponentDescription& ComponentBand::facts() const {
+    if (!facts_) {
+        facts_ = files_.describe(band_);
+    }
+    return *facts_;
 }
 
 void ComponentBand::addMetadata() {
-    for (const kestms::MetadataItem& item : kestms::spectralMetadata(band_)) {
-        GDALRasterBand::SetMetadataItem(item.key, item.value.c_str(), item.domain);
-    }
-    if (!band_.commonName.empty()) {
-        GDALRasterBand::SetMetadataItem("common_name", band_.commonName.c_str(), "");
-    }
-    GDALRasterBand::SetMetadataItem("bucket", band_.bucketName.c_str(), "");
-    GDALRasterBand::SetMetadataItem("component", band_.componentPath.c_str(), "");
-    if (band_.georeference) {
-        const auto& place = *band_.georeference;
-        GDALRasterBand::SetMetadataItem(
-            "pixel_size",
-            CPLSPrintf("%.15g %.15g", std::abs(place.pixelWidth), std::abs(place.pixelHeight)), "");
-    }
-    if (kestms::hasSignedBytes(band_)) {
-        GDALRasterBand::SetMetadataItem("PIXELTYPE", "SIGNEDBYTE", "IMAGE_STRUCTURE");
-    }
-}
-
-void ComponentBand::addComponentMetadata() {
-    if (std::exchange(hasComponentMetadata_, true)) {
+    if (std::exchange(hasMetadata_, true)) {
         return;
     }
-    GDALRasterBand* own = component();
-    char** items = own != nullptr ? own->GetMetadata() : nullptr;
-    for (int i = 0; items != nullptr && items[i] != nullptr; ++i) {
-        char* key = nullptr;
-        const char* value = CPLParseNameValue(items[i], &key);
-        if (key != nullptr && GDALRasterBand::GetMetadataItem(key, "") == nullptr) {
-            GDALRasterBand::SetMetadataItem(key, value, "");
+    auto domains = facts().domains;
+    kestms::MetadataItems& own = domains[""];
+    for (const auto& [key, value] : facts().fileItems) {
+        own.emplace(key, value);
+    }
+    if (!band_.commonName.empty()) {
+        own["common_name"] = band_.commonName;
+    }
+    own["bucket"] = band_.bucketName;
+    own["component"] = band_.componentPath;
+    if (band_.georeference) {
+        const auto& place = *band_.georeference;
+        own["pixel_size"] =
+            CPLSPrintf("%.15g %.15g", std::abs(place.pixelWidth), std::abs(place.pixelHeight));
+    }
+    for (const auto& [domain, items] : domains) {
+        CPLStringList list;
+        for (const auto& [key, value] : items) {
+            list.SetNameValue(key.c_str(), value.c_str());
         }
-        CPLFree(key);
+        GDALRasterBand::SetMetadata(list.List(), domain.c_str());
     }
 }
 
@@ -89,13 +88,17 @@ void ComponentBand::close() {
     }
 }
 
+const char* ComponentBand::GetDescription() const {
+    return band_.isNamed ? GDALRasterBand::GetDescription() : facts().description.c_str();
+}
+
 GDALColorInterp ComponentBand::GetColorInterpretation() {
-    return band_.model == Pyxis::PixelModel::Palette ? GCI_PaletteIndex : kestms::colourOf(band_);
+    const GDALColorInterp known = kestms::colourOf(band_);
+    return known != GCI_Undefined ? known : facts().colour;
 }
 
 GDALColorTable* ComponentBand::GetColorTable() {
-    const bool hasTable = band_.model == Pyxis::PixelModel::Palette && component() != nullptr;
-    return hasTable ? component()->GetColorTable() : nullptr;
+    return facts().colourTable.get();
 }
 
 double ComponentBand::GetNoDataValue(int* success) {
@@ -107,34 +110,45 @@ double ComponentBand::GetNoDataValue(int* success) {
 }
 
 double ComponentBand::GetOffset(int* success) {
-    return component() != nullptr ? component()->GetOffset(success)
-                                  : GDALRasterBand::GetOffset(success);
+    if (success != nullptr) {
+        *success = facts().scale != 1 || facts().offset != 0 ? TRUE : FALSE;
+    }
+    return facts().offset;
 }
 
 double ComponentBand::GetScale(int* success) {
-    return component() != nullptr ? component()->GetScale(success)
-                                  : GDALRasterBand::GetScale(success);
+    if (success != nullptr) {
+        *success = facts().scale != 1 || facts().offset != 0 ? TRUE : FALSE;
+    }
+    return facts().scale;
 }
 
 const char* ComponentBand::GetUnitType() {
-    return component() != nullptr ? component()->GetUnitType() : GDALRasterBand::GetUnitType();
+    return facts().unit.c_str();
 }
 
 char** ComponentBand::GetCategoryNames() {
-    return component() != nullptr ? component()->GetCategoryNames() : nullptr;
+    if (!categories_) {
+        categories_.emplace();
+        for (const std::string& name : facts().categories) {
+            categories_->AddString(name.c_str());
+        }
+    }
+    return categories_->List();
+}
+
+char** ComponentBand::GetMetadataDomainList() {
+    addMetadata();
+    return GDALRasterBand::GetMetadataDomainList();
 }
 
 char** ComponentBand::GetMetadata(const char* domain) {
-    if (domain == nullptr || *domain == '\0') {
-        addComponentMetadata();
-    }
+    addMetadata();
     return GDALRasterBand::GetMetadata(domain);
 }
 
 const char* ComponentBand::GetMetadataItem(const char* name, const char* domain) {
-    if (domain == nullptr || *domain == '\0') {
-        addComponentMetadata();
-    }
+    addMetadata();
     return GDALRasterBand::GetMetadataItem(name, domain);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cpl_string.h>
+
 #include <memory>
 #include <optional>
 #include <vector>
@@ -21,6 +23,7 @@ class ComponentBand final : public PlacedBand {
 
     void close() override;
 
+    const char* GetDescription() const override;
     GDALColorInterp GetColorInterpretation() override;
     GDALColorTable* GetColorTable() override;
     double GetNoDataValue(int* success) override;
@@ -28,6 +31,7 @@ class ComponentBand final : public PlacedBand {
     double GetScale(int* success) override;
     const char* GetUnitType() override;
     char** GetCategoryNames() override;
+    char** GetMetadataDomainList() override;
     char** GetMetadata(const char* domain) override;
     const char* GetMetadataItem(const char* name, const char* domain) override;
     int GetOverviewCount() override;
@@ -36,18 +40,21 @@ class ComponentBand final : public PlacedBand {
     GDALRasterBand* GetMaskBand() override;
 
   private:
-    GDALRasterBand* component() { return files_.band(band_); }
+    /// Component and set together, read when first asked for.
+    const kestms::ComponentDescription& facts() const;
     PlacedBand* ownMask();
     void addOverviews();
+    /// Hands all metadata to the base class, at the first call.
     void addMetadata();
-    void addComponentMetadata();
 
     const kestms::Band& band_;
     ComponentFiles& files_;
     CommonLevels* levels_;  ///< null once the overviews are there
     std::vector<std::unique_ptr<ComponentBand>> overviews_;
     std::optional<std::unique_ptr<PlacedBand>> mask_;  ///< of null: the component has no own one
-    bool hasComponentMetadata_ = false;
+    mutable std::optional<kestms::ComponentDescription> facts_;
+    std::optional<CPLStringList> categories_;
+    bool hasMetadata_ = false;
 };
 
 }  // namespace kestgdal

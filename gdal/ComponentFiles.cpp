@@ -7,6 +7,7 @@
 #include "host/Text.h"
 #include "host/codecs/RasterSource.h"
 #include "host/gdal/ErrorCapture.h"
+#include "tool/terminal/Failure.h"
 
 namespace kestgdal {
 namespace {
@@ -42,8 +43,25 @@ GDALRasterBand* ComponentFiles::band(const kestms::Band& band) {
     return found->second ? found->second->GetRasterBand(source->band) : nullptr;
 }
 
+kestms::ComponentDescription ComponentFiles::describe(const kestms::Band& band) {
+    kestms::ComponentDescription facts;
+    const auto source = closed_ ? std::nullopt
+                                : Pyxis::rasterSourceOf(Pyxis::fileSpecifier(band.componentPath),
+                                                        band.componentFrame);
+    if (source) {
+        try {
+            facts = reader_.describe(band.componentPath, *source);
+        } catch (const kestms::Failure&) {
+            facts = {};  // The file is gone; what the set knows remains.
+        }
+    }
+    kestms::addSetFacts(band, facts);
+    return facts;
+}
+
 void ComponentFiles::close() {
     closed_ = true;
+    reader_.close();
     datasets_.clear();
 }
 

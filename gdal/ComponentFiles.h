@@ -5,6 +5,7 @@
 #include <map>
 #include <string>
 
+#include "tool/raster/ComponentDescription.h"
 #include "tool/scene/Band.h"
 
 namespace kestgdal {
@@ -15,11 +16,14 @@ class ComponentFiles {
   public:
     /// The band of the component; null when GDAL cannot open it.
     GDALRasterBand* band(const kestms::Band& band);
+    /// What component and set say of the band, as exports have it.
+    kestms::ComponentDescription describe(const kestms::Band& band);
     /// Closes them for good.
     void close();
 
   private:
     bool closed_ = false;
+    kestms::ComponentReader reader_;
     std::map<std::string, GDALDatasetUniquePtr> datasets_;  // null: could not be opened
 };
 

@@ -11,6 +11,10 @@ namespace {
 
 constexpr const char* kOpenOptions =
     "<OpenOptionList>"
+    "<Option name='SCENE' type='string' description='Name of the scene to open, where there are "
+    "several'/>"
+    "<Option name='PRODUCTS' type='string' description='A catalogue of products that names the "
+    "bands, before those known already'/>"
     "<Option name='BANDS' type='string' description='Bands to show, in this order: names, common "
     "names, numbers or patterns, with commas between them'/>"
     "<Option name='ORDER' type='string-select' default='number' description='Order of the bands: "

@@ -100,7 +100,9 @@ GDALDataset* SetDataset::open(GDALOpenInfo* info) {
 
 SetDataset::SetDataset(SetName name, CSLConstList options) : name_(std::move(name)) {
     std::string warnings;
-    set_ = SharedSession::instance().open(argumentsFor(name_.path), warnings);
+    set_ = SharedSession::instance().open(argumentFor(name_.path),
+                                          CSLFetchNameValueDef(options, "SCENE", ""),
+                                          CSLFetchNameValueDef(options, "PRODUCTS", ""), warnings);
     warn(warnings);
     eAccess = GA_ReadOnly;
     system_ = parsed(set_->bands());

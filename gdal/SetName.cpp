@@ -1,7 +1,5 @@
 #include "gdal/SetName.h"
 
-#include <glob.h>
-
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
@@ -32,16 +30,6 @@ SetName unquoted(std::string_view text) {
         return {std::string(text), {}};
     }
     return {std::string(text.substr(0, colon)), std::string(text.substr(colon + 1))};
-}
-
-std::vector<std::string> matching(const std::string& pattern) {
-    std::vector<std::string> names;
-    glob_t found{};
-    if (glob(pattern.c_str(), 0, nullptr, &found) == 0) {
-        names.assign(found.gl_pathv, found.gl_pathv + found.gl_pathc);
-    }
-    globfree(&found);
-    return names;
 }
 
 }  // namespace
@@ -79,16 +67,9 @@ bool looksLikeComponentList(std::string_view head) {
            (root == start || head[start + 1] == '?' || head[start + 1] == '!');
 }
 
-std::vector<std::string> argumentsFor(const std::string& path) {
+std::string argumentFor(const std::string& path) {
     std::error_code error;
-    if (fs::exists(path, error)) {
-        return {fs::path(path).extension() == ".txt" ? "@" + path : path};
-    }
-    std::vector<std::string> names;
-    if (path.find_first_of("*?[") != std::string::npos) {
-        names = matching(path);
-    }
-    return names.empty() ? std::vector<std::string>{path} : names;
+    return fs::path(path).extension() == ".txt" && fs::exists(path, error) ? "@" + path : path;
 }
 
 }  // namespace kestgdal

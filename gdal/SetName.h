@@ -3,7 +3,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace kestgdal {
 
@@ -23,8 +22,7 @@ std::string partName(const std::string& path, const std::string& grid);
 /// Whether a file that begins with these bytes is a component list document.
 bool looksLikeComponentList(std::string_view head);
 
-/// What a path stands for: itself, the files that a pattern matches (sorted), or "@PATH" for a
-/// text file that lists files.
-std::vector<std::string> argumentsFor(const std::string& path);
+/// The path as the tool takes it: itself, or "@PATH" for a text file, which lists files.
+std::string argumentFor(const std::string& path);
 
 }  // namespace kestgdal

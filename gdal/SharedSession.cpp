@@ -3,11 +3,33 @@
 #include <cpl_conv.h>
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 #include <utility>
 
 #include "tool/scene/Inputs.h"
+#include "tool/terminal/Failure.h"
 
 namespace kestgdal {
+namespace {
+
+/// What the tool says with its own options put into the driver's, or left out where it has none.
+std::string inTermsOfGdal(std::string text) {
+    constexpr std::array<std::pair<std::string_view, std::string_view>, 3> kTerms = {{
+        {"--scene NAME", "the open option SCENE=NAME"},
+        {" (--skip-misfits leaves out what differs)", ""},
+        {" (--with-quality takes what fits)", ""},
+    }};
+    for (const auto& [tool, driver] : kTerms) {
+        for (std::size_t at = text.find(tool); at != std::string::npos; at = text.find(tool, at)) {
+            text.replace(at, tool.size(), driver);
+            at += driver.size();
+        }
+    }
+    return text;
+}
+
+}  // namespace
 
 SharedSession& SharedSession::instance() {
     static auto* const session = new SharedSession;
@@ -17,21 +39,44 @@ SharedSession& SharedSession::instance() {
 SharedSession::SharedSession() {
     // A program such as QGIS runs for days while files change under it.
     context_.changes = kestms::Session::Changes::Notice;
-    // Catalogues hold for the whole process, so they are no option of one data set.
     if (const char* products = CPLGetConfigOption("KESTMS_PRODUCTS", nullptr)) {
-        context_.products.files.emplace_back(products);
+        usualProducts_.emplace_back(products);
     }
 }
 
-kestms::OpenedSet SharedSession::open(const std::vector<std::string>& arguments,
-                                      std::string& warnings) {
+/// The catalogue holds for the whole process, but a set asks it only while it is opened.
+void SharedSession::useProducts(const std::string& file) {
+    std::vector<std::string> files = usualProducts_;
+    if (!file.empty()) {
+        files.insert(files.begin(), file);
+    }
+    if (products_ == files) {
+        return;
+    }
+    products_.reset();  // One that cannot be used leaves none in use.
+    context_.products.files = files;
+    if (session_ == nullptr) {
+        session_ = &context_.session();
+    } else {
+        session_->useProducts(context_.products);
+    }
+    products_ = std::move(files);
+}
+
+kestms::OpenedSet SharedSession::open(const std::string& argument, const std::string& scene,
+                                      const std::string& products, std::string& warnings) {
     const std::lock_guard<std::mutex> lock(mutex_);
     warnings_.str({});
     context_.inputs = {};
-    session_ = &context_.session();
-    kestms::OpenedSet set = kestms::openSet(context_, arguments);
-    warnings = warnings_.str();
-    return set;
+    context_.scene = scene;
+    try {
+        useProducts(products);
+        kestms::OpenedSet set = kestms::openSet(context_, {argument});
+        warnings = inTermsOfGdal(warnings_.str());
+        return set;
+    } catch (const kestms::Failure& failure) {
+        throw kestms::Failure(failure.code(), inTermsOfGdal(failure.what()));
+    }
 }
 
 std::vector<std::string> SharedSession::filesOf(const kestms::OpenedSet& set) {

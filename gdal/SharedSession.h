@@ -1,8 +1,10 @@
 #pragma once
 
 #include <mutex>
+#include <optional>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "tool/scene/Context.h"
 #include "tool/scene/OpenedSet.h"
@@ -18,9 +20,11 @@ class SharedSession {
   public:
     static SharedSession& instance();
 
-    /// Opens the set that the arguments name, as on the tool's command line. `warnings` gets a line
-    /// for each component that is left out. Throws what the tool reports as the reason.
-    kestms::OpenedSet open(const std::vector<std::string>& arguments, std::string& warnings);
+    /// Opens the set that the argument names, as on the tool's command line. `scene` chooses one of
+    /// several, `products` is a catalogue beside those known already; both may be empty. `warnings`
+    /// gets a line for each component that is left out. Throws what the tool reports as the reason.
+    kestms::OpenedSet open(const std::string& argument, const std::string& scene,
+                           const std::string& products, std::string& warnings);
     /// The files that make up a set: headers, and the pixels that they describe.
     std::vector<std::string> filesOf(const kestms::OpenedSet& set);
 
@@ -31,6 +35,7 @@ class SharedSession {
 
   private:
     SharedSession();
+    void useProducts(const std::string& file);
 
     std::mutex mutex_;  // guards all
     std::istringstream noInput_;
@@ -38,6 +43,8 @@ class SharedSession {
     std::ostringstream warnings_;
     kestms::Context context_{noInput_, output_, warnings_};
     kestms::Session* session_ = nullptr;  ///< the context's, once it is there
+    std::vector<std::string> usualProducts_;
+    std::optional<std::vector<std::string>> products_;  ///< in use
     int readers_ = 0;
 };
 

@@ -241,7 +241,12 @@ TEST_F(DriverTest, CarriesWhatSetAndComponentsTell) {
         band.SetUnitType("W");
         band.SetNoDataValue(17);
         band.SetMetadataItem("SENSOR", "ETM");
+        file->SetMetadataItem("SUN", "high");
     }
+    fakes::writeFile(path("B10") + ".aux.xml",
+                     R"(<PAMDataset><PAMRasterBand band="1"><Scale>2</Scale><UnitType>K</UnitType>
+        <CategoryNames><Category>none</Category><Category>sea</Category></CategoryNames>
+        </PAMRasterBand></PAMDataset>)");
     const auto set = openRaster(folder());
     GDALRasterBand& band = *set->GetRasterBand(3);
     EXPECT_STREQ(band.GetDescription(), "Near infrared (band 4)");
@@ -252,6 +257,7 @@ TEST_F(DriverTest, CarriesWhatSetAndComponentsTell) {
     EXPECT_EQ(band.GetMaskFlags(), GMF_NODATA);
     EXPECT_EQ(band.GetMaskFlags(), openRaster(path("B40"))->GetRasterBand(1)->GetMaskFlags());
     const std::pair<const char*, const char*> items[] = {{"SENSOR", "ETM"},
+                                                         {"SUN", "high"},
                                                          {"common_name", "nir"},
                                                          {"wavelength", "0.835"},
                                                          {"pixel_size", "30 30"}};
@@ -259,6 +265,11 @@ TEST_F(DriverTest, CarriesWhatSetAndComponentsTell) {
         EXPECT_STREQ(band.GetMetadataItem(key), value) << key;
     }
     EXPECT_STREQ(band.GetMetadataItem("CENTRAL_WAVELENGTH_UM", "IMAGERY"), "0.835");
+    GDALRasterBand& described = *set->GetRasterBand(1);  // by a file beside it
+    EXPECT_EQ(described.GetScale(), 2);
+    EXPECT_STREQ(described.GetUnitType(), "K");
+    EXPECT_STREQ(CSLGetField(described.GetCategoryNames(), 1), "sea");
+    EXPECT_EQ(CSLFindString(described.GetMetadataDomainList(), "IMAGERY") < 0, false);
     EXPECT_EQ(set->GetRasterBand(1)->GetColorInterpretation(), GCI_BlueBand);
     EXPECT_EQ(set->GetRasterBand(4)->GetColorInterpretation(), GCI_GrayIndex);
     EXPECT_STREQ(set->GetMetadataItem("REFERENCE_NAME"), "L71026029_02920000609");

@@ -10,7 +10,7 @@ import numpy as np
 import pytest
 import rasterio
 
-from conftest import NAMES, component_name
+from conftest import NAMES, component_name, write_component
 
 DESCRIPTIONS = [
     "Blue (band 1)", "Green (band 2)", "Red (band 3)", "Near infrared (band 4)",
@@ -83,6 +83,46 @@ def test_warp_gives_what_it_gives_for_the_components(scene, run, tmp_path):
             alone = tmp_path / f"{method}{code}.tif"
             run("gdalwarp", "-q", "-r", method, *frame, scene / component_name(code), alone)
             np.testing.assert_array_equal(read(out, number), read(alone))
+
+
+def test_open_options_choose_scene_bands_and_catalogue(run, tmp_path):
+    for name in ("cam_111111_20200101", "cam_111111_20200202"):
+        for code in ("B1", "B2", "B3"):
+            write_component(tmp_path, "B10").rename(tmp_path / f"{name}_{code}.tif")
+    catalogue = tmp_path / "mine.xml"
+    catalogue.write_text("""<catalogue version="1"><bands id="camera">
+        <bucket id="all" number="0"><name>All</name></bucket>
+        <band code="B1" type="red"><name>Ruby</name></band>
+        <band code="B2" type="green"><name>Emerald</name></band>
+        <band code="B3" type="blue"><name>Sapphire</name></band></bands>
+        <product id="camera" bands="camera"><name>Camera</name><source>us</source>
+        <file>[CAM_######_{date}]_{band}</file></product></catalogue>""")
+
+    def names(*options: str) -> list[str]:
+        told = json.loads(run("gdalinfo", "-json", f"KESTMS:{tmp_path}/*.tif",
+                              *(word for option in options for word in ("-oo", option))))
+        return [told["metadata"][""]["REFERENCE_NAME"]] + [band["description"] for band in told["bands"]]
+
+    second = "SCENE=cam_111111_20200202"
+    with_products = f"PRODUCTS={catalogue}"
+    assert names(with_products, second) == ["cam_111111_20200202", "Ruby", "Emerald", "Sapphire"]
+    assert names(with_products, second, "BANDS=blue,*_B1.tif")[1:] == ["Sapphire", "Ruby"]
+    for options, reason in {
+        (with_products,): "holds 2 scenes; choose one with the open option SCENE=NAME",
+        (with_products, "SCENE=no"): "no such scene; there are cam_111111_20200101",
+        ("PRODUCTS=/no/such.xml",): "/no/such.xml",
+        (with_products, second, "BANDS=nir"): "nir",
+    }.items():
+        words = [word for option in options for word in ("-oo", option)]
+        ended = subprocess.run(["gdalinfo", f"KESTMS:{tmp_path}/*.tif", *words],
+                               capture_output=True, text=True, check=False)
+        assert ended.returncode == 1
+        assert reason in ended.stderr
+    with rasterio.open(f"KESTMS:{tmp_path}", products=catalogue, scene="cam_111111_20200101") as raster:
+        assert raster.descriptions == ("Ruby", "Emerald", "Sapphire")
+    with pytest.raises(rasterio.errors.RasterioIOError, match="no such scene"):
+        # The catalogue of one data set is none of another.
+        rasterio.open(f"KESTMS:{tmp_path}", scene="cam_111111_20200101")
 
 
 def test_reasons_are_those_of_the_tool(scene, run):

@@ -11,6 +11,7 @@
 #include <iterator>
 
 #include "host/gdal/ErrorCapture.h"
+#include "tool/raster/BandMetadata.h"
 #include "tool/raster/GdalSession.h"
 #include "tool/raster/StringLists.h"
 #include "tool/terminal/Failure.h"
@@ -125,6 +126,23 @@ void addAuxiliary(CPLXMLNode* band, ComponentDescription& facts) {
 
 }  // namespace
 
+void addSetFacts(const Band& band, ComponentDescription& facts) {
+    if (facts.description.empty() || band.isNamed) {
+        facts.description = band.name;
+    }
+    // A file with one band always says grey, which means nothing.
+    if (const GDALColorInterp colour = colourOf(band);
+        colour != GCI_Undefined || facts.colour == GCI_GrayIndex) {
+        facts.colour = colour;
+    }
+    for (const MetadataItem& item : spectralMetadata(band)) {
+        facts.domains[item.domain][item.key] = item.value;
+    }
+    if (hasSignedBytes(band)) {
+        facts.domains["IMAGE_STRUCTURE"]["PIXELTYPE"] = "SIGNEDBYTE";
+    }
+}
+
 /// A component that is open.
 class ComponentReader::File {
   public:
@@ -171,6 +189,10 @@ class ComponentReader::File {
 ComponentReader::ComponentReader() = default;
 
 ComponentReader::~ComponentReader() = default;
+
+void ComponentReader::close() {
+    file_.reset();
+}
 
 ComponentDescription ComponentReader::describe(const std::string& path,
                                                const Pyxis::RasterSource& source) {

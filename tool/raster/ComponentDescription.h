@@ -31,6 +31,10 @@ struct ComponentDescription {
     bool hasMaskFile = false;  ///< beside it; GDAL could open it as any format, so nobody reads it
 };
 
+/// Completes what the component says of the band with what the set knows: its name where the set
+/// has one, its colour, its wavelengths.
+void addSetFacts(const Band& band, ComponentDescription& facts);
+
 /// Reads components, and the descriptions that GDAL keeps in their auxiliary files (".aux.xml").
 /// Nothing else beside a component is opened. The last file stays open: bands of one file are
 /// asked for in turn.
@@ -46,6 +50,9 @@ class ComponentReader {
     ComponentDescription describe(const OutputBand& band) {
         return describe(band.band.componentPath, band.source);
     }
+
+    /// Closes the last file.
+    void close();
 
   private:
     class File;

@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <memory>
 
-#include "tool/raster/BandMetadata.h"
 #include "tool/raster/ComponentDescription.h"
 #include "tool/raster/GdalSession.h"
 #include "tool/raster/RelativePath.h"
@@ -20,14 +19,6 @@ namespace fs = std::filesystem;
 
 namespace kestms {
 namespace {
-
-/// What the set says, or else the component; a file with one band always says grey, which means
-/// nothing.
-GDALColorInterp colourOf(const Band& band, const ComponentDescription& facts) {
-    const GDALColorInterp colour = colourOf(band);
-    const bool isTold = colour != GCI_Undefined || facts.colour == GCI_GrayIndex;
-    return isTold ? colour : facts.colour;
-}
 
 std::string rectangleAttributes(const PixelRectangle& rectangle) {
     return "xOff=\"" + numberText(rectangle.x) + "\" yOff=\"" + numberText(rectangle.y) +
@@ -99,10 +90,9 @@ void dropStatistics(MetadataItems& items) {
     std::erase_if(items, [](const auto& item) { return item.first.starts_with("STATISTICS_"); });
 }
 
-void describe(GDALRasterBand& target, const OutputBand& band, ComponentDescription& facts) {
-    const bool ownName = facts.description.empty() || band.band.isNamed;
-    target.SetDescription(xmlText(ownName ? band.band.name : facts.description).c_str());
-    target.SetColorInterpretation(colourOf(band.band, facts));
+void describe(GDALRasterBand& target, const ComponentDescription& facts) {
+    target.SetDescription(xmlText(facts.description).c_str());
+    target.SetColorInterpretation(facts.colour);
     if (facts.colourTable) {
         target.SetColorTable(facts.colourTable.get());
     }
@@ -119,12 +109,6 @@ void describe(GDALRasterBand& target, const OutputBand& band, ComponentDescripti
             names.AddString(xmlText(name).c_str());
         }
         target.SetCategoryNames(names.List());
-    }
-    for (const MetadataItem& item : spectralMetadata(band.band)) {
-        facts.domains[item.domain][item.key] = item.value;
-    }
-    if (hasSignedBytes(band.band)) {
-        facts.domains["IMAGE_STRUCTURE"]["PIXELTYPE"] = "SIGNEDBYTE";
     }
     for (const auto& [domain, items] : facts.domains) {
         setMetadata(target, domain, items);
@@ -206,7 +190,8 @@ VirtualRaster::VirtualRaster(const OutputRaster& raster, const VirtualRasterOpti
                     {band.band.width, band.band.height})) {
             dropStatistics(facts.domains[""]);
         }
-        describe(target, band, facts);
+        addSetFacts(band.band, facts);
+        describe(target, facts);
         if (noData) {
             if (!canHold(facts.type, *noData)) {
                 throw Failure(ExitCode::Usage, band.band.componentPath,
