@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "tool/raster/BandSelection.h"
+#include "tool/raster/HiddenPixels.h"
 #include "tool/raster/LayerStyle.h"
 #include "tool/scene/InputText.h"
 #include "tool/scene/OpenedSet.h"
@@ -21,10 +22,14 @@ struct Note {
     std::string text;
 };
 
-void addNote(std::vector<Note>& notes, const OutputRaster& raster, const std::string& text) {
-    if (!text.empty()) {
-        notes.push_back({raster.path, text});
+/// What the request does to the pixels.
+std::vector<std::string> requestNotes(const OutputRaster& raster, const ExportRequest& request) {
+    std::vector<std::string> notes = {resamplingNote(raster, request.resampling)};
+    if (request.noData) {
+        notes.push_back(hiddenPixelsNote(raster, request.resampling, *request.noData));
     }
+    std::erase(notes, "");
+    return notes;
 }
 
 std::vector<Note> writeAll(const Context& context, const ExportRequest& request,
@@ -39,12 +44,14 @@ std::vector<Note> writeAll(const Context& context, const ExportRequest& request,
             bar.show((static_cast<double>(i) + part) / count);
         };
         const VirtualRaster pixels(rasters[i], options);
-        addNote(notes, rasters[i], resamplingNote(rasters[i], request.resampling));
+        for (const std::string& text : requestNotes(rasters[i], request)) {
+            notes.push_back({rasters[i].path, text});
+        }
         for (const std::string& text : pixels.leftOut()) {
-            addNote(notes, rasters[i], text);
+            notes.push_back({rasters[i].path, text});
         }
         for (const std::string& text : write(rasters[i], pixels, *files[i], progress)) {
-            addNote(notes, rasters[i], text);
+            notes.push_back({rasters[i].path, text});
         }
     }
     return notes;
@@ -130,8 +137,7 @@ void printVirtualRaster(Context& context, const ExportRequest& request) {
         layOut(bandsOf(set, request), "standard output", request.grid);
     const VirtualRaster pixels(rasters.front(),
                                optionsOf(request, VirtualRasterOptions::Paths::Absolute));
-    if (const std::string note = resamplingNote(rasters.front(), request.resampling);
-        !note.empty()) {
+    for (const std::string& note : requestNotes(rasters.front(), request)) {
         context.note(note);
     }
     context.out << pixels.text();
