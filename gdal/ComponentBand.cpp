@@ -88,10 +88,6 @@ void ComponentBand::close() {
     }
 }
 
-const char* ComponentBand::GetDescription() const {
-    return band_.isNamed ? GDALRasterBand::GetDescription() : facts().description.c_str();
-}
-
 GDALColorInterp ComponentBand::GetColorInterpretation() {
     const GDALColorInterp known = kestms::colourOf(band_);
     return known != GCI_Undefined ? known : facts().colour;

@@ -23,7 +23,6 @@ class ComponentBand final : public PlacedBand {
 
     void close() override;
 
-    const char* GetDescription() const override;
     GDALColorInterp GetColorInterpretation() override;
     GDALColorTable* GetColorTable() override;
     double GetNoDataValue(int* success) override;

@@ -5,6 +5,25 @@
 
 namespace Pyxis {
 
+namespace {
+
+/// The image's own files lie in one directory.
+std::vector<std::string> filesOf(const RasterFile& file) {
+    const std::string& path = file.handle().path();
+    const std::string directory = path.substr(0, path.rfind('/') + 1);
+    std::vector<std::string> files = {path};
+    for (const std::string& other : file.facts().otherFiles) {
+        files.push_back(directory + other.substr(other.rfind('/') + 1));
+    }
+    // GDAL does not list every file of a FAST image.
+    for (int i = 0; files.size() > 1 && i < file.numFrames(); ++i) {
+        files.push_back(directory + file.frame(i).ownText);
+    }
+    return files;
+}
+
+}  // namespace
+
 RasterSources::~RasterSources() = default;
 
 std::optional<RasterSource> sourceOf(const RasterFile& file, int frame) {
@@ -13,7 +32,8 @@ std::optional<RasterSource> sourceOf(const RasterFile& file, int frame) {
     }
     const FrameFacts& facts = file.frame(frame);
     const DatasetHandle& handle = file.handle();
-    return RasterSource{handle.prefix(facts.part), facts.band, facts.sampleType, handle.driver()};
+    return RasterSource{handle.prefix(facts.part), facts.band,  facts.sampleType,
+                        handle.driver(),           facts.label, filesOf(file)};
 }
 
 std::optional<RasterSource> rasterSourceOf(const FileSpecifier& file, int frame) {

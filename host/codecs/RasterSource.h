@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "host/gdal/Export.h"
 #include "pyxis/FileSpecifier.h"
@@ -16,6 +17,10 @@ struct RasterSource {
     int band = 0;          ///< from 1
     std::string dataType;  ///< of the samples, GDAL's name for it
     std::string driver;    ///< GDAL's name of the one that reads the file
+    std::string label;     ///< what the file itself calls the band; may be empty
+    /// All that the driver needs to see, from the root on, the file itself first; see
+    /// `PrivateFiles`.
+    std::vector<std::string> files;
 };
 
 /// Codecs that know the sources of their frames.

@@ -60,6 +60,7 @@ std::vector<FrameFacts> Dataset::frames(bool mayHaveColours) const {
         band.GetBlockSize(&facts.blockWidth, &facts.blockHeight);
         facts.format = sampleFormatOf(band);
         facts.bits = GDALGetDataTypeSizeBits(band.GetRasterDataType());
+        facts.label = band.GetDescription();
         facts.sampleType = GDALGetDataTypeName(band.GetRasterDataType());
         facts.bytesAtOnce = bytesAtOnce(facts, interleaved ? frames.size() : 1);
         if (mayHaveColours) {

@@ -3,11 +3,13 @@
 #include <string>
 #include <vector>
 
+#include "host/gdal/Export.h"
+
 namespace Pyxis {
 
 /// Files that GDAL sees under names of their own, with nothing beside them. Some of its drivers
 /// look for side files whatever they are told; here there are none to find.
-class PrivateFiles {
+class PYXIS_CODECS_API PrivateFiles {
   public:
     /// Absolute paths, the main file first.
     explicit PrivateFiles(std::vector<std::string> paths);

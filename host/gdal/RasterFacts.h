@@ -25,6 +25,7 @@ struct FrameFacts {
     std::int32_t bits = 0;              ///< of a sample
     std::string sampleType;             ///< GDAL's name for it
     std::vector<std::uint8_t> colours;  ///< red, green, blue, alpha; empty without a colour table
+    std::string label;                  ///< what the file calls the band; may be empty
     std::string ownText;  ///< what the format itself says of the band: a letter, a file's name
 };
 

@@ -128,7 +128,6 @@ void renameBands(std::vector<Band>& bands, const std::vector<std::string>& names
         }
         for (const std::size_t index : findOrFail(before, name.substr(0, mark))) {
             bands[index].name = name.substr(mark + 1);
-            bands[index].isNamed = true;
         }
     }
 }

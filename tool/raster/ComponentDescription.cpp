@@ -1,16 +1,13 @@
 #include "tool/raster/ComponentDescription.h"
 
-#include <cpl_minixml.h>
 #include <cpl_string.h>
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "host/gdal/ErrorCapture.h"
+#include "host/gdal/PrivateFiles.h"
 #include "tool/raster/BandMetadata.h"
 #include "tool/raster/GdalSession.h"
 #include "tool/raster/StringLists.h"
@@ -20,9 +17,6 @@ namespace fs = std::filesystem;
 
 namespace kestms {
 namespace {
-
-/// Of an auxiliary file; histograms make them long.
-constexpr std::uintmax_t kLargestAuxiliaryFile = 16 << 20;
 
 /// How the file is stored, or where other files are: not true of a copy.
 constexpr std::array kNotCarried = {"IMAGE_STRUCTURE", "DERIVED_SUBDATASETS", "OVERVIEWS",
@@ -48,7 +42,6 @@ MetadataItems itemsOf(char** list) {
 }
 
 void readBand(GDALRasterBand& band, ComponentDescription& facts) {
-    facts.description = band.GetDescription();
     facts.unit = band.GetUnitType();
     facts.scale = band.GetScale();
     facts.offset = band.GetOffset();
@@ -69,56 +62,15 @@ void readBand(GDALRasterBand& band, ComponentDescription& facts) {
     facts.hasMask = (flags & GMF_PER_DATASET) != 0 && (flags & GMF_ALPHA) == 0;
 }
 
-/// By band, from the text of an auxiliary file.
-std::map<int, CPLXMLNode*> bandsIn(CPLXMLNode* document) {
-    std::map<int, CPLXMLNode*> bands;
-    CPLXMLNode* root = CPLGetXMLNode(document, "=PAMDataset");
-    for (CPLXMLNode* node = root == nullptr ? nullptr : root->psChild; node != nullptr;
-         node = node->psNext) {
-        if (EQUAL(node->pszValue, "PAMRasterBand")) {
-            bands.emplace(std::atoi(CPLGetXMLValue(node, "band", "0")), node);
-        }
-    }
-    return bands;
-}
-
-/// Null when there is no auxiliary file.
-CPLXMLNode* readAuxiliary(const std::string& path) {
-    std::error_code error;
-    const std::string name = path + ".aux.xml";
-    if (!fs::is_regular_file(name, error) || fs::file_size(name, error) > kLargestAuxiliaryFile) {
-        return nullptr;
-    }
-    std::ifstream stream(name, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
-    return CPLParseXMLString(text.c_str());
-}
-
-double numberAt(CPLXMLNode* band, const char* element, double otherwise) {
-    const char* text = CPLGetXMLValue(band, element, nullptr);
-    return text == nullptr ? otherwise : CPLAtof(text);
-}
-
-/// What the auxiliary file adds. Anything that could lead to another file is passed over.
-void addAuxiliary(CPLXMLNode* band, ComponentDescription& facts) {
-    facts.description = CPLGetXMLValue(band, "Description", facts.description.c_str());
-    facts.unit = CPLGetXMLValue(band, "UnitType", facts.unit.c_str());
-    facts.scale = numberAt(band, "Scale", facts.scale);
-    facts.offset = numberAt(band, "Offset", facts.offset);
-    for (const CPLXMLNode* node = band->psChild; node != nullptr; node = node->psNext) {
-        if (EQUAL(node->pszValue, "CategoryNames")) {
-            facts.categories.clear();
-            for (const CPLXMLNode* each = node->psChild; each != nullptr; each = each->psNext) {
-                facts.categories.emplace_back(CPLGetXMLValue(each, "", ""));
-            }
-        } else if (EQUAL(node->pszValue, "Metadata")) {
-            const std::string domain = CPLGetXMLValue(node, "domain", "");
-            for (const CPLXMLNode* each = node->psChild; each != nullptr && isCarried(domain);
-                 each = each->psNext) {
-                if (EQUAL(each->pszValue, "MDI")) {
-                    facts.domains[domain][CPLGetXMLValue(each, "key", "")] =
-                        CPLGetXMLValue(each, "", "");
-                }
+void addAuxiliary(const AuxiliaryBand& own, ComponentDescription& facts) {
+    facts.unit = own.unit.value_or(facts.unit);
+    facts.scale = own.scale.value_or(facts.scale);
+    facts.offset = own.offset.value_or(facts.offset);
+    facts.categories = own.categories.value_or(facts.categories);
+    for (const auto& [domain, items] : own.domains) {
+        for (const auto& [key, value] : items) {
+            if (isCarried(domain)) {
+                facts.domains[domain][key] = value;
             }
         }
     }
@@ -127,9 +79,6 @@ void addAuxiliary(CPLXMLNode* band, ComponentDescription& facts) {
 }  // namespace
 
 void addSetFacts(const Band& band, ComponentDescription& facts) {
-    if (facts.description.empty() || band.isNamed) {
-        facts.description = band.name;
-    }
     // A file with one band always says grey, which means nothing.
     if (const GDALColorInterp colour = colourOf(band);
         colour != GCI_Undefined || facts.colour == GCI_GrayIndex) {
@@ -146,16 +95,17 @@ void addSetFacts(const Band& band, ComponentDescription& facts) {
 /// A component that is open.
 class ComponentReader::File {
   public:
-    /// `name` is the path, or GDAL's name for a part of the file.
-    File(const std::string& name, const std::string& path, const std::string& driver)
-        : name_(name), auxiliary_(readAuxiliary(path)), bands_(bandsIn(auxiliary_.get())) {
+    File(const std::string& path, const Pyxis::RasterSource& source)
+        : name_(source.prefix + path), auxiliary_(readAuxiliaryFile(path)), files_(source.files) {
         const Pyxis::ErrorCapture errors;
         // No other driver may take the file for its own.
-        const char* const drivers[] = {driver.c_str(), nullptr};
+        const char* const drivers[] = {source.driver.c_str(), nullptr};
+        const std::string name = source.prefix + files_.name();
         dataset_.reset(
             GDALDataset::Open(name.c_str(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR, drivers));
         if (!dataset_) {
-            throw Failure(ExitCode::CannotRead, path, errors.message());
+            throw Failure(ExitCode::CannotRead, path,
+                          Pyxis::PrivateFiles::withoutNames(errors.message()));
         }
         std::error_code error;
         hasMaskFile_ = fs::exists(path + ".msk", error);
@@ -169,7 +119,7 @@ class ComponentReader::File {
         facts.fileItems = fileItems_;
         facts.hasMaskFile = hasMaskFile_;
         readBand(*dataset_->GetRasterBand(band), facts);
-        if (const auto found = bands_.find(band); found != bands_.end()) {
+        if (const auto found = auxiliary_.find(band); found != auxiliary_.end()) {
             addAuxiliary(found->second, facts);
         }
         return facts;
@@ -179,8 +129,8 @@ class ComponentReader::File {
 
   private:
     std::string name_;
-    CPLXMLTreeCloser auxiliary_;
-    std::map<int, CPLXMLNode*> bands_;
+    std::map<int, AuxiliaryBand> auxiliary_;
+    Pyxis::PrivateFiles files_;
     GDALDatasetUniquePtr dataset_;
     MetadataItems fileItems_;
     bool hasMaskFile_ = false;
@@ -199,7 +149,7 @@ ComponentDescription ComponentReader::describe(const std::string& path,
     const GdalSession session;
     const std::string name = source.prefix + path;
     if (!file_ || file_->name() != name) {
-        file_ = std::make_unique<File>(name, path, source.driver);
+        file_ = std::make_unique<File>(path, source);
     }
     if (source.band > file_->count()) {
         throw Failure(ExitCode::CannotRead, path, "the band cannot be opened");

@@ -7,16 +7,13 @@
 #include <string>
 
 #include "tool/raster/OutputGrid.h"
+#include "tool/scene/AuxiliaryFile.h"
 
 namespace kestms {
-
-/// Metadata items of one domain, by key.
-using MetadataItems = std::map<std::string, std::string>;
 
 /// What a component's file says of a band beside its pixels and place, for programs that read the
 /// raster made of it. Texts are as they stand in the file.
 struct ComponentDescription {
-    std::string description;
     std::string unit;
     double scale = 1;
     double offset = 0;
@@ -31,8 +28,8 @@ struct ComponentDescription {
     bool hasMaskFile = false;  ///< beside it; GDAL could open it as any format, so nobody reads it
 };
 
-/// Completes what the component says of the band with what the set knows: its name where the set
-/// has one, its colour, its wavelengths.
+/// Completes what the component says of the band with what the set knows: its colour, its
+/// wavelengths.
 void addSetFacts(const Band& band, ComponentDescription& facts);
 
 /// Reads components, and the descriptions that GDAL keeps in their auxiliary files (".aux.xml").

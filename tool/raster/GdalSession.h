@@ -9,9 +9,11 @@
 
 namespace kestms {
 
-/// Keeps GDAL, on this thread, to the files that it is told to open and write: no auxiliary files
-/// beside them, which could describe them otherwise or lead anywhere, and masks inside them. What
-/// GDAL would print is kept from the terminal: it may quote the files.
+/// Keeps GDAL, on this thread, to the files that it is told to open and write: it writes masks
+/// inside them and nothing beside them. Components are opened by names under which nothing lies
+/// beside them
+/// (`Pyxis::PrivateFiles`). What GDAL would print is kept from the terminal: it may quote the
+/// files.
 class GdalSession {
   public:
     GdalSession() {
@@ -30,7 +32,7 @@ class GdalSession {
   private:
     static constexpr std::array<std::pair<const char*, const char*>, 3> kOptions = {{
         {"GDAL_PAM_ENABLED", "NO"},
-        {"GDAL_DISABLE_READDIR_ON_OPEN", "EMPTY_DIR"},
+        {"GDAL_DISABLE_READDIR_ON_OPEN", "YES"},
         {"GDAL_TIFF_INTERNAL_MASK", "YES"},
     }};
 

@@ -29,11 +29,12 @@ std::string rectangleAttributes(const PixelRectangle& rectangle) {
 /// Describes the sources of one raster.
 class SourceWriter {
   public:
-    SourceWriter(const OutputRaster& raster, const VirtualRasterOptions& options)
-        : raster_(raster), options_(options) {}
+    explicit SourceWriter(const VirtualRasterOptions& options) : options_(options) {}
 
-    /// The element that places a component's band, or its mask, in the raster.
-    std::string text(const OutputBand& band, const ComponentDescription& facts, bool ofMask) const {
+    /// The element that places a component's band, or its mask, in the raster; `name` is that of
+    /// the component.
+    std::string text(const OutputBand& band, const ComponentDescription& facts, bool ofMask,
+                     const std::string& name, bool isRelative) const {
         const bool remapped =
             !ofMask && options_.noData && band.band.noData && band.band.noData != options_.noData;
         const std::string element = remapped ? "ComplexSource" : "SimpleSource";
@@ -41,9 +42,8 @@ class SourceWriter {
         const Pyxis::Size size{band.band.width, band.band.height};
         return "<" + element +
                (resampled ? " resampling=\"" + options_.resampling + "\"" : std::string()) +
-               "><SourceFilename relativeToVRT=\"" +
-               (options_.paths == VirtualRasterOptions::Paths::Relative ? "1" : "0") + "\">" +
-               escapedName(band) + "</SourceFilename><SourceBand>" + (ofMask ? "mask," : "") +
+               "><SourceFilename relativeToVRT=\"" + (isRelative ? "1" : "0") + "\">" +
+               escapedMarkup(name) + "</SourceFilename><SourceBand>" + (ofMask ? "mask," : "") +
                std::to_string(band.source.band) + "</SourceBand><SourceProperties RasterXSize=\"" +
                std::to_string(size.width) + "\" RasterYSize=\"" + std::to_string(size.height) +
                "\" DataType=\"" + (ofMask ? "Byte" : band.source.dataType) + "\" BlockXSize=\"" +
@@ -58,17 +58,6 @@ class SourceWriter {
     }
 
   private:
-    /// Bytes that XML cannot hold stay: GDAL's own parser takes them, and `text` refuses them.
-    std::string escapedName(const OutputBand& band) const {
-        const std::string& path = band.band.componentPath;
-        const std::string name =
-            band.source.prefix + (options_.paths == VirtualRasterOptions::Paths::Relative
-                                      ? relativePath(path, raster_.path)
-                                      : fs::absolute(path).string());
-        return escapedMarkup(name);
-    }
-
-    const OutputRaster& raster_;
     const VirtualRasterOptions& options_;
 };
 
@@ -91,7 +80,6 @@ void dropStatistics(MetadataItems& items) {
 }
 
 void describe(GDALRasterBand& target, const ComponentDescription& facts) {
-    target.SetDescription(xmlText(facts.description).c_str());
     target.SetColorInterpretation(facts.colour);
     if (facts.colourTable) {
         target.SetColorTable(facts.colourTable.get());
@@ -177,40 +165,56 @@ VirtualRaster::VirtualRaster(const OutputRaster& raster, const VirtualRasterOpti
         dataset_->SetProjection(xmlText(raster.coordinateSystem).c_str());
     }
     setMetadata(*dataset_, "", shareItems(all));
-    const SourceWriter sources(raster, options);
     for (std::size_t i = 0; i < all.size(); ++i) {
-        const OutputBand& band = raster.bands[i];
-        ComponentDescription& facts = all[i];
-        const std::optional<double> noData = options.noData ? options.noData : band.band.noData;
-        dataset_->AddBand(facts.type, nullptr);
-        GDALRasterBand& target = *dataset_->GetRasterBand(static_cast<int>(i) + 1);
-        if (!band.isOnGrid() ||
-            !covers({-band.rectangle.x, -band.rectangle.y, static_cast<double>(raster.size.width),
-                     static_cast<double>(raster.size.height)},
-                    {band.band.width, band.band.height})) {
-            dropStatistics(facts.domains[""]);
+        addBand(raster.bands[i], all[i], options);
+    }
+}
+
+std::string VirtualRaster::nameOf(const OutputBand& band) {
+    auto& files = files_[band.source.files.front()];
+    if (!files) {
+        files = std::make_unique<Pyxis::PrivateFiles>(band.source.files);
+    }
+    return band.source.prefix + files->name();
+}
+
+void VirtualRaster::addBand(const OutputBand& band, ComponentDescription& facts,
+                            const VirtualRasterOptions& options) {
+    const std::optional<double> noData = options.noData ? options.noData : band.band.noData;
+    const Pyxis::Size& size = raster_.size;
+    dataset_->AddBand(facts.type, nullptr);
+    GDALRasterBand& target = *dataset_->GetRasterBand(dataset_->GetRasterCount());
+    if (!band.isOnGrid() ||
+        !covers({-band.rectangle.x, -band.rectangle.y, static_cast<double>(size.width),
+                 static_cast<double>(size.height)},
+                {band.band.width, band.band.height})) {
+        dropStatistics(facts.domains[""]);
+    }
+    addSetFacts(band.band, facts);
+    target.SetDescription(xmlText(band.band.name).c_str());
+    describe(target, facts);
+    if (noData) {
+        if (!canHold(facts.type, *noData)) {
+            throw Failure(ExitCode::Usage, band.band.componentPath,
+                          "its samples cannot have the value " + numberText(*noData));
         }
-        addSetFacts(band.band, facts);
-        describe(target, facts);
-        if (noData) {
-            if (!canHold(facts.type, *noData)) {
-                throw Failure(ExitCode::Usage, band.band.componentPath,
-                              "its samples cannot have the value " + numberText(*noData));
-            }
-            target.SetNoDataValue(*noData);
-        }
-        sources_.push_back(sources.text(band, facts, false));
-        maskSources_.emplace_back();
-        addSource(target, sources_.back());
-        if (facts.hasMask || (!noData && !covers(band.rectangle, raster.size))) {
-            maskSources_.back() = sources.text(band, facts, true);
-            target.CreateMaskBand(0);
-            addSource(*target.GetMaskBand(), maskSources_.back());
-        }
-        if (facts.hasMaskFile) {
-            leftOut_.push_back(band.band.componentPath +
-                               ".msk: masks of their own files are not carried");
-        }
+        target.SetNoDataValue(*noData);
+    }
+    const SourceWriter sources(options);
+    const bool isRelative = options.paths == VirtualRasterOptions::Paths::Relative;
+    const std::string& path = band.band.componentPath;
+    const std::string name = band.source.prefix + (isRelative ? relativePath(path, raster_.path)
+                                                              : fs::absolute(path).string());
+    addSource(target, sources.text(band, facts, false, nameOf(band), false));
+    sources_.push_back(sources.text(band, facts, false, name, isRelative));
+    maskSources_.emplace_back();
+    if (facts.hasMask || (!noData && !covers(band.rectangle, size))) {
+        target.CreateMaskBand(0);
+        addSource(*target.GetMaskBand(), sources.text(band, facts, true, nameOf(band), false));
+        maskSources_.back() = sources.text(band, facts, true, name, isRelative);
+    }
+    if (facts.hasMaskFile) {
+        leftOut_.push_back(path + ".msk: masks of their own files are not carried");
     }
 }
 

@@ -2,15 +2,21 @@
 
 #include <gdal_priv.h>
 
+#include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "host/gdal/PrivateFiles.h"
 #include "tool/raster/OutputGrid.h"
 
 namespace kestms {
 
+struct ComponentDescription;
+
 struct VirtualRasterOptions {
+    /// How the document names the components.
     enum class Paths {
         Absolute,
         Relative,  ///< from the raster's directory, so that both can move together
@@ -22,7 +28,8 @@ struct VirtualRasterOptions {
 };
 
 /// A GDAL virtual raster (VRT) that takes its pixels from the components and carries what they say
-/// of them. It is open and named after no file.
+/// of them. It is open and named after no file. The open one sees the components alone; programs
+/// that open the document see what lies beside them as well.
 class VirtualRaster {
   public:
     /// Throws a Failure: ExitCode::CannotRead for a component, ExitCode::Usage for a no-data value
@@ -37,7 +44,13 @@ class VirtualRaster {
     const std::vector<std::string>& leftOut() const { return leftOut_; }
 
   private:
+    /// GDAL's name for the component, under which it sees nothing beside it.
+    std::string nameOf(const OutputBand& band);
+    void addBand(const OutputBand& band, ComponentDescription& facts,
+                 const VirtualRasterOptions& options);
+
     const OutputRaster& raster_;
+    std::map<std::string, std::unique_ptr<Pyxis::PrivateFiles>> files_;  ///< by path
     GDALDatasetUniquePtr dataset_;
     /// The sources of each band and of its mask, which may be empty. GDAL forgets the properties of
     /// a source that it has not opened; readers would have to open all of them.

@@ -26,10 +26,10 @@ struct Georeference {
 /// Everything the tool knows about one band of an opened set. Texts are UTF-8.
 struct Band {
     // What the plug-in says of it.
-    int frame = 0;         ///< in the set
-    int number = 0;        ///< sort key; kest::kUnrecognisedNumber for a band that no rule knows
-    std::string name;      ///< the plug-in's, or a part of the file's name that says more
-    bool isNamed = false;  ///< whether the name is more than a count ("Band 2")
+    int frame = 0;   ///< in the set
+    int number = 0;  ///< sort key; kest::kUnrecognisedNumber for a band that no rule knows
+    std::string
+        name;  ///< the plug-in's, or where that only counts, what the file says (`labelBands`)
     kest::BandType type = kest::BandType::Unknown;
     kest::BandRole role = kest::BandRole::Band;
     kest::BandAssignment assignment = kest::BandAssignment::NotAssigned;

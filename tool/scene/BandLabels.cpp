@@ -2,7 +2,12 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <string_view>
+
+#include "host/Text.h"
+#include "host/codecs/RasterSource.h"
+#include "tool/scene/AuxiliaryFile.h"
 
 namespace kestms {
 namespace {
@@ -40,6 +45,32 @@ void reverseAll(std::vector<std::string>& names) {
     }
 }
 
+/// "Layer_1", "Band 2": what formats write where nobody has named a band.
+bool isCount(std::string_view text) {
+    constexpr std::string_view kDigits = "0123456789";
+    const std::size_t word = text.find_first_of(" _0123456789");
+    std::string lower(text.substr(0, word));
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    const std::size_t number = text.find_first_of(kDigits);
+    return (lower == "band" || lower == "layer") && number != text.npos &&
+           number <= lower.size() + 1 && text.find_first_not_of(kDigits, number) == text.npos;
+}
+
+/// What the component calls the band; empty when it does not.
+std::string ownLabel(const Band& band, const std::map<int, AuxiliaryBand>& auxiliary) {
+    const auto source =
+        Pyxis::rasterSourceOf(Pyxis::fileSpecifier(band.componentPath), band.componentFrame);
+    if (!source) {
+        return {};
+    }
+    const auto beside = auxiliary.find(source->band);
+    const std::string label = beside == auxiliary.end()
+                                  ? source->label
+                                  : beside->second.description.value_or(source->label);
+    return isCount(label) ? std::string() : label;
+}
+
 }  // namespace
 
 std::vector<std::string> distinguishingParts(const std::vector<std::string>& paths) {
@@ -58,6 +89,36 @@ std::vector<std::string> distinguishingParts(const std::vector<std::string>& pat
     dropStart(names);
     reverseAll(names);
     return names;
+}
+
+void labelBands(const std::vector<Band*>& unknown, const std::vector<std::string>& paths) {
+    if (unknown.empty()) {
+        return;
+    }
+    struct File {
+        std::string part;
+        int bands = 0;
+        std::map<int, AuxiliaryBand> auxiliary;
+    };
+    std::map<std::string, File> files;
+    const std::vector<std::string> parts = distinguishingParts(paths);
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        File& file = files[paths[i]];
+        file.part = parts[i];
+        if (++file.bands == 1) {
+            file.auxiliary = readAuxiliaryFile(paths[i]);
+        }
+    }
+    for (Band* band : unknown) {
+        const File& file = files[band->componentPath];
+        const std::string own = ownLabel(*band, file.auxiliary);
+        if (!own.empty()) {
+            band->name = own;
+        } else if (!file.part.empty()) {
+            band->name = file.part + (file.bands > 1 ? " #" + std::to_string(band->componentFrame)
+                                                     : std::string());
+        }
+    }
 }
 
 }  // namespace kestms

@@ -1,7 +1,6 @@
 #include "tool/scene/OpenedSet.h"
 
 #include <cerrno>
-#include <map>
 #include <system_error>
 #include <utility>
 
@@ -208,8 +207,6 @@ void OpenedSet::gatherBands() {
         Band band;
         band.frame = i;
         band.number = reader.band(i).bandNumber;
-        band.isNamed =
-            description_.scheme != kest::SchemeGeneric && band.number != kest::kUnrecognisedNumber;
         readPixelFacts(*frame, band);
         readProperties(*frame, band, description_, system);
         band.commonName = reader.band(i).details.commonName;
@@ -220,24 +217,16 @@ void OpenedSet::gatherBands() {
 }
 
 void OpenedSet::labelUnknownBands() {
+    std::vector<Band*> unknown;
     std::vector<std::string> paths;
-    std::map<std::string, int> bandsOf;
-    for (const Band& band : bands_) {
+    for (Band& band : bands_) {
         paths.push_back(band.componentPath);
-        ++bandsOf[band.componentPath];
-    }
-    const std::vector<std::string> labels = distinguishingParts(paths);
-    for (std::size_t i = 0; i < bands_.size(); ++i) {
-        Band& band = bands_[i];
-        const bool isKnown =
-            description_.scheme != kest::SchemeGeneric && band.number != kest::kUnrecognisedNumber;
-        if (isKnown || labels[i].empty()) {
-            continue;
+        if (description_.scheme == kest::SchemeGeneric ||
+            band.number == kest::kUnrecognisedNumber) {
+            unknown.push_back(&band);
         }
-        const bool sharesFile = bandsOf[paths[i]] > 1;
-        band.name =
-            labels[i] + (sharesFile ? " #" + std::to_string(band.componentFrame) : std::string());
     }
+    labelBands(unknown, paths);
 }
 
 void OpenedSet::gatherBuckets() {

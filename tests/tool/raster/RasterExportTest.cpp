@@ -67,6 +67,15 @@ void expectSame(const json& written, const json& band, const json& source, const
     }
 }
 
+/// The descriptions of the bands of a raster that is written.
+Strings namesIn(const json& info) {
+    Strings names;
+    for (const json& band : info["bands"]) {
+        names.push_back(band["description"]);
+    }
+    return names;
+}
+
 class RasterExport : public InDirectory {
   protected:
     /// One bright pixel in a field of 100.
@@ -227,22 +236,64 @@ TEST_F(RasterExport, BandsAcrossTheGridAreRefused) {
 
 /// In a process that has registered no more drivers than the inputs need.
 TEST_F(RasterExport, ComponentsOfEveryFormatAreHandedOn) {
-    for (const auto& [driver, ending] :
-         std::map<std::string, std::string>{{"JP2OpenJPEG", ".jp2"}, {"HFA", ".img"}}) {
+    struct Format {
+        std::string driver;
+        std::string ending;
+        Strings options = {};
+    };
+    for (const auto& [driver, ending, options] : {Format{"JP2OpenJPEG", ".jp2"},
+                                                  {"HFA", ".img"},
+                                                  {"ENVI", ".dat"},
+                                                  {"NITF", ".ntf", {"-co", "ICORDS=N"}},
+                                                  {"PNG", ".png", {"-co", "WORLDFILE=YES"}},
+                                                  {"JPEG", ".jpg", {"-co", "WORLDFILE=YES"}}}) {
         Strings files;
         for (const std::string name : {"x_01", "x_02"}) {
             const std::string tif =
                 fakes::writeRaster(directory_ / (name + ".tif"), {.width = 64, .height = 64});
             files.push_back(directory_ / (name + ending));
-            ASSERT_EQ(
-                Process({"gdal_translate", "-q", "-of", driver, tif, files.back()}).wait().code, 0);
+            const Strings command = {"gdal_translate", "-q", "-of", driver, tif, files.back()};
+            ASSERT_EQ(Process(joined(command, options)).wait().code, 0);
+            fs::remove(files.back() + ".aux.xml");  // has the place in another form
         }
+        const json own = gdalInfo(files[1]);
         for (const std::string command : {"vrt", "export"}) {
             const json made = infoOf({command}, files);
             ASSERT_EQ(made["bands"].size(), 2U) << driver << " " << command;
-            EXPECT_EQ(made["geoTransform"], gdalInfo(files[0])["geoTransform"]);
+            EXPECT_EQ(made["bands"][1]["checksum"], own["bands"][0]["checksum"]) << driver;
+            for (std::size_t i = 0; i < 6; ++i) {
+                EXPECT_NEAR(made["geoTransform"][i], own["geoTransform"][i], 1e-6) << driver;
+            }
         }
+        EXPECT_EQ(
+            runKestms(joined({"quicklook", "-o", directory_ / (driver + "_q.png")}, files)).code,
+            0);
     }
+}
+
+/// What the file says, what stands beside it, its name: the same in each command.
+TEST_F(RasterExport, ABandOfNoProductIsCalledWhatItsComponentCallsIt) {
+    const Strings files = {write("s_named.tif"), write("s_beside.tif"), write("s_counted.tif"),
+                           write("s_plain.tif")};
+    const auto call = [](const std::string& file, const char* name) {
+        change(file,
+               [name](GDALDataset& raster) { raster.GetRasterBand(1)->SetDescription(name); });
+    };
+    call(files[0], "cover < 1");
+    call(files[2], "Layer_1");
+    fakes::writeFile(files[1] + ".aux.xml",
+                     "<PAMDataset><PAMRasterBand band=\"1\"><Description>beside"
+                     "</Description></PAMRasterBand></PAMDataset>");
+    const Strings names = {"cover < 1", "beside", "counted", "plain"};
+    Strings shown;
+    const json info = runTool(joined({"info", "--json"}, files)).json();
+    for (const json& band : info["bands"]) {
+        shown.push_back(band["name"]);
+    }
+    EXPECT_EQ(shown, names);
+    EXPECT_EQ(namesIn(infoOf({"vrt"}, files)), names);
+    EXPECT_EQ(namesIn(infoOf({"export"}, files)), names);
+    EXPECT_EQ(namesIn(infoOf({"vrt", "--bands", "beside"}, files)), Strings{"beside"});
 }
 
 TEST_F(RasterExport, GridsAndPartsAreThoseAskedFor) {
@@ -284,15 +335,6 @@ TEST_F(RasterExport, GridsAndPartsAreThoseAskedFor) {
     }
     EXPECT_EQ(linesOf(runTool(joined({"vrt", "--split", "-o", directory_ / "s.vrt"}, files)).out),
               (Strings{directory_ / "s_15m.vrt", directory_ / "s_30m.vrt"}));
-}
-
-/// The description of a band in a raster that is written.
-Strings namesIn(const json& info) {
-    Strings names;
-    for (const json& band : info["bands"]) {
-        names.push_back(band["description"]);
-    }
-    return names;
 }
 
 TEST_F(RasterExport, BandsAreChosenNamedAndOrdered) {
@@ -397,6 +439,13 @@ TEST_F(RasterExport, PixelsWithoutDataStaySo) {
         EXPECT_EQ(gdalPixels(output, 1).at(1), 1234);
         EXPECT_EQ(gdalPixels(output, 2).at(1), -82);
         EXPECT_EQ(gdalPixels(output, 2).at(13), 1234);
+        EXPECT_EQ(said_, "");
+        // -62 and -49, which are 20 more than what each band has for nothing, stand there once.
+        infoOf({command, "--nodata", "-62"}, files);
+        EXPECT_THAT(said_, HasSubstr("pixels with data that have the value -62 lose it: 1 in B01, "
+                                     "1 in B02"));
+        infoOf({command, "--nodata", "-69", "--window", "0,0,1,5"}, files);
+        EXPECT_EQ(said_, "");
     }
     EXPECT_EQ(
         runTool({"vrt", files[0], files[1], "--nodata", "0.5", "-o", directory_ / "x.vrt"}).code,

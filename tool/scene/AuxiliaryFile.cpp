@@ -1,0 +1,94 @@
+#include "tool/scene/AuxiliaryFile.h"
+
+#include <charconv>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <string_view>
+
+#include "sets/xml/XmlDocument.h"
+
+namespace fs = std::filesystem;
+
+namespace kestms {
+namespace {
+
+using kest::xml::Document;
+using kest::xml::Element;
+
+/// Histograms make them long.
+constexpr std::uintmax_t kLargestFile = 16 << 20;
+
+template <typename Number>
+std::optional<Number> numberIn(std::string_view text) {
+    const std::size_t start = text.find_first_not_of(" \t\r\n+");
+    text.remove_prefix(start == text.npos ? text.size() : start);
+    Number number{};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() ? std::optional(number) : std::nullopt;
+}
+
+std::vector<std::string> categoriesIn(const Element& names) {
+    std::vector<std::string> categories;
+    for (const Element* each = names.child(); each != nullptr; each = each->ordered()) {
+        categories.emplace_back(each->text());
+    }
+    return categories;
+}
+
+void readItems(const Document& document, const Element& metadata, AuxiliaryBand& band) {
+    const std::string domain(document.attribute(&metadata, "domain").value_or(""));
+    for (const Element* each = document.child(&metadata, "MDI"); each != nullptr;
+         each = each->next()) {
+        if (const auto key = document.attribute(each, "key")) {
+            band.domains[domain][std::string(*key)] = each->text();
+        }
+    }
+}
+
+AuxiliaryBand bandIn(const Document& document, const Element& element) {
+    AuxiliaryBand band;
+    for (const Element* each = element.child(); each != nullptr; each = each->ordered()) {
+        if (each->name() == "Description") {
+            band.description = each->text();
+        } else if (each->name() == "UnitType") {
+            band.unit = each->text();
+        } else if (each->name() == "Scale") {
+            band.scale = numberIn<double>(each->text());
+        } else if (each->name() == "Offset") {
+            band.offset = numberIn<double>(each->text());
+        } else if (each->name() == "CategoryNames") {
+            band.categories = categoriesIn(*each);
+        } else if (each->name() == "Metadata") {
+            readItems(document, *each, band);
+        }
+    }
+    return band;
+}
+
+}  // namespace
+
+std::map<int, AuxiliaryBand> readAuxiliaryFile(const std::string& rasterPath) {
+    std::error_code error;
+    const std::string name = rasterPath + ".aux.xml";
+    if (!fs::is_regular_file(name, error) || fs::file_size(name, error) > kLargestFile) {
+        return {};
+    }
+    std::ifstream stream(name, std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    const std::unique_ptr<Document> document = Document::parse(text);
+    std::map<int, AuxiliaryBand> bands;
+    if (document->root()->name() != "PAMDataset") {
+        return bands;
+    }
+    for (const Element* each = document->child(document->root(), "PAMRasterBand"); each != nullptr;
+         each = each->next()) {
+        const std::string_view number = document->attribute(each, "band").value_or("");
+        bands.emplace(numberIn<int>(number).value_or(0), bandIn(*document, *each));
+    }
+    return bands;
+}
+
+}  // namespace kestms
