@@ -11,7 +11,10 @@ namespace {
 
 BandDetails detailsOf(const BandRow& row) {
     const std::string_view name = row.commonName.empty() ? commonNameOf(row.type) : row.commonName;
-    return {std::string(name), row.spectrum, BandRole::Band};
+    BandDetails details;
+    details.commonName = name;
+    details.spectrum = row.spectrum;
+    return details;
 }
 
 std::optional<Identity> identify(const SetNaming& naming, const Pyxis::FileSpecifier& file,

@@ -56,6 +56,9 @@ struct BandDetails {
     std::string commonName;
     std::optional<Spectrum> spectrum;  ///< nothing where the sensor is not known
     BandRole role = BandRole::Band;
+    /// Sort keys within the set, known once it is opened.
+    std::int32_t number = kUnrecognisedNumber;
+    std::int32_t bucketNumber = kUnrecognisedNumber;
 };
 
 /// The common name of bands of a type; empty where the type alone does not tell it.

@@ -157,6 +157,11 @@ bool KestMultispectralCodec::getBandDetails(const Pyxis::ReadImageFileInterface&
     return Pyxis::attempt([&] { details = set->band(frame).details; });
 }
 
+int KestMultispectralCodec::getNamingScheme(const Pyxis::ReadImageFileInterface& image) const {
+    const auto* set = dynamic_cast<const KestMultispectralReadFile*>(&image);
+    return set == nullptr ? kest::SchemeNone : set->setKind();
+}
+
 bool KestMultispectralCodec::getMultispectralPropertyName(MultispectralPropertyId id,
                                                           Pyxis::StringBuffer& name) const {
     return Pyxis::answerOr(false, [&] { return kest::multispectralPropertyName(id, name); });

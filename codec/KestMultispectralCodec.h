@@ -57,9 +57,12 @@ class KEST_API KestMultispectralCodec : public Pyxis::ImageFormatCodec {
     bool setProductCatalogue(const Pyxis::FileSpecifier& file,
                              Pyxis::StringBuffer* reason = nullptr);
     /// What is known of the band behind frame `frame` of an image that this codec opened, beyond
-    /// its properties: common name, spectrum, role. False for another image or frame.
+    /// its properties: common name, spectrum, role, sort keys. False for another image or frame.
     bool getBandDetails(const Pyxis::ReadImageFileInterface& image, int frame,
                         BandDetails& details) const;
+    /// How the bands of an image that this codec opened are named, a kest::NamingScheme; 0 for
+    /// another image.
+    int getNamingScheme(const Pyxis::ReadImageFileInterface& image) const;
     /// The name under which frames publish the property. False, with `name` untouched, for an
     /// unknown id.
     bool getMultispectralPropertyName(MultispectralPropertyId id, Pyxis::StringBuffer& name) const;

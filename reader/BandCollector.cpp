@@ -136,6 +136,9 @@ void BandCollector::sort() {
     const std::vector<int> places = sortByNumber(buckets_, &BucketRecord::bucketNumber);
     for (BandRecord& band : bands_) {
         band.bucketIndex = places[static_cast<std::size_t>(band.bucketIndex)];
+        band.details.number = band.bandNumber;
+        band.details.bucketNumber =
+            buckets_[static_cast<std::size_t>(band.bucketIndex)].bucketNumber;
     }
 }
 

@@ -66,7 +66,8 @@ class CatalogueTest : public testing::Test {
         const auto& reader = dynamic_cast<const KestMultispectralReadFile&>(*image);
         Pyxis::StringBuffer text;
         reader.getReferenceName(text);
-        std::string answer = std::to_string(reader.setKind()) + " " + Pyxis::toUtf8(text) + ":";
+        std::string answer =
+            std::to_string(codec_.getNamingScheme(*image)) + " " + Pyxis::toUtf8(text) + ":";
         for (int i = 0; i < reader.getNumFrames(); ++i) {
             const kest::BandRecord& band = reader.band(i);
             const kest::BucketRecord& bucket = reader.bucket(band.bucketIndex);
@@ -75,8 +76,8 @@ class CatalogueTest : public testing::Test {
             answer += " " + Pyxis::toUtf8(band.bandName) + "|" +
                       std::to_string(static_cast<int>(band.bandType)) +
                       std::to_string(static_cast<int>(band.bandAssignment)) + "|" +
-                      std::to_string(band.bandNumber) + "|" + Pyxis::toUtf8(bucket.bucketName) +
-                      " " + std::to_string(bucket.bucketNumber) + "|" + details.commonName + "|" +
+                      std::to_string(details.number) + "|" + Pyxis::toUtf8(bucket.bucketName) +
+                      " " + std::to_string(details.bucketNumber) + "|" + details.commonName + "|" +
                       std::to_string(static_cast<int>(details.role));
         }
         return answer;

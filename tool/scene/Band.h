@@ -23,25 +23,19 @@ struct Georeference {
     int epsg = 0;                  ///< 0: no code
 };
 
-/// Everything the tool knows about one band of an opened set. Texts are UTF-8.
-struct Band {
+/// Everything the tool knows about one band of an opened set; what it inherits, the codec says of
+/// the band. Texts are UTF-8.
+struct Band : kest::BandDetails {
     // What the plug-in says of it.
-    int frame = 0;   ///< in the set
-    int number = 0;  ///< sort key; kest::kUnrecognisedNumber for a band that no rule knows
-    std::string
-        name;  ///< the plug-in's, or where that only counts, what the file says (`labelBands`)
+    int frame = 0;     ///< in the set
+    std::string name;  ///< the plug-in's; where that only counts, `labelBands` has another
     kest::BandType type = kest::BandType::Unknown;
-    kest::BandRole role = kest::BandRole::Band;
     kest::BandAssignment assignment = kest::BandAssignment::NotAssigned;
     int bucket = 0;  ///< index in the set
     int indexInBucket = 0;
     std::string bucketName;
     std::string componentPath;
     int componentFrame = 0;
-
-    // What the sensor makes of it.
-    std::string commonName;                  ///< as in STAC; empty for a band without one
-    std::optional<kest::Spectrum> spectrum;  ///< nothing where the sensor is not known
 
     // Its pixels.
     std::int32_t width = 0;

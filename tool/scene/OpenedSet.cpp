@@ -12,7 +12,6 @@
 #include "properties/KestMultispectralMetadataTextFileProperty.h"
 #include "properties/KestMultispectralReferenceNameProperty.h"
 #include "pyxis/FormatCodecGeoCorrelation.h"
-#include "reader/KestMultispectralReadFile.h"
 #include "sets/ComponentList.h"
 #include "sets/SetMembership.h"
 #include "tool/scene/BandLabels.h"
@@ -171,7 +170,7 @@ OpenedSet::OpenedSet(Session& session, const Pyxis::FileSpecifier& set) {
         throw Failure(ExitCode::Unexpected, "the set cannot be opened");
     }
     gatherFiles();
-    gatherBands();
+    gatherBands(codec);
     gatherBuckets();
     labelUnknownBands();
 }
@@ -197,21 +196,17 @@ void OpenedSet::gatherFiles() {
     }
 }
 
-void OpenedSet::gatherBands() {
-    const auto& reader = dynamic_cast<const KestMultispectralReadFile&>(*image_);
-    description_.scheme = reader.setKind();
+void OpenedSet::gatherBands(const KestMultispectralCodec& codec) {
+    description_.scheme = codec.getNamingScheme(*image_);
     SystemText system;
     for (int i = 0; i < image_->getNumFrames(); ++i) {
         throwIfInterrupted();
         const auto frame = openFrame(i);
         Band band;
         band.frame = i;
-        band.number = reader.band(i).bandNumber;
         readPixelFacts(*frame, band);
         readProperties(*frame, band, description_, system);
-        band.commonName = reader.band(i).details.commonName;
-        band.spectrum = reader.band(i).details.spectrum;
-        band.role = reader.band(i).details.role;
+        codec.getBandDetails(*image_, i, band);
         bands_.push_back(std::move(band));
     }
 }
@@ -230,11 +225,17 @@ void OpenedSet::labelUnknownBands() {
 }
 
 void OpenedSet::gatherBuckets() {
-    const auto& reader = dynamic_cast<const KestMultispectralReadFile&>(*image_);
-    for (int i = 0; !bands_.empty() && i < reader.getNumBuckets(0); ++i) {
-        const kest::BucketRecord& record = reader.bucket(i);
-        buckets_.push_back({i, record.bucketNumber, toUtf8(record.bucketName), record.bandCount,
-                            record.bucketVector.x, record.bucketVector.y});
+    for (const Band& band : bands_) {
+        const auto index = static_cast<std::size_t>(band.bucket);
+        if (index >= buckets_.size()) {
+            buckets_.resize(index + 1);
+        }
+        Bucket& bucket = buckets_[index];
+        if (bucket.bandCount++ == 0) {
+            const Georeference place = band.georeference.value_or(Georeference());
+            bucket = {band.bucket, band.bucketNumber, band.bucketName,
+                      1,           place.pixelWidth,  place.pixelHeight};
+        }
     }
 }
 

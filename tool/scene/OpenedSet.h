@@ -43,7 +43,7 @@ class OpenedSet {
 
   private:
     void gatherFiles();
-    void gatherBands();
+    void gatherBands(const KestMultispectralCodec& codec);
     void gatherBuckets();
     void labelUnknownBands();
 
