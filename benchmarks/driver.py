@@ -3,22 +3,25 @@
 
 usage: GDAL_DRIVER_PATH=... benchmarks/driver.py [ROUNDS]
 
-Each row is the least time of the rounds, in milliseconds; the rounds of a row's ways alternate.
+Times are the least of the rounds, in milliseconds of processor time (of wall time where threads
+read). The ways of a row take turns, and a ratio is the median over the rounds.
 """
 
 from __future__ import annotations
 
+import os
 import sys
 import tempfile
 import time
+from collections.abc import Callable, Iterator
+from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
-from typing import Callable
 
 import numpy as np
 from osgeo import gdal
 
 gdal.UseExceptions()
-BANDS, SIZE = 12, 4096
+BANDS, SIZE, THREADS = 12, 4096, 2
 
 
 def make_components(folder: Path) -> list[str]:
@@ -52,13 +55,15 @@ def write_set(folder: Path, paths: list[str]) -> str:
     return str(document)
 
 
-def least(rounds: int, ways: dict[str, Callable[[], object]]) -> dict[str, float]:
-    times = {name: float("inf") for name in ways}
-    for _ in range(rounds):
-        for name, way in ways.items():
-            start = time.process_time()
+def measured(rounds: int, ways: list[Callable[[], object]],
+             clock: Callable[[], float]) -> np.ndarray:
+    """Times of the ways, shape (rounds, ways)."""
+    times = np.empty((rounds, len(ways)))
+    for turn in range(rounds):
+        for number, way in enumerate(ways):
+            start = clock()
             way()
-            times[name] = min(times[name], time.process_time() - start)
+            times[turn, number] = clock() - start
     return times
 
 
@@ -81,6 +86,44 @@ def fresh(name: str, number: int, read: Callable) -> Callable[[], None]:
     return run
 
 
+def one_call(raster, number: int) -> None:
+    raster.GetRasterBand(number).ReadRaster()
+
+
+def in_threads(name: str, number: int) -> Callable[[], None]:
+    """Threads with a data set each read the windows of one band, every second row of them."""
+    def part(first: int) -> None:
+        band = (raster := gdal.Open(name)).GetRasterBand(number)
+        for y in range(first * 512, SIZE, THREADS * 512):
+            for x in range(0, SIZE, 512):
+                band.ReadRaster(x, y, 512, 512)
+        del band, raster
+
+    def run() -> None:
+        with ThreadPoolExecutor(THREADS) as threads:
+            list(threads.map(part, range(THREADS)))
+    return run
+
+
+def unseen(folder: Path, paths: list[str], rounds: int) -> dict[str, Callable[[], object]]:
+    """Ways to open files that the process has not opened before: other names for the same ones."""
+    def copies(way: str) -> Iterator[tuple[str, list[str]]]:
+        for turn in range(rounds):
+            place = folder / f"{way}{turn}"
+            place.mkdir()
+            links = [str(place / Path(path).name) for path in paths]
+            for path, link in zip(paths, links):
+                os.link(path, link)
+            yield write_set(place, links), links
+
+    driver, components, virtual = (iter(list(copies(way))) for way in ("d", "c", "v"))
+    return {
+        "driver": lambda: gdal.Open(next(driver)[0]),
+        "components": lambda: open_components(next(components)[1]),
+        "virtual": lambda: gdal.BuildVRT("", next(virtual)[1], separate=True),
+    }
+
+
 def main(rounds: int) -> None:
     with tempfile.TemporaryDirectory() as place:
         folder = Path(place)
@@ -88,29 +131,34 @@ def main(rounds: int) -> None:
         document = write_set(folder, paths)
         virtual = str(folder / "bands.vrt")
         gdal.BuildVRT(virtual, paths, separate=True)
-        print(f"{'':34}{'driver':>10}{'components':>12}{'virtual':>10}{'ratios':>16}")
+        gdal.Open(document)  # loads what is loaded once in a process
+        time.sleep(0.1)  # files older than that are opened once for all
         rows = {
-            f"open {BANDS} bands": {
+            f"open {BANDS} bands, unseen": unseen(folder, paths, rounds),
+            f"open {BANDS} bands, again": {
                 "driver": lambda: gdal.Open(document),
                 "components": lambda: open_components(paths),
                 "virtual": lambda: gdal.BuildVRT("", paths, separate=True),
             },
-            "open, read band 5 in one call": {
-                "driver": fresh(document, 5, lambda r, n: r.GetRasterBand(n).ReadRaster()),
-                "components": fresh(paths[4], 1, lambda r, n: r.GetRasterBand(n).ReadRaster()),
-                "virtual": fresh(virtual, 5, lambda r, n: r.GetRasterBand(n).ReadRaster()),
-            },
-            "open, read band 5 in windows": {
-                "driver": fresh(document, 5, read_windows),
-                "components": fresh(paths[4], 1, read_windows),
-                "virtual": fresh(virtual, 5, read_windows),
-            },
         }
+        for name, read in {"in one call": one_call, "in windows": read_windows}.items():
+            rows[f"open, read band 5 {name}"] = {
+                "driver": fresh(document, 5, read),
+                "components": fresh(paths[4], 1, read),
+                "virtual": fresh(virtual, 5, read),
+            }
+        rows[f"the same in {THREADS} threads"] = {
+            "driver": in_threads(document, 5),
+            "components": in_threads(paths[4], 1),
+            "virtual": in_threads(virtual, 5),
+        }
+        print(f"{'':34}{'driver':>10}{'components':>12}{'virtual':>10}{'ratios':>16}")
         for name, ways in rows.items():
-            times = least(rounds, ways)
-            driver, components, virtual_time = times.values()
-            print(f"{name:34}{driver * 1e3:10.2f}{components * 1e3:12.2f}{virtual_time * 1e3:10.2f}"
-                  f"{driver / components:8.3f}{driver / virtual_time:8.3f}")
+            clock = time.perf_counter if "threads" in name else time.process_time
+            times = measured(rounds, list(ways.values()), clock)
+            ratios = np.median(times[:, :1] / times[:, 1:], axis=0)
+            print(f"{name:34}" + "".join(f"{least * 1e3:11.2f}" for least in times.min(axis=0))
+                  + "".join(f"{ratio:9.3f}" for ratio in ratios))
 
 
 main(int(sys.argv[1]) if len(sys.argv) > 1 else 7)

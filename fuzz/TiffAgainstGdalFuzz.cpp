@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <random>
 #include <string>
@@ -124,6 +125,15 @@ void compareRaster(const Pyxis::KnownRaster& known, GDALDataset& dataset) {
                 (known.format != UnsignedInteger) == (GDALDataTypeIsSigned(type) != 0) &&
                 GDALDataTypeIsComplex(type) == 0,
             "the same type");
+    int hasNoData = FALSE;
+    const double noData = band.GetNoDataValue(&hasNoData);
+    require(known.range.hasNoData == (hasNoData != FALSE) &&
+                (hasNoData == FALSE || known.range.noData == noData ||
+                 (std::isnan(known.range.noData) && std::isnan(noData))),
+            "the same no-data value");
+    require(known.range.minimum == band.GetMinimum(nullptr) &&
+                known.range.maximum == band.GetMaximum(nullptr),
+            "the same range");
     require(band.GetMetadataItem("PIXELTYPE", "IMAGE_STRUCTURE") == nullptr, "no signed bytes");
 }
 

@@ -93,6 +93,10 @@ void RasterFrame::frameOp11(int channel, ChannelRange* range) {
     if (channel != 0 || range == nullptr) {
         return;
     }
+    if (facts().range) {
+        *range = *facts().range;
+        return;
+    }
     attempt([&] {
         DatasetHandle::Use use(file_->handle());
         GDALRasterBand* band = bandIn(use);

@@ -70,6 +70,7 @@ FrameFacts frameOf(const KnownRaster& raster) {
     facts.blockHeight = raster.blockHeight;
     facts.format = raster.format;
     facts.bits = raster.bits;
+    facts.range = raster.range;
     facts.bytesAtOnce = bytesAtOnce(facts);
     facts.sampleType = sampleTypeName(raster.format, raster.bits);
     return facts;

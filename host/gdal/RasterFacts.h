@@ -26,6 +26,7 @@ struct FrameFacts {
     std::string sampleType;             ///< GDAL's name for it
     std::vector<std::uint8_t> colours;  ///< red, green, blue, alpha; empty without a colour table
     std::string label;                  ///< what the file calls the band; may be empty
+    std::optional<ChannelRange> range;  ///< where GDAL need not be asked
     std::string ownText;  ///< what the format itself says of the band: a letter, a file's name
 };
 

@@ -27,6 +27,7 @@ struct KnownRaster {
     std::int32_t blockHeight = 0;
     std::int32_t bits = 0;  ///< of a sample
     SampleFormat format = SampleFormat::UnsignedInteger;
+    ChannelRange range;
 };
 
 /// What is known of a file from its own bytes, without asking GDAL. The defaults know nothing.

@@ -2,9 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <climits>
+#include <cmath>
 #include <cstdint>
 #include <iterator>
+#include <limits>
+#include <string_view>
+#include <system_error>
 
 #include "host/tiff/TiffTags.h"
 
@@ -57,12 +62,17 @@ struct SampleKind {
     std::uint64_t format;  ///< TIFF's number
     std::uint64_t bits;
     SampleFormat meaning;
+    double minimum;  ///< GDAL's answers for bands without statistics
+    double maximum;
 };
 constexpr SampleKind kSampleKinds[] = {
-    {1, 8, SampleFormat::UnsignedInteger},  {1, 16, SampleFormat::UnsignedInteger},
-    {1, 32, SampleFormat::UnsignedInteger}, {2, 16, SampleFormat::SignedInteger},
-    {2, 32, SampleFormat::SignedInteger},   {3, 32, SampleFormat::FloatingPoint},
-    {3, 64, SampleFormat::FloatingPoint},
+    {1, 8, SampleFormat::UnsignedInteger, 0, 255},
+    {1, 16, SampleFormat::UnsignedInteger, 0, 65535},
+    {1, 32, SampleFormat::UnsignedInteger, 0, 4294967295.0},
+    {2, 16, SampleFormat::SignedInteger, -32768, 32767},
+    {2, 32, SampleFormat::SignedInteger, -2147483648.0, 2147483647.0},
+    {3, 32, SampleFormat::FloatingPoint, -4294967295.0, 4294967295.0},
+    {3, 64, SampleFormat::FloatingPoint, -4294967295.0, 4294967295.0},
 };
 
 /// A field of one whole number; 0 for any other field, or none.
@@ -142,6 +152,34 @@ bool findBlocks(TiffFields& fields, KnownRaster& raster) {
            hasItsBlocks(fields, raster, tag::kStripOffsets, tag::kStripLengths);
 }
 
+/// Fills in the no-data value; false for a text that GDAL might read otherwise.
+bool findNoData(TiffFields& fields, KnownRaster& raster) {
+    constexpr double kNoValue = -1e10;  // GDAL's answer then
+    raster.range.noData = kNoValue;
+    if (!fields.has(tag::kGdalNoData)) {
+        return true;
+    }
+    std::string_view text = fields.value(tag::kGdalNoData, TiffFields::Ascii);
+    if (text.ends_with('\0')) {
+        text.remove_suffix(1);
+    }
+    raster.range.hasNoData = true;
+    if (text == "nan") {
+        raster.range.noData = std::numeric_limits<double>::quiet_NaN();
+        return raster.format == SampleFormat::FloatingPoint;
+    }
+    // GDAL rounds values of 32 bits, and those near the largest one as it sees fit.
+    constexpr double kMostSafe = 1e38;
+    const auto [end, error] =
+        std::from_chars(text.data(), text.data() + text.size(), raster.range.noData);
+    const double value = raster.range.noData;
+    return !text.empty() && text.find_first_not_of("0123456789+-.eE") == text.npos &&
+           error == std::errc() && end == text.data() + text.size() &&
+           std::abs(value) < kMostSafe &&
+           (raster.format != SampleFormat::FloatingPoint || raster.bits != 32 ||
+            value == static_cast<double>(static_cast<float>(value)));
+}
+
 }  // namespace
 
 std::optional<KnownRaster> plainRasterOf(TiffFields& fields) {
@@ -162,7 +200,10 @@ std::optional<KnownRaster> plainRasterOf(TiffFields& fields) {
     }
     raster.format = kind->meaning;
     raster.bits = static_cast<std::int32_t>(bits);
-    return findBlocks(fields, raster) ? std::optional(raster) : std::nullopt;
+    raster.range.minimum = kind->minimum;
+    raster.range.maximum = kind->maximum;
+    return findBlocks(fields, raster) && findNoData(fields, raster) ? std::optional(raster)
+                                                                    : std::nullopt;
 }
 
 }  // namespace Pyxis

@@ -27,7 +27,13 @@ class TiffDirectory : public testing::Test {
     StandardCodecs codecs{StandardCodecs::QuickBird::With, StandardCodecs::Changes::Ignore};
 };
 
-/// What GDAL says of the first band of a file: block size, sample type, first corner, the system.
+std::string rangeText(double minimum, double maximum, double noData, bool hasNoData) {
+    return CPLSPrintf("%.17g to %.17g, ", minimum, maximum) +
+           (hasNoData ? CPLSPrintf("%.17g, ", noData) : std::string());
+}
+
+/// What GDAL says of the first band of a file: range, block size, sample type, first corner, the
+/// system.
 std::string gdalSays(const std::string& path) {
     const CPLErrorHandlerPusher silent(CPLQuietErrorHandler);
     const GDALDatasetUniquePtr dataset(GDALDataset::Open(path.c_str()));
@@ -46,7 +52,10 @@ std::string gdalSays(const std::string& path) {
     }
     const std::string wkt = text != nullptr ? text : "";
     CPLFree(text);
-    return CPLSPrintf("%d x %d of %d, %.9g %.9g, %s", width, height,
+    int hasNoData = FALSE;
+    const double noData = band.GetNoDataValue(&hasNoData);
+    return rangeText(band.GetMinimum(), band.GetMaximum(), noData, hasNoData != FALSE) +
+           CPLSPrintf("%d x %d of %d, %.9g %.9g, %s", width, height,
                       GDALGetDataTypeSizeBits(band.GetRasterDataType()), t[0], t[3], wkt.c_str());
 }
 
@@ -55,7 +64,10 @@ std::string codecSays(const Opened& opened) {
     StringBuffer system;
     geo->getCoordinateSystem(system);
     const Point2d corner = geo->getUpperLeft();
-    return CPLSPrintf("%d x %d of %d, %.9g %.9g, %s", opened.frame->frameOp9(),
+    ChannelRange range;
+    opened.frame->frameOp11(0, &range);
+    return rangeText(range.minimum, range.maximum, range.noData, range.hasNoData) +
+           CPLSPrintf("%d x %d of %d, %.9g %.9g, %s", opened.frame->frameOp9(),
                       opened.frame->frameOp10(), opened.frame->frameOp6(), corner.x, corner.y,
                       toUtf8(system).c_str());
 }
@@ -108,6 +120,47 @@ TEST_F(TiffDirectory, TellsWhatGdalSays) {
             std::filesystem::resize_file(path, std::filesystem::file_size(path) - 1);
             EXPECT_EQ(whyNotReadable(fileSpecifier(path)), "the file is cut short");
         }
+    }
+}
+
+TEST_F(TiffDirectory, ReadsNoDataAsGdalDoes) {
+    const struct {
+        std::string text;
+        bool isPlain = true;
+        bool isFloat = false;
+    } cases[] = {
+        {"0"},
+        {"-9999"},
+        {"6.5535e4", true, true},
+        {"-0.5", true, true},
+        {"nan", true, true},
+        {"nan", false},
+        {"", false},
+        {"0.1", false, true},  // not exact in 32 bits
+        {"-3.4028234663852886e+38", false, true},
+        {" 7", false},
+        {"+7", false},
+        {"7 ", false},
+        {"0x10", false},
+        {"1,5", false},
+        {"inf", false, true},
+        {"7e", false},
+        {std::string("7\0008", 3), false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        fakes::TiffField text{42113, 2, fakes::codesOf(c.text)};
+        text.values.push_back(0);
+        std::vector<fakes::TiffField> fields = {text,
+                                                fakes::keyDirectory(fakes::systemKeys(32632))};
+        if (c.isFloat) {
+            fields.insert(fields.end(), {{256, 3, {3}}, {258, 3, {32}}, {339, 3, {3}}});
+        }
+        const std::string path = write(fields);
+        const Opened opened(path);
+        const std::string told = codecSays(opened);
+        EXPECT_EQ(openBelow(path).empty(), c.isPlain);
+        EXPECT_EQ(told, gdalSays(path));
     }
 }
 
