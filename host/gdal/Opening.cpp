@@ -59,23 +59,6 @@ void onceWithPlenty(std::once_flag& flag, const Action& action) {
     });
 }
 
-/// TIFF files need no driver but their own, and registering all of them takes as long as opening
-/// a hundred files. NITF files hold images of other formats.
-void registerDrivers(const char* driver) {
-    static std::once_flag manager;
-    static std::once_flag one;
-    static std::once_flag all;
-    onceWithPlenty(manager, GetGDALDriverManager);
-    if (GDALGetDriverByName(driver) != nullptr) {
-        return;  // the program has chosen its drivers, and may have left out others
-    }
-    if (std::string_view(driver) == "GTiff") {
-        onceWithPlenty(one, GDALRegister_GTiff);
-    } else {
-        onceWithPlenty(all, GDALAllRegister);
-    }
-}
-
 DatasetPointer open(const Opening& opening, const std::string& name,
                     std::shared_ptr<PrivateFiles> files) {
     const char* const drivers[] = {opening.driver, nullptr};
@@ -107,12 +90,29 @@ DatasetPointer openAlone(const Opening& opening, const std::string& prefix) {
 
 }  // namespace
 
+/// TIFF files need no driver but their own, and registering all of them takes as long as opening
+/// a hundred files. NITF files hold images of other formats.
+void registerDriver(const char* driver) {
+    static std::once_flag manager;
+    static std::once_flag one;
+    static std::once_flag all;
+    onceWithPlenty(manager, GetGDALDriverManager);
+    if (GDALGetDriverByName(driver) != nullptr) {
+        return;  // the program has chosen its drivers, and may have left out others
+    }
+    if (std::string_view(driver) == "GTiff") {
+        onceWithPlenty(one, GDALRegister_GTiff);
+    } else {
+        onceWithPlenty(all, GDALAllRegister);
+    }
+}
+
 void CloseDataset::operator()(GDALDataset* dataset) const {
     GDALClose(dataset);
 }
 
 DatasetPointer openForReading(const Opening& opening, const std::string& prefix) {
-    registerDrivers(opening.driver);
+    registerDriver(opening.driver);
     const ThreadOption noAuxiliaryFiles("GDAL_PAM_ENABLED", "NO");
     DatasetPointer dataset = opening.view == View::FileAlone ? openAlone(opening, prefix)
                                                              : openInDirectory(opening, prefix);

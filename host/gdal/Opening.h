@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "host/gdal/Export.h"
+
 class GDALDataset;
 
 namespace Pyxis {
@@ -32,6 +34,9 @@ struct CloseDataset {
     void operator()(GDALDataset* dataset) const;
 };
 using DatasetPointer = std::unique_ptr<GDALDataset, CloseDataset>;
+
+/// Makes GDAL know a driver by its short name, which must be done before it opens files with it.
+PYXIS_CODECS_API void registerDriver(const char* driver);
 
 /// Opens a file, or the part of it that the driver names by a prefix, for reading. GDAL writes
 /// nothing beside the file and reads nothing there but what the driver needs. A file that names

@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "host/gdal/ErrorCapture.h"
+#include "host/gdal/Opening.h"
 #include "host/gdal/PrivateFiles.h"
 #include "tool/raster/BandMetadata.h"
 #include "tool/raster/GdalSession.h"
@@ -98,6 +99,7 @@ class ComponentReader::File {
     File(const std::string& path, const Pyxis::RasterSource& source)
         : name_(source.prefix + path), auxiliary_(readAuxiliaryFile(path)), files_(source.files) {
         const Pyxis::ErrorCapture errors;
+        Pyxis::registerDriver(source.driver.c_str());
         // No other driver may take the file for its own.
         const char* const drivers[] = {source.driver.c_str(), nullptr};
         const std::string name = source.prefix + files_.name();
