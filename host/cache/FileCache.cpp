@@ -1,5 +1,6 @@
 #include "host/cache/FileCache.h"
 
+#include <atomic>
 #include <utility>
 
 #include "host/formats/Formats.h"
@@ -20,7 +21,21 @@ class AbsolutePath {
     const std::string& path_;
 };
 
+/// That of this thread; 0 for none.
+thread_local std::uint64_t currentOperation = 0;
+
 }  // namespace
+
+std::uint64_t FileCache::beginOperation() {
+    static std::atomic<std::uint64_t> last = 0;
+    const std::uint64_t before = currentOperation;
+    currentOperation = before != 0 ? before : ++last;
+    return before;
+}
+
+void FileCache::endOperation(std::uint64_t before) {
+    currentOperation = before;
+}
 
 Expected<RasterPointer> FileCache::open(const Format& format, const std::string& path) {
     if (RasterPointer file = find(*AbsolutePath(path))) {
@@ -56,11 +71,15 @@ RasterPointer FileCache::find(std::string_view absolutePath) {
     if (place == places_.end()) {
         return nullptr;
     }
-    if (changes_ == FileChanges::Ignore || !(*place->second)->handle().hasChanged()) {
+    Entry& entry = *place->second;
+    const bool isFresh = changes_ == FileChanges::Ignore ||
+                         (currentOperation != 0 && entry.lookedAt == currentOperation);
+    if (isFresh || !entry.file->handle().hasChanged()) {
+        entry.lookedAt = currentOperation;
         files_.splice(files_.begin(), files_, place->second);
-        return *place->second;
+        return entry.file;
     }
-    changed = *place->second;
+    changed = entry.file;
     files_.erase(place->second);
     places_.erase(place);
     return nullptr;
@@ -72,15 +91,15 @@ Expected<RasterPointer> FileCache::keep(const Format& format, Expected<RasterPoi
         return file;
     }
     RasterPointer forgotten;  // outlives the lock
-    std::list<RasterPointer> own = {*file};
+    std::list<Entry> own = {{*file, currentOperation}};
     const std::lock_guard<std::mutex> lock(mutex_);
     const auto [place, added] = places_.emplace((*file)->handle().path(), own.begin());
     if (!added) {
-        return *place->second;  // another thread was faster
+        return place->second->file;  // another thread was faster
     }
     files_.splice(files_.begin(), own);
     if (files_.size() > kMostFiles) {
-        forgotten = std::move(files_.back());
+        forgotten = std::move(files_.back().file);
         places_.erase(forgotten->handle().path());
         files_.pop_back();
     }

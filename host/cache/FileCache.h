@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <list>
 #include <mutex>
@@ -24,19 +25,29 @@ class FileCache {
     /// The same for a file of whichever format.
     Expected<RasterPointer> open(const std::string& path);
 
+    /// Begins an operation of this thread and returns that before it: within one, a file is looked
+    /// at for changes once, not at every question.
+    static std::uint64_t beginOperation();
+    static void endOperation(std::uint64_t before);
+
     /// An entry is facts of a kilobyte or so; few of the files have open datasets.
     static constexpr std::size_t kMostFiles = 16384;
 
   private:
+    struct Entry {
+        RasterPointer file;
+        std::uint64_t lookedAt;  ///< in which operation; 0: in none
+    };
+
     RasterPointer find(std::string_view absolutePath);
     /// Remembers the file where that is allowed. Returns that of another thread if it was faster.
     Expected<RasterPointer> keep(const Format& format, Expected<RasterPointer> file);
 
     const FileChanges changes_;
     std::mutex mutex_;
-    std::list<RasterPointer> files_;  // the latest first
+    std::list<Entry> files_;  // the latest first
     /// By absolute path, as the working directory changes; the texts are the files' own.
-    std::unordered_map<std::string_view, std::list<RasterPointer>::iterator> places_;
+    std::unordered_map<std::string_view, std::list<Entry>::iterator> places_;
 };
 
 }  // namespace Pyxis

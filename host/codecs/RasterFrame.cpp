@@ -35,7 +35,7 @@ int RasterFrame::numOverviews(GDALRasterBand* band) const {
 
 bool RasterFrame::frameOp1(int number) {
     return answerOr(false, [&] {
-        DatasetHandle::Use use(file_->handle());
+        DatasetHandle::Use use = file_->use();
         return level(bandIn(use), number) != nullptr;
     });
 }
@@ -76,7 +76,7 @@ std::int32_t RasterFrame::frameOp7() {
 
 std::int32_t RasterFrame::frameOp8() {
     return answerOr(0, [&] {
-        DatasetHandle::Use use(file_->handle());
+        DatasetHandle::Use use = file_->use();
         return numOverviews(bandIn(use));
     });
 }
@@ -98,7 +98,7 @@ void RasterFrame::frameOp11(int channel, ChannelRange* range) {
         return;
     }
     attempt([&] {
-        DatasetHandle::Use use(file_->handle());
+        DatasetHandle::Use use = file_->use();
         GDALRasterBand* band = bandIn(use);
         if (band == nullptr) {
             return;
@@ -115,7 +115,7 @@ const ColourTable* RasterFrame::frameOp12() {
 
 bool RasterFrame::frameOp13(int number, PixelRequest* request) {
     return request != nullptr && answerOr(false, [&] {
-               DatasetHandle::Use use(file_->handle());
+               DatasetHandle::Use use = file_->use();
                GDALRasterBand* band = level(bandIn(use), number);
                return band != nullptr &&
                       readWindow(*band, facts().format, *request, format_.hasOverviews);

@@ -29,6 +29,12 @@ std::unique_ptr<ImageFormatCodec> codecFor(const Format& format,
 
 }  // namespace
 
+StandardCodecs::Operation::Operation() : before_(FileCache::beginOperation()) {}
+
+StandardCodecs::Operation::~Operation() {
+    FileCache::endOperation(before_);
+}
+
 StandardCodecs::StandardCodecs(QuickBird quickBird, Changes changes)
     : cache_(std::make_shared<FileCache>(changes)) {
     for (const Format* format : formats()) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -24,6 +25,19 @@ class PYXIS_CODECS_API StandardCodecs {
     /// Files may change while a program runs, and are then opened anew. A program that is done in
     /// a moment does better to ignore that: it asks less, and all its answers fit together.
     using Changes = FileChanges;
+
+    /// While one lives on a thread, what it asks there is one question to the files: each is looked
+    /// at for changes once. They nest.
+    class PYXIS_CODECS_API Operation {
+      public:
+        Operation();
+        Operation(const Operation&) = delete;
+        Operation& operator=(const Operation&) = delete;
+        ~Operation();
+
+      private:
+        std::uint64_t before_;
+    };
 
     explicit StandardCodecs(QuickBird quickBird = QuickBird::With,
                             Changes changes = Changes::Notice);

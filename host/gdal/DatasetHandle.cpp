@@ -24,7 +24,10 @@ std::string withoutFile(std::string message, const std::string& path) {
 }  // namespace
 
 DatasetHandle::DatasetHandle(Opening opening, const FileState& state)
-    : opening_(std::move(opening)), stamp_{state, {}} {
+    : DatasetHandle(std::move(opening), {state, {}}, {""}) {}
+
+DatasetHandle::DatasetHandle(Opening opening, FileStamp stamp, std::vector<std::string> prefixes)
+    : opening_(std::move(opening)), stamp_(std::move(stamp)), prefixes_(std::move(prefixes)) {
     HandlePool::instance();  // memory may fail now, but not in the destructor
 }
 
@@ -34,6 +37,10 @@ DatasetHandle::~DatasetHandle() {
         const ErrorCapture silent;
         datasets_.clear();
     }
+}
+
+std::unique_ptr<DatasetHandle> DatasetHandle::another() const {
+    return std::unique_ptr<DatasetHandle>(new DatasetHandle(opening_, stamp_, prefixes_));
 }
 
 bool DatasetHandle::hasChanged() const {

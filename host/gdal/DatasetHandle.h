@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <utility>
@@ -35,7 +36,10 @@ class DatasetHandle {
     /// Holds the datasets for this thread, open, and keeps GDAL silent.
     class Use {
       public:
-        explicit Use(DatasetHandle& handle) : handle_(handle), lock_(handle.mutex_) {}
+        explicit Use(DatasetHandle& handle) : Use(handle, std::unique_lock(handle.mutex_)) {}
+        /// With the lock of `tryLock`.
+        Use(DatasetHandle& handle, std::unique_lock<std::mutex> lock)
+            : handle_(handle), lock_(std::move(lock)) {}
         Use(const Use&) = delete;
         Use& operator=(const Use&) = delete;
         /// Null when the file could not be opened again or has changed.
@@ -45,9 +49,15 @@ class DatasetHandle {
 
       private:
         DatasetHandle& handle_;
-        std::lock_guard<std::mutex> lock_;
+        std::unique_lock<std::mutex> lock_;
         ErrorCapture errors_;
     };
+
+    /// Owns the lock unless another thread is using the datasets.
+    std::unique_lock<std::mutex> tryLock() { return std::unique_lock(mutex_, std::try_to_lock); }
+    /// Another handle on the same file, with datasets of its own that open when they are used. The
+    /// file is loaded by now.
+    std::unique_ptr<DatasetHandle> another() const;
 
     /// Closes the datasets unless somebody is using them; returns whether they are closed.
     bool closeIfIdle();
@@ -73,12 +83,14 @@ class DatasetHandle {
     const std::string& prefix(std::size_t part) const { return prefixes_.at(part); }
 
   private:
+    DatasetHandle(Opening opening, FileStamp stamp, std::vector<std::string> prefixes);
+
     Expected<DatasetPointer> openDataset(const std::string& prefix) const;
     bool openAgain();
 
     Opening opening_;
     FileStamp stamp_;
-    std::vector<std::string> prefixes_ = {""};  // one a part
+    std::vector<std::string> prefixes_;  // one a part
 
     std::mutex mutex_;
     std::vector<DatasetPointer> datasets_;  // of all parts, or of none

@@ -23,6 +23,9 @@ class RasterFile {
         return facts_.frames.at(static_cast<std::size_t>(index));
     }
     DatasetHandle& handle() const { return *handle_; }
+    /// The datasets for this thread. Threads that read at the same time each get a handle of their
+    /// own, as many as there are processors; beyond that they wait for each other.
+    DatasetHandle::Use use();
     /// Where the frame lies, worked out on the first request; null when it is not georeferenced or
     /// the file is gone.
     std::shared_ptr<const GeoFacts> place(int frame);
@@ -33,6 +36,9 @@ class RasterFile {
 
     std::mutex mutex_;  // taken before that of the handle
     std::vector<std::optional<std::shared_ptr<const GeoFacts>>> places_;  // one a dataset
+
+    std::mutex spareMutex_;  // taken before that of a spare handle
+    std::vector<std::unique_ptr<DatasetHandle>> spares_;
 };
 
 using RasterPointer = std::shared_ptr<RasterFile>;

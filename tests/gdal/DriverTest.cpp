@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cmath>
 #include <cstdlib>
+#include <filesystem>
 #include <random>
 #include <thread>
 
@@ -409,6 +410,7 @@ using ExitTest = DriverTest;
             loadDriver();
         }
     }
+    std::filesystem::remove_all(name.substr(name.find(':') + 1));  // this process's own
     std::exit(testing::Test::HasFailure() ? 1 : 0);
 }
 

@@ -295,6 +295,7 @@ std::vector<Band> framesAlone(const std::string& path) {
 }
 
 OpenedSet openSet(Context& context, const std::vector<std::string>& arguments) {
+    const Session::Operation operation;
     const Pyxis::FileSpecifier given =
         withoutMisfits(context, readSet(arguments, context, MissingFile::Fail));
     OpenedSet opened = openOrHint(context.session(), given);

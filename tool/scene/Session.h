@@ -16,6 +16,7 @@ namespace kestms {
 class Session {
   public:
     using Changes = Pyxis::StandardCodecs::Changes;
+    using Operation = Pyxis::StandardCodecs::Operation;
 
     /// Texts come in that language; an empty one takes the environment's. Throws a Failure with
     /// ExitCode::Usage for a language that there is not.
