@@ -24,8 +24,10 @@ constexpr const char* kDescription =
     "Reads single-band raster files of one scene as one multispectral image.";
 
 constexpr const char* kFooter =
-    "A set is named by a folder that holds one scene (or several: --scene NAME), by its files:\n"
-    "FILE (all its frames) or FILE#FRAME (0 is the first), a quoted glob, SET.xml (a document\n"
+    "A set is named by a folder or an archive (.zip, .tar) that holds one scene (or several:\n"
+    "--scene NAME), by its files: FILE (all its frames) or FILE#FRAME (0 is the first), a quoted\n"
+    "glob, https://... or another name that GDAL has for files on the network, SET.xml (a "
+    "document\n"
     "that `kestms list` wrote), @LIST (a text file with one of these a line and comments after\n"
     "#), or - (the same from standard input).\n"
     "\n"
@@ -115,6 +117,10 @@ std::unique_ptr<CLI::App> commandLine(Context& context) {
         ->allow_extra_args(false);
     app->add_flag("--no-products{false}", context.products.shipped,
                   "Do without the catalogue of products that comes with the program");
+    app->add_flag("--allow-remote", context.paths.remote,
+                  "Read what documents and lists name on the network; what arguments name is read");
+    app->add_flag("--allow-vrt", context.paths.virtualRasters,
+                  "Read virtual rasters, which may open any other file of this machine");
     app->footer(kFooter);
     addCommands(*app, context);
     addHelpCommand(*app, context);
@@ -126,6 +132,7 @@ std::unique_ptr<CLI::App> commandLine(Context& context) {
 
 int run(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err) {
     Context context(in, out, err);
+    context.takesRemoteNames = true;
     const InterruptGuard guard(TemporaryDirectory::removeAll);
     try {
         return runParsed(argc, argv, context);

@@ -6,6 +6,7 @@
 #include "host/codecs/RasterCodec.h"
 #include "host/formats/Formats.h"
 #include "host/gdal/HandlePool.h"
+#include "host/gdal/VirtualFile.h"
 
 namespace Pyxis {
 namespace {
@@ -37,6 +38,7 @@ StandardCodecs::Operation::~Operation() {
 
 StandardCodecs::StandardCodecs(QuickBird quickBird, Changes changes)
     : cache_(std::make_shared<FileCache>(changes)) {
+    setVirtualHeadReader(readVirtualHead);
     for (const Format* format : formats()) {
         if (quickBird == QuickBird::With || format != &quickBirdFormat()) {
             add(codecFor(*format, cache_));
@@ -50,6 +52,10 @@ void StandardCodecs::readAhead(const std::vector<std::string>& paths,
                                const std::function<bool()>& stop) {
     readingAhead_ = nullptr;  // what is still going on ends first
     readingAhead_ = std::make_unique<ReadAhead>(cache_, paths, stop);
+}
+
+void StandardCodecs::allow(const PathPolicy& policy) {
+    setPathPolicy(policy);
 }
 
 void StandardCodecs::closeFiles() {

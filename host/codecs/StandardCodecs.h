@@ -8,6 +8,7 @@
 
 #include "host/CodecRegistry.h"
 #include "host/file/FileHead.h"
+#include "host/file/PathPolicy.h"
 #include "host/gdal/Export.h"
 
 namespace Pyxis {
@@ -47,6 +48,8 @@ class PYXIS_CODECS_API StandardCodecs {
     /// worth it for many only. Ends early when `stop`, which is asked on those threads for as long
     /// as this object lives, says so. Files that cannot be opened are left for the codecs to find.
     void readAhead(const std::vector<std::string>& paths, const std::function<bool()>& stop);
+    /// What components may be beside plain files, from now on, for the whole process.
+    static void allow(const PathPolicy& policy);
     /// Closes the files that GDAL holds open and nobody is reading. They open again when they are
     /// used.
     void closeFiles();

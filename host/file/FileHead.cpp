@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
@@ -12,6 +13,8 @@
 #include <system_error>
 #include <utility>
 
+#include "host/file/AuxiliaryFile.h"
+#include "host/file/PathPolicy.h"
 #include "host/file/WorldFile.h"
 
 namespace Pyxis {
@@ -26,7 +29,13 @@ FileState stateOf(const struct stat& status) {
             nanoseconds(status.st_mtim), nanoseconds(status.st_ctim)};
 }
 
+std::atomic<VirtualHeadReader> virtualHeadReader{nullptr};
+
 FileState stateOf(const std::string& path) {
+    if (kindOf(path) != PathKind::Plain) {
+        const Expected<FileHead> head = readHead(path, 0);
+        return head ? head->state : FileState();
+    }
     struct stat status {};
     return path.empty() || stat(path.c_str(), &status) != 0 ? FileState() : stateOf(status);
 }
@@ -66,7 +75,7 @@ bool FileStamp::settled() const {
 }
 
 FileStamp stampOf(const std::string& path, bool withWorldFiles) {
-    FileStamp stamp{stateOf(path), {}};
+    FileStamp stamp{stateOf(path), stateOf(auxiliaryFileOf(path)), {}};
     for (const std::string& name :
          withWorldFiles ? worldFilesOf(path) : std::vector<std::string>()) {
         stamp.worldFiles.push_back(stateOf(name));
@@ -76,16 +85,33 @@ FileStamp stampOf(const std::string& path, bool withWorldFiles) {
 
 std::string absolutePath(const std::string& path) {
     std::error_code none;
-    return path.empty() || path.front() == '/' ? path
-                                               : std::filesystem::absolute(path, none).string();
+    const auto absolute = [&none](const std::string& plain) {
+        return plain.empty() || plain.front() == '/'
+                   ? plain
+                   : std::filesystem::absolute(plain, none).string();
+    };
+    if (kindOf(path) != PathKind::InArchive) {
+        return absolute(path);
+    }
+    // "/vsizip/a.zip/..." and "/vsizip/{a.zip}/..." name an archive of the current directory.
+    const std::size_t archive = path.find('/', 1) + (path[path.find('/', 1) + 1] == '{' ? 2 : 1);
+    return path.substr(0, archive) + absolute(path.substr(archive));
 }
 
-Expected<FileHead> readHead(const std::string& path) {
+void setVirtualHeadReader(VirtualHeadReader reader) {
+    virtualHeadReader = reader;
+}
+
+Expected<FileHead> readHead(const std::string& path, std::size_t most) {
     if (path.empty()) {
         return unreadable("no file name");
     }
-    if (path.rfind("/vsi", 0) == 0) {
-        return unreadable("not a plain file");
+    if (kindOf(path) != PathKind::Plain) {
+        const std::string_view why = whyNotAllowed(path);
+        const VirtualHeadReader reader = virtualHeadReader;
+        return !why.empty() || reader == nullptr
+                   ? unreadable(std::string(why.empty() ? "not a plain file" : why))
+                   : reader(path, most);
     }
     const Descriptor file(path);
     struct stat status {};
@@ -95,7 +121,10 @@ Expected<FileHead> readHead(const std::string& path) {
     if (!S_ISREG(status.st_mode)) {
         return unreadable(S_ISDIR(status.st_mode) ? "is a directory" : "not a regular file");
     }
-    FileHead head{std::string(FileHead::kBytes, '\0'), stateOf(status)};
+    const auto size = std::min<std::uint64_t>(
+        most,
+        std::max<std::uint64_t>(static_cast<std::uint64_t>(status.st_size), FileHead::kBytes));
+    FileHead head{std::string(size, '\0'), stateOf(status)};
     const ssize_t got = pread(file.number(), head.bytes.data(), head.bytes.size(), 0);
     head.bytes.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
     return head;

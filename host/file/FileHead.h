@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -23,10 +24,11 @@ struct FileState {
     bool operator==(const FileState&) const = default;
 };
 
-/// The state of a file and, where they matter, of the world files beside it.
+/// The state of a file and of the files beside it that place it.
 struct FileStamp {
     FileState file;
-    std::vector<FileState> worldFiles;
+    FileState auxiliary;
+    std::vector<FileState> worldFiles;  ///< where they matter
 
     bool operator==(const FileStamp&) const = default;
     /// Whether a later change is sure to show: the clock of the file system has ticked since the
@@ -36,7 +38,7 @@ struct FileStamp {
 
 FileStamp stampOf(const std::string& path, bool withWorldFiles);
 
-/// The path from the root on; empty for an empty path.
+/// The path from the root on, of an archive as well; empty for an empty path.
 std::string absolutePath(const std::string& path);
 
 /// What is known of a file before GDAL sees it.
@@ -47,7 +49,13 @@ struct FileHead {
     static constexpr std::size_t kBytes = 5000;
 };
 
-/// The head of a plain regular file; anything else is refused without waiting for it.
-Expected<FileHead> readHead(const std::string& path);
+/// The head of a regular file, or of what else the path policy allows; anything else is refused
+/// without waiting for it. Up to `most` bytes are read.
+Expected<FileHead> readHead(const std::string& path, std::size_t most = FileHead::kBytes);
+
+/// Reads the heads of files that are no plain ones, for the whole process. Whoever links to GDAL
+/// sets it; without one they are refused.
+using VirtualHeadReader = Expected<FileHead> (*)(const std::string& path, std::size_t most);
+void setVirtualHeadReader(VirtualHeadReader reader);
 
 }  // namespace Pyxis

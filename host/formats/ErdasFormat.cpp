@@ -10,9 +10,11 @@ const Format& erdasFormat() {
         .name = "Erdas Imagine",
         .description = "Erdas Imagine image",
         .extensions = {"img"},
+        .isToldByName = false,
         .features = {FormatFeature::Compression, FormatFeature::ReducedResolutions,
                      FormatFeature::Palette, FormatFeature::Tiling},
         .driver = "HFA",
+        .auxiliary = AuxiliaryRank::LastAndNoSystem,
         .recognise =
             [](std::string_view head, const std::string& /*path*/) {
                 return head.starts_with("EHFA_HEADER_TAG");

@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "host/file/AuxiliaryFile.h"
 #include "host/file/WorldFile.h"
 #include "host/formats/FrameProperties.h"
 #include "host/formats/GeoCorrelation.h"
@@ -21,22 +22,54 @@ Refusal notOf(const Format& format) {
     return {Refusal::Kind::OtherFormat, std::string("not a ") + format.name + " file"};
 }
 
-void placeByWorldFile(RasterFacts& facts, const Dataset& dataset, DatasetHandle& handle) {
-    // Looking for files that are not there costs more than the rest of opening.
-    if (!facts.place.transform && !dataset.hasTransform()) {
-        handle.watchWorldFiles();
-        facts.place.transform = readWorldFile(handle.path());
+namespace {
+
+void takeSystem(PlaceFacts& place, const SourceFile& file) {
+    if (!file.auxiliary.system.empty() && file.rank != AuxiliaryRank::LastAndNoSystem) {
+        place.systemText = file.auxiliary.system;
+        place.systemKey = "in words: " + file.auxiliary.system;
+        place.projectedSystem = 0;
     }
 }
 
-Expected<RasterFacts> loadAllBands(const SourceFile& /*file*/, DatasetHandle& handle) {
+}  // namespace
+
+void placeByFirstSideFile(RasterFacts& facts, const SourceFile& file) {
+    if (file.rank == AuxiliaryRank::First) {
+        takeSystem(facts.place, file);
+        if (file.auxiliary.transform) {
+            facts.place.transform = file.auxiliary.transform;
+        }
+    }
+}
+
+void placeByLastSideFile(RasterFacts& facts, const SourceFile& file) {
+    takeSystem(facts.place, file);
+    if (!facts.place.transform) {
+        facts.place.transform = file.auxiliary.transform;
+    }
+}
+
+void placeBySideFiles(RasterFacts& facts, const SourceFile& file, const Dataset& dataset,
+                      DatasetHandle& handle) {
+    placeByFirstSideFile(facts, file);
+    if (facts.place.transform || dataset.hasTransform()) {
+        return;
+    }
+    // Looking for files that are not there costs more than the rest of opening.
+    handle.watchWorldFiles();
+    facts.place.transform = readWorldFile(handle.path());
+    placeByLastSideFile(facts, file);
+}
+
+Expected<RasterFacts> loadAllBands(const SourceFile& file, DatasetHandle& handle) {
     const Expected<Dataset> dataset = handle.open();
     if (!dataset) {
         return dataset.refusal();
     }
     RasterFacts facts;
     facts.frames = dataset->frames();
-    placeByWorldFile(facts, *dataset, handle);
+    placeBySideFiles(facts, file, *dataset, handle);
     return facts;
 }
 
@@ -66,10 +99,14 @@ std::optional<Refusal> claimsTooMuch(const RasterFacts& facts, std::uint64_t fil
     return std::nullopt;
 }
 
-Expected<RasterPointer> load(const Format& format, const SourceFile& file) {
+Expected<RasterPointer> load(const Format& format, SourceFile file) {
     const ErrorCapture silent;
     auto handle = std::make_unique<DatasetHandle>(
         Opening{format.driver, file.absolutePath, format.view}, file.head.state);
+    if (format.auxiliary != AuxiliaryRank::Ignored && !gdalOption("GDAL_GEOREF_SOURCES")) {
+        file.rank = format.auxiliary;
+        file.auxiliary = auxiliaryPlaceIn(readAuxiliaryFile(file.absolutePath));
+    }
     Expected<RasterFacts> facts = format.load(file, *handle);
     if (!facts) {
         const Refusal& refusal = facts.refusal();
@@ -118,7 +155,7 @@ Expected<RasterPointer> loadRaster(const Format& format, const std::string& path
             return notOf(format);
         }
         file.head = std::move(*head);
-        return load(format, file);
+        return load(format, std::move(file));
     });
 }
 

@@ -6,6 +6,7 @@
 
 #include "host/file/Expected.h"
 #include "host/file/FileHead.h"
+#include "host/gdal/AuxiliaryPlace.h"
 #include "host/gdal/RasterFile.h"
 #include "pyxis/ImageFormatCodec.h"
 
@@ -13,11 +14,21 @@ namespace Pyxis {
 
 class FrameProperties;
 
+/// What GDAL makes of an auxiliary file that says where a file of a format lies.
+enum class AuxiliaryRank {
+    Ignored,
+    First,           ///< it counts more than the file itself and its world file
+    Last,            ///< it places a file that nothing else places
+    LastAndNoSystem  ///< the same, and its coordinate system does not count
+};
+
 /// A file that is about to be loaded.
 struct SourceFile {
     std::string path;          ///< as it was given
     std::string absolutePath;  ///< cannot read as one of GDAL's own names for parts of files
     FileHead head;
+    AuxiliaryRank rank = AuxiliaryRank::Ignored;
+    AuxiliaryPlace auxiliary = {};  ///< empty where it is ignored
 };
 
 /// One component format: how its files are recognised, what is known of them and what their frames
@@ -30,6 +41,8 @@ struct Format {
     const char* name;
     const char* description;
     std::vector<const char*> extensions;  ///< without the dot
+    /// Whether a file so named is sure to be meant as a raster, even a damaged one.
+    bool isToldByName = true;
     std::vector<FormatFeature> features;
     Interface interface = Interface::General;
     const char* ownProperty = nullptr;  ///< name of the property beside the geo-correlation
@@ -38,6 +51,7 @@ struct Format {
     /// GDAL's short name of the only driver that may open the files.
     const char* driver;
     View view = View::FileAlone;
+    AuxiliaryRank auxiliary = AuxiliaryRank::Ignored;
     /// Whether a loaded file may be given out again for as long as the file itself stays as it is.
     bool mayBeKept = true;
     /// Whether GDAL may look for reduced-resolution levels.
@@ -69,8 +83,15 @@ Expected<RasterFacts> loadAllBands(const SourceFile& file, DatasetHandle& handle
 /// Appends the geo-correlation of a frame, if it has one.
 void describePlace(RasterFile& file, int frame, FrameProperties& properties);
 
-/// Has a raster that its own file does not place take the place of its world file.
-void placeByWorldFile(RasterFacts& facts, const Dataset& dataset, DatasetHandle& handle);
+/// Has a raster take the place in its auxiliary file where that one comes first. This may be known
+/// before GDAL opens the file.
+void placeByFirstSideFile(RasterFacts& facts, const SourceFile& file);
+/// The same where it comes last, of a raster that nothing else places.
+void placeByLastSideFile(RasterFacts& facts, const SourceFile& file);
+
+/// Has a raster take the place in the files beside it, as far as they count beside its own.
+void placeBySideFiles(RasterFacts& facts, const SourceFile& file, const Dataset& dataset,
+                      DatasetHandle& handle);
 
 Refusal damaged(std::string reason);
 Refusal notOf(const Format& format);

@@ -22,6 +22,7 @@ const Format& jpeg2000Format() {
         .features = {FormatFeature::Compression, FormatFeature::ReducedResolutions,
                      FormatFeature::Palette, FormatFeature::Tiling},
         .driver = "JP2OpenJPEG",
+        .auxiliary = AuxiliaryRank::First,
         .recognise = recognise,
         .load = loadAllBands,
         .describe = describePlace,

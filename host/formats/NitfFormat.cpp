@@ -59,6 +59,9 @@ Expected<RasterFacts> load(const SourceFile& file, DatasetHandle& handle) {
             return damaged("the file is cut short");
         }
         addSegment(facts, *first, version20);
+        if (!first->hasTransform()) {
+            placeByLastSideFile(facts, file);
+        }
         return facts;
     }
     if (segments > kMaxSegments) {
@@ -100,6 +103,7 @@ const Format& nitfFormat() {
         .ownProperty = kLetter,
         .ownPropertyNumber = 10,
         .driver = "NITF",
+        .auxiliary = AuxiliaryRank::Last,
         .recognise = recognise,
         .load = load,
         .describe = describe,

@@ -7,11 +7,11 @@ namespace {
 
 using namespace std::string_view_literals;
 
-/// Most pictures are no rasters of the world; one with a world file is.
+/// Most pictures are no rasters of the world; one that a file beside it places is.
 Expected<RasterFacts> loadPlaced(const SourceFile& file, DatasetHandle& handle) {
     Expected<RasterFacts> facts = loadAllBands(file, handle);
     if (facts && !facts->place.transform) {
-        return Refusal{Refusal::Kind::OtherFormat, "a picture without a world file"};
+        return Refusal{Refusal::Kind::OtherFormat, "a picture without a georeference beside it"};
     }
     if (facts && !handle.opened(0).canReadLastPixel()) {
         return damaged("the file is cut short");
@@ -24,10 +24,12 @@ Expected<RasterFacts> loadPlaced(const SourceFile& file, DatasetHandle& handle) 
 const Format& pngFormat() {
     static const Format format = {
         .name = "PNG",
-        .description = "Portable Network Graphics with a world file",
+        .description = "Portable Network Graphics placed by a file beside it",
         .extensions = {"png"},
+        .isToldByName = false,
         .features = {FormatFeature::Compression, FormatFeature::Palette},
         .driver = "PNG",
+        .auxiliary = AuxiliaryRank::Last,
         .hasOverviews = false,
         .recognise =
             [](std::string_view head, const std::string& /*path*/) {
@@ -42,10 +44,12 @@ const Format& pngFormat() {
 const Format& jpegFormat() {
     static const Format format = {
         .name = "JPEG",
-        .description = "JPEG with a world file",
+        .description = "JPEG placed by a file beside it",
         .extensions = {"jpg", "jpeg"},
+        .isToldByName = false,
         .features = {FormatFeature::Compression},
         .driver = "JPEG",
+        .auxiliary = AuxiliaryRank::First,
         .hasOverviews = false,
         .recognise = [](std::string_view head,
                         const std::string& /*path*/) { return head.starts_with("\xff\xd8\xff"sv); },

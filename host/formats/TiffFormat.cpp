@@ -84,6 +84,7 @@ Expected<RasterFacts> load(const SourceFile& file, DatasetHandle& handle) {
     }
     facts.place.systemKey = std::move(known.systemKey);
     facts.place.projectedSystem = known.projectedSystem;
+    placeByFirstSideFile(facts, file);
     if (!known.mayNameOverviews) {
         handle.setNamesNoOverviews();
     }
@@ -103,7 +104,7 @@ Expected<RasterFacts> load(const SourceFile& file, DatasetHandle& handle) {
         endsBeforePixels(*dataset, facts.frames.back(), known, file.head.state.size)) {
         return damaged("the file is cut short");
     }
-    placeByWorldFile(facts, *dataset, handle);
+    placeBySideFiles(facts, file, *dataset, handle);
     return facts;
 }
 
@@ -139,6 +140,7 @@ Format makeTiffFormat() {
         .ownPropertyNumber = 9,
         .driver = "GTiff",
         .view = View::Directory,
+        .auxiliary = AuxiliaryRank::First,
         .recognise = recognise,
         .load = load,
         .describe = describe,

@@ -80,8 +80,21 @@ SystemPointer registeredSystem(int code) {
                : nullptr;
 }
 
+/// A system in words. Some of what GDAL takes for words names a file or an address.
+SystemPointer systemIn(const std::string& text) {
+    OGRSpatialReference system;
+    return system.SetFromUserInput(text.c_str(),
+                                   OGRSpatialReference::SET_FROM_USER_INPUT_LIMITATIONS_get()) ==
+                   OGRERR_NONE
+               ? described(identified(system))
+               : unknownSystem();
+}
+
 /// Null when the file is gone.
 SystemPointer systemOf(const PlaceFacts& place, const DatasetOpener& open) {
+    if (!place.systemText.empty()) {
+        return systemIn(place.systemText);
+    }
     if (SystemPointer registered = registeredSystem(place.projectedSystem)) {
         return registered;
     }

@@ -24,7 +24,7 @@ std::string withoutFile(std::string message, const std::string& path) {
 }  // namespace
 
 DatasetHandle::DatasetHandle(Opening opening, const FileState& state)
-    : DatasetHandle(std::move(opening), {state, {}}, {""}) {}
+    : DatasetHandle(opening, {state, stampOf(opening.path, false).auxiliary, {}}, {""}) {}
 
 DatasetHandle::DatasetHandle(Opening opening, FileStamp stamp, std::vector<std::string> prefixes)
     : opening_(std::move(opening)), stamp_(std::move(stamp)), prefixes_(std::move(prefixes)) {

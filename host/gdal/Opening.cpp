@@ -12,29 +12,12 @@
 #include <utility>
 #include <vector>
 
+#include "host/file/PathPolicy.h"
 #include "host/gdal/PrivateFiles.h"
+#include "host/gdal/ThreadOption.h"
 
 namespace Pyxis {
 namespace {
-
-/// A configuration option of GDAL for this thread, put back at the end.
-class ThreadOption {
-  public:
-    ThreadOption(const char* key, const char* value) : key_(key) {
-        const char* before = CPLGetThreadLocalConfigOption(key, nullptr);
-        if (before != nullptr) {
-            before_ = before;
-        }
-        CPLSetThreadLocalConfigOption(key, value);
-    }
-    ThreadOption(const ThreadOption&) = delete;
-    ThreadOption& operator=(const ThreadOption&) = delete;
-    ~ThreadOption() { CPLSetThreadLocalConfigOption(key_, before_ ? before_->c_str() : nullptr); }
-
-  private:
-    const char* key_;
-    std::optional<std::string> before_;
-};
 
 /// The files that GDAL may look at beside the one it opens: none but its companions. It takes a
 /// list of siblings at its word only when the file itself is the one name on it; with a second name
@@ -114,8 +97,10 @@ void CloseDataset::operator()(GDALDataset* dataset) const {
 DatasetPointer openForReading(const Opening& opening, const std::string& prefix) {
     registerDriver(opening.driver);
     const ThreadOption noAuxiliaryFiles("GDAL_PAM_ENABLED", "NO");
-    DatasetPointer dataset = opening.view == View::FileAlone ? openAlone(opening, prefix)
-                                                             : openInDirectory(opening, prefix);
+    const ThreadOption noListing("GDAL_DISABLE_READDIR_ON_OPEN", "EMPTY_DIR");
+    const bool isAlone = opening.view == View::FileAlone || kindOf(opening.path) != PathKind::Plain;
+    DatasetPointer dataset =
+        isAlone ? openAlone(opening, prefix) : openInDirectory(opening, prefix);
     // Metadata inside a file can name any other one as the place of its overviews.
     if (dataset && opening.mayNameOverviews &&
         dataset->GetMetadataItem("OVERVIEW_FILE", "OVERVIEWS") != nullptr) {

@@ -1,15 +1,16 @@
 #include "host/gdal/PrivateFiles.h"
 
 #include <cpl_vsi.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <charconv>
-#include <cstdio>
 #include <map>
 #include <mutex>
 #include <string_view>
 #include <utility>
+
+#include "host/file/PathPolicy.h"
+#include "host/gdal/ThreadOption.h"
 
 namespace Pyxis {
 namespace {
@@ -54,34 +55,42 @@ struct VisibleFiles {
 
 int statFile(void* /*user*/, const char* name, VSIStatBufL* status, int /*flags*/) {
     const std::string path = VisibleFiles::instance().find(name);
-    return path.empty() ? -1 : stat64(path.c_str(), status);
+    return path.empty() ? -1 : VSIStatL(path.c_str(), status);
 }
 
 void* openFile(void* /*user*/, const char* name, const char* access) {
     const std::string_view asked = access;
     const std::string path = VisibleFiles::instance().find(name);
     const bool mayRead = asked.starts_with('r') && asked.find('+') == asked.npos && !path.empty();
-    return mayRead ? std::fopen(path.c_str(), "rbe") : nullptr;
+    if (!mayRead) {
+        return nullptr;
+    }
+    const ThreadOption noListing("GDAL_DISABLE_READDIR_ON_OPEN", "EMPTY_DIR");
+    return VSIFOpenL(path.c_str(), kindOf(path) == PathKind::Plain ? "rbe" : "rb");
+}
+
+VSILFILE* fileOf(void* file) {
+    return static_cast<VSILFILE*>(file);
 }
 
 vsi_l_offset tellFile(void* file) {
-    return static_cast<vsi_l_offset>(ftello(static_cast<std::FILE*>(file)));
+    return VSIFTellL(fileOf(file));
 }
 
 int seekFile(void* file, vsi_l_offset offset, int whence) {
-    return fseeko(static_cast<std::FILE*>(file), static_cast<off_t>(offset), whence);
+    return VSIFSeekL(fileOf(file), offset, whence);
 }
 
 std::size_t readFile(void* file, void* bytes, std::size_t size, std::size_t count) {
-    return std::fread(bytes, size, count, static_cast<std::FILE*>(file));
+    return VSIFReadL(bytes, size, count, fileOf(file));
 }
 
 int isAtEnd(void* file) {
-    return std::feof(static_cast<std::FILE*>(file));
+    return VSIFEofL(fileOf(file));
 }
 
 int closeFile(void* file) {
-    return std::fclose(static_cast<std::FILE*>(file));
+    return VSIFCloseL(fileOf(file));
 }
 
 void install() {

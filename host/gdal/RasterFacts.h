@@ -37,6 +37,8 @@ struct PlaceFacts {
     /// Bytes that alone decide which coordinate system GDAL finds in the file; empty when there are
     /// no such bytes. Working a system out costs far more than opening the file.
     std::string systemKey;
+    /// What a side file says is the coordinate system, in GDAL's own words; empty when none does.
+    std::string systemText;
     /// The EPSG code of that system where it is sure to be the one GDAL finds; else 0.
     int projectedSystem = 0;
 };

@@ -16,8 +16,6 @@
 #include "tool/scene/Inputs.h"
 #include "tool/scene/Misfits.h"
 
-namespace fs = std::filesystem;
-
 namespace kestms {
 namespace {
 
@@ -28,12 +26,6 @@ struct ListOptions {
     bool keepPaths = false;
     bool overwrite = false;
 };
-
-std::string absolutePath(const std::string& path) {
-    std::error_code error;
-    const fs::path absolute = fs::absolute(path, error);
-    return error ? path : absolute.lexically_normal().string();
-}
 
 /// Without the components that no codec reads, each of which is named on the error stream.
 Pyxis::FileSpecifier purified(Context& context, const Pyxis::FileSpecifier& set) {
@@ -63,7 +55,7 @@ ExitCode list(Context& context, const ListOptions& options) {
     }
     if (!options.keepPaths) {
         for (Component& component : components) {
-            component.path = component.path.empty() ? "" : absolutePath(component.path);
+            component.path = component.path.empty() ? "" : absoluteName(component.path);
         }
         set = setOf(components);
     }

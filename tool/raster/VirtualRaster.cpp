@@ -7,10 +7,12 @@
 #include <filesystem>
 #include <memory>
 
+#include "host/codecs/Places.h"
 #include "tool/raster/ComponentDescription.h"
 #include "tool/raster/GdalSession.h"
 #include "tool/raster/RelativePath.h"
 #include "tool/raster/XmlText.h"
+#include "tool/scene/Inputs.h"
 #include "tool/terminal/Failure.h"
 #include "tool/terminal/Interrupt.h"
 #include "tool/terminal/NumberText.h"
@@ -201,10 +203,13 @@ void VirtualRaster::addBand(const OutputBand& band, ComponentDescription& facts,
         target.SetNoDataValue(*noData);
     }
     const SourceWriter sources(options);
-    const bool isRelative = options.paths == VirtualRasterOptions::Paths::Relative;
     const std::string& path = band.band.componentPath;
+    // GDAL's names for what lies in archives or on the network are never relative.
+    const bool isPlain = Pyxis::kindOfPath(path) == Pyxis::PathKind::Plain;
+    const bool isRelative = isPlain && options.paths == VirtualRasterOptions::Paths::Relative;
     const std::string name = band.source.prefix + (isRelative ? relativePath(path, raster_.path)
-                                                              : fs::absolute(path).string());
+                                                   : isPlain  ? fs::absolute(path).string()
+                                                              : absoluteName(path));
     addSource(target, sources.text(band, facts, false, nameOf(band), false));
     sources_.push_back(sources.text(band, facts, false, name, isRelative));
     maskSources_.emplace_back();

@@ -13,11 +13,18 @@ Context::Context(std::istream& input, std::ostream& output, std::ostream& errors
 
 Session& Context::session() {
     if (!session_) {
+        Pyxis::StandardCodecs::allow(paths);
         auto session = std::make_unique<Session>(language, changes);
         session->useProducts(products);
         session_ = std::move(session);
     }
     return *session_;
+}
+
+void Context::nameRemote(const std::string& path) {
+    if (takesRemoteNames && paths.named.insert(path).second) {
+        Pyxis::StandardCodecs::allow(paths);
+    }
 }
 
 void Context::warn(const std::string& file, const std::string& reason) const {

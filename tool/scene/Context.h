@@ -22,6 +22,8 @@ class Context {
 
     /// The host, set up at the first call.
     Session& session();
+    /// Has a file on the network that an argument names be read.
+    void nameRemote(const std::string& path);
     /// One line on the error stream that does not end the command; none when the user wants quiet.
     void warn(const std::string& file, const std::string& reason) const;
     void note(const std::string& text) const;
@@ -37,6 +39,10 @@ class Context {
     bool quiet = false;    ///< no warnings, notes and progress
     bool wide = false;     ///< tables are not fitted to the terminal
     ProductChoice products;
+    /// What components may be beside plain files.
+    Pyxis::PathPolicy paths{.archives = true};
+    /// Whether arguments are the user's own words, which may name files on the network.
+    bool takesRemoteNames = false;
     /// Of several scenes in a folder, the one to take.
     std::string scene;
     bool withQuality = false;  ///< quality and other layers are taken when they fit

@@ -14,6 +14,7 @@
 
 #include "codec/strings/BufferText.h"
 #include "host/Text.h"
+#include "host/codecs/Places.h"
 #include "host/codecs/Readability.h"
 #include "pyxis/FileReadDescriptor.h"
 #include "pyxis/ReadImageFile.h"
@@ -29,6 +30,11 @@ namespace kestms {
 namespace {
 
 constexpr const char* kStandardInput = "standard input";
+
+/// Whether only GDAL can say what is there.
+bool isVirtual(const std::string& path) {
+    return Pyxis::kindOfPath(path) != Pyxis::PathKind::Plain;
+}
 
 bool exists(const std::string& path) {
     std::error_code error;
@@ -79,18 +85,19 @@ std::vector<std::string> pathsOf(const std::vector<SetAside>& files) {
 }
 
 bool liesDirectlyIn(const Scene& scene, const std::string& folder) {
+    const std::string inside = insideOf(folder);
+    const fs::path place = inside.empty() ? folder : inside;
     const fs::path parent = fs::path(scene.files.front()).parent_path();
-    return (parent / "").lexically_normal() == (fs::path(folder) / "").lexically_normal();
+    return (parent / "").lexically_normal() == (place / "").lexically_normal();
 }
 
-/// Archives are what people download, so that they deserve a word of their own.
-void failIfArchive(const std::string& path) {
-    const std::string name = fs::path(path).filename().string();
-    constexpr std::array kEndings = {".zip", ".tar", ".tar.gz", ".tgz"};
-    if (std::any_of(kEndings.begin(), kEndings.end(),
-                    [&name](const char* ending) { return name.ends_with(ending); })) {
-        throw Failure(ExitCode::CannotRead, path, "archives are not read; unpack it first");
-    }
+/// GDAL's name for an address on the network; every other argument as it is.
+std::string withoutScheme(const std::string& argument) {
+    constexpr std::array<std::string_view, 3> kSchemes = {"https://", "http://", "ftp://"};
+    return std::any_of(kSchemes.begin(), kSchemes.end(),
+                       [&argument](auto scheme) { return argument.starts_with(scheme); })
+               ? "/vsicurl/" + argument
+               : argument;
 }
 
 /// The files of a pattern that the shell left alone, in natural order; empty for another word.
@@ -100,8 +107,7 @@ std::vector<std::string> filesMatching(const std::string& pattern) {
     if (pattern.find_first_of("*?[") != std::string::npos &&
         glob(pattern.c_str(), GLOB_NOSORT, nullptr, &found) == 0) {
         for (std::size_t i = 0; i < found.gl_pathc; ++i) {
-            std::error_code error;
-            if (fs::is_directory(found.gl_pathv[i], error)) {
+            if (isPlaceToLook(found.gl_pathv[i])) {
                 const auto below = rasterFilesBelow(found.gl_pathv[i]);
                 files.insert(files.end(), below.begin(), below.end());
             } else {
@@ -116,13 +122,11 @@ std::vector<std::string> filesMatching(const std::string& pattern) {
 
 /// The rasters that a path of `kestms scenes` stands for.
 std::vector<std::string> rastersAt(const std::string& path) {
-    failIfArchive(path);
-    std::error_code error;
-    if (fs::is_directory(path, error)) {
+    if (isPlaceToLook(path)) {
         return rasterFilesBelow(path);
     }
     std::vector<std::string> files =
-        exists(path) ? std::vector<std::string>{path} : filesMatching(path);
+        exists(path) || isVirtual(path) ? std::vector<std::string>{path} : filesMatching(path);
     if (files.empty()) {
         throw Failure(ExitCode::CannotRead, path, whyNotReadable(path));
     }
@@ -135,7 +139,12 @@ class ArgumentReader {
     ArgumentReader(Context& context, MissingFile missing, bool oneArgument)
         : context_(context), missing_(missing), oneArgument_(oneArgument) {}
 
-    void readArgument(const std::string& argument) {
+    void readArgument(const std::string& given) {
+        const std::string argument = withoutScheme(given);
+        if (Pyxis::kindOfPath(argument) == Pyxis::PathKind::Remote) {
+            const auto component = withFrame(argument);
+            context_.nameRemote(component ? component->path : argument);
+        }
         if (argument == "-") {
             readText(kestms::readText(context_.in, kStandardInput), kStandardInput);
         } else if (argument.starts_with('@') && !exists(argument)) {
@@ -191,7 +200,8 @@ class ArgumentReader {
         throwIfInterrupted();
         std::error_code error;
         const fs::file_status status = fs::status(entry, error);
-        if (fs::is_directory(status)) {
+        if (isPlaceToLook(entry)) {
+            context_.inputs.add(entry);
             takeFolder(entry);
         } else if (fs::exists(status)) {
             readFile(entry, status);
@@ -329,9 +339,6 @@ class ArgumentReader {
     }
 
     void readFile(const std::string& path, const fs::file_status& status) {
-        if (oneArgument_) {
-            failIfArchive(path);
-        }
         if (mayBeDocument(path, status)) {
             context_.inputs.add(path);
             readDocument(readTextFile(path), path);
@@ -393,7 +400,10 @@ class ArgumentReader {
     }
 
     void failIfMissing(const std::string& path) const {
-        if (missing_ == MissingFile::Fail && !exists(path)) {
+        const bool isThere = isVirtual(path)
+                                 ? Pyxis::whyNotReadable(Pyxis::fileSpecifier(path)).empty()
+                                 : exists(path);
+        if (missing_ == MissingFile::Fail && !isThere) {
             throw Failure(ExitCode::CannotRead, path, whyNotReadable(path));
         }
     }
@@ -478,9 +488,21 @@ Pyxis::FileSpecifier setOf(const std::vector<Component>& components) {
     return builder.specifier();
 }
 
+std::string absoluteName(const std::string& path) {
+    if (isVirtual(path)) {
+        return Pyxis::absoluteInside(path);
+    }
+    std::error_code error;
+    const fs::path absolute = fs::absolute(path, error);
+    return error ? path : absolute.lexically_normal().string();
+}
+
 std::string whyNotReadable(const std::string& path) {
     const std::string reason = Pyxis::whyNotReadable(Pyxis::fileSpecifier(path));
-    return reason.empty() ? "no codec reads it" : reason;
+    return reason.empty()                              ? "no codec reads it"
+           : reason == Pyxis::kRemoteNotAllowed        ? reason + " (--allow-remote reads it)"
+           : reason == Pyxis::kVirtualRasterNotAllowed ? reason + " (--allow-vrt reads it)"
+                                                       : reason;
 }
 
 }  // namespace kestms

@@ -56,6 +56,9 @@ Pyxis::FileSpecifier setOf(const std::vector<Component>& components);
 /// The image in a file, through the codec that reads it; null when none does.
 std::unique_ptr<Pyxis::ReadImageFileInterface> openImage(const std::string& path);
 
+/// The path of a component from the root on, whatever the current directory is.
+std::string absoluteName(const std::string& path);
+
 /// Why no codec reads the file, in a few words; for files that none does.
 std::string whyNotReadable(const std::string& path);
 

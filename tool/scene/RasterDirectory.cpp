@@ -4,8 +4,10 @@
 #include <array>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "host/Text.h"
+#include "host/codecs/Places.h"
 #include "pyxis/FileReadDescriptor.h"
 #include "tool/terminal/Failure.h"
 #include "tool/terminal/Interrupt.h"
@@ -14,11 +16,6 @@ namespace fs = std::filesystem;
 
 namespace kestms {
 namespace {
-
-/// A file so named is listed even when no codec reads it, so that a damaged one does not go
-/// unnoticed.
-constexpr std::array<std::string_view, 5> kRasterExtensions = {".tif", ".tiff", ".ntf", ".nitf",
-                                                               ".jp2"};
 
 /// Products nest less deep than this.
 constexpr int kDeepestFolder = 16;
@@ -38,24 +35,47 @@ std::string lowered(std::string text) {
     return text;
 }
 
-template <std::size_t N>
-bool isOneOf(const std::string& extension, const std::array<std::string_view, N>& extensions) {
-    return std::find(extensions.begin(), extensions.end(), extension) != extensions.end();
+bool isHidden(const fs::path& path) {
+    return path.filename().string().starts_with('.');
 }
 
-bool isRaster(const fs::directory_entry& entry) {
-    std::error_code error;
-    if (entry.path().filename().string().starts_with('.') || !entry.is_regular_file(error)) {
-        return false;
+/// A file with the name of a raster is listed even when no codec reads it, so that a damaged one
+/// does not go unnoticed.
+bool isRaster(const fs::path& path) {
+    if (Pyxis::isNamedLikeRaster(path.string())) {
+        return true;
     }
-    const std::string extension = lowered(entry.path().extension().string());
-    if (isOneOf(extension, kRasterExtensions) || isOneOf(extension, kOtherExtensions)) {
-        return isOneOf(extension, kRasterExtensions);
-    }
+    const std::string extension = lowered(path.extension().string());
     const Pyxis::ImageFormatCodec* codec = nullptr;
-    return Pyxis::FileReadDescriptor::findImageFileCodec(
-               Pyxis::fileSpecifier(entry.path().string()), codec) ==
-           Pyxis::FormatDecodability::Decodable;
+    return std::find(kOtherExtensions.begin(), kOtherExtensions.end(), extension) ==
+               kOtherExtensions.end() &&
+           Pyxis::FileReadDescriptor::findImageFileCodec(
+               Pyxis::fileSpecifier(path.string()), codec) == Pyxis::FormatDecodability::Decodable;
+}
+
+std::vector<std::string> sorted(std::vector<std::string> paths, const std::string& place,
+                                const char* whyNone) {
+    if (paths.empty()) {
+        throw Failure(ExitCode::CannotRead, place, whyNone);
+    }
+    std::sort(paths.begin(), paths.end(), comesBefore);
+    return paths;
+}
+
+std::vector<std::string> rasterFilesInArchive(const std::string& archive) {
+    const std::string inside = insideOf(archive);
+    Pyxis::Expected<std::vector<std::string>> files = Pyxis::filesInArchive(inside);
+    if (!files) {
+        throw Failure(ExitCode::CannotRead, archive, files.refusal().reason);
+    }
+    std::vector<std::string> rasters;
+    for (std::string& file : *files) {
+        throwIfInterrupted();
+        if (!isHidden(file) && isRaster(file)) {
+            rasters.push_back(std::move(file));
+        }
+    }
+    return sorted(std::move(rasters), archive, "the archive holds no raster files");
 }
 
 /// Takes a run of digits off the front, without its leading zeros.
@@ -92,29 +112,43 @@ bool comesBefore(std::string_view left, std::string_view right) {
     return a.empty() && b.empty() ? left < right : a.empty();
 }
 
+std::string insideOf(const std::string& path) {
+    if (Pyxis::kindOfPath(path) == Pyxis::PathKind::InArchive) {
+        return isRaster(path) || !Pyxis::filesInArchive(path) ? "" : path;
+    }
+    std::error_code error;
+    return fs::is_regular_file(path, error) ? Pyxis::insideOfArchive(path) : std::string();
+}
+
+bool isPlaceToLook(const std::string& path) {
+    std::error_code error;
+    return fs::is_directory(path, error) || !insideOf(path).empty();
+}
+
 std::vector<std::string> rasterFilesBelow(const std::string& directory) {
+    std::error_code none;
+    if (!fs::is_directory(directory, none)) {
+        return rasterFilesInArchive(directory);
+    }
     std::vector<std::string> paths;
     std::error_code error;
     fs::recursive_directory_iterator entries(directory,
                                              fs::directory_options::skip_permission_denied, error);
     for (; !error && entries != fs::recursive_directory_iterator(); entries.increment(error)) {
         throwIfInterrupted();
-        if (entries->path().filename().string().starts_with('.') ||
-            entries.depth() >= kDeepestFolder) {
+        std::error_code gone;
+        if (isHidden(entries->path()) || entries.depth() >= kDeepestFolder) {
             entries.disable_recursion_pending();
         }
-        if (isRaster(*entries)) {
+        if (!isHidden(entries->path()) && entries->is_regular_file(gone) &&
+            isRaster(entries->path())) {
             paths.push_back(entries->path().string());
         }
     }
     if (error) {
         throw Failure(ExitCode::CannotRead, directory, error.message());
     }
-    if (paths.empty()) {
-        throw Failure(ExitCode::CannotRead, directory, "the directory holds no raster files");
-    }
-    std::sort(paths.begin(), paths.end(), comesBefore);
-    return paths;
+    return sorted(std::move(paths), directory, "the directory holds no raster files");
 }
 
 }  // namespace kestms

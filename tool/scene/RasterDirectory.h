@@ -10,10 +10,16 @@ namespace kestms {
 /// ("band2" before "band10"), everything else byte by byte.
 bool comesBefore(std::string_view left, std::string_view right);
 
-/// The paths of the raster files in a directory and the directories below it, in natural order:
+/// GDAL's name for the inside of an archive, or for a folder in one; empty for another path.
+std::string insideOf(const std::string& path);
+
+/// Whether a path is a directory or an archive, or a folder in one.
+bool isPlaceToLook(const std::string& path);
+
+/// The paths of the raster files in a place to look and the folders below it, in natural order:
 /// regular files with an extension that promises a raster, and others that a registered codec
 /// reads. Hidden files and directories are passed over, links to directories not followed. Throws
-/// a Failure with ExitCode::CannotRead when the directory cannot be read or holds none.
+/// a Failure with ExitCode::CannotRead when the place cannot be read or holds none.
 std::vector<std::string> rasterFilesBelow(const std::string& directory);
 
 }  // namespace kestms

@@ -43,7 +43,12 @@ std::string folderOf(const std::string& path) {
 std::string folderName(const std::string& path) {
     std::error_code error;
     const fs::path whole = fs::absolute(path, error);
-    return (error ? fs::path(path) : whole).lexically_normal().parent_path().filename().string();
+    std::string name =
+        (error ? fs::path(path) : whole).lexically_normal().parent_path().filename().string();
+    if (name.ends_with('}')) {  // of an archive: "/vsizip/{/home/me/a.zip}"
+        name.pop_back();
+    }
+    return name;
 }
 
 bool liesIn(const std::string& path, const std::string& folder) {

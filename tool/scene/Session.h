@@ -7,6 +7,7 @@
 #include "codec/KestMultispectralCodec.h"
 #include "host/CodecRegistry.h"
 #include "host/DirectoryFileFinder.h"
+#include "host/codecs/Places.h"
 #include "host/codecs/StandardCodecs.h"
 #include "tool/scene/Products.h"
 
@@ -26,7 +27,7 @@ class Session {
     void useProducts(const ProductChoice& choice) { kestms::useProducts(codec_, choice); }
 
     const KestMultispectralCodec& codec() const { return codec_; }
-    Pyxis::FindFileInterface& finder() { return finder_; }
+    Pyxis::FindFileInterface& finder() { return archiveFinder_; }
     /// Opens files that are about to be asked for, several at a time.
     void readAhead(const std::vector<std::string>& paths);
     /// Closes the files that nobody is reading.
@@ -40,6 +41,7 @@ class Session {
     KestMultispectralCodec codec_;
     Pyxis::CodecRegistration registration_;
     Pyxis::DirectoryFileFinder finder_;
+    Pyxis::ArchiveFileFinder archiveFinder_{finder_};
 };
 
 }  // namespace kestms

@@ -74,7 +74,6 @@ TEST_F(OtherFormats, NothingBesideThemIsOpened) {
     for (const Case& c : kCases) {
         const std::string path = write(c);
         SCOPED_TRACE(path);
-        const std::string before = Opened(path).place();
         for (const char* ending : {".ovr", ".msk"}) {
             std::filesystem::copy_file(far, path + ending);
         }
@@ -85,12 +84,58 @@ TEST_F(OtherFormats, NothingBesideThemIsOpened) {
             "</GeoTransform><Metadata domain=\"OVERVIEWS\"><MDI key=\"OVERVIEW_FILE\">" +
                 far + "</MDI></Metadata></PAMDataset>");
         const Opened opened(path);
-        EXPECT_EQ(opened.place(), before);
         EXPECT_EQ(opened.frame->frameOp8(), 0);
         EXPECT_EQ(opened.pixels().size(), 64U * 48U);
         EXPECT_THAT(openBelow(directory.path()),
                     Each(AllOf(Not(HasSubstr(".ovr")), Not(HasSubstr(".msk")),
                                Not(HasSubstr(".aux")), testing::Ne(far))));
+    }
+}
+
+/// What GDAL says itself, in the words of `Opened::place`.
+std::string gdalPlace(const std::string& path) {
+    const CPLErrorHandlerPusher quiet(CPLQuietErrorHandler);
+    const GDALDatasetUniquePtr dataset(GDALDataset::Open(path.c_str()));
+    std::array<double, 6> t{};
+    if (dataset->GetGeoTransform(t.data()) != CE_None) {
+        return "none";
+    }
+    const OGRSpatialReference* system = dataset->GetSpatialRef();
+    const char* code = system != nullptr ? system->GetAuthorityCode(nullptr) : nullptr;
+    return CPLSPrintf("%.0f %.0f, %s ", t[0], t[3] + 48 * t[5], code != nullptr ? code : "-1");
+}
+
+TEST_F(OtherFormats, AuxiliaryFilesPlaceThemAsGdalDoes) {
+    const std::string transform = "<GeoTransform> 9, 1,0,9.5,0,-1e0</GeoTransform>";
+    const std::string system = "<SRS dataAxisToSRSAxisMapping=\"1,2\">EPSG:32633</SRS>";
+    const std::string root = "<PAMDataset>";
+    const std::string texts[] = {
+        root + transform + system + "</PAMDataset>",
+        root + transform + "</PAMDataset>",
+        root + system + "</PAMDataset>",
+        root + "<GeoTransform>1,2,3</GeoTransform></PAMDataset>",
+        root + "<PAMRasterBand>" + transform + "</PAMRasterBand></PAMDataset>",
+        root + "<SRS>/etc/passwd</SRS>" + transform + "</PAMDataset>",
+        "<Other>" + transform + "</Other>",
+        "<?xml version=\"1.0\"?>" + root + transform + "</PAMDataset>",
+        root + transform,
+    };
+    std::vector<Case> cases(std::begin(kCases), std::end(kCases));
+    cases.push_back({"TIFF", "GTiff", "t.tif", nullptr});
+    cases.push_back({"TIFF", "GTiff", "u.tif", "u.tfw"});
+    cases.push_back({"NITF", "NITF", "n.ntf", "n.none"});
+    for (const Case& c : cases) {
+        const std::string path = write(c);
+        for (const std::string& text : texts) {
+            SCOPED_TRACE(path + " " + text);
+            fakes::writeFile(path + ".aux.xml", text);
+            EXPECT_THAT(Opened(path).place(), testing::StartsWith(gdalPlace(path)));
+        }
+        // Nothing but a regular file is opened.
+        std::filesystem::remove(path + ".aux.xml");
+        const std::string before = Opened(path).place();
+        ASSERT_EQ(mkfifo((path + ".aux.xml").c_str(), 0600), 0);
+        EXPECT_EQ(Opened(path).place(), before);
     }
 }
 
@@ -107,7 +152,8 @@ TEST_F(OtherFormats, DamagedFilesAndPicturesOfNoPlaceAreRefused) {
         const std::string path = write(c);
         std::filesystem::remove(directory / c.worldFile);
         EXPECT_EQ(codecOf(path), nullptr);
-        EXPECT_EQ(whyNotReadable(fileSpecifier(path)), "a picture without a world file");
+        EXPECT_EQ(whyNotReadable(fileSpecifier(path)),
+                  "a picture without a georeference beside it");
     }
 }
 

@@ -5,6 +5,8 @@
 
 #include <filesystem>
 
+#include "tests/fakes/Network.h"
+#include "tests/tool/Process.h"
 #include "tests/tool/RunTool.h"
 #include "tool/scene/BandLabels.h"
 
@@ -128,9 +130,64 @@ TEST_F(Scenes, ListWhatIsThereAndWhyItIsNoSet) {
     EXPECT_THAT(outcome.out, HasSubstr("a set needs at least two bands\n"));
     EXPECT_EQ(runTool({"info", directory_ / "loose", "--json"}).json()["bands"].size(), 2U);
     EXPECT_EQ(runTool({"scenes", directory_ / "none"}).code, 3);
-    fakes::writeFile(directory_ / "scene.tar", "");
-    EXPECT_THAT(runTool({"info", directory_ / "scene.tar"}).err,
-                HasSubstr("archives are not read"));
+}
+
+TEST_F(Scenes, AnArchiveIsAPlaceToLook) {
+    const std::string folder = writeLandsat8("scene", kFirst);
+    const nlohmann::json bands = runTool({"info", folder, "--json"}).json()["bands"];
+    const std::string tar = directory_ / "LC08.tar";
+    const std::string zipped = directory_ / "a {b}.TGZ";
+    ASSERT_EQ(Process({"tar", "-cf", tar, "-C", directory_.path(), "scene"}).wait().code, 0);
+    ASSERT_EQ(Process({"tar", "-czf", zipped, "-C", folder, "."}).wait().code, 0);
+    for (const std::string& path : {tar, zipped, "/vsitar/" + tar + "/scene"}) {
+        SCOPED_TRACE(path);
+        const Outcome outcome = runTool({"info", path, "--json"});
+        EXPECT_THAT(outcome.err, HasSubstr("set aside: 2 quality"));
+        EXPECT_EQ(outcome.json()["referenceName"], kFirst);
+        EXPECT_EQ(outcome.json()["bands"].size(), bands.size());
+        EXPECT_EQ(runTool({"scenes", path, "--json"}).json()["scenes"][0]["decodable"], true);
+    }
+    const std::string document = directory_ / "set.xml";
+    EXPECT_EQ(runTool({"list", tar, "-o", document}).code, 0);
+    EXPECT_EQ(runTool({"info", document, "--json"}).json()["bands"].size(), bands.size());
+    const std::string vrt = directory_ / "set.vrt";
+    EXPECT_EQ(runTool({"vrt", tar, "-o", vrt}).code, 0);
+    EXPECT_EQ(gdalPixels(vrt, 1), gdalPixels(folder + "/" + kFirst + "_SR_B2.TIF", 1));
+    EXPECT_THAT(runTool({"export", tar, "-o", tar, "--overwrite"}).err,
+                HasSubstr("the output would overwrite an input"));
+    fakes::writeFile(directory_ / "damaged.zip", "PK");
+    const Outcome damaged = runTool({"info", directory_ / "damaged.zip"});
+    EXPECT_EQ(damaged.code, 3);
+    EXPECT_THAT(damaged.err, HasSubstr("damaged.zip: a damaged or empty archive"));
+}
+
+/// A document is anybody's: it must not make the program connect.
+TEST_F(Scenes, OnlyTheUserNamesFilesOnTheNetwork) {
+    const fakes::Listener listener;
+    const std::string name = listener.url() + ".tif";
+    const std::string document = directory_ / "set.xml";
+    fakes::writeFile(document, "<storage><image><component><data><file path=\"" + name +
+                                   "\"/></data></component><component><data><file path=\"" +
+                                   write("a.tif") + "\"/></data></component></image></storage>");
+    fakes::writeFile(directory_ / "list.txt", name + "\n");
+    for (const std::string& argument :
+         {document, "@" + (directory_ / "list.txt"), directory_.path()}) {
+        for (const char* command : {"info", "check", "list"}) {
+            runTool({command, argument});
+        }
+        EXPECT_FALSE(listener.isCalled()) << argument;
+    }
+    EXPECT_THAT(runTool({"check", document}).out,
+                HasSubstr("not named by the user (--allow-remote reads it)"));
+    const fakes::WebServer server(directory_.path());
+    const std::string remote = server.url() + "a.tif";
+    const Outcome named = runTool({"info", remote, remote, "--json"});
+    ASSERT_EQ(named.code, 0) << named.err;
+    EXPECT_EQ(named.json()["bands"].size(), 2U);
+    fakes::writeFile(directory_ / "list.txt", "/vsicurl/" + remote + "\n" + (directory_ / "a.tif"));
+    const std::string list = "@" + (directory_ / "list.txt");
+    EXPECT_EQ(runTool({"info", list}).code, 3);
+    EXPECT_EQ(runTool({"info", list, "--allow-remote", "--json"}).json()["bands"].size(), 2U);
 }
 
 TEST_F(Scenes, MisfitsAreSkippedOnRequest) {

@@ -1,0 +1,83 @@
+#include "host/codecs/Places.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "host/Text.h"
+#include "host/file/FileHead.h"
+#include "host/formats/FastSiblings.h"
+#include "host/formats/Formats.h"
+#include "host/gdal/VirtualFile.h"
+
+namespace Pyxis {
+namespace {
+
+struct ArchiveName {
+    std::string_view ending;
+    std::string_view prefix;
+};
+constexpr std::array<ArchiveName, 4> kArchiveNames = {
+    {{".zip", "/vsizip/"}, {".tar", "/vsitar/"}, {".tar.gz", "/vsitar/"}, {".tgz", "/vsitar/"}}};
+
+bool endsIgnoringCase(std::string_view text, std::string_view ending) {
+    return text.size() > ending.size() &&
+           equalIgnoringCase(text.substr(text.size() - ending.size()), ending);
+}
+
+/// With its slash.
+std::string folderOf(const std::string& path) {
+    return path.substr(0, path.rfind('/') + 1);
+}
+
+}  // namespace
+
+PathKind kindOfPath(const std::string& path) {
+    return kindOf(path);
+}
+
+std::string absoluteInside(const std::string& path) {
+    return absolutePath(path);
+}
+
+std::string insideOfArchive(const std::string& path) {
+    const auto name = std::find_if(
+        kArchiveNames.begin(), kArchiveNames.end(),
+        [&path](const ArchiveName& each) { return endsIgnoringCase(path, each.ending); });
+    return name != kArchiveNames.end() && kindOf(path) == PathKind::Plain
+               ? std::string(name->prefix) + "{" + absolutePath(path) + "}"
+               : std::string();
+}
+
+Expected<std::vector<std::string>> filesInArchive(const std::string& inside) {
+    setVirtualHeadReader(readVirtualHead);
+    const std::string_view why = whyNotAllowed(inside);
+    return why.empty() ? listArchive(inside) : Refusal{Refusal::Kind::Unreadable, std::string(why)};
+}
+
+bool isNamedLikeRaster(const std::string& path) {
+    return std::any_of(formats().begin(), formats().end(), [&path](const Format* format) {
+        return format->isToldByName &&
+               std::any_of(format->extensions.begin(), format->extensions.end(),
+                           [&path](const char* extension) {
+                               return endsIgnoringCase(path, std::string(".") + extension);
+                           });
+    });
+}
+
+bool ArchiveFileFinder::findFile(const ImageFormatCodec* codec, const FileSpecifier& base,
+                                 const FileSpecifier& nameToLookFor, FileSpecifier& found) {
+    const std::string path = toUtf8(base.string());
+    if (kindOf(path) != PathKind::InArchive) {
+        return others_.findFile(codec, base, nameToLookFor, found);
+    }
+    const std::string name = toUtf8(nameToLookFor.string());
+    const std::string beside = folderOf(path) + name.substr(folderOf(name).size());
+    if (!readHead(beside, 0)) {
+        return false;
+    }
+    found = fileSpecifier(beside);
+    return true;
+}
+
+}  // namespace Pyxis

@@ -1,0 +1,85 @@
+#include "host/file/PathPolicy.h"
+
+#include <algorithm>
+#include <array>
+#include <mutex>
+#include <utility>
+
+namespace Pyxis {
+namespace {
+
+constexpr std::string_view kVirtual = "/vsi";
+constexpr std::array<std::string_view, 3> kArchives = {"/vsizip/", "/vsitar/", "/vsigzip/"};
+/// The beginnings of GDAL's names; each goes on with a slash, a question mark or "_streaming".
+constexpr std::array<std::string_view, 9> kRemotes = {"/vsicurl",  "/vsis3",   "/vsigs",
+                                                      "/vsiaz",    "/vsiadls", "/vsioss",
+                                                      "/vsiswift", "/vsihdfs", "/vsiwebhdfs"};
+
+bool startsAny(std::string_view path, const auto& beginnings) {
+    return std::any_of(beginnings.begin(), beginnings.end(),
+                       [path](std::string_view one) { return path.starts_with(one); });
+}
+
+/// What an archive's name goes on with: GDAL takes "vsis3/..." there for "/vsis3/..." as well.
+std::string withinArchive(std::string_view path) {
+    path.remove_prefix(path.find('/', 1));
+    path.remove_prefix(std::min(path.find_first_not_of("/{"), path.size()));
+    return "/" + std::string(path);
+}
+
+struct Shared {
+    std::mutex mutex;
+    PathPolicy policy;
+};
+
+/// Never destroyed: threads that read ahead may ask until the process ends.
+Shared& shared() {
+    static auto* const shared = new Shared;
+    return *shared;
+}
+
+}  // namespace
+
+PathKind kindOf(std::string_view path) {
+    if (!path.starts_with(kVirtual)) {
+        return PathKind::Plain;
+    }
+    if (startsAny(path, kRemotes)) {
+        return PathKind::Remote;
+    }
+    if (!startsAny(path, kArchives)) {
+        return PathKind::Other;
+    }
+    const std::string archive = withinArchive(path);
+    return !archive.starts_with(kVirtual) ? PathKind::InArchive
+           : startsAny(archive, kRemotes) ? PathKind::Remote
+                                          : PathKind::Other;
+}
+
+void setPathPolicy(PathPolicy policy) {
+    const std::lock_guard<std::mutex> lock(shared().mutex);
+    shared().policy = std::move(policy);
+}
+
+PathPolicy pathPolicy() {
+    const std::lock_guard<std::mutex> lock(shared().mutex);
+    return shared().policy;
+}
+
+std::string_view whyNotAllowed(const std::string& path) {
+    const std::lock_guard<std::mutex> lock(shared().mutex);
+    const PathPolicy& policy = shared().policy;
+    switch (kindOf(path)) {
+        case PathKind::Plain:
+            return {};
+        case PathKind::InArchive:
+            return policy.archives ? "" : "in an archive";
+        case PathKind::Remote:
+            return policy.remote || policy.named.count(path) > 0 ? "" : kRemoteNotAllowed;
+        case PathKind::Other:
+            break;
+    }
+    return "not a plain file";
+}
+
+}  // namespace Pyxis

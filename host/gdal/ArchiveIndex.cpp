@@ -1,0 +1,261 @@
+#include "host/gdal/ArchiveIndex.h"
+
+#include <cpl_vsi.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "host/file/FileHead.h"
+
+namespace Pyxis {
+namespace {
+
+using namespace std::string_view_literals;
+
+constexpr std::size_t kMostEntries = 20'000;
+constexpr std::size_t kLongestName = 1024;
+constexpr std::ptrdiff_t kMostFolders = 32;
+
+struct CloseFile {
+    void operator()(VSILFILE* file) const { VSIFCloseL(file); }
+};
+
+/// A file read front to back, or from places of its own.
+class Reader {
+  public:
+    explicit Reader(const std::string& path) : file_(VSIFOpenL(path.c_str(), "rb")) {}
+
+    bool isOpen() const { return file_ != nullptr; }
+    /// As many of the next bytes as there are.
+    std::string take(std::size_t count) {
+        std::string bytes(count, '\0');
+        bytes.resize(VSIFReadL(bytes.data(), 1, count, file_.get()));
+        at_ += bytes.size();
+        return bytes;
+    }
+    void seek(std::uint64_t offset) {
+        VSIFSeekL(file_.get(), offset, SEEK_SET);
+        at_ = offset;
+    }
+    std::uint64_t at() const { return at_; }
+
+  private:
+    std::unique_ptr<VSILFILE, CloseFile> file_;
+    std::uint64_t at_ = 0;
+};
+
+Refusal unreadable(std::string reason) {
+    return {Refusal::Kind::Unreadable, std::move(reason)};
+}
+
+std::uint64_t littleEndian(std::string_view bytes, std::size_t at, std::size_t count) {
+    std::uint64_t number = 0;
+    for (std::size_t i = count; i > 0; --i) {
+        number = number << 8U | static_cast<unsigned char>(bytes[at + i - 1]);
+    }
+    return number;
+}
+
+bool leadsOut(std::string_view name) {
+    return name.starts_with('/') ||
+           ("/" + std::string(name) + "/").find("/../") != std::string::npos;
+}
+
+/// Gathers the names of an archive.
+class Names {
+  public:
+    /// Why the archive is not read any further; nothing while it may go on.
+    std::optional<Refusal> add(std::string name, bool isFile) {
+        if (++entries_ > kMostEntries) {
+            return Refusal{Refusal::Kind::Unsafe,
+                           "holds more than " + std::to_string(kMostEntries) + " entries"};
+        }
+        if (name.size() > kLongestName ||
+            std::count(name.begin(), name.end(), '/') > kMostFolders) {
+            return Refusal{Refusal::Kind::Unsafe, "holds a name of too many folders or bytes"};
+        }
+        if (name.starts_with("./")) {
+            name.erase(0, 2);
+        }
+        if (isFile && !name.empty() && !leadsOut(name)) {
+            files_.push_back(std::move(name));
+        }
+        return std::nullopt;
+    }
+    std::vector<std::string> take() { return std::move(files_); }
+
+  private:
+    std::size_t entries_ = 0;
+    std::vector<std::string> files_;
+};
+
+/// Where the central directory of a zip file begins and how many entries it has: the last record
+/// of its kind says so, with its counterpart of 64 bits before it.
+struct Directory {
+    std::uint64_t offset = 0;
+    std::uint64_t entries = 0;
+};
+
+std::optional<Directory> zipDirectory(Reader& file, std::uint64_t size) {
+    constexpr std::uint64_t kLongestComment = 0xffff;
+    constexpr std::size_t kEnd = 22;
+    constexpr std::size_t kLocator = 20;
+    const std::uint64_t start =
+        size - std::min<std::uint64_t>(size, kLongestComment + kEnd + kLocator);
+    file.seek(start);
+    const std::string tail = file.take(static_cast<std::size_t>(size - start));
+    const std::size_t end = tail.rfind("PK\5\6"sv);
+    if (end == tail.npos || end + kEnd > tail.size()) {
+        return std::nullopt;
+    }
+    Directory directory{littleEndian(tail, end + 16, 4), littleEndian(tail, end + 10, 2)};
+    const std::uint64_t length = littleEndian(tail, end + 12, 4);
+    if (end >= kLocator && std::string_view(tail).substr(end - kLocator).starts_with("PK\6\7"sv)) {
+        file.seek(littleEndian(tail, end - kLocator + 8, 8));
+        const std::string wide = file.take(56);
+        if (wide.size() == 56 && wide.starts_with("PK\6\6"sv)) {
+            return Directory{littleEndian(wide, 48, 8), littleEndian(wide, 32, 8)};
+        }
+    }
+    // Bytes before the archive, as in one that unpacks itself, move it.
+    if (start + end >= length) {
+        directory.offset = start + end - length;
+    }
+    return directory;
+}
+
+Expected<std::vector<std::string>> zipNames(Reader& file, std::uint64_t size) {
+    constexpr std::size_t kHeader = 46;
+    const std::optional<Directory> directory = zipDirectory(file, size);
+    if (!directory) {
+        return unreadable("a damaged or empty archive");
+    }
+    Names names;
+    file.seek(directory->offset);
+    for (std::uint64_t i = 0; i < directory->entries; ++i) {
+        const std::string header = file.take(kHeader);
+        if (header.size() < kHeader || !header.starts_with("PK\1\2"sv)) {
+            return unreadable("a damaged archive");
+        }
+        std::string name = file.take(littleEndian(header, 28, 2));
+        const bool isFile = !name.ends_with('/');
+        if (std::optional<Refusal> refusal = names.add(std::move(name), isFile)) {
+            return *refusal;
+        }
+        file.seek(file.at() + littleEndian(header, 30, 2) + littleEndian(header, 32, 2));
+    }
+    return names.take();
+}
+
+/// A field of a tar header up to its first zero.
+std::string textAt(std::string_view header, std::size_t at, std::size_t length) {
+    const std::string_view field = header.substr(at, length);
+    return std::string(field.substr(0, field.find('\0')));
+}
+
+std::optional<std::uint64_t> octalAt(std::string_view header, std::size_t at, std::size_t length) {
+    const std::string text = textAt(header, at, length);
+    const std::size_t start = std::min(text.find_first_not_of(' '), text.size());
+    std::uint64_t number = 0;
+    const auto [end, error] =
+        std::from_chars(text.data() + start, text.data() + text.size(), number, 8);
+    return error == std::errc() ? std::optional(number) : std::nullopt;
+}
+
+/// The path in the records "LENGTH KEY=VALUE\n" of an extended header; empty without one.
+std::string pathIn(std::string_view records) {
+    constexpr std::string_view kKey = " path=";
+    const std::size_t key = records.find(kKey);
+    if (key == records.npos) {
+        return {};
+    }
+    const std::string_view value = records.substr(key + kKey.size());
+    return std::string(value.substr(0, value.find('\n')));
+}
+
+Expected<std::vector<std::string>> tarNames(Reader& file, std::uint64_t mostBytes) {
+    constexpr std::size_t kBlock = 512;
+    constexpr std::uint64_t kMostOfName = 32768;
+    Names names;
+    std::string longName;
+    bool isAny = false;
+    for (;;) {
+        const std::string header = file.take(kBlock);
+        if (header.size() < kBlock || header[0] == '\0') {
+            break;
+        }
+        const std::optional<std::uint64_t> size = octalAt(header, 124, 12);
+        if (header.compare(257, 5, "ustar") != 0 || !size || file.at() > mostBytes) {
+            return unreadable(file.at() > mostBytes ? "unpacks out of proportion to its size"
+                              : isAny               ? "a damaged archive"
+                                                    : "no archive of a kind that is read");
+        }
+        isAny = true;
+        const std::uint64_t next = file.at() + (*size + kBlock - 1) / kBlock * kBlock;
+        const char type = header[156];
+        if (type == 'L' || type == 'x') {
+            const std::string text = file.take(std::min(*size, kMostOfName));
+            longName = type == 'L' ? textAt(text, 0, text.size()) : pathIn(text);
+        } else {
+            const std::string prefix =
+                header.compare(257, 6, "ustar\0"sv) == 0 ? textAt(header, 345, 155) : "";
+            std::string name = textAt(header, 0, 100);
+            name = !longName.empty() ? longName : prefix.empty() ? name : prefix + "/" + name;
+            longName.clear();
+            if (std::optional<Refusal> refusal =
+                    names.add(std::move(name), type == '0' || type == '\0')) {
+                return *refusal;
+            }
+        }
+        file.seek(next);
+    }
+    return isAny ? Expected(names.take()) : unreadable("a damaged or empty archive");
+}
+
+/// Whether the whole of a compressed file unpacks to no more than it may.
+bool unpacksInProportion(const std::string& path, std::uint64_t size) {
+    Reader file("/vsigzip/" + path);
+    constexpr std::size_t kStep = 1U << 20U;
+    while (file.isOpen() && file.at() <= mostUnpacked(size)) {
+        if (file.take(kStep).size() < kStep) {
+            return true;
+        }
+    }
+    return !file.isOpen();
+}
+
+}  // namespace
+
+std::uint64_t mostUnpacked(std::uint64_t size) {
+    constexpr std::uint64_t kFreeBytes = 64U << 20U;
+    constexpr std::uint64_t kMostTimes = 64;
+    return std::max(kFreeBytes, kMostTimes * size);
+}
+
+Expected<std::vector<std::string>> readArchiveIndex(const std::string& path) {
+    const Expected<FileHead> head = readHead(path);  // never waits for a pipe
+    if (!head) {
+        return head.refusal();
+    }
+    const std::uint64_t size = head->state.size;
+    const bool isCompressed = head->bytes.starts_with("\x1f\x8b");
+    if (isCompressed && !unpacksInProportion(path, size)) {
+        return Refusal{Refusal::Kind::Unsafe, "unpacks to more than " +
+                                                  std::to_string(mostUnpacked(size)) +
+                                                  " bytes from " + std::to_string(size)};
+    }
+    Reader file(isCompressed ? "/vsigzip/" + path : path);
+    if (!file.isOpen()) {
+        return unreadable("cannot be opened");
+    }
+    return head->bytes.starts_with("PK") ? zipNames(file, size)
+                                         : tarNames(file, mostUnpacked(size));
+}
+
+}  // namespace Pyxis

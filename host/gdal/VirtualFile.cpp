@@ -1,0 +1,183 @@
+#include "host/gdal/VirtualFile.h"
+
+#include <cpl_conv.h>
+#include <cpl_vsi.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <tuple>
+#include <utility>
+
+#include "host/file/PathPolicy.h"
+#include "host/gdal/ArchiveIndex.h"
+#include "host/gdal/ErrorCapture.h"
+#include "host/gdal/ThreadOption.h"
+
+namespace Pyxis {
+namespace {
+
+/// Nothing is written beside a compressed file, and no server is waited for without an end, unless
+/// the user says so.
+void setDefaults() {
+    constexpr std::array<std::array<const char*, 2>, 4> kDefaults = {{
+        {"CPL_VSIL_GZIP_WRITE_PROPERTIES", "NO"},
+        {"GDAL_HTTP_CONNECTTIMEOUT", "10"},
+        {"GDAL_HTTP_LOW_SPEED_TIME", "30"},
+        {"GDAL_HTTP_LOW_SPEED_LIMIT", "1"},
+    }};
+    static std::once_flag once;
+    std::call_once(once, [&] {
+        for (const auto& [key, value] : kDefaults) {
+            if (CPLGetConfigOption(key, nullptr) == nullptr) {
+                CPLSetConfigOption(key, value);
+            }
+        }
+    });
+}
+
+struct CloseFile {
+    void operator()(VSILFILE* file) const { VSIFCloseL(file); }
+};
+using OpenFile = std::unique_ptr<VSILFILE, CloseFile>;
+
+Refusal unreadable(std::string reason) {
+    return {Refusal::Kind::Unreadable, std::move(reason)};
+}
+
+/// The file of the system's that a path into an archive leads into; the first one on the way.
+std::string archiveOf(const std::string& path) {
+    const std::size_t start = path.find('/', 1) + 1;
+    if (path.compare(start, 1, "{") == 0) {
+        return path.substr(start + 1, path.rfind('}') - start - 1);
+    }
+    for (std::size_t end = path.find('/', start + 1);; end = path.find('/', end + 1)) {
+        std::string part = path.substr(start, end - start);
+        if (end == std::string::npos || readHead(part, 0)) {
+            return part;
+        }
+    }
+}
+
+using Index = std::shared_ptr<const Expected<std::vector<std::string>>>;
+
+/// The indexes of the archives read of late; a set asks for that of its archive once a component.
+Index indexOf(const std::string& archive, const FileState& state) {
+    constexpr std::size_t kMostIndexes = 16;
+    using Key = std::tuple<std::uint64_t, std::uint64_t, std::uint64_t, std::int64_t, std::int64_t>;
+    static std::mutex mutex;
+    static auto* const indexes = new std::map<Key, Index>;
+    const Key key(state.device, state.inode, state.size, state.modified, state.changed);
+    const std::lock_guard<std::mutex> lock(mutex);
+    if (const auto known = indexes->find(key); known != indexes->end()) {
+        return known->second;
+    }
+    if (indexes->size() >= kMostIndexes) {
+        indexes->clear();
+    }
+    return indexes
+        ->emplace(key, std::make_shared<const Expected<std::vector<std::string>>>(
+                           readArchiveIndex(archive)))
+        .first->second;
+}
+
+/// What a path into an archive leads through, if that may be read.
+struct Archive {
+    std::string path;
+    FileState state;
+};
+
+Expected<Archive> readableArchive(const std::string& path) {
+    const std::string archive = archiveOf(path);
+    const Expected<FileHead> head = readHead(archive, 0);
+    if (!head) {
+        return head.refusal();
+    }
+    // A file that is compressed by itself has no index, but must unpack in proportion as well.
+    const Index index = indexOf(archive, head->state);
+    const bool isOneFile = path.starts_with("/vsigzip/");
+    if (!*index && (!isOneFile || index->refusal().kind == Refusal::Kind::Unsafe)) {
+        return index->refusal();
+    }
+    return Archive{archive, head->state};
+}
+
+/// The part of a path that names a place in the archive; empty for the archive as a whole.
+std::string placeIn(const std::string& path, const std::string& archive) {
+    const std::size_t at = path.find(archive) + archive.size();
+    const std::size_t place = path.find_first_not_of("}/", at);
+    return place == path.npos ? std::string() : path.substr(place);
+}
+
+}  // namespace
+
+Expected<FileHead> readVirtualHead(const std::string& path, std::size_t most) {
+    const ErrorCapture errors;
+    const ThreadOption noListing("GDAL_DISABLE_READDIR_ON_OPEN", "EMPTY_DIR");
+    setDefaults();
+    FileState state;
+    const bool isArchived = kindOf(path) == PathKind::InArchive;
+    if (isArchived) {
+        const Expected<Archive> archive = readableArchive(path);
+        if (!archive) {
+            return archive.refusal();
+        }
+        state = archive->state;
+    }
+    VSIStatBufL status;
+    if (VSIStatL(path.c_str(), &status) != 0) {
+        return unreadable(!errors.message().empty() ? errors.message()
+                          : isArchived              ? "no such file in the archive"
+                                                    : "cannot be reached");
+    }
+    if (VSI_ISDIR(status.st_mode)) {
+        return unreadable("is a directory");
+    }
+    const std::uint64_t archiveSize = state.size;
+    state.size = static_cast<std::uint64_t>(status.st_size);
+    state.inode = std::max<std::uint64_t>(state.inode, 1);
+    if (isArchived && state.size > mostUnpacked(archiveSize)) {
+        return Refusal{Refusal::Kind::Unsafe, "claims " + std::to_string(state.size) +
+                                                  " bytes in an archive of " +
+                                                  std::to_string(archiveSize)};
+    }
+    FileHead head{std::string(std::min<std::uint64_t>(most, state.size), '\0'), state};
+    if (!head.bytes.empty()) {
+        const OpenFile file(VSIFOpenL(path.c_str(), "rb"));
+        if (!file) {
+            return unreadable(errors.message().empty() ? "cannot be opened" : errors.message());
+        }
+        head.bytes.resize(VSIFReadL(head.bytes.data(), 1, head.bytes.size(), file.get()));
+    }
+    return head;
+}
+
+Expected<std::vector<std::string>> listArchive(const std::string& path) {
+    const ErrorCapture silent;
+    setDefaults();
+    const Expected<Archive> archive = readableArchive(path);
+    if (!archive) {
+        return archive.refusal();
+    }
+    std::string folder = placeIn(path, archive->path);
+    const std::string inside = path.substr(0, path.size() - folder.size());
+    if (!folder.empty() && !folder.ends_with('/')) {
+        folder += '/';
+    }
+    const Index index = indexOf(archive->path, archive->state);
+    std::vector<std::string> files;
+    for (const std::string& name : *index ? **index : std::vector<std::string>()) {
+        if (name.starts_with(folder)) {
+            files.push_back(inside + (inside.ends_with('/') ? "" : "/") + name);
+        }
+    }
+    if (files.empty()) {
+        return unreadable("no such folder in the archive");
+    }
+    return files;
+}
+
+}  // namespace Pyxis
