@@ -3,10 +3,12 @@
 #include <cpl_string.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <exception>
 #include <fstream>
+#include <future>
 #include <optional>
 
 #include "host/gdal/ErrorCapture.h"
@@ -18,8 +20,13 @@
 namespace kestms {
 namespace {
 
-/// What is read and written at once: whole tiles, and little enough memory for any sample type.
-constexpr int kWindowSide = 1024;
+/// Of what GDAL keeps of blocks, whatever the size of the scene.
+constexpr GIntBig kBlockCache = 64 << 20;
+/// Of what is read at once; two such buffers are in use.
+constexpr std::size_t kBufferBytes = 32 << 20;
+/// Tiles are 256 pixels high, and most blocks of components divide this.
+constexpr int kWindowRows = 512;
+constexpr int kTileSide = 256;
 
 /// Of a Cloud Optimized GeoTIFF, what the copy takes after the pixels have been read.
 constexpr double kCopyPart = 0.5;
@@ -35,17 +42,22 @@ std::size_t area(const Window& window) {
     return static_cast<std::size_t>(window.width) * static_cast<std::size_t>(window.height);
 }
 
-template <typename Visit>
-void forEachWindow(const GDALDataset& dataset, Visit visit) {
-    auto& raster = const_cast<GDALDataset&>(dataset);
+/// Whole lines of blocks, so that each is read once and in the order in which they lie in a file;
+/// parts of lines where those are too long.
+std::vector<Window> windowsOf(GDALDataset& raster, std::size_t pixelBytes, int blockRows) {
     const int width = raster.GetRasterXSize();
     const int height = raster.GetRasterYSize();
-    for (int y = 0; y < height; y += kWindowSide) {
-        for (int x = 0; x < width; x += kWindowSide) {
-            visit(
-                Window{x, y, std::min(kWindowSide, width - x), std::min(kWindowSide, height - y)});
+    constexpr int kMostRows = 2048;
+    const int rows = blockRows > kWindowRows && blockRows <= kMostRows ? blockRows : kWindowRows;
+    const auto most = static_cast<int>(kBufferBytes / pixelBytes) / rows / kTileSide * kTileSide;
+    const int columns = std::min(width, std::max(most, kTileSide));
+    std::vector<Window> windows;
+    for (int y = 0; y < height; y += rows) {
+        for (int x = 0; x < width; x += columns) {
+            windows.push_back({x, y, std::min(columns, width - x), std::min(rows, height - y)});
         }
     }
+    return windows;
 }
 
 bool readWindow(GDALRasterBand& band, const Window& window, GDALDataType type, void* samples) {
@@ -86,6 +98,22 @@ const char* predictorFor(GDALDataType type, const std::string& compression) {
     return GDALGetDataTypeSizeBits(type) <= kLargestInteger ? "2" : "1";
 }
 
+/// Keeps GDAL's cache of blocks small, unless the user has set its size.
+class SmallCache {
+  public:
+    SmallCache() {
+        if (CPLGetConfigOption("GDAL_CACHEMAX", nullptr) == nullptr) {
+            GDALSetCacheMax64(std::min(before_, kBlockCache));
+        }
+    }
+    SmallCache(const SmallCache&) = delete;
+    SmallCache& operator=(const SmallCache&) = delete;
+    ~SmallCache() { GDALSetCacheMax64(before_); }
+
+  private:
+    GIntBig before_ = GDALGetCacheMax64();
+};
+
 /// Writes one file: the bands of a virtual raster, and one mask for all where they need it.
 class Writer {
   public:
@@ -116,7 +144,6 @@ class Writer {
         if (to_) {
             describe();
             copyPixels(progress);
-            copyMask();
         }
         // A full disk may show only when the last tiles are written.
         to_.reset();
@@ -146,6 +173,10 @@ class Writer {
         options.SetNameValue("INTERLEAVE", "BAND");
         options.SetNameValue("BIGTIFF", "IF_SAFER");
         options.SetNameValue("NUM_THREADS", "ALL_CPUS");
+        if (options_.compression == "DEFLATE") {
+            // In the differences there is little to find for more effort, which takes longer.
+            options.SetNameValue("ZLEVEL", "1");
+        }
         // Colours are said band by band, not by the file's colour model.
         options.SetNameValue("PHOTOMETRIC", "MINISBLACK");
         options.SetNameValue("ALPHA", "NO");
@@ -202,54 +233,110 @@ class Writer {
         }
     }
 
-    void copyPixels(const ProgressFunction& progress) {
-        const double count = from_.GetRasterCount();
-        std::vector<std::byte> samples(static_cast<std::size_t>(kWindowSide) * kWindowSide *
-                                       static_cast<std::size_t>(GDALGetDataTypeSizeBytes(type_)));
-        for (GDALRasterBand* band : from_.GetBands()) {
-            forEachWindow(from_, [&](const Window& window) {
-                const Pyxis::ErrorCapture errors;
-                if (!readWindow(*band, window, type_, samples.data())) {
-                    failToRead(*band);
-                }
-                if (!writeWindow(target(band->GetBand()), window, type_, samples.data())) {
-                    output_.fail(errors.message());
-                }
-                progress(
-                    (band->GetBand() - 1 + static_cast<double>(window.y) / from_.GetRasterYSize()) /
-                    count);
-            });
+    /// A band's part of a window, as it was read.
+    struct Piece {
+        std::vector<std::byte> samples;
+        std::vector<std::uint8_t> mask;
+        bool isRead = false;
+    };
+
+    bool needsMask() const { return !sharesNoData_ || hasMasks_; }
+
+    /// On a thread of its own; nobody else uses what is read from meanwhile.
+    void read(int band, const Window& window, Piece& piece) {
+        const GdalSession session;
+        GDALRasterBand& from = *from_.GetRasterBand(band);
+        piece.isRead = readWindow(from, window, type_, piece.samples.data());
+        if (needsMask()) {
+            piece.mask.resize(area(window));
+            piece.isRead = piece.isRead &&
+                           readWindow(*from.GetMaskBand(), window, GDT_Byte, piece.mask.data());
         }
     }
 
+    /// Reads a piece while the one before is compressed and written. Each band in turn, so that
+    /// the mask of a window is complete with its last band.
+    void copyPixels(const ProgressFunction& progress) {
+        addMask();
+        const int count = from_.GetRasterCount();
+        const auto bytes = static_cast<std::size_t>(GDALGetDataTypeSizeBytes(type_));
+        const std::vector<Window> windows = windowsOf(
+            from_, isInterleaved() ? bytes * from_.GetBands().size() : bytes, blockRows());
+        std::array<Piece, 2> pieces;
+        for (Piece& piece : pieces) {
+            piece.samples.resize(area(windows.front()) * bytes);
+        }
+        const std::size_t total = windows.size() * static_cast<std::size_t>(count);
+        const auto readAhead = [&](std::size_t number) {
+            const Window& window = windows[number / static_cast<std::size_t>(count)];
+            const int band = static_cast<int>(number % static_cast<std::size_t>(count)) + 1;
+            // Where no thread can be had, it is read when it is asked for.
+            return std::async(
+                [this, band, &window, &piece = pieces[number % 2]] { read(band, window, piece); });
+        };
+        std::future<void> ahead = readAhead(0);
+        for (std::size_t number = 0; number < total; ++number) {
+            ahead.get();
+            if (number + 1 < total) {
+                ahead = readAhead(number + 1);
+            }
+            write(static_cast<int>(number % static_cast<std::size_t>(count)) + 1,
+                  windows[number / static_cast<std::size_t>(count)], pieces[number % 2]);
+            progress(static_cast<double>(number + 1) / static_cast<double>(total));
+        }
+    }
+
+    void write(int band, const Window& window, Piece& piece) {
+        if (!piece.isRead) {
+            failToRead(*from_.GetRasterBand(band));
+        }
+        const Pyxis::ErrorCapture errors;
+        bool isWritten = writeWindow(target(band), window, type_, piece.samples.data());
+        if (needsMask()) {
+            if (band == 1) {
+                mask_.assign(area(window), 255);
+            }
+            std::transform(mask_.begin(), mask_.end(), piece.mask.begin(), mask_.begin(),
+                           [](std::uint8_t a, std::uint8_t b) { return std::min(a, b); });
+        }
+        if (band == from_.GetRasterCount()) {
+            isWritten = isWritten && (!needsMask() || writeWindow(*target(1).GetMaskBand(), window,
+                                                                  GDT_Byte, mask_.data()));
+        }
+        // Tiles of a window are whole. Where they hold all bands, they are with the last one.
+        if (!isInterleaved()) {
+            target(band).FlushCache(false);
+        } else if (band == from_.GetRasterCount()) {
+            to_->FlushCache(false);
+        }
+        if (!isWritten) {
+            output_.fail(errors.message());
+        }
+    }
+
+    /// Whether tiles hold all bands.
+    bool isInterleaved() {
+        const char* order = to_->GetMetadataItem("INTERLEAVE", "IMAGE_STRUCTURE");
+        return order != nullptr && EQUAL(order, "PIXEL") && from_.GetRasterCount() > 1;
+    }
+
+    /// The height in which most components are stored.
+    int blockRows() {
+        int columns = 0;
+        int rows = 0;
+        first().GetBlockSize(&columns, &rows);
+        return rows;
+    }
+
     /// A GeoTIFF has one no-data value and one mask. The mask shows the pixels that all bands have.
-    void copyMask() {
-        if (sharesNoData_ && !hasMasks_) {
-            return;
+    void addMask() {
+        if (needsMask()) {
+            notes_.push_back(std::string(sharesNoData_
+                                             ? "the bands have masks"
+                                             : "the bands have different no-data values") +
+                             ": one mask shows where all of them have data");
+            to_->CreateMaskBand(GMF_PER_DATASET);
         }
-        notes_.push_back(std::string(sharesNoData_ ? "the bands have masks"
-                                                   : "the bands have different no-data values") +
-                         ": one mask shows where all of them have data");
-        if (to_->CreateMaskBand(GMF_PER_DATASET) != CE_None) {
-            return;
-        }
-        std::vector<std::uint8_t> mask;
-        std::vector<std::uint8_t> own;
-        forEachWindow(from_, [&](const Window& window) {
-            const Pyxis::ErrorCapture errors;
-            mask.assign(area(window), 255);
-            own.resize(area(window));
-            for (GDALRasterBand* band : from_.GetBands()) {
-                if (!readWindow(*band->GetMaskBand(), window, GDT_Byte, own.data())) {
-                    failToRead(*band);
-                }
-                std::transform(mask.begin(), mask.end(), own.begin(), mask.begin(),
-                               [](std::uint8_t a, std::uint8_t b) { return std::min(a, b); });
-            }
-            if (!writeWindow(*target(1).GetMaskBand(), window, GDT_Byte, mask.data())) {
-                output_.fail(errors.message());
-            }
-        });
     }
 
     const OutputRaster& raster_;
@@ -260,6 +347,7 @@ class Writer {
     GDALDatasetUniquePtr to_;
     bool sharesNoData_ = true;
     bool hasMasks_ = false;
+    std::vector<std::uint8_t> mask_;  ///< of the window that is being written
     std::vector<std::string> notes_;
 };
 
@@ -357,6 +445,7 @@ std::vector<std::string> writeGeoTiff(const OutputRaster& raster, const VirtualR
     GDALAllRegister();
     checkCreationOptions(options);
     const GdalSession session;
+    const SmallCache cache;
     Writer writer(raster, pixels, options, output);
     std::vector<std::string> notes;
     if (!options.cloudOptimized) {

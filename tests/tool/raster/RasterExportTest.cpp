@@ -452,6 +452,33 @@ TEST_F(RasterExport, PixelsWithoutDataStaySo) {
         2);
 }
 
+/// Several windows, the last ones cut off by the edges.
+TEST_F(RasterExport, LargeRastersAreCopiedInParts) {
+    const fakes::Raster raster{.width = 300, .height = 1300, .type = GDT_UInt16};
+    const Strings files = {write("a_01.tif", raster), write("a_02.tif", raster),
+                           write("a_03.tif", raster)};
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        change(files[i], [i](GDALDataset& file) {
+            file.GetRasterBand(1)->SetNoDataValue(static_cast<double>(i));
+        });
+    }
+    std::vector<double> hidden(300 * 1300, 255);
+    for (const std::string& file : files) {
+        const std::vector<double> own = gdalPixels(file, 1, {"-b", "mask"});
+        std::transform(hidden.begin(), hidden.end(), own.end() - 300 * 1300, hidden.begin(),
+                       [](double a, double b) { return std::min(a, b); });
+    }
+    for (const Strings& how : {Strings{}, {"--co", "INTERLEAVE=PIXEL"}, {"--cog"}}) {
+        const json made = infoOf(joined({"export"}, how), files);
+        for (std::size_t i = 0; i < files.size(); ++i) {
+            EXPECT_EQ(made["bands"][i]["checksum"], gdalInfo(files[i])["bands"][0]["checksum"]);
+        }
+        const std::vector<double> mask =
+            gdalPixels(directory_ / "out.tif", 1, {"-b", "mask", "-co", "INTERLEAVE=BSQ"});
+        EXPECT_EQ(std::vector<double>(mask.end() - 300 * 1300, mask.end()), hidden);
+    }
+}
+
 TEST_F(RasterExport, MasksAndWhatIsNotCoveredAreKept) {
     const fakes::Raster wide{.width = 40};
     fakes::Raster moved = wide;
