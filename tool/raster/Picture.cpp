@@ -3,6 +3,7 @@
 #include <cpl_string.h>
 #include <gdal_priv.h>
 
+#include <algorithm>
 #include <limits>
 #include <memory>
 
@@ -25,6 +26,11 @@ Picture::Pixel& Picture::at(int column, int row) {
 namespace {
 
 constexpr int kSamples = 4;
+
+bool isOpaque(const std::vector<Picture::Pixel>& pixels) {
+    return std::all_of(pixels.begin(), pixels.end(),
+                       [](const Picture::Pixel& pixel) { return pixel[3] != 0; });
+}
 
 /// Without transparency, on white paper.
 std::vector<Picture::Pixel> onWhite(std::vector<Picture::Pixel> pixels) {
@@ -50,7 +56,7 @@ void Picture::write(const std::string& path, const OutputRules& rules) const {
     if (memory == nullptr || driver == nullptr) {
         output.fail(std::string("this GDAL writes no ") + driverOf(format) + " files");
     }
-    const bool opaque = format == OutputFormat::Jpeg;
+    const bool opaque = format == OutputFormat::Jpeg || isOpaque(pixels_);
     const int bands = opaque ? kSamples - 1 : kSamples;
     std::vector<Pixel> pixels = opaque ? onWhite(pixels_) : pixels_;
     const GDALDatasetUniquePtr raster(
@@ -61,8 +67,10 @@ void Picture::write(const std::string& path, const OutputRules& rules) const {
         output.fail(errors.message());
     }
     CPLStringList options;
-    if (opaque) {
+    if (format == OutputFormat::Jpeg) {
         options.SetNameValue("QUALITY", "90");
+    } else if (format == OutputFormat::Png) {
+        options.SetNameValue("ZLEVEL", "3");  // more effort takes long and gains little
     }
     const GdalSession session;
     GDALDatasetUniquePtr written(driver->CreateCopy(output.temporaryPath().c_str(), raster.get(),

@@ -1,12 +1,15 @@
 #include "tool/raster/Quicklook.h"
 
+#include <gdal_frmts.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <future>
+#include <iterator>
 #include <limits>
 #include <vector>
 
-#include "host/gdal/ErrorCapture.h"
 #include "tool/raster/GdalSession.h"
 #include "tool/raster/VirtualRaster.h"
 #include "tool/terminal/Failure.h"
@@ -34,18 +37,25 @@ Pyxis::Size pictureSize(const Pyxis::Size& raster, int longest) {
 class Channel {
   public:
     Channel(GDALRasterBand& band, const OutputBand& source, const Pyxis::Size& size)
-        : values_(static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height)),
-          valid_(values_.size()) {
+        : values_(static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height)) {
         const auto read = [&](GDALRasterBand& from, void* to, GDALDataType type) {
             throwIfInterrupted();
-            return from.RasterIO(GF_Read, 0, 0, from.GetXSize(), from.GetYSize(), to, size.width,
-                                 size.height, type, 0, 0, nullptr) == CE_None;
+            if (from.RasterIO(GF_Read, 0, 0, from.GetXSize(), from.GetYSize(), to, size.width,
+                              size.height, type, 0, 0, nullptr) != CE_None) {
+                throw Failure(ExitCode::CannotRead, source.band.componentPath,
+                              "its pixels cannot be read");
+            }
         };
-        const Pyxis::ErrorCapture errors;
-        if (!read(band, values_.data(), GDT_Float32) ||
-            !read(*band.GetMaskBand(), valid_.data(), GDT_Byte)) {
-            throw Failure(ExitCode::CannotRead, source.band.componentPath,
-                          "its pixels cannot be read");
+        read(band, values_.data(), GDT_Float32);
+        // A no-data value shows in the values; reading its mask would read them again.
+        if (band.GetMaskFlags() == GMF_NODATA) {
+            hide(band.GetNoDataValue());
+        } else if (band.GetMaskFlags() != GMF_ALL_VALID) {
+            std::vector<std::uint8_t> valid(values_.size());
+            read(*band.GetMaskBand(), valid.data(), GDT_Byte);
+            for (std::size_t i = 0; i < valid.size(); ++i) {
+                values_[i] = valid[i] != 0 ? values_[i] : kNothing;
+            }
         }
         stretch();
     }
@@ -61,46 +71,61 @@ class Channel {
     }
 
   private:
-    bool isValid(std::size_t pixel) const {
-        return valid_[pixel] != 0 && std::isfinite(values_[pixel]);
+    static constexpr float kNothing = std::numeric_limits<float>::quiet_NaN();
+
+    bool isValid(std::size_t pixel) const { return std::isfinite(values_[pixel]); }
+
+    void hide(double noData) {
+        std::replace(values_.begin(), values_.end(), static_cast<float>(noData), kNothing);
     }
 
     void stretch() {
         std::vector<float> sorted;
-        for (std::size_t i = 0; i < values_.size(); ++i) {
-            if (isValid(i)) {
-                sorted.push_back(values_[i]);
-            }
-        }
+        sorted.reserve(values_.size());
+        std::copy_if(values_.begin(), values_.end(), std::back_inserter(sorted),
+                     [](float value) { return std::isfinite(value); });
         if (!sorted.empty()) {
-            const auto quantile = [&sorted](double part) {
-                const auto place = std::lround(part * static_cast<double>(sorted.size() - 1));
-                std::nth_element(sorted.begin(), sorted.begin() + place, sorted.end());
-                return sorted[static_cast<std::size_t>(place)];
+            const auto place = [&sorted](double part) {
+                return sorted.begin() + std::lround(part * static_cast<double>(sorted.size() - 1));
             };
-            dark_ = quantile(kDarkPart);
-            bright_ = quantile(kBrightPart);
+            std::nth_element(sorted.begin(), place(kDarkPart), sorted.end());
+            std::nth_element(place(kDarkPart), place(kBrightPart), sorted.end());
+            dark_ = *place(kDarkPart);
+            bright_ = *place(kBrightPart);
         }
     }
 
     std::vector<float> values_;
-    std::vector<std::uint8_t> valid_;
     double dark_ = 0;
     double bright_ = 0;
 };
 
 }  // namespace
 
-Picture drawQuicklook(const OutputRaster& raster, int longest) {
-    VirtualRasterOptions paths;
-    paths.paths = VirtualRasterOptions::Paths::Absolute;
-    const VirtualRaster pixels(raster, paths);
+namespace {
+
+/// On any thread.
+Channel channelOf(const OutputRaster& raster, const OutputBand& band, const Pyxis::Size& size) {
+    OutputRaster alone = raster;
+    alone.bands = {band};
+    const VirtualRaster pixels(alone, {});
     const GdalSession session;
+    return Channel(*pixels.dataset().GetRasterBand(1), band, size);
+}
+
+}  // namespace
+
+Picture drawQuicklook(const OutputRaster& raster, int longest) {
+    GDALRegister_VRT();
     const Pyxis::Size size = pictureSize(raster.size, longest);
+    std::vector<std::future<Channel>> reads;
+    for (const OutputBand& band : raster.bands) {
+        reads.push_back(
+            std::async([&raster, &band, &size] { return channelOf(raster, band, size); }));
+    }
     std::vector<Channel> channels;
-    for (std::size_t i = 0; i < raster.bands.size(); ++i) {
-        channels.emplace_back(*pixels.dataset().GetRasterBand(static_cast<int>(i) + 1),
-                              raster.bands[i], size);
+    for (std::future<Channel>& read : reads) {
+        channels.push_back(read.get());
     }
     Picture picture(size.width, size.height);
     for (int row = 0; row < size.height; ++row) {
