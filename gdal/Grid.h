@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstddef>
-#include <string>
 #include <vector>
 
 #include "pyxis/Geometry.h"
@@ -29,8 +28,7 @@ struct BandPlace {
     BandPlace onCoarserGrid(Pyxis::Size fine, Pyxis::Size coarse) const;
 };
 
-/// The grid of a data set: that of the band with the smallest pixels, extended where others reach
-/// beyond it by a pixel of theirs or more.
+/// The grid of a data set: `kestms::sharedGrid`, seen from each of its pixels.
 struct Grid {
     Pyxis::Size size;
     std::array<double, 6> transform{};
@@ -40,9 +38,5 @@ struct Grid {
 
 /// Throws a Failure with ExitCode::NotDecodable for a band that does not lie upright on the grid.
 Grid gridOf(const std::vector<kestms::Band>& bands);
-
-/// How the band's pixel size is written in names: "15m", "60x30m", "0.0001deg" with the unit "m" or
-/// "deg". Empty for a band without a place.
-std::string pixelSizeLabel(const kestms::Band& band, const std::string& unit);
 
 }  // namespace kestgdal

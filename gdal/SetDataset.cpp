@@ -12,6 +12,7 @@
 #include "gdal/ComponentBand.h"
 #include "host/gdal/ErrorCapture.h"
 #include "tool/raster/BandSelection.h"
+#include "tool/raster/OutputGrid.h"
 #include "tool/scene/Words.h"
 #include "tool/terminal/Failure.h"
 
@@ -24,7 +25,7 @@ using kestms::Band;
 std::vector<PixelSizeGroup> byPixelSize(const std::vector<Band>& bands, const std::string& unit) {
     std::vector<PixelSizeGroup> groups;
     for (const Band& band : bands) {
-        const std::string label = pixelSizeLabel(band, unit);
+        const std::string label = kestms::pixelSizeLabel(band, unit);
         auto group = std::find_if(groups.begin(), groups.end(),
                                   [&label](const auto& known) { return known.label == label; });
         if (group == groups.end()) {
@@ -55,18 +56,6 @@ OGRSpatialReference parsed(const std::vector<Band>& bands) {
         system.importFromWkt(bands.front().georeference->coordinateSystem.c_str());
     }
     return system;
-}
-
-/// "m", "deg", the system's own name for another unit, or nothing.
-std::string unitOf(const OGRSpatialReference& system) {
-    if (system.IsEmpty()) {
-        return {};
-    }
-    if (system.IsGeographic()) {
-        return "deg";
-    }
-    const char* name = nullptr;
-    return system.GetLinearUnits(&name) == 1.0 ? "m" : name;
 }
 
 SetName nameOf(const char* text) {
@@ -120,7 +109,7 @@ SetDataset::~SetDataset() {
 }
 
 void SetDataset::takePixelSize(const std::string& label) {
-    std::vector<PixelSizeGroup> groups = byPixelSize(set_->bands(), unitOf(system_));
+    std::vector<PixelSizeGroup> groups = byPixelSize(set_->bands(), kestms::unitOf(system_));
     if (label.empty()) {
         chosen_ = set_->bands();
         addParts(groups);

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <limits>
-#include <string_view>
+#include <utility>
 
 #include <ogr_spatialref.h>
 #include "host/Text.h"
@@ -25,7 +25,7 @@ constexpr double kLargestSide = std::numeric_limits<int>::max();
 constexpr double kPositionStep = 1.0 / (1 << 20);
 
 double snapped(double position) {
-    return std::round(position / kPositionStep) * kPositionStep;
+    return std::round(position / kPositionStep) * kPositionStep + 0.0;  // no negative zero
 }
 
 bool isWhole(double value) {
@@ -64,35 +64,32 @@ Pyxis::RasterSource sourceOf(const Band& band) {
     return *source;
 }
 
-PixelGrid sharedGrid(const std::vector<const Band*>& bands, const GridOptions& options) {
-    const auto area = [](const Band* band) { return PixelGrid(*band).pixelArea(); };
-    const auto smaller = [&area](const Band* a, const Band* b) { return area(a) < area(b); };
-    const Band* finest = *std::min_element(bands.begin(), bands.end(), smaller);
-    switch (options.resolution) {
-        case GridOptions::Resolution::Coarsest:
-            // Of several, the first.
-            return PixelGrid(**std::max_element(bands.begin(), bands.end(), smaller));
-        case GridOptions::Resolution::Given:
-            return PixelGrid(*finest).withPixelSize(options.pixelSize);
-        case GridOptions::Resolution::Finest:
-            break;
-    }
-    return PixelGrid(*finest);
+/// The band whose pixels the grid has, or that it starts from.
+std::size_t baseOf(const std::vector<const Band*>& bands, const GridOptions& options) {
+    const auto smaller = [](const Band* a, const Band* b) {
+        return PixelGrid(*a).pixelArea() < PixelGrid(*b).pixelArea();
+    };
+    // Of several, the first.
+    const bool coarsest = options.resolution == GridOptions::Resolution::Coarsest;
+    const auto base = coarsest ? std::max_element(bands.begin(), bands.end(), smaller)
+                               : std::min_element(bands.begin(), bands.end(), smaller);
+    return static_cast<std::size_t>(base - bands.begin());
 }
 
-/// What the rectangles cover together, in whole pixels.
-PixelRectangle extentOf(const std::vector<OutputBand>& bands) {
-    double left = kLargestSide;
-    double top = kLargestSide;
-    double right = -kLargestSide;
-    double bottom = -kLargestSide;
-    for (const OutputBand& each : bands) {
-        const PixelRectangle& place = each.rectangle;
-        left = std::min(left, std::floor(place.x));
-        top = std::min(top, std::floor(place.y));
-        right = std::max(right, std::ceil(place.x + place.width));
-        bottom = std::max(bottom, std::ceil(place.y + place.height));
-    }
+/// The whole pixels that hold the base, and another band where that reaches beyond them by a pixel
+/// of its own. Less does not count: the panchromatic band of a scene ends within the outermost
+/// pixels of the coarser ones, and shall have its own grid.
+PixelRectangle extended(const PixelRectangle& all, const PixelRectangle& own, const Band& band) {
+    const double column = own.width / band.width;
+    const double row = own.height / band.height;
+    double right = all.x + all.width;
+    double bottom = all.y + all.height;
+    const double ownRight = own.x + own.width;
+    const double ownBottom = own.y + own.height;
+    const double left = all.x - own.x >= column ? std::floor(own.x) : all.x;
+    const double top = all.y - own.y >= row ? std::floor(own.y) : all.y;
+    right = ownRight - right >= column ? std::ceil(ownRight) : right;
+    bottom = ownBottom - bottom >= row ? std::ceil(ownBottom) : bottom;
     return {left, top, right - left, bottom - top};
 }
 
@@ -118,54 +115,32 @@ PixelRectangle partOf(const PixelRectangle& extent, const PixelGrid& grid,
     if (!meets) {
         throw Failure(ExitCode::Usage, "the part asked for holds nothing of the scene");
     }
-    if (!(part.width < kLargestSide && part.height < kLargestSide)) {
-        throw Failure(ExitCode::Usage, "the raster would have more pixels than fit into a file");
-    }
     return part;
 }
 
 OutputRaster rasterOf(const std::vector<const Band*>& bands, const std::string& path,
                       const GridOptions& options) {
-    const PixelGrid grid = sharedGrid(bands, options);
+    const SharedGrid shared = sharedGrid(bands, options);
     OutputRaster raster;
     raster.path = path;
     raster.coordinateSystem = bands.front()->georeference->coordinateSystem;
-    raster.pixelWidth = grid.pixelWidth();
-    raster.pixelHeight = grid.pixelHeight();
-    for (const Band* band : bands) {
-        raster.bands.push_back({*band, rectangleOf(*band, grid), sourceOf(*band)});
+    raster.pixelWidth = shared.grid.pixelWidth();
+    raster.pixelHeight = shared.grid.pixelHeight();
+    for (std::size_t i = 0; i < bands.size(); ++i) {
+        raster.bands.push_back({*bands[i], shared.rectangles[i], sourceOf(*bands[i])});
     }
-    const PixelRectangle part = partOf(extentOf(raster.bands), grid, options);
-    for (OutputBand& each : raster.bands) {
-        each.rectangle.x -= part.x;
-        each.rectangle.y -= part.y;
-    }
-    raster.size = {static_cast<int>(part.width), static_cast<int>(part.height)};
-    raster.geoTransform = grid.geoTransform(part.x, part.y);
+    raster.size = shared.size;
+    raster.geoTransform = shared.geoTransform;
     return raster;
 }
 
-std::string_view unitOf(const Band& band) {
+std::string unitOf(const Band& band) {
     OGRSpatialReference system;
     if (!band.georeference ||
         system.importFromWkt(band.georeference->coordinateSystem.c_str()) != OGRERR_NONE) {
         return "";
     }
-    const bool inMetres = system.IsProjected() != FALSE && system.GetLinearUnits() == 1.0;
-    return inMetres ? "m" : system.IsGeographic() != FALSE ? "deg" : "";
-}
-
-/// "15m", "15x30m", "0.00025deg": four digits tell sizes apart that differ for people.
-std::string sizeLabel(const Band& band) {
-    const PixelGrid grid(band);
-    const auto rounded = [](double size) {
-        constexpr double kDigits = 1e4;
-        const double scale = kDigits / std::pow(10.0, std::ceil(std::log10(size)));
-        return numberText(std::round(size * scale) / scale);
-    };
-    const std::string width = rounded(grid.pixelWidth());
-    const std::string height = rounded(grid.pixelHeight());
-    return (width == height ? width : width + "x" + height) + std::string(unitOf(band));
+    return kestms::unitOf(system);
 }
 
 std::string withLabel(const std::string& path, const std::string& label) {
@@ -191,6 +166,53 @@ bool OutputBand::isOnGrid() const {
     return !hasOtherPixelSize() && isWhole(rectangle.x) && isWhole(rectangle.y);
 }
 
+SharedGrid sharedGrid(const std::vector<const Band*>& bands, const GridOptions& options) {
+    const std::size_t base = baseOf(bands, options);
+    const PixelGrid own(*bands[base]);
+    const bool isGiven = options.resolution == GridOptions::Resolution::Given;
+    const PixelGrid grid = isGiven ? own.withPixelSize(options.pixelSize) : own;
+    std::vector<PixelRectangle> rectangles;
+    rectangles.reserve(bands.size());
+    for (const Band* band : bands) {
+        rectangles.push_back(rectangleOf(*band, grid));
+    }
+    PixelRectangle extent{0, 0, std::ceil(rectangles[base].width),
+                          std::ceil(rectangles[base].height)};
+    for (std::size_t i = 0; i < bands.size(); ++i) {
+        extent = extended(extent, rectangles[i], *bands[i]);
+    }
+    const PixelRectangle part = partOf(extent, grid, options);
+    if (!(part.width < kLargestSide && part.height < kLargestSide)) {
+        throw Failure(ExitCode::Usage, "the raster would have more pixels than fit into a file");
+    }
+    for (PixelRectangle& each : rectangles) {
+        each.x -= part.x;
+        each.y -= part.y;
+    }
+    return {grid,
+            {static_cast<int>(part.width), static_cast<int>(part.height)},
+            grid.geoTransform(part.x, part.y),
+            base,
+            std::move(rectangles)};
+}
+
+std::string unitOf(const OGRSpatialReference& system) {
+    const bool inMetres = system.IsProjected() != FALSE && system.GetLinearUnits() == 1.0;
+    return inMetres ? "m" : system.IsGeographic() != FALSE ? "deg" : "";
+}
+
+std::string pixelSizeLabel(const Band& band, const std::string& unit) {
+    const PixelGrid grid(band);
+    const auto rounded = [](double size) {
+        constexpr double kDigits = 1e4;
+        const double scale = kDigits / std::pow(10.0, std::ceil(std::log10(size)));
+        return numberText(std::round(size * scale) / scale);
+    };
+    const std::string width = rounded(grid.pixelWidth());
+    const std::string height = rounded(grid.pixelHeight());
+    return (width == height ? width : width + "x" + height) + unit;
+}
+
 std::vector<OutputRaster> layOut(const std::vector<Band>& bands, const std::string& path,
                                  const GridOptions& options) {
     struct Group {
@@ -199,7 +221,7 @@ std::vector<OutputRaster> layOut(const std::vector<Band>& bands, const std::stri
     };
     std::vector<Group> groups;
     for (const Band& band : bands) {
-        const std::string label = options.split ? "_" + sizeLabel(band) : "";
+        const std::string label = options.split ? "_" + pixelSizeLabel(band, unitOf(band)) : "";
         auto group = std::find_if(groups.begin(), groups.end(),
                                   [&label](const Group& each) { return each.label == label; });
         if (group == groups.end()) {
@@ -235,7 +257,7 @@ std::string resamplingNote(const OutputRaster& raster, const std::string& method
     const std::string height = numberText(raster.pixelHeight);
     return text.empty() ? ""
                         : "one grid of " + (width == height ? width : width + " x " + height) +
-                              " " + std::string(unitOf(bands.front().band)) + ": " + text;
+                              " " + unitOf(bands.front().band) + ": " + text;
 }
 
 }  // namespace kestms

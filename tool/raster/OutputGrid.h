@@ -7,9 +7,12 @@
 
 #include "host/codecs/RasterSource.h"
 #include "pyxis/Geometry.h"
+#include "tool/raster/PixelGrid.h"
 #include "tool/scene/OpenedSet.h"
 
 // How the bands of a set lie in the multi-band rasters that are made of them.
+
+class OGRSpatialReference;
 
 namespace kestms {
 
@@ -55,8 +58,28 @@ struct GridOptions {
     std::optional<std::array<double, 4>> window;  ///< column, row, width, height in the grid
 };
 
-/// The rasters that show the bands, each band exactly where it lies in the world. A raster covers
-/// all its bands, or what `box` or `window` cut out, in whole pixels. Throws a Failure:
+/// The grid that bands share, and where each of them lies on it.
+struct SharedGrid {
+    PixelGrid grid;
+    Pyxis::Size size;
+    std::array<double, 6> geoTransform{};
+    std::size_t base = 0;                    ///< the band that gave the grid
+    std::vector<PixelRectangle> rectangles;  ///< one for each band
+};
+
+/// The grid of the base band, extended in whole pixels where another reaches beyond it by a pixel
+/// of its own or more; or what `box` or `window` cut out. Throws a Failure as `layOut` does.
+SharedGrid sharedGrid(const std::vector<const Band*>& bands, const GridOptions& options);
+
+/// "m", "deg", or nothing for another unit.
+std::string unitOf(const OGRSpatialReference& system);
+
+/// How the band's pixel size is written in names: "15m", "60x30m", "0.00025deg". Four digits tell
+/// sizes apart that differ for people.
+std::string pixelSizeLabel(const Band& band, const std::string& unit);
+
+/// The rasters that show the bands, each band exactly where it lies in the world, on the grid that
+/// they share. Throws a Failure:
 /// ExitCode::NotDecodable for a band that no upright rectangle can hold, ExitCode::CannotRead for
 /// one that GDAL cannot find, ExitCode::Usage for a part that holds nothing or a raster too large.
 std::vector<OutputRaster> layOut(const std::vector<Band>& bands, const std::string& path,

@@ -214,8 +214,8 @@ TEST_F(RasterExport, NothingMovesOnTheSharedGrid) {
     // The corners of the bands, as the virtual raster states them.
     const std::string text = fakes::readFile(directory_ / "out.vrt");
     for (const char* place :
-         {"<DstRect xOff=\"0\" yOff=\"1\" xSize=\"40\" ySize=\"40\"",
-          "<DstRect xOff=\"0.5\" yOff=\"0.5\" xSize=\"40\" ySize=\"40\"", "<DstRect xOff=\"0.3"}) {
+         {"<DstRect xOff=\"0\" yOff=\"0\" xSize=\"40\" ySize=\"40\"",
+          "<DstRect xOff=\"0.5\" yOff=\"-0.5\" xSize=\"40\" ySize=\"40\"", "<DstRect xOff=\"0.3"}) {
         EXPECT_THAT(text, HasSubstr(place));
     }
 }
