@@ -349,23 +349,69 @@ TEST_F(DriverTest, ShowsTheBandsAskedForInTheOrderAskedFor) {
     EXPECT_THAT(CPLGetLastErrorMsg(), HasSubstr("swir16"));
 }
 
+/// All that a program may ask of a set, as one text.
+std::string told(const std::string& name) {
+    const auto set = openRaster(name);
+    std::string all;
+    for (int i = 1; set && i <= set->GetRasterCount(); ++i) {
+        GDALRasterBand& band = *set->GetRasterBand(i);
+        int blocks[2] = {};
+        band.GetBlockSize(&blocks[0], &blocks[1]);
+        all += CPLSPrintf("%s %d %d %d %g ", band.GetDescription(), blocks[0],
+                          band.GetOverviewCount(), band.GetMaskFlags(), band.GetScale());
+        const CPLStringList items(CSLDuplicate(band.GetMetadata()));
+        all += std::to_string(items.Count());
+        for (const double sample : samplesOf(band)) {
+            all += CPLSPrintf(" %g", sample);
+        }
+    }
+    return all;
+}
+
 TEST_F(DriverTest, IsReadByManyThreadsAtOnce) {
     writeScene();
-    const auto expected = samplesOf(*openRaster(folder())->GetRasterBand(2));
+    const std::string set = directory_ / "set.xml";
+    fakes::writeFile(set, documentOf({path("B10"), path("B20"), path("B80")}));
+    const std::string names[] = {folder(), set, folder() + ":30m"};
+    const std::string expected[] = {told(names[0]), told(names[1]), told(names[2])};
     std::atomic<int> right = 0;
     std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([&] {
-            for (int round = 0; round < 8; ++round) {
-                const auto set = openRaster(folder());
-                right += set && samplesOf(*set->GetRasterBand(2)) == expected ? 1 : 0;
+    for (std::size_t i = 0; i < 6; ++i) {
+        threads.emplace_back([&, i] {
+            for (std::size_t round = 0; round < 8; ++round) {
+                const std::size_t which = (i + round) % std::size(names);
+                right += told(names[which]) == expected[which] ? 1 : 0;
             }
         });
     }
     for (std::thread& thread : threads) {
         thread.join();
     }
-    EXPECT_EQ(right, 4 * 8);
+    EXPECT_EQ(right, 6 * 8);
+}
+
+TEST_F(DriverTest, ReadsOneComponentInSeveralThreads) {
+    Raster raster;
+    raster.width = raster.height = 512;
+    raster.options = {"TILED=YES", "BLOCKXSIZE=128", "BLOCKYSIZE=128", "COMPRESS=DEFLATE"};
+    fakes::writeRaster(path("B10"), raster);
+    fakes::writeRaster(path("B20"), raster);
+    const auto expected = samplesOf(*openRaster(path("B20"))->GetRasterBand(1));
+    std::atomic<int> wrong = 0;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([&, i] {
+            const auto set = openRaster(folder());
+            for (int y = i * 8; y < 512; y += 32) {
+                const auto lines = samplesOf(*set->GetRasterBand(2), 0, y, 512, 8, 512, 8);
+                wrong += std::equal(lines.begin(), lines.end(), expected.begin() + y * 512) ? 0 : 1;
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(wrong, 0);
 }
 
 /// What GDAL calls before it destroys its drivers.
