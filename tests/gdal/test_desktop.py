@@ -75,6 +75,28 @@ def test_qgis_draws_a_sample_scene(tmp_path):
         shutil.copy(picture, os.environ["KEST_PICTURE"])
 
 
+def test_qgis_draws_a_written_raster_as_quicklook_does(tmp_path):
+    """The style beside it names the bands; QGIS by itself would swap red and blue."""
+    tool = BUILD / "bin" / "kestms"
+    subprocess.run([tool, "samples", tmp_path / "scenes", "--size", "128"], check=True,
+                   capture_output=True)
+    scene = tmp_path / "scenes/quickbird-1234/set.xml"
+    raster, drawn, picture = (tmp_path / name for name in ("out.vrt", "drawn.png", "qgis.png"))
+    subprocess.run([tool, "vrt", scene, "-o", raster], check=True, capture_output=True)
+    told = qgis(str(raster), picture)
+    assert told["shown"] == [3, 2, 1]
+    with rasterio.open(picture) as image:
+        shown = image.read((1, 2, 3))
+    subprocess.run([tool, "quicklook", scene, "-o", drawn, "--size", str(max(shown.shape))],
+                   check=True, capture_output=True)
+    with rasterio.open(drawn) as image:
+        ours = image.read((1, 2, 3))
+    difference = np.abs(shown.astype(int) - ours).mean(axis=(1, 2))
+    assert (difference < 8).all(), difference
+    swapped = np.abs(shown[::-1].astype(int) - ours).mean(axis=(1, 2))
+    assert (swapped[[0, 2]] > 2 * difference[[0, 2]]).all(), (swapped, difference)
+
+
 def test_terra_reads_names_places_and_samples(scene):
     lines = r("terra", f"""
         r <- rast('KESTMS:"{scene}":30m')

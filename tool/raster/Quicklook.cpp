@@ -89,8 +89,8 @@ class Channel {
                 return sorted.begin() + std::lround(part * static_cast<double>(sorted.size() - 1));
             };
             std::nth_element(sorted.begin(), place(kDarkPart), sorted.end());
-            std::nth_element(place(kDarkPart), place(kBrightPart), sorted.end());
             dark_ = *place(kDarkPart);
+            std::nth_element(place(kDarkPart), place(kBrightPart), sorted.end());
             bright_ = *place(kBrightPart);
         }
     }

@@ -610,6 +610,22 @@ TEST_F(RasterExport, PicturesAreOfTheBandsAndFormatAskedFor) {
     EXPECT_EQ(runTool({"quicklook", set, "-o", directory_ / "x.png", "--rgb", "red,nir"}).code, 2);
 }
 
+/// Each of 251 values once: those at 2 and 98 % are 5 and 245.
+TEST_F(RasterExport, PicturesAreStretched) {
+    const fakes::Raster raster{.width = 251, .height = 1};
+    const Strings files = {write("a_01.tif", raster), write("a_02.tif", raster)};
+    const std::string picture = directory_ / "q.png";
+    ASSERT_EQ(
+        runKestms(joined({"quicklook", "-o", picture, "--size", "251", "--bands", "B01"}, files))
+            .code,
+        0);
+    const std::vector<double> values = gdalPixels(files[0], 1);
+    const std::vector<double> shown = gdalPixels(picture, 1);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        EXPECT_EQ(shown[i], std::round(255 * std::clamp((values[i] - 5) / 240, 0.0, 1.0)));
+    }
+}
+
 TEST_F(RasterExport, ARasterMovesWithItsComponents) {
     fs::create_directories(directory_ / "old/scene");
     const Strings files = {write("old/scene/a&b_01.tif"), write("old/scene/a&b_02.tif")};
