@@ -49,19 +49,18 @@ class KEST_API KestMultispectralCodec : public Pyxis::ImageFormatCodec {
 
     /// Names the string-resource module, for the whole process.
     void setResourceFileName(const Pyxis::FileSpecifier& file);
-    /// Names the catalogue of products by which sets are named that no naming scheme of old knows,
-    /// for the whole process: a document, or the documents that a compound specifier lists. An
-    /// empty specifier ends its use; without a catalogue all answers are as ever. False, with the
-    /// reason in English and no catalogue, when a document cannot be used. Opened images keep the
-    /// names that they have.
+    /// Sets the catalogue of products, which names sets that the other naming schemes do not, for
+    /// the whole process: a document, or the documents that a compound specifier lists. An empty
+    /// specifier removes it. False, with the reason in English and no catalogue, when a document
+    /// cannot be used. Opened images keep their names.
     bool setProductCatalogue(const Pyxis::FileSpecifier& file,
                              Pyxis::StringBuffer* reason = nullptr);
-    /// What is known of the band behind frame `frame` of an image that this codec opened, beyond
-    /// its properties: common name, spectrum, role, sort keys. False for another image or frame.
+    /// Details of the band of frame `frame`, beyond its properties: common name, spectrum, role,
+    /// sort keys. False unless this codec opened `image` and it has the frame.
     bool getBandDetails(const Pyxis::ReadImageFileInterface& image, int frame,
                         BandDetails& details) const;
-    /// How the bands of an image that this codec opened are named, a kest::NamingScheme; 0 for
-    /// another image.
+    /// The naming scheme of an image that this codec opened, a kest::NamingScheme; 0 for another
+    /// image.
     int getNamingScheme(const Pyxis::ReadImageFileInterface& image) const;
     /// The name under which frames publish the property. False, with `name` untouched, for an
     /// unknown id.

@@ -23,7 +23,7 @@ Decodability KestMultispectralCodec::isDecodableFile(const Pyxis::FileSpecifier&
     if (!isCompound(file)) {
         return Decodability::NotThisFormat;
     }
-    // A list that takes more memory than there is cannot be read.
+    // On allocation failure the list counts as unreadable.
     return Pyxis::answerOr(Decodability::UndecodableSet, [&] {
         const kest::ComponentList components(file);
         kest::SetJudge judge(components, toleranceFactor_);

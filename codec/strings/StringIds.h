@@ -7,7 +7,7 @@ namespace kest::string_id {
 inline constexpr unsigned int kFormatName = 18100;
 inline constexpr unsigned int kFormatDescription = 18101;
 inline constexpr unsigned int kCopyright = 18102;
-/// Language of the texts ("de"), by which names from other sources are chosen.
+/// Language of the texts ("de"); selects names from other sources.
 inline constexpr unsigned int kLanguage = 18103;
 inline constexpr unsigned int kGenericBucketPattern = 18105;
 inline constexpr unsigned int kGenericBandPattern = 18106;

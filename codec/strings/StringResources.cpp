@@ -20,8 +20,8 @@ struct Resources {
     std::optional<platform::StringModule> module;
 };
 
-/// Never destroyed: a host may own its codec in a static object that goes after all of ours, and
-/// the codec's destructor still releases the module.
+/// Never destroyed: a static object of the host may own a codec and destroy it after our statics,
+/// and the codec's destructor releases the module.
 Resources& resources() {
     alignas(Resources) static std::byte storage[sizeof(Resources)];
     static Resources& instance = *new (storage) Resources;
