@@ -49,7 +49,8 @@ StringBuffer narrowed(const StringBuffer& text) {
 std::unique_ptr<xml::Document> parse(const StringBuffer& text) {
     auto size = static_cast<std::size_t>(text.numDataBytes());
     if (text.type() == Pyxis::CharacterType::Wide) {
-        size /= 2;  // some hosts leave what they cannot convert as it is (compatibility.md, 7)
+        size /=
+            2;  // some hosts leave text that they cannot convert unchanged (compatibility.md, 7)
     }
     return xml::Document::parse({reinterpret_cast<const char*>(text.data()), size});
 }
@@ -113,7 +114,7 @@ class ListDocument {
     }
 
     void append(const FileSpecifier& component, int frame) {
-        // After every child of the image, whatever text stands in between.
+        // After every child of the image, whatever text is in between.
         std::size_t offset = components_.size();
         if (const xml::Element* last = image_->lastChild()) {
             offset = std::max(offset, last->offset());
@@ -133,8 +134,8 @@ class ListDocument {
   private:
     const xml::Element* fileElement(int index) const {
         if (index < 0) {
-            // A path into the tree ends at a negative index: the first component element itself
-            // is asked (compatibility.md, 6).
+            // A negative index ends the path at the first component element itself
+            // (compatibility.md, 6).
             return components_.empty() ? nullptr : components_.front();
         }
         if (index >= count()) {

@@ -12,7 +12,7 @@ const Pyxis::ImageFormatCodec* findCodec(const Pyxis::FileSpecifier& file) {
         const auto answer = Pyxis::FileReadDescriptor::findImageFileCodec(file, codec);
         return answer == Pyxis::FormatDecodability::Decodable ? codec : nullptr;
     } catch (const std::bad_alloc&) {
-        throw;  // Without memory the whole operation fails, not the one component.
+        throw;  // Without memory the whole operation fails, not just this component.
     } catch (...) {
         return nullptr;
     }

@@ -4,7 +4,7 @@
 
 namespace kest {
 
-/// Gives an opened property back to its set at the end of a scope, also after an exception.
+/// Returns an opened property to its set at the end of a scope, also after an exception.
 class PropertyCloser {
   public:
     explicit PropertyCloser(Pyxis::FormatCodecPropertySetIterator& set) : set_(set) {}
@@ -13,7 +13,7 @@ class PropertyCloser {
     ~PropertyCloser() {
         try {
             set_.closeProperty();
-        } catch (...) {  // NOLINT(bugprone-empty-catch): what was read is read all the same
+        } catch (...) {  // NOLINT(bugprone-empty-catch): the value has been read already
         }
     }
 

@@ -46,7 +46,7 @@ void SetJudge::judge(Judgement& judgement) {
     }
 }
 
-/// Unreadable components are skipped; any other that is not accepted settles the answer.
+/// Unreadable components are skipped; any other component that is not accepted settles the answer.
 void SetJudge::reduce(Verdict verdict) {
     if (verdict == Verdict::Accepted) {
         ++accepted_;

@@ -8,7 +8,7 @@
 
 namespace kest {
 
-/// What a judge found of one component.
+/// The result for one component.
 struct Judgement {
     std::optional<Component> component;  ///< nothing for NoPath
     Verdict verdict = Verdict::Accepted;
@@ -19,9 +19,9 @@ struct Judgement {
 /// Walks a component list once and judges whether its components belong together. The first that
 /// can be measured sets the criteria for the others.
 ///
-/// The walk is lazy: the host is asked about a component when that component is judged. A codec
-/// stops at the first component that settles its answer; somebody who explains the answer goes on
-/// to the end, and gets the same one.
+/// The walk is lazy: it asks the host about a component only when it judges that component. A codec
+/// stops at the first component that settles its answer; a caller that explains the answer
+/// continues to the end and gets the same one.
 class SetJudge {
   public:
     /// `list` must outlive the judge. `toleranceFactor` is the fraction of the criteria's extent
@@ -33,8 +33,8 @@ class SetJudge {
 
     /// Whether no further component can change the answer.
     bool isSettled() const { return isSettled_; }
-    /// The codec's answer to a list that goes no further than what was judged: Decodable,
-    /// NotThisFormat, or UndecodableSet when fewer than two components were accepted.
+    /// The codec's answer if the list ended here: Decodable, NotThisFormat, or UndecodableSet when
+    /// fewer than two components were accepted.
     Pyxis::FormatDecodability answer() const;
 
   private:

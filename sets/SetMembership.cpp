@@ -12,7 +12,7 @@ namespace {
 using Pyxis::FormatCodecGeoCorrelation;
 using Pyxis::Point2d;
 
-// Pixel layouts that no set takes, as the frame's operations number them.
+// Pixel layouts that no set accepts, as the frame's operations number them.
 constexpr std::int32_t kSingleChannel = 0;
 constexpr std::int32_t kRefusedBits = 32;
 constexpr std::int32_t kFloatingPoint = 4;
@@ -138,7 +138,7 @@ Verdict compareWithCriteria(const InclusionData& candidate, const InclusionData&
     for (const CornerPair& pair : corners) {
         const double offX = std::abs(pair.candidate.x - pair.criteria.x);
         const double offY = std::abs(pair.candidate.y - pair.criteria.y);
-        // Written so that a difference that is not a number is off.
+        // Negated so that NaN counts as off.
         if (!(offX <= toleranceX)) {
             off = {pair.corner, Axis::X, offX, toleranceX};
             return Verdict::CornerOff;

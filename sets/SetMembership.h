@@ -28,15 +28,14 @@ struct InclusionData {
     Pyxis::StringBuffer coordinateSystem;
 };
 
-/// What becomes of a component in a set: the rule that it breaks, in the order in which the rules
-/// are applied, or none.
+/// The rule that a component breaks, in the order in which the rules are applied, or none.
 enum class Verdict {
     Accepted,
     NoPath,      ///< the list names no file
     Unreadable,  ///< no codec reads it; it is skipped
     CannotOpen,
     NoSuchFrame,
-    LayoutRefused,  ///< pixels that no set takes
+    LayoutRefused,  ///< a pixel layout that no set accepts
     NoGeoreference,
     LayoutDiffers,
     SystemDiffers,
@@ -46,7 +45,7 @@ enum class Verdict {
 enum class Corner { UpperLeft, UpperRight, LowerLeft, LowerRight };
 enum class Axis { X, Y };
 
-/// How far the first corner that is off is off.
+/// The first corner out of tolerance.
 struct CornerDeviation {
     Corner corner = Corner::UpperLeft;
     Axis axis = Axis::X;

@@ -10,8 +10,8 @@
 namespace kest::xml {
 namespace {
 
-/// Bounds on what entities may grow to; past them a reference stays as written. The bytes are in
-/// proportion to the document, so that a short one cannot stand for a very long one.
+/// Bounds on the expansion of entities; past them a reference stays as written. The bytes are in
+/// proportion to the document, so that a short one cannot expand to a very long one.
 constexpr std::size_t kDeepestReplacement = 1000;
 constexpr std::size_t kReplacedBytesAtLeast = std::size_t{4} << 20U;
 constexpr std::size_t kReplacedBytesPerByte = 8;
@@ -59,7 +59,7 @@ int digitValue(char c, unsigned int base) {
     return base == 16 && lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
-/// The largest value that the UTF-8 sequences of up to six bytes hold.
+/// The largest value that a UTF-8 sequence of up to six bytes encodes.
 constexpr std::uint32_t kLargestCharacter = 0x7FFFFFFF;
 
 /// A reference that stands for one character.

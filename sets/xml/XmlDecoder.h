@@ -9,7 +9,7 @@
 
 namespace kest::xml {
 
-/// What is decoded; decides which references and which white space are replaced.
+/// Decides which references and which white space are replaced.
 enum class DecodeMode {
     Text,
     CData,

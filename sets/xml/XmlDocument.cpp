@@ -77,7 +77,7 @@ void Document::indexName(const Element* parent, Element* siblingHead, Element* e
     names[element->name_] = element;
 }
 
-/// Links the element into the chain that goes by `following`, behind all of no greater offset.
+/// Links the element into the chain of `following`, behind all of no greater offset.
 void Document::linkByOffset(Element* Element::*following, Element*& head, Element*& last,
                             Element* element) {
     if (last == nullptr || last->offset_ <= element->offset_) {
@@ -93,7 +93,7 @@ void Document::linkByOffset(Element* Element::*following, Element*& head, Elemen
     *place = element;
 }
 
-/// Takes the element out of the chain that goes by `following`.
+/// Removes the element from the chain of `following`.
 void Document::unlink(Element* Element::*following, Element*& head, Element*& last,
                       Element* element) {
     Element* before = nullptr;
@@ -156,8 +156,8 @@ Element* Document::addChild(Element* parent, std::string_view name, std::size_t 
     return element;
 }
 
-/// Takes the first element of its name out of the sibling chain. The next of that name, if there is
-/// one, comes in at its place in document order; `after` followed the element in that order.
+/// Removes the first element of its name from the sibling chain. The next of that name, if any, is
+/// inserted at its place in document order; `after` followed the element in that order.
 void Document::replaceFirstOfName(Element* parent, Element* siblingHead, Element* element,
                                   const Element* after) {
     Element* next = std::exchange(element->next_, nullptr);
@@ -231,7 +231,7 @@ void Document::setText(Element* element, std::string_view text) {
 void Document::appendText(Element* element, std::string_view run, bool moved) {
     const auto added = static_cast<std::uint32_t>(run.size());
     if (element->text_ == nullptr) {
-        // Not null, so that a run of which nothing is left counts as the first one all the same.
+        // Not null, so that an empty run still counts as the first one.
         element->text_ = const_cast<char*>(run.empty() ? "" : run.data());
         element->textLength_ = added;
         element->hasOwnText_ = moved;

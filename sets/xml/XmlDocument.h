@@ -15,7 +15,7 @@
 // A small XML document tree in UTF-8. The document owns its elements and every text in them; what
 // it returns is valid as long as the document lives. Null elements are accepted everywhere and give
 // null, nothing or empty results. Loops instead of recursion and an arena instead of small blocks:
-// documents come from strangers and may be deep or long. Const functions change nothing, so several
+// documents are untrusted and may be deep or long. Const functions change nothing, so several
 // threads may read one document.
 
 namespace kest::xml {
@@ -101,8 +101,8 @@ struct Step {
 
 class Document {
   public:
-    /// Parses a document. Never fails: what was read before a fault is kept. UTF-16 with a
-    /// byte-order mark is converted.
+    /// Parses a document. Never fails: everything before a fault is kept. UTF-16 with a byte-order
+    /// mark is converted.
     static std::unique_ptr<Document> parse(std::string_view text);
     /// A document with an empty root element.
     explicit Document(std::string_view rootName);
@@ -119,8 +119,8 @@ class Document {
     /// Sets an attribute; no value removes it, which costs a step for every attribute.
     void setAttribute(Element* element, std::string_view name,
                       std::optional<std::string_view> value);
-    /// Takes the element and what is below it out of its parent; the document keeps owning it.
-    /// Costs a step for every child before it, so many are best cut from the front.
+    /// Detaches the element and its subtree from its parent; the document still owns it. Costs a
+    /// step for every child before it, so cut many from the front.
     Element* cut(Element* element);
 
     const Element* child(const Element* element, std::string_view name) const;
@@ -164,8 +164,8 @@ class Document {
     /// `arenaSize`: estimated bytes of the tree.
     explicit Document(std::size_t arenaSize);
 
-    /// What the document declares for a general entity, whose name ends in a semicolon; null when
-    /// it declares nothing. The predefined ones cannot be declared anew.
+    /// The declared value of a general entity, whose name ends in a semicolon; null without a
+    /// declaration. Predefined entities cannot be redeclared.
     const std::string_view* entity(std::string_view name) const;
     /// A copy of `text` that lives as long as the document.
     std::string_view keep(std::string_view text);
@@ -194,7 +194,7 @@ class Document {
     std::pmr::monotonic_buffer_resource arena_;
     std::string source_;  ///< the parsed text; names, values and texts point into it
     Element root_;
-    EntityTable entities_;  ///< those that the document declares
+    EntityTable entities_;  ///< declared by the document
     std::size_t replacedBytes_ = 0;
     std::map<std::string_view, AttributeDefaults> defaults_;
     std::vector<InstructionTarget> instructions_;

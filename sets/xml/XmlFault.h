@@ -5,7 +5,7 @@
 
 namespace kest::xml {
 
-/// Takes every fault of a parse: its position, its message, and what fills the placeholder in it.
+/// Receives every fault of a parse: its position, its message, and the value of its placeholder.
 /// Nothing is recorded (compatibility.md, 1). Returns false, for the caller to return.
 constexpr bool fault(std::size_t /*place*/, std::string_view /*message*/,
                      std::string_view /*argument*/ = {}) {

@@ -116,8 +116,8 @@ bool InternalSubset::readEntity() {
     return skipTo(">");
 }
 
-/// Whether the value of the parameter entity `name` refers to it. Others that are declared have
-/// been replaced in it.
+/// Whether the value of the parameter entity `name` refers to itself. References to declared
+/// entities have been replaced already.
 bool InternalSubset::namesItself(std::string_view value, std::string_view name) {
     return anyReference(value, '%', [name](std::string_view each) { return each == name; });
 }

@@ -71,7 +71,7 @@ inline std::size_t skipPlain(std::string_view text, std::size_t from, char quote
     return from;
 }
 
-/// Position of the first character at or after `from` that is no white space, or the end of the
+/// Position of the first character at or after `from` that is not white space, or the end of the
 /// text.
 constexpr std::size_t skipSpace(std::string_view text, std::size_t from) {
     while (from < text.size() && isSpace(text[from])) {

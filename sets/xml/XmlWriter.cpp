@@ -80,7 +80,7 @@ class Writer {
 };
 
 std::string Writer::write(const Element& element) {
-    out_.reserve(document_.source_.size());  // what was parsed is written back as long
+    out_.reserve(document_.source_.size());  // written text is usually as long as the parsed text
     const bool isRoot = &element == document_.root();
     if (isRoot) {
         instructions(false);
