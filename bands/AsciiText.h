@@ -4,8 +4,7 @@
 #include <string>
 #include <string_view>
 
-// Digits and letter case as file names of satellite products use them: ASCII's alone, whatever the
-// locale.
+// Digits and letter case in file names of satellite products: ASCII only, whatever the locale.
 
 namespace kest {
 

@@ -46,22 +46,22 @@ struct Spectrum {
     }
 };
 
-/// What a frame is to the scene. Everything but bands sorts behind them.
+/// The role of a frame in the scene. Bands sort before all others.
 enum class BandRole : std::int32_t { Band, Quality, Mask, Angle, Ancillary, Preview, Metadata };
 
-/// What is known of a band beyond what hosts are told.
+/// Details of a band beyond its published properties.
 struct BandDetails {
     /// In the vocabulary of the STAC extension for electro-optical data (stac-extensions/eo,
     /// version 1.1); empty for a band without one.
     std::string commonName;
-    std::optional<Spectrum> spectrum;  ///< nothing where the sensor is not known
+    std::optional<Spectrum> spectrum;  ///< nothing if the sensor is unknown
     BandRole role = BandRole::Band;
     /// Sort keys within the set, known once it is opened.
     std::int32_t number = kUnrecognisedNumber;
     std::int32_t bucketNumber = kUnrecognisedNumber;
 };
 
-/// The common name of bands of a type; empty where the type alone does not tell it.
+/// The common name of bands of a type; empty if the type does not determine it.
 constexpr std::string_view commonNameOf(BandType type) {
     switch (type) {
         case BandType::Blue:
@@ -84,7 +84,7 @@ constexpr std::string_view commonNameOf(BandType type) {
     return {};
 }
 
-/// What band identification tells of one band.
+/// The result of band identification.
 struct BandTypeInfo {
     BandType bandType = BandType::Unknown;
     BandAssignment bandAssignment = BandAssignment::NotAssigned;

@@ -7,7 +7,7 @@
 
 #include "bands/BandTypes.h"
 
-// Stable words for what is known of bands, in output that programs read and in catalogues.
+// Stable words for band types, channels and roles, in machine-readable output and in catalogues.
 
 namespace kest {
 
@@ -46,7 +46,7 @@ inline constexpr std::array kRoleWords{
     WordRow<BandRole>{BandRole::Metadata, "metadata"},
 };
 
-/// The word of a value; "unknown" for one that the table lacks.
+/// The word for a value; "unknown" for a value that is not in the table.
 template <typename Table, typename Value>
 constexpr std::string_view wordOf(const Table& table, Value value) {
     const auto row = std::find_if(table.begin(), table.end(),

@@ -7,7 +7,7 @@
 
 namespace kest {
 
-/// Value of the selected frame's property, if it is a text. Exceptions of the host pass.
+/// Value of the selected frame's property, if it is a text. Exceptions of the host propagate.
 std::optional<Pyxis::StringBuffer> stringValue(Pyxis::FileReadDescriptor& descriptor,
                                                const Pyxis::StringBuffer& name);
 

@@ -14,7 +14,7 @@ namespace kest {
 platform::PathName fileNameOf(const Pyxis::FileSpecifier& file);
 
 /// Component `index` (0 first) of a compound specifier, an empty one when there is none; any other
-/// specifier as it is.
+/// specifier unchanged.
 Pyxis::FileSpecifier componentAt(const Pyxis::FileSpecifier& spec, int index);
 
 /// The text in the host's default character type, terminator included.

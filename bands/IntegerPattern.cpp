@@ -21,14 +21,14 @@ struct Placeholder {
     std::size_t length = 0;  ///< characters of the pattern that it takes
 };
 
-/// Takes the characters of `set` that `text` begins with off it.
+/// Removes and returns the leading characters of `text` that are in `set`.
 std::string takeAny(std::u16string_view& text, std::u16string_view set) {
     const std::u16string_view taken = text.substr(0, text.find_first_not_of(set));
     text.remove_prefix(taken.size());
     return {taken.begin(), taken.end()};
 }
 
-/// Takes the digits that `text` begins with off it; none are 0.
+/// Removes and returns the leading number of `text`; 0 without one.
 int takeCount(std::u16string_view& text) {
     int count = 0;
     for (; !text.empty() && isDigit(text.front()); text.remove_prefix(1)) {
@@ -37,8 +37,8 @@ int takeCount(std::u16string_view& text) {
     return count;
 }
 
-/// Reads the placeholder at the start of `text`, which begins with "%"; its length is 0 when there
-/// is none.
+/// Reads the placeholder at the start of `text`, which begins with "%"; its length is 0 if it is
+/// invalid.
 Placeholder parsePlaceholder(std::u16string_view text) {
     constexpr std::u16string_view kConversions = u"diuxXo";
     std::u16string_view rest = text.substr(1);

@@ -9,11 +9,11 @@ namespace kest {
 /// Most characters of a formatted name.
 inline constexpr std::size_t kMaxNameLength = 255;
 
-/// Puts `value` into a pattern's integer placeholders as printf would ("%d", "%03u", "%.2x") and
-/// makes "%%" one sign; anything else stays as it is. At most kMaxNameLength characters.
+/// Fills a pattern's integer placeholders with `value` as printf would ("%d", "%03u", "%.2x") and
+/// turns "%%" into one sign; anything else is unchanged. At most kMaxNameLength characters.
 ///
-/// Patterns come from resource files that anybody may write, so printf sees no more of them than a
-/// placeholder's flags, numbers and conversion.
+/// Patterns come from untrusted resource files, so printf gets only a placeholder's flags, numbers
+/// and conversion.
 std::u16string formatInteger(std::u16string_view pattern, int value);
 
 }  // namespace kest

@@ -32,7 +32,7 @@ int kindOf(const Pyxis::FileSpecifier& file, const platform::PathName& name) {
     return SchemeGeneric;
 }
 
-/// No number counts as a number of its own: two names without one are alike.
+/// A missing number counts as a number: two names without one are not distinct.
 bool haveDistinctNumbers(const std::vector<ComponentKind>& kinds) {
     std::array<bool, 101> seen{};
     return std::all_of(kinds.begin(), kinds.end(), [&seen](const ComponentKind& kind) {

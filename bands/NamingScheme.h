@@ -24,7 +24,7 @@ enum NamingScheme : int {
     SchemeCatalogue = 9,      ///< files of one scene of a product that the catalogue knows
 };
 
-/// What the scheme decision knows of one component.
+/// Input of the scheme decision for one component.
 struct ComponentKind {
     int kind = SchemeGeneric;
     int trailingBandNumber = -1;  ///< value of the name's last two digits; -1 without them
@@ -37,14 +37,14 @@ int namingSchemeOf(const std::vector<ComponentKind>& kinds);
 
 struct Product;
 
-/// By what the bands of a set are named.
+/// How the bands of a set are named.
 struct SetNaming {
     int scheme = SchemeNone;
     std::shared_ptr<const Product> product;  ///< of SchemeCatalogue
 };
 
-/// How the bands of that set are named. With a `finder`, which gets `codec`, products are tried
-/// that need a witness beside their files.
+/// The naming of a set. Products that need a witness beside their files are tried only with a
+/// `finder`, which gets `codec`.
 SetNaming nameSet(const ComponentList& components, const Pyxis::ImageFormatCodec* codec,
                   Pyxis::FindFileInterface* finder);
 

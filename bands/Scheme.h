@@ -12,26 +12,26 @@
 #include "platform/Platform.h"
 #include "pyxis/FileSpecifier.h"
 
-// A naming scheme is one file in bands/schemes and one row in the table there. Everything that
-// differs from scheme to scheme is a member of this record.
+// A naming scheme is one file in bands/schemes and one row in the table there. This record holds
+// everything that differs between schemes.
 
 namespace kest {
 
-/// A name for users: a text of the string-resource module, or the text as it is.
+/// A name for users: a text of the string-resource module, or a literal text.
 struct Name {
     unsigned int id = string_id::kUnrecognised;
-    std::optional<int> argument;         ///< the number to put into text `id`, a pattern
-    std::optional<std::u16string> text;  ///< takes the place of text `id`
+    std::optional<int> argument;         ///< fills text `id`, a pattern
+    std::optional<std::u16string> text;  ///< replaces text `id`
 };
 
-/// A row of a sensor's band table: how a band is named, typed, shown and sorted.
+/// A row of a sensor's band table.
 struct BandRow {
     unsigned int nameId = string_id::kUnrecognised;
     BandType type = BandType::Unknown;
     BandAssignment assignment = BandAssignment::NotAssigned;
     int number = kUnrecognisedNumber;
     std::optional<Spectrum> spectrum = {};
-    std::string_view commonName = {};  ///< where the type does not tell it (see commonNameOf)
+    std::string_view commonName = {};  ///< if the type does not determine it (see commonNameOf)
 };
 
 /// How a bucket is named and sorted.
@@ -47,7 +47,7 @@ struct ProductBand {
     BucketRow bucket;
 };
 
-/// What a scheme knows of a band, and of the bucket that the band would open.
+/// A band's identity, and that of the bucket that it would start.
 struct Identity {
     Name bandName;
     BandType type = BandType::Unknown;
@@ -59,7 +59,7 @@ struct Identity {
 
     Identity() = default;
     Identity(const BandRow& band, const BucketRow& bucket);
-    /// Of a band that bears no more than its number in the order of discovery.
+    /// Of a band known only by its number in the order of discovery.
     static Identity generic(int ordinal);
 };
 
@@ -68,7 +68,7 @@ struct BandFile {
     const Pyxis::FileSpecifier& file;
     int frame = 0;
     int ordinal = 0;                   ///< number of bands, or of buckets, found so far plus one
-    const Product* product = nullptr;  ///< of a set that follows one of the catalogue
+    const Product* product = nullptr;  ///< of a set that follows a catalogue product
 };
 
 /// The file's name without directory and extension, as several schemes name a set.
@@ -78,17 +78,17 @@ struct Scheme {
     NamingScheme number;
     std::string_view word;     ///< stable, for output that programs read
     std::string_view meaning;  ///< what files of the scheme have in common, for users
-    /// Whether a component follows the scheme; none for schemes that only a whole set can follow.
+    /// Whether a component follows the scheme; null for schemes that only a whole set can follow.
     bool (*matches)(const Pyxis::FileSpecifier& file, const platform::PathName& name);
-    /// Nothing when the band cannot be told at all.
+    /// Nothing when the band cannot be identified at all.
     std::optional<Identity> (*identify)(const BandFile& band);
-    /// The name that a set's bands share, by its first component; nothing when there is none.
+    /// The name that a set's bands share, from its first component; nothing when there is none.
     std::optional<std::u16string> (*referenceName)(const BandFile& first);
-    /// Why a band of the scheme has a generic name, in English; empty when it has one of its own.
+    /// Why a band of the scheme has a generic name, in English; empty when it has a specific one.
     std::string (*whyGeneric)(const BandFile& band) = nullptr;
 };
 
-/// All schemes, those that are tried on every component first and in the order of trial.
+/// All schemes in the order of trial, those that match single components first.
 std::span<const Scheme* const> schemes();
 
 /// The scheme of that number; null outside 1 to 9.

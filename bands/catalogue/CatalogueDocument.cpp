@@ -18,7 +18,7 @@ namespace {
 using xml::Document;
 using xml::Element;
 
-// A document of these sizes is read in a moment; nothing in it can ask for more.
+// Documents within these bounds are read quickly.
 constexpr std::size_t kMaxProducts = 500;
 constexpr std::size_t kMaxBands = 20'000;
 constexpr std::size_t kMaxFilePatterns = 50;
@@ -26,7 +26,7 @@ constexpr std::size_t kMaxFolders = 8;
 constexpr std::size_t kMaxText = 255;
 constexpr double kMaxMicrometres = 1000.0;
 
-/// Ends the reading of a document; `reason` is what users read.
+/// Thrown at an error in a document; `reason` is for users.
 struct DocumentFault {
     std::string reason;
 };
@@ -53,12 +53,12 @@ std::u16string wide(std::string_view text) {
     return wideText(narrowBuffer(text));
 }
 
-/// A band table: of its own, or of a product with what the product adds to it.
+/// A band table: a shared one, or a product's with the product's additions.
 struct Table {
     std::vector<CatalogueBucket> buckets;
     std::vector<CatalogueBand> bands;
     std::vector<CatalogueBand> layers;
-    std::set<std::u16string> codes;  ///< of both, upper-case
+    std::set<std::u16string> codes;  ///< of bands and layers, upper-case
 };
 
 /// The codes between "|".
@@ -101,7 +101,7 @@ class Reader {
     }
 
   private:
-    /// Puts the product or band table in which it is before the reason.
+    /// Prefixes the reason with the current product or band table.
     [[noreturn]] void failAt(const Element& element, const std::string& what) const {
         fail((context_.empty() ? "" : context_ + ": ") + tag(element) + " " + what);
     }
@@ -162,7 +162,7 @@ class Reader {
         return value;
     }
 
-    /// The texts of the <name> children; any other child is a fault.
+    /// The texts of the <name> children; any other child is an error.
     LocalText names(const Element& element) const {
         LocalText names;
         for (const Element* each = element.child(); each != nullptr; each = each->ordered()) {
@@ -312,7 +312,7 @@ class Reader {
         context_.clear();
     }
 
-    /// The band tables that an attribute names, made one.
+    /// The band tables that an attribute names, merged.
     Table tableOf(const Element& element) const {
         Table whole;
         std::string_view ids = attribute(element, "bands").value_or("");
@@ -423,7 +423,7 @@ class Reader {
     std::size_t& bandCount_;
     std::map<std::string, LocalText, std::less<>> terms_;
     std::map<std::string, Table, std::less<>> tables_;
-    std::string context_;  ///< the product or band table at hand
+    std::string context_;  ///< the current product or band table
 };
 
 }  // namespace
@@ -434,7 +434,7 @@ std::string readCatalogue(std::string_view document,
     if (document.size() > kMaxCatalogueDocument) {
         return "is larger than a catalogue may be";
     }
-    // Entities could make a small document a large one; no catalogue needs any of its own.
+    // Entities could make a small document large; no catalogue needs them.
     if (document.find("<!DOCTYPE") != document.npos) {
         return "has a document type, which a catalogue does without";
     }

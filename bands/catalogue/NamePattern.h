@@ -12,37 +12,37 @@
 //   #  @           a digit, a letter
 //   #+             a run of digits, at least one
 //   (T1|T2|)       one of several texts; the last one here is empty
-//   [ ... ]        the part that is the scene's name
+//   [ ... ]        the scene's name
 //   {band}         the code of one of the product's bands or layers
 //   {date}         year, month and day in eight digits; {yearday} year and day in seven
-//   /              the end of a folder's name; what stands before it are the folders' names
+//   /              the end of a folder's name
 //   \x             the sign x itself
 //
-// Each part takes the longest text that it can and never gives any of it back, so that matching
-// takes time in proportion to the name, whatever the pattern.
+// Each part matches the longest text that it can, without backtracking, so that matching takes
+// linear time, whatever the pattern.
 
 namespace kest {
 
-/// The letters A to Z and digits are ASCII's. Names and codes are upper-case.
+/// Letters and digits are ASCII. Names and codes are upper-case.
 class NamePattern {
   public:
     static constexpr std::size_t kMaxLength = 500;
 
     struct Match {
         std::optional<std::u16string_view> scene;
-        std::size_t code = 0;      ///< index of the code that stands in the place of "{band}"
+        std::size_t code = 0;      ///< index of the code that matches "{band}"
         std::u16string_view date;  ///< 8 digits, or 7 with the day of the year; empty without one
     };
 
-    /// `codes` are those that "{band}" stands for. On a fault nothing, and `fault` is a sentence.
+    /// `codes` are the values of "{band}". Nothing on an error; `fault` is then a sentence.
     static std::optional<NamePattern> compile(std::u16string_view text,
                                               const std::vector<std::u16string>& codes,
                                               std::string& fault);
 
     /// Number of folders that the pattern names.
     std::size_t folders() const { return folders_; }
-    /// `name` is as many folders as the pattern has, and the file's name without extension, upper
-    /// case with "/" in between. The views are parts of it.
+    /// `name` is as many folders as the pattern has, and the file's name without extension, in
+    /// upper case and separated by "/". The views in the result point into it.
     std::optional<Match> match(std::u16string_view name) const;
 
   private:

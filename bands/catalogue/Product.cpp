@@ -46,7 +46,7 @@ int number(std::u16string_view digits) {
     return value;
 }
 
-/// Of eight digits, or seven with the day of the year; empty when there is no such day.
+/// The date in eight digits, or in seven with the day of the year; empty if there is no such day.
 std::string isoDate(std::u16string_view digits) {
     if (digits.empty()) {
         return {};

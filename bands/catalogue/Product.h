@@ -16,7 +16,7 @@ namespace kest {
 struct LocalText {
     std::vector<std::pair<std::string, std::u16string>> texts;
 
-    /// In that language, else in English, else the first; empty without any.
+    /// The text in that language, else in English, else the first; empty without any.
     std::u16string_view in(std::string_view language) const;
 };
 
@@ -41,21 +41,21 @@ struct CatalogueBand {
 
 inline constexpr int kFirstLayerOrder = 1000;
 
-/// What the files of a product are called.
+/// A pattern for the file names of a product.
 struct FilePattern {
     std::string text;
     NamePattern pattern;
-    std::optional<std::size_t> bucket;  ///< takes the place of the band's
+    std::optional<std::size_t> bucket;  ///< overrides the band's
 };
 
-/// A file's path, made ready once for the patterns of all products.
+/// A file's path, prepared once for the patterns of all products.
 class ProductPath {
   public:
     /// `path` must outlive the object.
     explicit ProductPath(std::u16string_view path);
 
     std::u16string_view path() const { return path_; }
-    /// Place for place the same without the extension, upper case, "/" between folders.
+    /// The path without extension, in upper case, with "/" between folders; the same offsets.
     std::u16string_view comparable() const { return comparable_; }
 
   private:
@@ -65,15 +65,15 @@ class ProductPath {
 
 struct Product;
 
-/// What the catalogue makes of one file's path. Points into the product.
+/// A file's path matched by the catalogue. Points into the product.
 struct ProductFile {
     const Product* product = nullptr;
     const CatalogueBand* band = nullptr;
     const CatalogueBucket* bucket = nullptr;
-    /// The name of the scene, as the path spells it: the part of the file's name that the product
-    /// marks, else the name of the folder.
+    /// The name of the scene as in the path: the marked part of the pattern, else the folder's
+    /// name.
     std::u16string scene;
-    /// Equal for the files of one product that belong to one scene, and for no others.
+    /// Equal for two files of one product exactly if they belong to one scene.
     std::u16string sceneKey;
     std::string date;  ///< "2018-06-29"; empty when the name has none
     /// A path in the folder where a witness of the product would be.
@@ -89,11 +89,11 @@ struct Product {
     std::vector<CatalogueBand> bands;     ///< the bands, then everything else
     std::vector<std::size_t> bandOfCode;  ///< by the index of the code in the patterns
     std::vector<CatalogueBucket> buckets;
-    /// Names of files of which one must be there, because the bands' names alone prove nothing.
+    /// File names, one of which must exist because the bands' names alone are ambiguous.
     std::vector<std::u16string> witnesses;
 
-    /// What the file of that path is in this product; nothing when its name does not fit. The
-    /// path's extension does not matter, nor does case. Takes time in proportion to the path.
+    /// Matches a path with this product; nothing when its name does not fit. Extension and case do
+    /// not matter. Takes time linear in the path.
     std::optional<ProductFile> match(std::u16string_view path) const {
         return match(ProductPath(path));
     }

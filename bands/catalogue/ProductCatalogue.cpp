@@ -31,7 +31,7 @@ bool isOneScene(const Product& product, const std::vector<std::u16string>& paths
     return first && isWitnessed(*first, finder, codec);
 }
 
-/// The bytes of a document; nothing when it cannot be read or is larger than any may be.
+/// The bytes of a document; nothing when it cannot be read or is too large.
 std::optional<std::string> readDocument(const Pyxis::FileSpecifier& file, std::string& reason) {
     const auto opened = platform::PlainFile::open(file.string());
     if (!opened) {

@@ -6,7 +6,7 @@
 namespace kest {
 namespace {
 
-/// What the set's product makes of the file; of a file on its own, the first product that it fits.
+/// The file matched with the set's product; without a set, with the first product that it fits.
 std::optional<ProductFile> fileOf(const BandFile& band) {
     const std::u16string path = wideText(band.file.string());
     if (band.product != nullptr) {
@@ -17,7 +17,7 @@ std::optional<ProductFile> fileOf(const BandFile& band) {
     return files.empty() ? std::nullopt : std::optional(files.front());
 }
 
-/// Names come in the language of the other texts.
+/// The language of the texts in use.
 std::string textLanguage() {
     Pyxis::StringBuffer text;
     loadResourceString(string_id::kLanguage, text);
@@ -46,7 +46,7 @@ std::optional<std::u16string> referenceName(const BandFile& band) {
     if (!file) {
         return std::nullopt;
     }
-    // A scene that is named by its folder has no name in a relative path.
+    // A scene named after its folder has no name in a relative path.
     return file->scene.empty() ? wideText(narrowBuffer(file->product->id)) : file->scene;
 }
 

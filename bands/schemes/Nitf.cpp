@@ -51,7 +51,7 @@ std::optional<std::u16string> readLetter(const BandFile& band) {
                                            Pyxis::StringBuffer::defaultCharacterType());
         return wideText(letter);
     } catch (...) {
-        // Not the same as a frame without the property: such a band is named generically.
+        // Unlike a frame without the property, such a band gets a generic name.
         return std::u16string();
     }
 }

@@ -32,8 +32,8 @@ std::optional<Identity> identify(const BandFile& band) {
     return identity;
 }
 
-/// Cuts the two digits of the band number off, and the "_" or "_B" before them as long as a
-/// character is left before it.
+/// Cuts off the two digits of the band number, and the "_" or "_B" before them unless nothing would
+/// be left.
 std::optional<std::u16string> withoutBandNumber(const BandFile& first) {
     const std::u16string fileName = fileNameOf(first.file).name;
     std::u16string_view name = fileName;

@@ -28,7 +28,7 @@ constexpr std::array kBands{
 
 constexpr std::u16string_view kPrefix = u"po_";
 
-/// Where the digits from `start` on end, at most the name's length.
+/// The end of the digits from `start` on.
 std::size_t digitsEnd(std::u16string_view name, std::size_t start) {
     while (start < name.size() && isDigit(name[start])) {
         ++start;

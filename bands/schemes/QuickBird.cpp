@@ -24,7 +24,7 @@ struct ListedBand {
     BandRow band;
 };
 
-/// A band list that is known, padded with blanks.
+/// A known band list, padded with blanks.
 struct BandList {
     std::string_view list;
     BucketRow bucket;
@@ -55,7 +55,7 @@ constexpr std::array kBandLists{
 constexpr std::string_view kHeader = "{\n  bandList = \n";
 constexpr int kImageDescription = 9;
 constexpr std::size_t kListLength = 4;
-/// Stands for a band list that is too long to be any that is known.
+/// Replaces a band list that is too long to be a known one.
 constexpr std::string_view kOverlongList = "****";
 
 /// The bytes up to the terminator, whatever character type the codec declares.
@@ -68,7 +68,7 @@ std::string bytesOf(const Pyxis::StringBuffer& value) {
     return bytes.substr(0, bytes.find('\0'));
 }
 
-/// Asks the TIFF codec, of either kind, for the image description's name; false for other codecs.
+/// The name of the image description property of a TIFF codec of either kind; false for others.
 bool imageDescriptionName(const Pyxis::ImageFormatCodec* codec, Pyxis::StringBuffer& name) {
     if (const auto* quickBird = dynamic_cast<const QBTiffFormatCodec*>(codec)) {
         quickBird->getPropertyName(kImageDescription, name);
@@ -108,7 +108,7 @@ std::string digitsIn(std::string_view description) {
     return digits;
 }
 
-/// Null when the list is none of those known.
+/// Null for an unknown list.
 const BandList* knownList(std::string_view list) {
     const auto known = std::find_if(kBandLists.begin(), kBandLists.end(),
                                     [list](const BandList& each) { return each.list == list; });

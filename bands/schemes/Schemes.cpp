@@ -6,7 +6,7 @@
 namespace kest {
 namespace {
 
-/// Names are tried before codecs, which make the host open the file.
+/// Schemes by name come before those by codec, which make the host open the file.
 constexpr std::array kSchemes{
     &kPoProductScheme,    &kPoProductNitfScheme, &kLandsat7Scheme,
     &kLandsat7FastScheme, &kQuickBirdScheme,     &kNitfScheme,

@@ -2,7 +2,7 @@
 
 #include "bands/Scheme.h"
 
-// The schemes, each defined in the file that bears its name. The table is in Schemes.cpp.
+// The schemes, each defined in the file of its name. The table is in Schemes.cpp.
 
 namespace kest {
 
