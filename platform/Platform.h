@@ -10,7 +10,7 @@
 
 #include "pyxis/StringBuffer.h"
 
-// What the operating system provides. Each system implements it in a folder of its own, posix/ or
+// Services of the operating system. Each system implements them in its own folder, posix/ or
 // windows/, one of which is built.
 
 namespace kest::platform {
@@ -28,7 +28,7 @@ struct PathName {
 /// Splits the name and extension off a path. A name whose only dot comes first is all extension.
 PathName splitPathName(std::u16string_view path);
 
-/// A loaded module of string resources. Its texts are asked for by number.
+/// A loaded module of string resources: texts by number.
 class StringModule {
   public:
     /// Loads the module that `path` names, as data only; nothing when it cannot be loaded.

@@ -19,7 +19,7 @@ int descriptorOf(std::intptr_t handle) {
 std::optional<PlainFile> PlainFile::open(const Pyxis::StringBuffer& path) {
     Pyxis::StringBuffer bytes;
     Pyxis::StringBuffer::convertString(path, bytes, Pyxis::CharacterType::Narrow);
-    // Without O_NONBLOCK a pipe would keep us waiting for its writer before we can ask what it is.
+    // Without O_NONBLOCK opening a pipe would wait for its writer, before we can check its type.
     PlainFile file(::open(reinterpret_cast<const char*>(bytes.data()),
                           O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     struct stat status {};

@@ -8,7 +8,7 @@
 namespace kest::platform {
 namespace {
 
-/// Far above any language's texts; keeps a wrong file name from filling the memory.
+/// Far more than the texts of any language; stops a wrong file name from filling the memory.
 constexpr std::uint64_t kMaxFileSize = 4U << 20U;
 
 }  // namespace

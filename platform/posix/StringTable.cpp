@@ -28,8 +28,8 @@ std::string withoutEscapes(std::string_view text) {
     return plain;
 }
 
-/// UTF-8 text up to its first zero byte as 16-bit characters. The host turns a byte that is no
-/// UTF-8 into a lone surrogate, so that paths survive; a text shows U+FFFD instead.
+/// UTF-8 text up to its first zero byte as 16-bit characters. The host turns an invalid byte into a
+/// lone surrogate, so that paths survive; a text shows U+FFFD instead.
 std::u16string decoded(const std::string& text) {
     const Pyxis::StringBuffer narrow(static_cast<int>(text.size()),
                                      reinterpret_cast<const unsigned char*>(text.data()),

@@ -8,9 +8,9 @@ namespace kest::platform {
 
 using StringTable = std::map<unsigned int, std::u16string>;
 
-/// Reads the texts of a string-resource file, UTF-8: a line per text, its id (0 to 65535), one
-/// space or tab, the text; "\n", "\t" and "\\" are escapes. Lines of any other form are
-/// skipped, "#" comments among them; of two texts for one id the first counts.
+/// Reads the texts of a UTF-8 string-resource file: a line per text, its id (0 to 65535), one
+/// space or tab, the text; "\n", "\t" and "\\" are escapes. Other lines, such as "#" comments, are
+/// skipped; the first text of an id counts.
 StringTable parseStringTable(std::string_view file);
 
 }  // namespace kest::platform
