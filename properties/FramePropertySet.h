@@ -25,8 +25,8 @@ struct BandFacts {
 };
 
 /// The properties of the component's frame, those of the whole set, then the band's own: reference
-/// name, band name, band type, bucket; names that occur twice stay (compatibility.md, 21). A null
-/// `componentFrame` contributes nothing, and a property for which memory fails is left out. Throws
+/// name, band name, band type, bucket; duplicate names stay (compatibility.md, 21). A null
+/// `componentFrame` contributes nothing; a property that cannot be allocated is left out. Throws
 /// when the set itself cannot be built.
 std::unique_ptr<KestMultispectralPropertySetIterator> buildFramePropertySet(
     Pyxis::ReadImageFileFrameInterface* componentFrame,

@@ -27,7 +27,7 @@ KestMultispectralMetadataTextFileProperty::KestMultispectralMetadataTextFileProp
     setUsage(PropertyUsage::Informative);
     kest::loadResourceString(kest::string_id::kMetadataTextFileName, nameText());
     kest::loadResourceString(kest::string_id::kMetadataTextFileDescription, descriptionText());
-    // A file too big for the memory counts as unreadable.
+    // A file that does not fit into memory counts as unreadable.
     valid_ = Pyxis::answerOr(false, [this] { return readWhole(); });
 }
 
@@ -57,7 +57,7 @@ bool KestMultispectralMetadataTextFileProperty::readWhole() {
     if (!file) {
         return false;
     }
-    // By 32 bits: compatibility.md, 28.
+    // 32 bits: compatibility.md, 28.
     const auto size = static_cast<std::uint32_t>(file->size());
     if (size >= static_cast<std::uint32_t>(kMaximumBytes)) {
         return false;
@@ -66,7 +66,7 @@ bool KestMultispectralMetadataTextFileProperty::readWhole() {
     if (file->readFromStart(text.data(), size) != size) {
         return false;
     }
-    // Nothing may fail once the value is set: a property that is not valid has an empty one.
+    // Nothing may fail once the value is set: an invalid property has an empty value.
     const Pyxis::StringBuffer value(static_cast<int>(text.size()), text.data(),
                                     Pyxis::CharacterType::Plain);
     return value.data() != nullptr && setValue(value);

@@ -3,8 +3,8 @@
 #include "codec/strings/KestExport.h"
 #include "properties/MultispectralPropertyId.h"
 
-/// Marks a property as one of the plug-in's, so that a caller who walks a property set can
-/// recognise it by a checked cast. Objects are destroyed through their host base.
+/// Marks the plug-in's properties, which callers recognise in a property set by a checked cast.
+/// Objects are destroyed through their host base.
 class KEST_API KestMultispectralProperty {
   public:
     /// Which of the plug-in's properties this is.

@@ -19,7 +19,7 @@ void KestMultispectralPropertySetIterator::appendProperty(
     requireProperties(wanted);
 }
 
-/// The host's list skips a property whose clone is null, that is, for which memory failed.
+/// The host's list skips a property whose clone is null: its allocation failed.
 void KestMultispectralPropertySetIterator::requireProperties(int count) const {
     if (FormatCodecPropertySetIterator::numProperties() != count) {
         throw std::bad_alloc();
@@ -33,7 +33,7 @@ void KestMultispectralPropertySetIterator::appendProperties(
     }
     for (source->start(); !source->endOfList(); source->step()) {
         const Pyxis::FormatCodecPropertyInterface* property = source->openProperty();
-        // The source takes its property back even when there is no memory for a copy.
+        // The property is returned to the source even when the copy fails.
         Pyxis::attempt([this, property] { appendProperty(property); });
         source->closeProperty();
     }

@@ -19,7 +19,7 @@ constexpr std::array kNameIds = {
     string_id::kBandTypeName,      string_id::kMetadataTextFileName,
 };
 
-/// The order in which a caller's name is tried.
+/// The order in which a caller's name is compared.
 constexpr std::array kMatchOrder = {
     MultispectralPropertyId::MetadataTextFile, MultispectralPropertyId::ReferenceName,
     MultispectralPropertyId::Bucket,           MultispectralPropertyId::BandName,
@@ -31,7 +31,7 @@ bool isSingleByte(const Pyxis::StringBuffer& text) {
            text.type() == Pyxis::CharacterType::SingleByte;
 }
 
-/// The bytes with a terminator, which the buffer itself may lack.
+/// The bytes with a terminator, which the buffer may lack.
 std::vector<unsigned char> terminated(const Pyxis::StringBuffer& text) {
     std::vector<unsigned char> bytes(static_cast<std::size_t>(text.numDataBytes()) + 1);
     if (text.data() != nullptr) {

@@ -6,8 +6,8 @@
 
 namespace kest {
 
-/// Fills `name` with the property's name as the string resources spell it. False, with `name`
-/// untouched, for an unknown id.
+/// Fills `name` with the property's name from the string resources. False, with `name` unchanged,
+/// for an unknown id.
 bool multispectralPropertyName(MultispectralPropertyId id, Pyxis::StringBuffer& name);
 
 /// Whether two names are equal: exactly, and only among texts of one width, since nothing is
