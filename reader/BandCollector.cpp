@@ -97,7 +97,7 @@ bool BandCollector::readProperties(Pyxis::FormatCodecPropertySetIterator& proper
     return geoFound && bandFileFound;
 }
 
-/// Sets have few buckets, so a walk is enough. A size that is not a number matches none.
+/// Sets have few buckets, so a linear search will do. A NaN size matches none.
 int BandCollector::bucketOf(const Source& source) {
     const auto found =
         std::find_if(buckets_.begin(), buckets_.end(), [this, &source](const BucketRecord& bucket) {

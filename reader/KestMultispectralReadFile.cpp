@@ -75,7 +75,7 @@ KestMultispectralReadFile::Codecs KestMultispectralReadFile::keepReadable(
 void KestMultispectralReadFile::findBands(const Codecs& codecs) {
     kest::BandCollector collector(naming_, geoTolerance_);
     for (int i = 0; i < components_.count(); ++i) {
-        // By position in the list as given, although unreadable components have left it
+        // By position in the input list, although unreadable components have been removed
         // (compatibility.md, 16).
         const Pyxis::ImageFormatCodec* codec = codecs[static_cast<std::size_t>(i)];
         if (codec != nullptr) {

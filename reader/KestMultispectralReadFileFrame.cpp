@@ -75,7 +75,7 @@ std::int32_t KestMultispectralReadFileFrame::frameOp10() {
     return Pyxis::answerOr(0, [&] { return componentFrame_->frameOp10(); });
 }
 void KestMultispectralReadFileFrame::frameOp11(int /*channel*/, Pyxis::ChannelRange* range) {
-    // Always the first channel, whichever was asked for (compatibility.md, 19).
+    // Always the first channel (compatibility.md, 19).
     Pyxis::attempt([&] { componentFrame_->frameOp11(0, range); });
 }
 const Pyxis::ColourTable* KestMultispectralReadFileFrame::frameOp12() {
