@@ -4,8 +4,8 @@
 #include "pyxis/FormatCodecProperty.h"
 #include "pyxis/ImageFormatCodec.h"
 
-// The component codecs of the host as other codecs recognise them: by a checked cast. Each adds
-// one operation, the name of a property that it publishes, by number.
+// The component codecs of the host, which other codecs recognise by a checked cast. Each adds one
+// operation: the name of a property that it publishes, by number.
 
 /// Reads TIFF and GeoTIFF files. Property 9 is the image description.
 class PYXIS_API TiffFormatCodec : public Pyxis::ImageFormatCodec {

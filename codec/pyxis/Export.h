@@ -1,7 +1,7 @@
 #pragma once
 
-// The one place that knows how symbols of the host library cross a module boundary and in which
-// order a compiler lays out overloads of one name.
+// How symbols of the host library cross a module boundary, and in which order a compiler lays out
+// overloads of one name.
 
 #if defined(_WIN32)
 #if defined(PYXIS_BUILDING)
@@ -14,8 +14,8 @@
 #endif
 
 /// Declares two virtual overloads of one name so that `first` takes the lower slot.
-/// Microsoft's compilers give overloads of one name their slots in reverse order of declaration;
-/// everybody else goes by the order written.
+/// Microsoft's compilers give overloads of one name their slots in reverse order of declaration,
+/// others in the order of declaration.
 #if defined(_MSC_VER)
 #define PYXIS_OVERLOADS_IN_SLOT_ORDER(first, second) \
     second;                                          \

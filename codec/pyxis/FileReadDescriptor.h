@@ -12,8 +12,8 @@ namespace Pyxis {
 /// The host's codec registry and file opener as codecs see it.
 class PYXIS_API FileReadDescriptor {
   public:
-    /// Asks the registered codecs in their order whether they read `file`. Decodable with `codec`
-    /// set when one does; else another value, with `codec` untouched.
+    /// Asks the registered codecs in order whether they read `file`. Decodable with `codec` set
+    /// when one does; else another value, with `codec` unchanged.
     static FormatDecodability findImageFileCodec(const FileSpecifier& file,
                                                  const ImageFormatCodec*& codec);
 

@@ -12,8 +12,8 @@ class PYXIS_API FindFileInterface {
   public:
     virtual ~FindFileInterface();  // slot 0
     /// Looks for `nameToLookFor` beside `base`, a file that `codec` is about to open. True when
-    /// it exists; then `found` names it. `found` may be the very object `nameToLookFor`; it is
-    /// untouched when nothing was found.
+    /// it exists; then `found` names it. `found` may be the same object as `nameToLookFor`; it is
+    /// unchanged when nothing was found.
     virtual bool findFile(const ImageFormatCodec* codec, const FileSpecifier& base,
                           const FileSpecifier& nameToLookFor, FileSpecifier& found) = 0;  // slot 1
 };

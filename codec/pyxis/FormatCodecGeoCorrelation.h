@@ -8,7 +8,7 @@
 
 namespace Pyxis {
 
-/// Where a raster lies in the world. Raster corner (0, 0) is the lower-left one.
+/// The georeference of a raster. Raster corner (0, 0) is the lower-left one.
 class PYXIS_API FormatCodecGeoCorrelation : public FormatCodecPropertyInterface {
   public:
     /// World position of the lower-left corner.
@@ -32,7 +32,7 @@ class PYXIS_API FormatCodecGeoCorrelation : public FormatCodecPropertyInterface 
     virtual void reserved23();
     virtual void reserved24();
     virtual bool hasCoordinateSystemCode() const = 0;  // slot 25
-    /// The EPSG code; untouched when there is none.
+    /// The EPSG code; unchanged when there is none.
     virtual void getCoordinateSystemCode(int& code) const = 0;  // slot 26
     virtual void reserved27();
     virtual void reserved28();

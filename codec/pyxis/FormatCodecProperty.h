@@ -9,15 +9,15 @@ namespace Pyxis {
 /// read what the constructors of the derived classes set.
 class PYXIS_API FormatCodecPropertyInterface {
   public:
-    /// Which property this is; custom ones are told apart by their names.
+    /// Which property this is; custom ones differ by name.
     enum class PropertyIdentifier : int {
         Custom = 0,
         Description = 1,
         GeoCorrelation = 7,
     };
-    /// The kind of value. Opaque: the value is read by a class of the codec's own.
+    /// The kind of value. Opaque: a class of the codec reads the value.
     enum class PropertyDataType : int { None = 0, Text = 1, GeoCorrelation = 2, Opaque = 9 };
-    /// What the property is for. Informative: shown to the user, no part of decoding.
+    /// The purpose. Informative: shown to the user, not used for decoding.
     enum class PropertyUsage : int { Unspecified = 0, Informative = 1 };
     /// What the property describes.
     enum class PropertyLevel : int { Unspecified = 0, Frame = 1, FrameGroup = 2, Image = 3 };

@@ -9,24 +9,24 @@
 
 namespace Pyxis {
 
-/// A list of properties with a cursor. It owns clones of what was appended; what it hands out
-/// stays its own.
+/// A list of properties with a cursor. It owns clones of what was appended, also while they are
+/// open.
 class PYXIS_API FormatCodecPropertySetIterator {
   public:
     virtual ~FormatCodecPropertySetIterator();  // slot 0
     /// Puts the cursor on the first property.
     virtual void start();  // slot 1
-    /// Moves on by one; does nothing at the end.
+    /// Advances by one; does nothing at the end.
     virtual void step();                // slot 2
     virtual bool endOfList() const;     // slot 3
     virtual int numProperties() const;  // slot 4
     /// Slot 5: the first property with that identifier, or null; the cursor goes there.
     /// Slot 6: the property at the cursor, or null at the end.
-    /// Either is given back with `closeProperty` and never deleted by the caller.
+    /// The caller returns either with `closeProperty` and never deletes it.
     PYXIS_OVERLOADS_IN_SLOT_ORDER(virtual FormatCodecPropertyInterface* openProperty(
                                       FormatCodecPropertyInterface::PropertyIdentifier identifier),
                                   virtual FormatCodecPropertyInterface* openProperty());
-    /// Gives back the property that was opened last.
+    /// Returns the property that was opened last.
     virtual void closeProperty();  // slot 7
 
     FormatCodecPropertySetIterator& operator=(const FormatCodecPropertySetIterator&) = delete;

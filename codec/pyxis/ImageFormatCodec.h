@@ -11,7 +11,7 @@ namespace Pyxis {
 
 class WriteImageFileInterface;
 
-/// How an image to be written would look; asked of codecs that encode.
+/// The data model of an image to be written, for codecs that encode.
 struct DataModelAttributes {
     PixelModel pixelModel = PixelModel::SingleChannel;
     SampleFormat sampleFormat = SampleFormat::UnsignedInteger;

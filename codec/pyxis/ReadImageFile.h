@@ -43,8 +43,8 @@ struct ColourTable {
     const std::uint8_t* entries = nullptr;
 };
 
-/// A window of pixels for `frameOp13`. The window is given in pixels of the level asked for; it is
-/// resampled (nearest neighbour) when the buffer has another size.
+/// A window of pixels for `frameOp13`, in pixels of the requested level. It is resampled (nearest
+/// neighbour) when the buffer has another size.
 struct PixelRequest {
     std::int32_t x = 0;
     std::int32_t y = 0;
@@ -52,8 +52,8 @@ struct PixelRequest {
     std::int32_t height = 0;
     std::int32_t bufferWidth = 0;
     std::int32_t bufferHeight = 0;
-    /// Samples as the buffer shall hold them; they are converted (and saturate) when the frame's
-    /// own differ. `sampleBits` 0 takes the frame's own format and bits.
+    /// Samples in the buffer; those of the frame are converted (and saturate). `sampleBits` 0 keeps
+    /// the frame's format and bits.
     SampleFormat sampleFormat = SampleFormat::UnsignedInteger;
     std::int32_t sampleBits = 0;
     /// Bytes from one pixel, line to the next; 0 means packed.
@@ -109,7 +109,7 @@ class PYXIS_API ReadImageFileInterface {
     /// The codec that opened the file; not owned.
     virtual const ImageFormatCodec* getCodec() const = 0;       // slot 1
     virtual const FileSpecifier& getFileSpecifier() const = 0;  // slot 2
-    /// Number of files that the image is made of.
+    /// Number of files of the image.
     virtual int getNumFiles() const = 0;  // slot 3
     /// A copy of file `index`; an empty specifier when there is no such file.
     virtual FileSpecifier getFile(int index) const = 0;  // slot 4

@@ -6,7 +6,7 @@
 
 namespace Pyxis {
 
-/// How the bytes of a StringBuffer are to be read.
+/// How to read the bytes of a StringBuffer.
 enum class CharacterType : int {
     Plain = 0,       ///< the host's plain single-byte type; UTF-8 in this host
     Narrow = 1,      ///< 8-bit text, UTF-8
@@ -15,9 +15,9 @@ enum class CharacterType : int {
 };
 
 /// Text in one of several character types, with its byte count. A value: copies share their bytes,
-/// which are never changed in place, so passing texts on costs no memory.
+/// which never change in place, so copies cost no memory.
 ///
-/// The count includes a terminator where the text was built with one, but nothing here relies on
+/// The count includes a terminator if the text was built with one, but nothing here relies on
 /// a terminator or on an even number of bytes in wide text.
 class PYXIS_API StringBuffer {
   public:
@@ -46,8 +46,8 @@ class PYXIS_API StringBuffer {
     bool operator==(const StringBuffer& other) const;
 
     /// Writes the text of `from`, cut at its terminator, into `to` in the given type and with a
-    /// terminator. Both may be one buffer. Bytes that are no UTF-8 become lone surrogates U+DC80
-    /// to U+DCFF in wide text and come back as the same bytes.
+    /// terminator. Both may be one buffer. Invalid UTF-8 bytes become lone surrogates U+DC80 to
+    /// U+DCFF in wide text, and are converted back to the same bytes.
     static void convertString(const StringBuffer& from, StringBuffer& to, CharacterType type);
     /// Byte length of a terminated string, terminator included; 0 for null.
     static int bytesInString(const unsigned char* text, CharacterType type);

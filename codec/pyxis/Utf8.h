@@ -8,8 +8,8 @@ namespace Pyxis {
 /// The most bytes that `putUtf8` writes.
 inline constexpr std::size_t kLongestUtf8 = 6;
 
-/// Writes the UTF-8 sequence of a value of up to 31 bits, as the first definition of UTF-8 has it;
-/// returns the place behind it. Nothing is checked: surrogates come out as three bytes.
+/// Writes the UTF-8 sequence of a value of up to 31 bits, as in the first definition of UTF-8;
+/// returns its end. Nothing is checked: surrogates become three bytes.
 inline char* putUtf8(std::uint32_t value, char* out) {
     if (value < 0x80) {
         *out = static_cast<char>(value);
