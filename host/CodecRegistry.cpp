@@ -6,7 +6,7 @@
 namespace Pyxis {
 namespace {
 
-/// A codec that throws does not read the file. Without memory nobody can be asked.
+/// A codec that throws does not read the file, except that std::bad_alloc propagates.
 FormatDecodability answerOf(const ImageFormatCodec& codec, const FileSpecifier& file) {
     try {
         return codec.isDecodableFile(file, nullptr);

@@ -6,8 +6,8 @@
 
 namespace Pyxis {
 
-/// The codecs that the host asks, in the order of registration. Codecs are registered by one
-/// thread at start-up; any number of threads may ask afterwards.
+/// The host's codecs, in the order of registration. One thread registers them at start-up; any
+/// number of threads may use the registry afterwards.
 class PYXIS_API CodecRegistry {
   public:
     /// The one registry of the process.
@@ -18,9 +18,9 @@ class PYXIS_API CodecRegistry {
     /// Removes a codec; does nothing when it is not registered.
     void remove(const ImageFormatCodec& codec);
 
-    /// Asks the codecs in turn. Decodable with `codec` set at the first that reads `file`; else
-    /// UndecodableSet when one said so, or NotThisFormat, with `codec` untouched. A codec that
-    /// throws counts as one that does not read the file; std::bad_alloc is passed on.
+    /// Asks the codecs in turn. Decodable, with `codec` set to the first that reads `file`; else
+    /// UndecodableSet if a codec returned that, or NotThisFormat, with `codec` unchanged. A codec
+    /// that throws does not read the file; std::bad_alloc propagates.
     FormatDecodability find(const FileSpecifier& file, const ImageFormatCodec*& codec) const;
 
   private:

@@ -45,7 +45,7 @@ bool isRegularFile(const fs::path& path) {
     return fs::is_regular_file(path, error);
 }
 
-/// The first name in byte order, so that the answer does not depend on the directory's own order.
+/// The first name in byte order, so that the result does not depend on the directory's order.
 std::optional<fs::path> searchIgnoringCase(const fs::path& directory, const std::string& name) {
     std::optional<fs::path> best;
     std::error_code error;

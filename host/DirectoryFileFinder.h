@@ -4,9 +4,9 @@
 
 namespace Pyxis {
 
-/// Looks for a regular file, or a link to one, in the directory of the base file, whatever
-/// directory comes with the name: the exact name first, then ignoring the case of ASCII letters.
-/// Gives back the full path as wide text.
+/// Looks for a regular file, or a link to one, in the directory of the base file, ignoring any
+/// directory in the name: the exact name first, then ignoring the case of ASCII letters. Returns
+/// the full path as wide text.
 class PYXIS_API DirectoryFileFinder : public FindFileInterface {
   public:
     ~DirectoryFileFinder() override;

@@ -7,8 +7,8 @@ namespace {
 
 using PropertyPointer = std::unique_ptr<FormatCodecPropertyInterface>;
 
-/// A copy of the property at the cursor if it has that name, else null. The property is given back
-/// to the set in any case.
+/// A copy of the property at the cursor if it has that name, else null. The property is returned to
+/// the set in any case.
 PropertyPointer copyIfNamed(FormatCodecPropertySetIterator& set, const StringBuffer& name) {
     PropertyPointer copy;
     const FormatCodecPropertyInterface* property = set.openProperty();
@@ -51,7 +51,7 @@ bool FileReadDescriptor::setFrame(int frame) {
     return true;
 }
 
-// NOLINTNEXTLINE(performance-unnecessary-value-param): as the interface declares it.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): fixed by the interface.
 FormatCodecPropertyInterface* FileReadDescriptor::getProperty(StringBuffer name) {
     if (image() == nullptr) {
         return nullptr;

@@ -49,7 +49,7 @@ FormatCodecPropertyInterface* FormatCodecPropertySetIterator::openProperty() {
 }
 
 void FormatCodecPropertySetIterator::closeProperty() {
-    // Nothing is held open: the list keeps its properties for as long as it lives.
+    // Nothing to do: the list owns its properties for its whole life.
 }
 
 void FormatCodecPropertySetIterator::appendProperty(const FormatCodecPropertyInterface* property) {

@@ -7,17 +7,16 @@
 #include "pyxis/FileSpecifier.h"
 #include "pyxis/StringBuffer.h"
 
-// The host's text: UTF-8 and UTF-16, where bytes that are no UTF-8 survive as lone surrogates.
+// The host's text: UTF-8 and UTF-16, where invalid UTF-8 bytes survive as lone surrogates.
 
 namespace Pyxis {
 
-/// Every byte that is no part of well-formed UTF-8 becomes U+DC80 + (byte - 0x80).
+/// Every byte outside well-formed UTF-8 becomes U+DC80 + (byte - 0x80).
 PYXIS_API std::u16string utf8ToWide(std::string_view text);
-/// The inverse of `utf8ToWide`. Other lone surrogates come out as three bytes each.
+/// The inverse of `utf8ToWide`. Other lone surrogates become three bytes each.
 PYXIS_API std::string wideToUtf8(std::u16string_view text);
 
-/// The buffer's text up to its terminator as UTF-8 (or, for a path, as the bytes that it is made
-/// of).
+/// The buffer's text up to its terminator as UTF-8 (a path as its original bytes).
 PYXIS_API std::string toUtf8(const StringBuffer& buffer);
 /// The 16-bit characters of a wide buffer up to its terminator or its last whole character.
 PYXIS_API std::u16string wideCharacters(const StringBuffer& buffer);

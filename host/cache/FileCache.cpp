@@ -8,7 +8,7 @@
 namespace Pyxis {
 namespace {
 
-/// The path from the root on, without a copy of one that is.
+/// An absolute path; one that is absolute already is not copied.
 class AbsolutePath {
   public:
     explicit AbsolutePath(const std::string& path)
@@ -21,7 +21,7 @@ class AbsolutePath {
     const std::string& path_;
 };
 
-/// That of this thread; 0 for none.
+/// The operation of this thread; 0 for none.
 thread_local std::uint64_t currentOperation = 0;
 
 }  // namespace

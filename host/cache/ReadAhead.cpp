@@ -12,7 +12,7 @@ namespace {
 
 /// Starting a thread takes as long as opening a few files.
 constexpr std::size_t kFilesForThread = 16;
-/// More threads than that wait for one another's disk and memory.
+/// More threads would only wait for disk and memory.
 constexpr std::size_t kMostThreads = 4;
 
 }  // namespace
@@ -31,7 +31,7 @@ ReadAhead::ReadAhead(std::shared_ptr<FileCache> cache, std::vector<std::string> 
     }
     helpers_.reserve(threads - 1);
     try {
-        // The first file most likely brings the coordinate system of all. It is a helper's, so that
+        // The first file most likely has the coordinate system of all. A helper opens it, so that
         // the caller need not wait for it.
         helpers_.emplace_back([this] {
             open(0);
@@ -41,7 +41,7 @@ ReadAhead::ReadAhead(std::shared_ptr<FileCache> cache, std::vector<std::string> 
             helpers_.emplace_back([this] { openNextFiles(); });
         }
     } catch (const std::exception&) {
-        // Fewer do the work.
+        // Fewer threads do the work.
     }
     openNextFiles();
 }
@@ -55,7 +55,7 @@ ReadAhead::~ReadAhead() {
 
 void ReadAhead::open(std::size_t at) {
     answerOr(false, [&] {
-        return static_cast<bool>(cache_->open(paths_[at]));  // a refusal is for the codecs to find
+        return static_cast<bool>(cache_->open(paths_[at]));  // the codecs report refusals
     });
 }
 

@@ -13,11 +13,11 @@ namespace Pyxis {
 class FileCache;
 
 /// Opens files on several threads and leaves them in a cache. The constructor returns when every
-/// file is opened or being opened: working out a coordinate system takes as long as opening a
-/// hundred files, and whoever needs it then waits for it.
+/// file is opened or being opened: computing a coordinate system takes as long as opening a hundred
+/// files, and only its users wait for it.
 class ReadAhead {
   public:
-    /// Ends early when `stop` says so.
+    /// Ends early when `stop` returns true.
     ReadAhead(std::shared_ptr<FileCache> cache, std::vector<std::string> paths,
               std::function<bool()> stop);
     ReadAhead(const ReadAhead&) = delete;

@@ -9,17 +9,17 @@ namespace Pyxis {
 /// Why a file is not read.
 struct Refusal {
     enum class Kind {
-        Unreadable,   ///< missing, no regular file, or the system does not give its bytes
-        OtherFormat,  ///< not of the format that was asked for
+        Unreadable,   ///< missing, not a regular file, or reading fails
+        OtherFormat,  ///< not of the requested format
         Damaged,      ///< of the format, but incomplete or wrong
         Unsafe,       ///< leads to other files, or claims more than it can hold
     };
 
     Kind kind = Kind::Damaged;
-    std::string reason;  ///< for the user; the file is not named in it
+    std::string reason;  ///< for the user; does not name the file
 };
 
-/// A value, or the refusal that stands in its place.
+/// A value, or the refusal in its place.
 template <typename T>
 class [[nodiscard]] Expected {
   public:
@@ -31,7 +31,7 @@ class [[nodiscard]] Expected {
     const T& operator*() const { return std::get<0>(content_); }
     T* operator->() { return &std::get<0>(content_); }
     const T* operator->() const { return &std::get<0>(content_); }
-    /// Only where there is no value.
+    /// Only if there is no value.
     const Refusal& refusal() const { return std::get<1>(content_); }
 
   private:

@@ -44,7 +44,7 @@ Refusal unreadable(std::string reason) {
     return {Refusal::Kind::Unreadable, std::move(reason)};
 }
 
-/// A descriptor that is closed at the end.
+/// A file descriptor, closed on destruction.
 class Descriptor {
   public:
     /// A pipe or device must not block before it is known to be one.

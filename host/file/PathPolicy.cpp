@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::string_view kVirtual = "/vsi";
 constexpr std::array<std::string_view, 3> kArchives = {"/vsizip/", "/vsitar/", "/vsigzip/"};
-/// The beginnings of GDAL's names; each goes on with a slash, a question mark or "_streaming".
+/// Prefixes of GDAL's names; a slash, a question mark or "_streaming" follows.
 constexpr std::array<std::string_view, 9> kRemotes = {"/vsicurl",  "/vsis3",   "/vsigs",
                                                       "/vsiaz",    "/vsiadls", "/vsioss",
                                                       "/vsiswift", "/vsihdfs", "/vsiwebhdfs"};
@@ -20,7 +20,7 @@ bool startsAny(std::string_view path, const auto& beginnings) {
                        [path](std::string_view one) { return path.starts_with(one); });
 }
 
-/// What an archive's name goes on with: GDAL takes "vsis3/..." there for "/vsis3/..." as well.
+/// The path within an archive's name: there GDAL also reads "vsis3/..." as "/vsis3/...".
 std::string withinArchive(std::string_view path) {
     path.remove_prefix(path.find('/', 1));
     path.remove_prefix(std::min(path.find_first_not_of("/{"), path.size()));
@@ -32,7 +32,7 @@ struct Shared {
     PathPolicy policy;
 };
 
-/// Never destroyed: threads that read ahead may ask until the process ends.
+/// Never destroyed: threads that read ahead may use it until the process ends.
 Shared& shared() {
     static auto* const shared = new Shared;
     return *shared;

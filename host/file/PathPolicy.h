@@ -6,26 +6,26 @@
 
 namespace Pyxis {
 
-/// What a path leads to.
+/// The kind of file that a path names.
 enum class PathKind {
-    Plain,      ///< a file of the system's
+    Plain,      ///< a file in the file system
     InArchive,  ///< a member of one, or a compressed file, by GDAL's name for it ("/vsizip/...")
     Remote,     ///< something on the network
-    Other,      ///< anything else that GDAL would open by a name of its own
+    Other,      ///< any other special name of GDAL's
 };
 
 PathKind kindOf(std::string_view path);
 
-/// What the component codecs of this process may open beside plain files. A host that says nothing
-/// has the strictest one: components come from documents, and documents from strangers.
+/// What the component codecs of this process may open besides plain files. The default is the
+/// strictest: components come from documents, and documents are untrusted.
 struct PathPolicy {
     bool archives = false;             ///< members of archives
     bool remote = false;               ///< whatever a document names on the network
-    bool virtualRasters = false;       ///< rasters that are made of other files
+    bool virtualRasters = false;       ///< rasters that refer to other files
     std::set<std::string> named = {};  ///< on the network, named by the user
 };
 
-/// From now on, for the whole process.
+/// Sets the policy for the whole process.
 void setPathPolicy(PathPolicy policy);
 PathPolicy pathPolicy();
 

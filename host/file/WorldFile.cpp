@@ -31,7 +31,7 @@ std::string_view takeLine(std::string_view& text) {
     return line;
 }
 
-/// The number that a line starts with. Some writers put a comma for the point.
+/// The number at the start of a line. Some writers use a decimal comma.
 std::optional<double> numberIn(std::string_view line) {
     line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
     if (line.starts_with('+')) {

@@ -40,7 +40,7 @@ constexpr std::uint64_t kMetre = 9001;
 constexpr std::uint64_t kDegree = 9102;
 constexpr std::uint64_t kUserDefined = 32767;
 
-/// A key that a plain projected system may have; zero stands for any value.
+/// A key that a plain projected system may have; zero means any value.
 struct PlainKey {
     std::uint64_t id;
     bool isText;
@@ -88,7 +88,7 @@ bool areInOrder(const std::vector<Key>& keys) {
            }) == keys.end();
 }
 
-/// Whether texts are mere names with one terminator. Some writers hide parameters of the system
+/// Whether texts are only names with one terminator. Some writers put parameters of the system
 /// there, as NAME = VALUE.
 bool areNames(std::string_view texts) {
     using namespace std::string_view_literals;

@@ -6,15 +6,15 @@
 
 namespace Pyxis {
 
-/// What the GeoTIFF keys of a file say.
+/// The contents of a file's GeoTIFF keys.
 struct GeoKeys {
-    /// All bytes that decide which coordinate system the file has: its byte order, the key
-    /// directory and the parameters. Empty when there are no keys, or when libtiff reads a field
-    /// that this reader does not: files with equal bytes have the same system.
+    /// All bytes that determine the coordinate system: byte order, key directory and parameters.
+    /// Files with equal bytes have the same system. Empty when there are no keys, or when libtiff
+    /// reads a field that this reader does not.
     std::string bytes;
-    /// Whether tie points are those of pixel corners (PixelIsArea), as a key says.
+    /// Whether tie points are pixel corners (PixelIsArea).
     bool placesAreCorners = false;
-    /// The EPSG code of the projected system, if the keys say nothing that could change it; else 0.
+    /// The EPSG code of the projected system, unless other keys could change it; else 0.
     int projectedSystem = 0;
 };
 

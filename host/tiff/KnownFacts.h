@@ -30,13 +30,13 @@ struct KnownRaster {
     ChannelRange range;
 };
 
-/// What is known of a file from its own bytes, without asking GDAL. The defaults know nothing.
+/// What is known of a file from its bytes, without GDAL. The defaults mean unknown.
 struct KnownFacts {
-    /// All bytes that decide which coordinate system GDAL finds: files with the same key have the
-    /// same system, which is then worked out once. Empty when no such bytes are known.
+    /// All bytes that determine the coordinate system: files with the same key have the same
+    /// system, which is computed once. Empty when no such bytes are known.
     std::string systemKey;
-    /// The EPSG code of the projected system, if that is what GDAL will find; else 0. The code may
-    /// be one that is not registered, or not that of a projected system.
+    /// The EPSG code of the projected system, if GDAL will find the same; else 0. The code may be
+    /// unregistered, or not that of a projected system.
     int projectedSystem = 0;
     /// GDAL's geotransform.
     std::optional<std::array<double, 6>> transform;
@@ -46,7 +46,7 @@ struct KnownFacts {
     /// The last of `blocks` blocks.
     std::optional<PixelBlock> lastBlock;
     std::uint64_t blocks = 0;
-    /// Everything that opening the file would show. The file then need not be opened before pixels
+    /// All facts that opening the file would give. The file then need not be opened before pixels
     /// are read.
     std::optional<KnownRaster> raster;
 };

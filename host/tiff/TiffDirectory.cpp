@@ -12,7 +12,7 @@
 namespace Pyxis {
 namespace {
 
-/// The transform of a raster that is tied at its first corner and north up, as nearly all are.
+/// The transform of a north-up raster with a tie point at its first corner, as nearly all have.
 std::optional<std::array<double, 6>> transformOf(TiffFields& fields, const GeoKeys& keys) {
     const std::vector<double> scale = fields.doubles(tag::kPixelScale, 3);
     const std::vector<double> tie = fields.doubles(tag::kTiePoints, 6);
@@ -55,7 +55,7 @@ KnownFacts tiffFacts(const std::string& path, const FileHead& head) {
     TiffFields fields(path, head);
     if (!fields.all().empty()) {
         GeoKeys keys = readGeoKeys(fields);
-        // GDAL's own field of metadata can hold anything, descriptions included.
+        // GDAL's metadata field can hold anything, descriptions included.
         facts.mayNameOverviews = fields.has(tag::kGdalMetadata);
         facts.mayHaveDescription = facts.mayNameOverviews || fields.has(tag::kDescription);
         facts.mayHaveColours = mayHaveColours(fields);

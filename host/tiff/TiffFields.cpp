@@ -74,7 +74,7 @@ std::uint64_t TiffReader::number(std::string_view bytes) const {
 }
 
 TiffFields::TiffFields(const std::string& path, const FileHead& head) : file_(path, head) {
-    // BigTIFF gives the width of its offsets, for versions to come.
+    // BigTIFF states the width of its offsets, for future versions.
     if (file_.isBig() &&
         (file_.number(file_.bytes(4, 2)) != kBig.offset || file_.number(file_.bytes(6, 2)) != 0)) {
         return;

@@ -12,8 +12,8 @@
 
 namespace Pyxis {
 
-/// Reads a TIFF file at the offsets that it gives itself. Most values are within the head, so the
-/// file is opened only when one is not.
+/// Reads a TIFF file at the offsets that it contains. The file is opened only when a value is not
+/// within the head.
 class TiffReader {
   public:
     /// `path` and `head` must outlive the reader.
@@ -25,8 +25,8 @@ class TiffReader {
     /// Whether the file is a BigTIFF, with offsets of 64 bits.
     bool isBig() const { return big_; }
     bool isBigEndian() const { return bigEndian_; }
-    /// At most `count` bytes from `offset` on, fewer where the file ends or cannot be read. They
-    /// are valid as long as reader and head.
+    /// At most `count` bytes from `offset` on, fewer if the file ends or cannot be read. They are
+    /// valid as long as reader and head.
     std::string_view bytes(std::uint64_t offset, std::size_t count);
     /// The bytes as a number in the file's byte order.
     std::uint64_t number(std::string_view bytes) const;
@@ -69,8 +69,8 @@ class TiffFields {
     bool has(std::uint64_t tag) const { return find(tag) != nullptr; }
     /// The number of values of a field; 0 when there is no such field.
     std::uint64_t count(std::uint64_t tag) const;
-    /// All bytes of the field with this tag; none when it is of another type, there are two such
-    /// fields, or there are more bytes than a directory needs or fewer than the field says.
+    /// All bytes of the field with this tag; none when it has another type, is duplicate, has more
+    /// bytes than a directory needs or fewer than the field claims.
     std::string_view value(std::uint64_t tag, Type type);
     /// The number of a field of one whole number.
     std::optional<std::uint64_t> onlyNumber(std::uint64_t tag);

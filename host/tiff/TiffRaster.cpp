@@ -105,7 +105,7 @@ bool isPlain(TiffFields& fields) {
                        [&fields](std::uint64_t tag) { return fields.has(tag); });
 }
 
-/// Whether all blocks are listed, and none is so large that GDAL would divide it.
+/// Whether all blocks are listed, and none is so large that GDAL would split it.
 bool hasItsBlocks(TiffFields& fields, const KnownRaster& raster, std::uint64_t offsets,
                   std::uint64_t lengths) {
     const auto number = [](std::int32_t size, std::int32_t block) {
@@ -117,7 +117,7 @@ bool hasItsBlocks(TiffFields& fields, const KnownRaster& raster, std::uint64_t o
     const std::uint64_t bytes = static_cast<std::uint64_t>(raster.blockWidth) *
                                 static_cast<std::uint64_t>(raster.blockHeight) *
                                 static_cast<std::uint64_t>(raster.bits / 8);
-    // libtiff divides the only strip of an uncompressed file.
+    // libtiff splits the only strip of an uncompressed file.
     constexpr std::uint64_t kMostBytesOfOnlyStrip = 8192;
     const bool mayBeCut = blocks == 1 && offsets == tag::kStripOffsets &&
                           oneNumber(fields, tag::kCompression) == kNone;
@@ -152,7 +152,7 @@ bool findBlocks(TiffFields& fields, KnownRaster& raster) {
            hasItsBlocks(fields, raster, tag::kStripOffsets, tag::kStripLengths);
 }
 
-/// Fills in the no-data value; false for a text that GDAL might read otherwise.
+/// Fills in the no-data value; false for a text that GDAL might read differently.
 bool findNoData(TiffFields& fields, KnownRaster& raster) {
     constexpr double kNoValue = -1e10;  // GDAL's answer then
     raster.range.noData = kNoValue;
@@ -168,7 +168,7 @@ bool findNoData(TiffFields& fields, KnownRaster& raster) {
         raster.range.noData = std::numeric_limits<double>::quiet_NaN();
         return raster.format == SampleFormat::FloatingPoint;
     }
-    // GDAL rounds values of 32 bits, and those near the largest one as it sees fit.
+    // GDAL rounds 32-bit values; how it rounds those near the largest one is unpredictable.
     constexpr double kMostSafe = 1e38;
     const auto [end, error] =
         std::from_chars(text.data(), text.data() + text.size(), raster.range.noData);
