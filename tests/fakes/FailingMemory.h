@@ -15,9 +15,14 @@ struct MemoryFault {
     int failing = kNever;
     int requests = 0;
     bool sticky = false;
+    /// Whether the request at hand is one that neither fails nor counts; null: none is.
+    bool (*passes)() = nullptr;
 
     bool failsNow() {
-        const int request = failing == kNever ? -1 : requests++;
+        if (failing == kNever || (passes != nullptr && passes())) {
+            return false;
+        }
+        const int request = requests++;
         return request == failing || (sticky && request > failing);
     }
 };

@@ -1,9 +1,15 @@
 #include "tests/fakes/FailingMemory.h"
 
+#include <execinfo.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <link.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string_view>
 #include <thread>
 
 #include "host/CodecRegistry.h"
@@ -39,6 +45,44 @@ struct LeaksOfGdalPass {
 
 using namespace Pyxis;
 using fakes::memoryFault;
+
+/// Where a library's code lies.
+struct CodeOf {
+    std::string_view name;
+    std::uintptr_t begin = 0, end = 0;
+};
+
+CodeOf codeOf(std::string_view name) {
+    CodeOf code{name};
+    dl_iterate_phdr(
+        [](dl_phdr_info* library, std::size_t /*size*/, void* data) {
+            auto& found = *static_cast<CodeOf*>(data);
+            if (std::string_view(library->dlpi_name).find(found.name) == std::string_view::npos) {
+                return 0;
+            }
+            for (int i = 0; i < library->dlpi_phnum; ++i) {
+                const auto& part = library->dlpi_phdr[i];
+                if (part.p_type == PT_LOAD && (part.p_flags & PF_X) != 0) {
+                    found.begin = library->dlpi_addr + part.p_vaddr;
+                    found.end = found.begin + part.p_memsz;
+                }
+            }
+            return 1;
+        },
+        &code);
+    return code;
+}
+
+/// Whether GDAL, or a library that it calls, makes the request for memory that is being answered.
+bool isOfGdal() {
+    static const CodeOf gdal = codeOf("/libgdal.");
+    std::array<void*, 48> callers{};
+    const int count = backtrace(callers.data(), static_cast<int>(callers.size()));
+    return std::any_of(callers.begin(), callers.begin() + count, [](void* caller) {
+        const auto at = reinterpret_cast<std::uintptr_t>(caller);
+        return at >= gdal.begin && at < gdal.end;
+    });
+}
 
 /// Asks everything that a host asks of a file. Returns how far that came.
 int ask(const FileSpecifier& file) {
@@ -83,9 +127,11 @@ constexpr int kAll = 5;
 class FailingMemory : public testing::Test {
   protected:
     enum class Faults { Single, Lasting };
+    enum class Requests { All, Ours };
 
     /// Asks with one request for memory, or all from it on, failing, for every request there is.
-    static void failEach(const std::string& path, Faults faults, int usual = kAll) {
+    static void failEach(const std::string& path, Faults faults, Requests requests,
+                         int usual = kAll) {
         SCOPED_TRACE(path);
         const FileSpecifier file = fileSpecifier(path);
         bool reached = true;
@@ -94,13 +140,37 @@ class FailingMemory : public testing::Test {
             // GDAL counts the files that a thread is opening, and exceptions confuse it.
             std::thread([&] {
                 [[maybe_unused]] const LeaksOfGdalPass pass;
-                memoryFault = {n, 0, faults == Faults::Lasting};
+                memoryFault = {n, 0, faults == Faults::Lasting,
+                               requests == Requests::Ours ? isOfGdal : nullptr};
                 EXPECT_NO_THROW(ask(file)) << n;
                 reached = memoryFault.requests > n;
                 memoryFault = {};
             }).join();
             ASSERT_EQ(ask(file), usual) << "broken for good by the loss of request " << n;
         }
+    }
+
+    std::string segments() const {
+        const fakes::Raster first{.bands = 2,
+                                  .transform = std::nullopt,
+                                  .epsg = 0,
+                                  .driver = "NITF",
+                                  .options = {"NUMI=2", "IREPBAND=R,M"}};
+        const fakes::Raster second{.transform = std::nullopt,
+                                   .epsg = 0,
+                                   .driver = "NITF",
+                                   .options = {"APPEND_SUBDATASET=YES"}};
+        fakes::writeRaster(directory / "segments.ntf", first);
+        return fakes::writeRaster(directory / "segments.ntf", second);
+    }
+
+    std::string copied(const char* driver, const std::string& name) const {
+        const std::string source = fakes::writeRaster(directory / "source.tif", {.epsg = 0});
+        const GDALDatasetUniquePtr raster(GDALDataset::Open(source.c_str()));
+        GDALDatasetUniquePtr(GetGDALDriverManager()->GetDriverByName(driver)->CreateCopy(
+            (directory / name).c_str(), raster.get(), FALSE, nullptr, nullptr, nullptr));
+        std::filesystem::remove((directory / name) + ".aux.xml");
+        return directory / name;
     }
 
     fakes::TempDirectory directory;
@@ -112,16 +182,32 @@ TEST_F(FailingMemory, GivesTheUsualAnswersAndBreaksNothing) {
         fakes::writeRaster(directory / "described.tif", {.description = "scene"}),
     };
     for (const std::string& path : tiffs) {
-        failEach(path, Faults::Lasting);
-        failEach(path, Faults::Single);
+        failEach(path, Faults::Lasting, Requests::All);
+        failEach(path, Faults::Single, Requests::All);
     }
-    // Opening a FAST file asks PROJ, which ends the process when memory fails. What is looked at
-    // before that, here a band that is no file, is ours.
+}
+
+/// Other libraries end the process when memory fails, so what they ask for is there.
+TEST_F(FailingMemory, BreaksNothingOfOursInOtherFormats) {
+    fakes::writeFile(directory / "world.pgw", "30\n0\n0\n-30\n1015\n1985\n");
+    const std::string paths[] = {
+        segments(),
+        fakes::writeRaster(directory / "envi.dat", {.epsg = 0, .driver = "ENVI"}),
+        fakes::writeRaster(directory / "erdas.img", {.epsg = 0, .driver = "HFA"}),
+        copied("JP2OpenJPEG", "a.jp2"),
+        copied("PNG", "world.png"),
+    };
+    for (const std::string& path : paths) {
+        failEach(path, Faults::Lasting, Requests::Ours);
+        failEach(path, Faults::Single, Requests::Ours);
+    }
+    // Opening a FAST file asks PROJ for too much to try each request. What is looked at before
+    // that, here a band that is no file, is ours.
     const kestms::samples::FastProduct product{{"L7_B10.FST"}, 12, 8, 500000, 5600000, 30};
     fakes::writeFile(directory / "L7_HRF.FST", kestms::samples::fastHeaderText(product));
     ASSERT_EQ(mkfifo((directory / "L7_B10.FST").c_str(), 0600), 0);
-    failEach(directory / "L7_HRF.FST", Faults::Lasting, 0);
-    failEach(directory / "L7_HRF.FST", Faults::Single, 0);
+    failEach(directory / "L7_HRF.FST", Faults::Lasting, Requests::All, 0);
+    failEach(directory / "L7_HRF.FST", Faults::Single, Requests::All, 0);
 }
 
 }  // namespace
