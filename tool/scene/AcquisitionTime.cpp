@@ -21,7 +21,7 @@ bool isDigit(char character) {
     return character >= '0' && character <= '9';
 }
 
-/// Whether digits stand where the pattern has "0", and its other characters where they are.
+/// Whether the text has digits where the pattern has "0", and else the pattern's characters.
 bool looksLike(std::string_view text, std::string_view pattern) {
     return text.size() == pattern.size() &&
            std::equal(text.begin(), text.end(), pattern.begin(), [](char given, char wanted) {
@@ -44,7 +44,7 @@ bool isDay(std::string_view text) {
                .ok();
 }
 
-/// "00:02:41", perhaps with parts of a second behind it.
+/// "00:02:41", optionally with a fraction of a second.
 bool isTime(std::string_view text) {
     const std::string_view parts = text.substr(std::min(text.size(), kTime));
     const bool hasParts =
@@ -75,7 +75,7 @@ std::optional<TimeSpan> parseOne(std::string_view text) {
                    : std::nullopt;
 }
 
-/// "20180629T000241" in a name, of that day.
+/// "20180629T000241" in a name, if it is of that day.
 std::optional<TimeSpan> fromName(std::string_view name, const std::string& day) {
     std::string compact = day;
     std::erase(compact, '-');
@@ -98,7 +98,7 @@ std::string_view unquoted(std::string_view value) {
     return value.substr(0, value.find_last_not_of(kAround) + 1);
 }
 
-/// The date and time among lines of "KEY = VALUE", by the names that producers gave them.
+/// The date and time among lines of "KEY = VALUE", by the producers' keys.
 std::optional<TimeSpan> fromMetadata(const std::string& path) {
     std::error_code error;
     if (!fs::is_regular_file(path, error) || fs::file_size(path, error) > kLargestFile) {

@@ -10,7 +10,7 @@ namespace kestms {
 /// Metadata items of one domain, by key.
 using MetadataItems = std::map<std::string, std::string>;
 
-/// What an auxiliary file adds to a band.
+/// The description of a band in an auxiliary file.
 struct AuxiliaryBand {
     std::optional<std::string> description;
     std::optional<std::string> unit;
@@ -20,9 +20,9 @@ struct AuxiliaryBand {
     std::map<std::string, MetadataItems> domains;  ///< "" is the default one
 };
 
-/// Reads the descriptions that GDAL keeps beside a raster (".aux.xml"), by band, from 1. Anything
-/// there that could lead to another file is passed over. Empty when there is no such file, or one
-/// that is too large or no auxiliary file.
+/// Reads the descriptions in GDAL's auxiliary file of a raster (".aux.xml"), by band, from 1.
+/// Ignores anything that could lead to another file. Empty when there is no such file, or it is too
+/// large or invalid.
 std::map<int, AuxiliaryBand> readAuxiliaryFile(const std::string& rasterPath);
 
 }  // namespace kestms

@@ -10,7 +10,7 @@
 
 namespace kestms {
 
-/// Where a band lies in the world, in units of its coordinate system.
+/// The georeference of a band, in units of its coordinate system.
 struct Georeference {
     double pixelWidth = 0.0;
     double pixelHeight = 0.0;
@@ -23,12 +23,12 @@ struct Georeference {
     int epsg = 0;                  ///< 0: no code
 };
 
-/// Everything the tool knows about one band of an opened set; what it inherits, the codec says of
-/// the band. Texts are UTF-8.
+/// Everything the tool knows about one band of an opened set; the base holds the codec's details.
+/// Texts are UTF-8.
 struct Band : kest::BandDetails {
-    // What the plug-in says of it.
+    // From the plug-in.
     int frame = 0;     ///< in the set
-    std::string name;  ///< the plug-in's; where that only counts, `labelBands` has another
+    std::string name;  ///< the plug-in's, or that of `labelBands` if the plug-in only counts
     kest::BandType type = kest::BandType::Unknown;
     kest::BandAssignment assignment = kest::BandAssignment::NotAssigned;
     int bucket = 0;  ///< index in the set
@@ -43,7 +43,7 @@ struct Band : kest::BandDetails {
     std::int32_t bits = 0;
     Pyxis::PixelModel model = Pyxis::PixelModel::SingleChannel;
     Pyxis::SampleFormat format = Pyxis::SampleFormat::UnsignedInteger;
-    Pyxis::Size block;  ///< in which the file is read best
+    Pyxis::Size block;  ///< the natural block of the file
     std::optional<double> noData;
     std::optional<Georeference> georeference;
 };

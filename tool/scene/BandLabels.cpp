@@ -45,7 +45,7 @@ void reverseAll(std::vector<std::string>& names) {
     }
 }
 
-/// "Layer_1", "Band 2": what formats write where nobody has named a band.
+/// "Layer_1", "Band 2": default names that formats write.
 bool isCount(std::string_view text) {
     constexpr std::string_view kDigits = "0123456789";
     const std::size_t word = text.find_first_of(" _0123456789");
@@ -57,7 +57,7 @@ bool isCount(std::string_view text) {
            number <= lower.size() + 1 && text.find_first_not_of(kDigits, number) == text.npos;
 }
 
-/// What the component calls the band; empty when it does not.
+/// The component's own name for the band; empty without one.
 std::string ownLabel(const Band& band, const std::map<int, AuxiliaryBand>& auxiliary) {
     const auto source =
         Pyxis::rasterSourceOf(Pyxis::fileSpecifier(band.componentPath), band.componentFrame);

@@ -15,49 +15,49 @@
 
 namespace kestms {
 
-/// What a run of the tool works with. Commands set `action` when they are chosen.
+/// The state of one run of the tool. Commands set `action` when they are chosen.
 class Context {
   public:
     Context(std::istream& input, std::ostream& output, std::ostream& errors);
 
-    /// The host, set up at the first call.
+    /// The host, created at the first call.
     Session& session();
-    /// Has a file on the network that an argument names be read.
+    /// Allows a file on the network that an argument names.
     void nameRemote(const std::string& path);
-    /// One line on the error stream that does not end the command; none when the user wants quiet.
+    /// Prints one line on the error stream, without ending the command; nothing with --quiet.
     void warn(const std::string& file, const std::string& reason) const;
     void note(const std::string& text) const;
-    /// The line that ends a command.
+    /// Prints the line that ends a command.
     void fail(const std::string& text) const;
-    /// What tables have room for; 0 for any width.
+    /// The width of tables; 0 for any width.
     std::size_t tableColumns() const;
 
     std::istream& in;
     std::ostream& out;
     std::ostream& err;
-    std::string language;  ///< empty: by the environment
+    std::string language;  ///< empty: that of the environment
     bool quiet = false;    ///< no warnings, notes and progress
     bool wide = false;     ///< tables are not fitted to the terminal
     ProductChoice products;
-    /// What components may be beside plain files.
+    /// What components may be besides plain files.
     Pyxis::PathPolicy paths{.archives = true};
-    /// Whether arguments are the user's own words, which may name files on the network.
+    /// Whether arguments come from the user, and so may name files on the network.
     bool takesRemoteNames = false;
-    /// Of several scenes in a folder, the one to take.
+    /// The scene to use if a folder has several.
     std::string scene;
-    bool withQuality = false;  ///< quality and other layers are taken when they fit
-    bool skipMisfits = false;  ///< so are sets, without the components that do not fit
-    /// Components that may go when they do not fit.
+    bool withQuality = false;  ///< quality and other layers are included if they fit
+    bool skipMisfits = false;  ///< components that do not fit are left out
+    /// Components that may be left out if they do not fit.
     std::set<std::string> layers;
-    /// What the command was given to read.
+    /// The inputs of the command.
     InputFiles inputs;
     /// Whether the command lists layers of the scene (quality, masks, angles) beside the set, then
-    /// those that are no part of it.
+    /// those outside it.
     bool listsLayers = false;
     std::vector<SetAside> layersAside;
     /// Whether files may change while the program runs.
     Session::Changes changes = Session::Changes::Ignore;
-    /// The chosen command, run once the whole command line is understood.
+    /// The chosen command, run after the whole command line is parsed.
     std::function<ExitCode()> action;
 
   private:

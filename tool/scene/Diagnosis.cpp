@@ -46,7 +46,7 @@ std::string whyNotGeoreferenced(const std::string& path) {
            (unread.empty() ? std::string() : "; " + unread + " beside it is not read");
 }
 
-/// Why the component has its verdict; `criteria` is what it was compared with.
+/// Why the component has its verdict; it was compared with `criteria`.
 std::string reasonFor(const ComponentDiagnosis& each, const kest::InclusionData& criteria) {
     switch (each.verdict) {
         case Verdict::Accepted:
@@ -98,7 +98,7 @@ Diagnosis diagnose(const Session& /*session*/, const Pyxis::FileSpecifier& set) 
             each.component = {Pyxis::toUtf8(judged->component->file.string()),
                               judged->component->frame};
         }
-        // Only what differs from the reference asks for it.
+        // Only a difference from the reference needs it.
         each.detail =
             reasonFor(each, diagnosis.reference ? diagnosis.components[*diagnosis.reference].data
                                                 : each.data);

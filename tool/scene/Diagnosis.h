@@ -13,7 +13,7 @@
 
 namespace kestms {
 
-/// The reason given for a set of one.
+/// The reason for a set of one.
 inline constexpr const char* kTooFewBands = "a set needs at least two bands";
 
 using kest::Verdict;
@@ -38,8 +38,8 @@ struct Diagnosis {
     std::size_t count(Verdict verdict) const;
 };
 
-/// Judges the set as the codec does, but past the component that settles the answer, and puts every
-/// verdict into words. The session has the codecs registered that read the components.
+/// Judges the set as the codec does, but beyond the component that settles the answer, and explains
+/// every verdict. The session keeps the component codecs registered.
 Diagnosis diagnose(const Session& session, const Pyxis::FileSpecifier& set);
 
 /// A stable word for the verdict ("layout-differs").
@@ -51,7 +51,7 @@ double percentOff(const kest::CornerDeviation& off);
 std::string_view cornerWord(kest::Corner corner);
 std::string_view axisWord(kest::Axis axis);
 
-/// Ends the command with the reason for which the set is not decodable.
+/// Ends the command with the reason why the set is not decodable.
 [[noreturn]] void failUndecodable(const Diagnosis& diagnosis);
 
 }  // namespace kestms

@@ -33,13 +33,13 @@ std::string ruleOf(int scheme) {
     }
 }
 
-/// The file as the user would name it.
+/// The file as FILE or FILE#FRAME.
 std::string label(const Component& component) {
     return component.frame == 0 ? component.path
                                 : component.path + "#" + std::to_string(component.frame);
 }
 
-/// Why the components do not make a product scheme; empty when they agree on none.
+/// Which two components differ in kind; empty when none do.
 std::string disagreement(const std::vector<ComponentScheme>& components) {
     const ComponentScheme& first = components.front();
     const auto other =
@@ -80,7 +80,7 @@ std::string productText(const std::optional<kest::ProductFile>& file) {
                 : "fits no known product";
 }
 
-/// Which two components are not of one scene of a product; empty when none looks like any.
+/// Which two components are not of one scene of a product; empty when none matches a product.
 std::string productDisagreement(const std::vector<ComponentScheme>& components) {
     const auto catalogue = kest::currentCatalogue();
     if (catalogue == nullptr || components.empty()) {
@@ -101,7 +101,7 @@ std::string productDisagreement(const std::vector<ComponentScheme>& components) 
     return {};
 }
 
-/// Why a band of a recognised product has a generic name; empty when it has its own.
+/// Why a band of a recognised product has a generic name; empty when it has a specific one.
 std::string genericName(int scheme, const Component& component) {
     const kest::Scheme* row = kest::schemeOf(scheme);
     const std::string why =

@@ -10,11 +10,11 @@
 
 namespace kestms {
 
-/// What one component's own name or format says.
+/// The scheme of one component by its name or format.
 struct ComponentScheme {
     Component component;
     int kind = 0;                 ///< a kest::NamingScheme
-    int trailingBandNumber = -1;  ///< -1: the name ends in no two digits
+    int trailingBandNumber = -1;  ///< -1: the name does not end in two digits
 };
 
 /// Why a set follows its naming scheme.
@@ -23,8 +23,8 @@ struct Explanation {
     std::vector<ComponentScheme> components;
     std::string rule;  ///< the deciding rule, a sentence
     /// What kept the set from a better scheme, each a sentence: the first component that differs
-    /// in kind from the first one, the first two that share a band number; and what a recognised
-    /// product's band lacks to have a name of its own.
+    /// in kind from the first one, the first two that share a band number; and why a band of a
+    /// recognised product has a generic name.
     std::vector<std::string> obstacles;
 };
 

@@ -39,7 +39,7 @@ bool isSetDocument(const std::string& path) {
     return kest::countComponents(set) > 0;
 }
 
-/// Products come with descriptions in the same form, which nobody shall lose.
+/// Products come with STAC items too, which must not be overwritten.
 bool isOwnStacItem(const std::string& path) {
     const std::string extension = fs::path(path).extension().string();
     if (extension != ".json" && extension != ".geojson") {
@@ -86,7 +86,7 @@ bool InputFiles::isInput(const std::string& path) const {
 }
 
 bool InputFiles::liesBesideRaster(const std::string& path) const {
-    // A link may lead beside a raster, too.
+    // A link may also lead beside a raster.
     std::error_code error;
     const fs::path directory = fs::weakly_canonical(fs::absolute(path), error).parent_path();
     return std::any_of(rasters_.begin(), rasters_.end(), [&directory](const std::string& raster) {

@@ -5,8 +5,8 @@
 
 namespace kestms {
 
-/// The files that a command was given to read, taken or not. No output may replace one of them or
-/// a file that belongs to one.
+/// The input files of a command, used or not. No output may replace one of them or a file that
+/// belongs to one.
 class InputFiles {
   public:
     /// A list, a document or another file that is read.
@@ -14,9 +14,9 @@ class InputFiles {
     /// A raster: the files beside it may describe it.
     void addRaster(const std::string& path) { rasters_.insert(path); }
 
-    /// Throws a Failure with ExitCode::Usage for an existing file that is an input, is a part of
-    /// one (the bands of a header), lies beside a raster and is of no kind that the tool writes,
-    /// or is there although `overwrite` is false.
+    /// Throws a Failure with ExitCode::Usage for an existing file that is an input, is part of one
+    /// (the bands of a header), is beside a raster and of a kind that the tool does not write, or
+    /// would be overwritten although `overwrite` is false.
     void refuseOutput(const std::string& path, bool overwrite) const;
 
   private:

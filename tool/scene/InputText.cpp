@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 namespace kestms {
 namespace {
 
-/// A list of half a million files; what is larger is not a list.
+/// A list of half a million files; anything larger is not a list.
 constexpr std::size_t kMaximumBytes = std::size_t{64} << 20U;
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";

@@ -31,7 +31,7 @@ namespace {
 
 constexpr const char* kStandardInput = "standard input";
 
-/// Whether only GDAL can say what is there.
+/// Whether only GDAL can read the path.
 bool isVirtual(const std::string& path) {
     return Pyxis::kindOfPath(path) != Pyxis::PathKind::Plain;
 }
@@ -41,7 +41,7 @@ bool exists(const std::string& path) {
     return fs::exists(path, error);
 }
 
-/// "FILE#FRAME" taken apart; nothing when the argument does not end in "#" and digits.
+/// Splits "FILE#FRAME"; nothing when the argument does not end in "#" and digits.
 std::optional<Component> withFrame(const std::string& argument) {
     const std::size_t mark = argument.rfind('#');
     if (mark == std::string::npos || mark == 0 || mark + 1 == argument.size() ||
@@ -62,7 +62,7 @@ int framesOf(const std::string& path) {
     return image ? std::max(image->getNumFrames(), 1) : 1;
 }
 
-/// What is wrong with a text that should list components; nothing when it does.
+/// Why a text is not a component list; null when it is one.
 const char* documentFault(const std::string& text, const Pyxis::FileSpecifier& document) {
     return !looksLikeXml(text)                    ? "not an XML document"
            : kest::countComponents(document) == 0 ? "the document lists no components"
@@ -71,7 +71,7 @@ const char* documentFault(const std::string& text, const Pyxis::FileSpecifier& d
 
 bool mayBeDocument(const std::string& path, const fs::file_status& status) {
     const std::string extension = fs::path(path).extension().string();
-    // What a shell's process substitution hands over can be read only once.
+    // A shell's process substitution can be read only once.
     return fs::is_fifo(status) ||
            (fs::is_regular_file(status) &&
             (extension == ".xml" || extension == ".XML" || fileLooksLikeXml(path)));
@@ -91,7 +91,7 @@ bool liesDirectlyIn(const Scene& scene, const std::string& folder) {
     return (parent / "").lexically_normal() == (place / "").lexically_normal();
 }
 
-/// GDAL's name for an address on the network; every other argument as it is.
+/// GDAL's name for an address on the network; any other argument unchanged.
 std::string withoutScheme(const std::string& argument) {
     constexpr std::array<std::string_view, 3> kSchemes = {"https://", "http://", "ftp://"};
     return std::any_of(kSchemes.begin(), kSchemes.end(),
@@ -100,7 +100,7 @@ std::string withoutScheme(const std::string& argument) {
                : argument;
 }
 
-/// The files of a pattern that the shell left alone, in natural order; empty for another word.
+/// The files of a pattern that the shell did not expand, in natural order; empty for other words.
 std::vector<std::string> filesMatching(const std::string& pattern) {
     std::vector<std::string> files;
     glob_t found{};
@@ -120,7 +120,7 @@ std::vector<std::string> filesMatching(const std::string& pattern) {
     return files;
 }
 
-/// The rasters that a path of `kestms scenes` stands for.
+/// The rasters at a path of `kestms scenes`.
 std::vector<std::string> rastersAt(const std::string& path) {
     if (isPlaceToLook(path)) {
         return rasterFilesBelow(path);
@@ -164,7 +164,7 @@ class ArgumentReader {
             files.push_back(entry.path);
         }
         context_.session().readAhead(files);
-        // A document by itself is taken as it is.
+        // A document by itself is used unchanged.
         if (document_) {
             return *document_;
         }
@@ -216,13 +216,13 @@ class ArgumentReader {
         }
     }
 
-    /// What a folder holds is one scene, or one of several that the user chose.
+    /// Adds the one scene in a folder, or the one of several that the user chose.
     void takeFolder(const std::string& folder) {
         takeScene(folder, scenesAmong(context_.session(), rasterFilesBelow(folder)),
                   [&folder](const Scene& scene) { return liesDirectlyIn(scene, folder); });
     }
 
-    /// The same for a glob; files of no product need not lie together.
+    /// The same for a glob; files of no product need not share a folder.
     void takeGlob(const std::string& pattern, const std::vector<std::string>& files) {
         const std::vector<Scene> scenes = scenesAmong(context_.session(), files);
         if (scenes.front().product.empty()) {
@@ -265,8 +265,8 @@ class ArgumentReader {
         setAside(name, scene.setAside);
     }
 
-    /// Files that are named one by one, which a shell may have done for a glob: layers go, and
-    /// what seems an accident is said.
+    /// Files named one by one, perhaps expanded from a glob by the shell: sets layers aside, and
+    /// warns about likely accidents.
     void sortNamedFiles() {
         std::vector<std::string> paths;
         for (const Entry& entry : entries_) {
@@ -316,7 +316,7 @@ class ArgumentReader {
         });
     }
 
-    /// Names in one line what is left out, unless the user wants it.
+    /// Reports in one line what is left out, unless the user includes it.
     void setAside(const std::string& name, const std::vector<SetAside>& files) {
         std::vector<SetAside> left;
         bool hasLayers = false;
@@ -355,7 +355,7 @@ class ArgumentReader {
         } else if (oneArgument_) {
             throw Failure(ExitCode::CannotRead, name, fault);
         } else {
-            // A glob takes a product's own XML files along.
+            // A glob also matches a product's XML files.
             add({name});
         }
     }
@@ -388,7 +388,7 @@ class ArgumentReader {
         return components;
     }
 
-    /// Two bands of one file and frame are seldom meant: a glob and a name beside it.
+    /// The same file and frame twice is rarely intended, as with a glob and a name.
     void warnOfRepetition(const std::vector<Component>& components) const {
         std::set<std::pair<std::string, int>> seen;
         for (const Component& each : components) {

@@ -17,10 +17,10 @@ struct Component {
     int frame = 0;
 };
 
-/// What to do with a file that the user named and that is not there.
+/// What to do with a missing file that the user named.
 enum class MissingFile {
     Fail,  ///< a Failure with ExitCode::CannotRead
-    Keep,  ///< take it as a component that nobody can read
+    Keep,  ///< an unreadable component
 };
 
 /// The set that command arguments name, as a compound specifier. An argument is
@@ -30,9 +30,9 @@ enum class MissingFile {
 ///  - a component list document: its components;
 ///  - @FILE: a text file with one of the above a line, and comments in lines that begin with "#";
 ///    "-" reads the same from standard input. Both may be documents instead.
-/// A document by itself is taken as it is. Paths are kept as given; a component that is named
-/// twice is warned of. All that is read becomes part of `context.inputs`. Throws a Failure for
-/// what cannot be read, with the codes of `ExitCode`.
+/// A document by itself is used unchanged. Paths are kept as given; a component named twice causes
+/// a warning. Everything read is added to `context.inputs`. Throws a Failure for what cannot be
+/// read, with the codes of `ExitCode`.
 Pyxis::FileSpecifier readSet(const std::vector<std::string>& arguments, Context& context,
                              MissingFile missing);
 
@@ -40,14 +40,15 @@ Pyxis::FileSpecifier readSet(const std::vector<std::string>& arguments, Context&
 /// ExitCode::CannotRead for a path that is not there or holds no rasters.
 std::vector<Scene> readScenes(const std::vector<std::string>& paths, Context& context);
 
-/// A component for every frame of every file, opened ahead; one for a file that no codec reads.
+/// A component for every frame of every file, with files opened ahead; one for a file that no codec
+/// reads.
 std::vector<Component> componentsIn(Context& context, const std::vector<std::string>& files);
 
 /// The components of a set in order; those without a path have an empty one.
 std::vector<Component> componentsOf(const Pyxis::FileSpecifier& set);
 
-/// The files that make up the image at a path, itself first: a header alone does not hold the
-/// pixels. Only itself when no codec reads it.
+/// The files of the image at a path, the path itself first: a header's pixels are in other files.
+/// Only the path when no codec reads it.
 std::vector<std::string> filesOf(const std::string& path);
 
 /// A compound specifier that lists the components.
@@ -56,10 +57,10 @@ Pyxis::FileSpecifier setOf(const std::vector<Component>& components);
 /// The image in a file, through the codec that reads it; null when none does.
 std::unique_ptr<Pyxis::ReadImageFileInterface> openImage(const std::string& path);
 
-/// The path of a component from the root on, whatever the current directory is.
+/// The absolute path of a component.
 std::string absoluteName(const std::string& path);
 
-/// Why no codec reads the file, in a few words; for files that none does.
+/// Why no codec reads the file, in a few words; only for such files.
 std::string whyNotReadable(const std::string& path);
 
 }  // namespace kestms

@@ -6,10 +6,10 @@
 namespace kestms {
 
 /// The set without the components that do not fit the first one: all of them with --skip-misfits,
-/// else layers that --with-quality took. Each is named in a warning with its reason.
+/// else layers that --with-quality added. A warning names each with its reason.
 Pyxis::FileSpecifier withoutMisfits(Context& context, const Pyxis::FileSpecifier& set);
 
-/// Whether components fit together although others keep them from being a set.
+/// Whether at least two components form a set without the others.
 bool isSetWithoutMisfits(Session& session, const Pyxis::FileSpecifier& set);
 
 }  // namespace kestms

@@ -30,7 +30,7 @@ struct SystemText {
     std::string text;
 };
 
-/// The text that one of the codec's getters writes.
+/// The text from one of the codec's getters.
 template <typename Getter>
 std::string textOf(Getter getter) {
     Pyxis::StringBuffer text;
@@ -38,7 +38,7 @@ std::string textOf(Getter getter) {
     return toUtf8(text);
 }
 
-/// The text of a band's coordinate system, which nearly always is that of the band before.
+/// The text of a band's coordinate system, nearly always that of the previous band.
 std::string systemText(const Pyxis::StringBuffer& text, SystemText& last) {
     const auto size = static_cast<std::size_t>(text.numDataBytes());
     const bool same = last.buffer.type() == text.type() &&
@@ -70,7 +70,7 @@ Georeference georeferenceOf(const Pyxis::FormatCodecGeoCorrelation& geo, SystemT
     return result;
 }
 
-/// Sorts the properties of a frame into its band and what it shares with the others.
+/// Reads the properties of a frame into its band and the description of the set.
 class PropertyReader {
   public:
     PropertyReader(Band& band, SetDescription& set, SystemText& system)
@@ -190,7 +190,7 @@ void OpenedSet::gatherFiles() {
     for (const Component& component : componentsOf(image_->getFileSpecifier())) {
         files_.push_back(component.path);
     }
-    // A file that is no component follows them.
+    // The metadata text file follows the components.
     for (int i = static_cast<int>(files_.size()); i < image_->getNumFiles(); ++i) {
         files_.push_back(toUtf8(image_->getFile(i).string()));
     }
@@ -241,7 +241,7 @@ void OpenedSet::gatherBuckets() {
 
 namespace {
 
-/// A refusal tells the way onward, where there is one.
+/// Adds a hint to a refusal if an option would help.
 OpenedSet openOrHint(Session& session, const Pyxis::FileSpecifier& set) {
     try {
         return {session, set};
@@ -258,7 +258,7 @@ void warnOfLeftOut(const Context& context, const Pyxis::FileSpecifier& given,
                    const Pyxis::FileSpecifier& taken) {
     const std::vector<Component> rest = componentsOf(taken);
     std::size_t next = 0;
-    // The taken ones are the given ones in order, with some left out.
+    // The opened components are the given ones in order, with some left out.
     for (const Component& component : componentsOf(given)) {
         if (next < rest.size() && rest[next].path == component.path &&
             rest[next].frame == component.frame) {
@@ -306,8 +306,8 @@ OpenedSet openSet(Context& context, const std::vector<std::string>& arguments) {
         return opened;
     }
     warnOfLeftOut(context, given, opened.specifier());
-    // Components that follow an unreadable one may lose their bands; the codec's own remedy is a
-    // list without it.
+    // Components after an unreadable one may lose their bands; the codec's remedy is a list
+    // without it.
     Pyxis::FileSpecifier pure = given;
     context.session().codec().purifyFileSet(pure);
     return {context.session(), pure};

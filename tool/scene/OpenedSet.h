@@ -11,7 +11,7 @@
 
 namespace kestms {
 
-/// What the bands of a set share.
+/// Properties of a whole set.
 struct SetDescription {
     int scheme = 0;  ///< a kest::NamingScheme
     std::string referenceName;
@@ -22,9 +22,8 @@ struct SetDescription {
 /// A set opened through its codec, with everything the tool knows about its bands.
 class OpenedSet {
   public:
-    /// Throws a Failure that names the first component to blame when the codec does not decode
-    /// the set: ExitCode::CannotRead when too few components can be read, else
-    /// ExitCode::NotDecodable.
+    /// Throws a Failure that names the first failing component when the codec does not decode the
+    /// set: ExitCode::CannotRead when too few components can be read, else ExitCode::NotDecodable.
     OpenedSet(Session& session, const Pyxis::FileSpecifier& set);
 
     const SetDescription& description() const { return description_; }
@@ -54,12 +53,11 @@ class OpenedSet {
     std::vector<std::string> files_;
 };
 
-/// The frames of a file by itself, without what only a set tells of them; empty when no codec reads
-/// it.
+/// The frames of a single file, without the properties of a set; empty when no codec reads it.
 std::vector<Band> framesAlone(const std::string& path);
 
-/// Opens the set that command arguments name (see `readSet`). A warning names every component
-/// that is left out because no codec reads it.
+/// Opens the set that command arguments name (see `readSet`). A warning names every component that
+/// no codec reads and that is left out.
 OpenedSet openSet(Context& context, const std::vector<std::string>& arguments);
 
 }  // namespace kestms

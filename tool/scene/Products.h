@@ -7,14 +7,14 @@
 
 namespace kestms {
 
-/// By which catalogues of products sets are named.
+/// The catalogues of products to use.
 struct ProductChoice {
-    std::vector<std::string> files;  ///< documents of the user's own, tried first
-    bool shipped = true;             ///< with the catalogue that comes with the program
+    std::vector<std::string> files;  ///< the user's documents, tried first
+    bool shipped = true;             ///< whether to use the shipped catalogue
 };
 
 /// Makes the chosen documents the codec's catalogue. Throws a Failure with ExitCode::CannotRead
-/// that names the document and what is wrong with it.
+/// that names the document and its fault.
 void useProducts(KestMultispectralCodec& codec, const ProductChoice& choice);
 
 }  // namespace kestms

@@ -17,10 +17,10 @@ namespace fs = std::filesystem;
 namespace kestms {
 namespace {
 
-/// Products nest less deep than this.
+/// Deeper than any product.
 constexpr int kDeepestFolder = 16;
 
-/// What usually lies beside rasters; not worth asking the codecs.
+/// Common extensions beside rasters; not worth asking the codecs.
 constexpr std::array<std::string_view, 16> kOtherExtensions = {
     ".txt", ".xml", ".vrt", ".png", ".jpg", ".jpeg", ".json", ".md",
     ".ovr", ".msk", ".aux", ".imd", ".tfw", ".prj",  ".htm",  ".html"};
@@ -78,7 +78,7 @@ std::vector<std::string> rasterFilesInArchive(const std::string& archive) {
     return sorted(std::move(rasters), archive, "the archive holds no raster files");
 }
 
-/// Takes a run of digits off the front, without its leading zeros.
+/// Removes and returns the leading digits, without leading zeros.
 std::string_view takeNumber(std::string_view& text) {
     const auto end = std::find_if_not(text.begin(), text.end(), isDigit) - text.begin();
     std::string_view number = text.substr(0, static_cast<std::size_t>(end));
@@ -108,7 +108,7 @@ bool comesBefore(std::string_view left, std::string_view right) {
         a.remove_prefix(1);
         b.remove_prefix(1);
     }
-    // Alike but for leading zeros: any fixed order will do.
+    // Equal except for leading zeros: any fixed order will do.
     return a.empty() && b.empty() ? left < right : a.empty();
 }
 

@@ -17,9 +17,9 @@ std::string insideOf(const std::string& path);
 bool isPlaceToLook(const std::string& path);
 
 /// The paths of the raster files in a place to look and the folders below it, in natural order:
-/// regular files with an extension that promises a raster, and others that a registered codec
-/// reads. Hidden files and directories are passed over, links to directories not followed. Throws
-/// a Failure with ExitCode::CannotRead when the place cannot be read or holds none.
+/// regular files with the extension of a raster, and others that a registered codec reads. Skips
+/// hidden files and directories, and does not follow links to directories. Throws a Failure with
+/// ExitCode::CannotRead when the place cannot be read or has none.
 std::vector<std::string> rasterFilesBelow(const std::string& directory);
 
 }  // namespace kestms

@@ -18,20 +18,20 @@ constexpr std::string_view kPrefix = "kestmultispectral-";
 constexpr std::string_view kExtension = ".txt";
 constexpr const char* kDefaultLanguage = "en";
 
-/// The file that holds this code: the tool, or a module that another program has loaded.
+/// The file of this code: the tool, or a module loaded by another program.
 fs::path ownFile() {
     Dl_info info{};
     link_map* module = nullptr;
     const bool found = dladdr1(reinterpret_cast<void*>(&ownFile), &info,
                                reinterpret_cast<void**>(&module), RTLD_DL_LINKMAP) != 0;
-    // The program itself has no name there.
+    // The program itself has no name in this list.
     const bool loaded = found && module->l_name != nullptr && *module->l_name != '\0';
     std::error_code error;
     return fs::canonical(loaded ? module->l_name : "/proc/self/exe", error);
 }
 
-/// In a folder above that file; the same in an installed tree, wherever it was moved, and in a
-/// build tree. Empty where there is none.
+/// In a folder above that file, in an installed tree (wherever it is) as in a build tree. Empty if
+/// there is none.
 fs::path resourceDirectory() {
     std::error_code error;
     for (fs::path folder = ownFile(); folder.has_relative_path();) {

@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 namespace kestms {
 namespace {
 
-/// A file and what its product makes of it.
+/// A file and its match in the catalogue.
 struct Member {
     std::string path;
     const kest::CatalogueBand* band;
@@ -55,7 +55,7 @@ bool liesIn(const std::string& path, const std::string& folder) {
     return folder.empty() ? path.find('/') == std::string::npos : path.starts_with(folder + "/");
 }
 
-/// The deepest folder that holds all files; of a ".SAFE" product the whole of it.
+/// The deepest common folder of the files; for a ".SAFE" product its whole folder.
 std::string commonFolder(const std::vector<Member>& members) {
     std::string folder = folderOf(members.front().path);
     for (const Member& member : members) {
@@ -71,7 +71,7 @@ std::string commonFolder(const std::vector<Member>& members) {
     return folder;
 }
 
-/// The order in which to take the files of one band: the product's own pixel size first.
+/// Sort key for the files of one band: the product's own pixel size first.
 auto preference(const kest::Product& product, const Member& member) {
     const bool other = member.bucket != &product.buckets[member.band->bucket];
     return std::tuple(other, member.bucket->number);

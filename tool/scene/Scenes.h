@@ -9,13 +9,13 @@
 
 namespace kestms {
 
-/// The reason for a raster that lies beside a scene.
+/// The reason for a raster beside a scene.
 inline constexpr const char* kPartOfNoScene = "part of no scene";
 
 /// A raster that is not offered to the codec.
 struct SetAside {
     std::string path;
-    std::string reason;    ///< a role ("quality"), or a few words that go after a number
+    std::string reason;    ///< a role ("quality"), or a few words that follow a number
     bool isLayer = false;  ///< comes with the bands: quality, mask, angle, ancillary layer
 };
 
@@ -29,9 +29,9 @@ struct Scene {
     std::vector<SetAside> setAside;
 };
 
-/// Sorts rasters into scenes: those of known products first, each group in the order in which its
-/// scenes begin in `paths`. Of a band at several pixel sizes the product's own is taken. A raster
-/// of no product that lies in the folder of a scene is set aside there. Every path is in one scene.
+/// Sorts rasters into scenes: those of known products first, each group in the order of its first
+/// files in `paths`. If a band has several pixel sizes, the product's own is used. A raster of no
+/// product in the folder of a scene is set aside there. Every path is in one scene.
 std::vector<Scene> scenesAmong(Session& session, const std::vector<std::string>& paths);
 
 /// The scene of that name, a product's before a folder's. Throws a Failure with ExitCode::Usage

@@ -19,16 +19,16 @@ class Session {
     using Changes = Pyxis::StandardCodecs::Changes;
     using Operation = Pyxis::StandardCodecs::Operation;
 
-    /// Texts come in that language; an empty one takes the environment's. Throws a Failure with
-    /// ExitCode::Usage for a language that there is not.
+    /// `language` is that of the texts; empty for the environment's. Throws a Failure with
+    /// ExitCode::Usage for an unavailable language.
     explicit Session(const std::string& language, Changes changes = Changes::Ignore);
 
-    /// Names sets by these catalogues from now on. Throws a Failure with ExitCode::CannotRead.
+    /// Sets the catalogues of products. Throws a Failure with ExitCode::CannotRead.
     void useProducts(const ProductChoice& choice) { kestms::useProducts(codec_, choice); }
 
     const KestMultispectralCodec& codec() const { return codec_; }
     Pyxis::FindFileInterface& finder() { return archiveFinder_; }
-    /// Opens files that are about to be asked for, several at a time.
+    /// Opens files that will be needed soon, several at a time.
     void readAhead(const std::vector<std::string>& paths);
     /// Closes the files that nobody is reading.
     void closeFiles() { componentCodecs_.closeFiles(); }

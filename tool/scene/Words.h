@@ -6,12 +6,11 @@
 #include "bands/BandTypes.h"
 #include "pyxis/ReadImageFile.h"
 
-// The tool's words for the numbers that codecs answer with. JSON output uses the same words: they
-// are stable.
+// The tool's words for the codecs' numbers. JSON output uses the same words, so they are stable.
 
 namespace kestms {
 
-/// Of a kest::NamingScheme: a stable word ("landsat-7") and what it means.
+/// A stable word for a kest::NamingScheme ("landsat-7"), and its meaning.
 std::string_view schemeWord(int scheme);
 std::string_view schemeMeaning(int scheme);
 
@@ -27,10 +26,10 @@ std::string_view pixelModelWord(Pyxis::PixelModel model);
 /// "unsigned integer", "signed integer", "complex", "floating point".
 std::string_view sampleFormatWord(Pyxis::SampleFormat format);
 
-/// "uint8", "int16", "float32", "complex64"; empty for a format that is not known.
+/// "uint8", "int16", "float32", "complex64"; empty for an unknown format.
 std::string sampleTypeWord(Pyxis::SampleFormat format, int bits);
 
-/// The name of a coordinate system: "EPSG:32632" by its code, else the name in its WKT, else
+/// The name of a coordinate system: "EPSG:32632" if it has a code, else the name in its WKT, else
 /// "none".
 std::string systemName(int epsg, std::string_view wkt);
 

@@ -5,7 +5,7 @@
 
 namespace kestms {
 
-/// What the tool's process answers; `kestms --help` lists the same.
+/// Exit codes of the tool, as in `kestms --help`.
 enum class ExitCode : int {
     Success = 0,
     NotDecodable = 1,  ///< the files do not make a set
@@ -17,7 +17,7 @@ enum class ExitCode : int {
 };
 
 /// Ends a command. Its text is the one line that the user sees, safe for a terminal: the file, if
-/// one is to blame, and the reason.
+/// any, and the reason.
 class Failure : public std::runtime_error {
   public:
     Failure(ExitCode code, const std::string& reason);

@@ -14,7 +14,7 @@
 namespace kestms {
 namespace {
 
-/// How long a command may take to end of its own accord: parsing and GDAL cannot be told to stop.
+/// How long a command may take to end by itself: parsing and GDAL cannot be interrupted.
 constexpr int kGraceMilliseconds = 300;
 
 volatile std::sig_atomic_t interrupted = 0;
@@ -24,11 +24,11 @@ extern "C" void noteInterrupt(int /*signal*/) {
     interrupted = 1;
     const char byte = 0;
     if (write(wakeUp, &byte, 1) < 0) {
-        // Without a watcher the flag alone has to do.
+        // Without a watcher the flag alone must suffice.
     }
 }
 
-/// Waits for an interrupt, then for the end of the guard; ends the process when that does not come.
+/// Waits for an interrupt, then for the end of the guard; ends the process if that takes too long.
 void watch(int descriptor, const std::function<void()>& cleanUp) {
     char byte = 0;
     ssize_t count = 0;
@@ -56,7 +56,7 @@ InterruptGuard::InterruptGuard(std::function<void()> cleanUp) {
     }
     endOfWatch_ = ends[1];
     wakeUp = ends[1];
-    // The watcher takes no signals: they shall wake a command that waits for input.
+    // The watcher blocks signals: they must wake a command that waits for input.
     sigset_t all;
     sigset_t before;
     sigfillset(&all);

@@ -8,13 +8,13 @@
 
 namespace kestms {
 
-/// Turns SIGINT, SIGTERM and SIGHUP into a flag for as long as it lives, so that a command can give
-/// back what it holds; those that were ignored stay so. A command that has not ended soon after is
-/// ended, whatever it is doing. A second signal ends the process at once. A file that grows past
-/// its limit becomes an error of the write (SIGXFSZ is ignored).
+/// Turns SIGINT, SIGTERM and SIGHUP into a flag for its lifetime, so that a command can clean up;
+/// ignored signals stay ignored. A command that does not end soon after is killed. A second signal
+/// ends the process at once. Exceeding the file size limit becomes a write error (SIGXFSZ is
+/// ignored).
 class InterruptGuard {
   public:
-    /// `cleanUp` is called, on another thread, before the process is ended.
+    /// `cleanUp` is called on another thread before the process is killed.
     explicit InterruptGuard(std::function<void()> cleanUp = {});
     InterruptGuard(const InterruptGuard&) = delete;
     InterruptGuard& operator=(const InterruptGuard&) = delete;
@@ -28,10 +28,10 @@ class InterruptGuard {
     std::thread watcher_;
 };
 
-/// Whether such a signal has arrived.
+/// Whether a signal has arrived.
 bool isInterrupted();
 
-/// Throws a Failure with ExitCode::Interrupted when one has. Long operations call it now and then.
+/// Throws a Failure with ExitCode::Interrupted after a signal. Long operations call it regularly.
 void throwIfInterrupted();
 
 }  // namespace kestms

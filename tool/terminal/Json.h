@@ -11,11 +11,11 @@
 
 namespace kestms {
 
-/// Members keep the order in which they are written.
+/// Members keep their order of insertion.
 using Json = nlohmann::ordered_json;
 
-/// The member with which every document begins, so that programs know what they read. The version
-/// changes when a member is renamed, removed or gets another meaning; members are added freely.
+/// A document with its first member, `schema`, by which programs recognise it. The version changes
+/// when a member is renamed, removed or changes its meaning; new members do not change it.
 inline Json documentOf(const char* name, int version) {
     return {{"schema", {{"name", name}, {"version", version}}}};
 }
@@ -25,13 +25,13 @@ inline Json textOrNull(std::string_view text) {
     return text.empty() ? Json(nullptr) : Json(text);
 }
 
-/// JSON has no words for what is not a number; GDAL's are common.
+/// JSON has no NaN or infinity; the words are GDAL's.
 inline Json numberOrWord(double value) {
     return std::isfinite(value) ? Json(value) : Json(numberText(value));
 }
 
-/// A document for programs: indented, UTF-8; bytes of a name that are no UTF-8 become
-/// U+FFFD, and what would steer a terminal is escaped.
+/// A document for programs: indented UTF-8; invalid bytes become U+FFFD, and characters that would
+/// control a terminal are escaped.
 inline std::string jsonText(const Json& document) {
     return printableJson(document.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
 }

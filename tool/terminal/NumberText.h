@@ -4,11 +4,11 @@
 
 namespace kestms {
 
-/// A number as short as it can be while still reading back the same.
+/// The shortest text that reads back as the same number.
 std::string numberText(double value);
 
-/// A pixel size as people write it: 150.02 for 150.01999999999998. Six digits, or all those before
-/// the point.
+/// A pixel size for people: 150.02 for 150.01999999999998. Six digits, or all those before the
+/// point.
 std::string sizeText(double value);
 /// "30 x 30".
 std::string sizeText(double width, double height);

@@ -6,17 +6,16 @@
 
 namespace kestms {
 
-/// Whether people watch the stream: it is standard error, and that is a terminal.
+/// Whether the stream is standard error on a terminal.
 bool isTerminal(const std::ostream& stream);
 
-/// The columns of the terminal that shows standard output; 0 when the stream is another, or no
-/// terminal.
+/// The columns of the terminal if the stream is standard output on a terminal, else 0.
 std::size_t terminalColumns(const std::ostream& stream);
 
-/// Told how much of the work is done, 0 to 1; what it throws ends the work.
+/// Called with the part of the work that is done, 0 to 1; an exception ends the work.
 using ProgressFunction = std::function<void(double)>;
 
-/// A bar on one line that grows with the work and goes when the work ends, one way or another.
+/// A progress bar on one line, removed on destruction.
 class ProgressBar {
   public:
     ProgressBar(std::ostream& stream, bool shown) : stream_(stream), shown_(shown) {}

@@ -34,8 +34,7 @@ constexpr std::array kZeroWidth = {
     Range{0x302A, 0x302D}, Range{0x3099, 0x309A}, Range{0xFE00, 0xFE0F}, Range{0xFE20, 0xFE2F},
 };
 
-/// Controls, line separators, marks that turn the direction of the text around them, and
-/// characters that cannot be seen.
+/// Control characters, line separators, direction marks and invisible characters.
 constexpr std::array kEscaped = {
     Range{0x0000, 0x001F}, Range{0x007F, 0x009F}, Range{0x061C, 0x061C},   Range{0x180E, 0x180E},
     Range{0x200B, 0x200B}, Range{0x200E, 0x200F}, Range{0x2028, 0x202E},   Range{0x2060, 0x206F},
@@ -53,7 +52,7 @@ std::size_t widthOf(char32_t character) {
     return isIn(character, kZeroWidth) ? 0 : isIn(character, kWide) ? 2 : 1;
 }
 
-/// Whether all characters are shown as they are and one column wide, as nearly all are.
+/// Whether all characters are printable and one column wide, as in nearly all texts.
 bool isPlain(std::string_view utf8) {
     return std::all_of(utf8.begin(), utf8.end(), [](char c) { return c >= ' ' && c <= '~'; });
 }
@@ -62,7 +61,7 @@ bool isSurrogate(std::uint32_t character) {
     return character >= 0xD800 && character <= 0xDFFF;
 }
 
-/// Code points; a byte that is no UTF-8 is a lone surrogate U+DC80 + (byte - 0x80).
+/// Code points; an invalid byte becomes a lone surrogate U+DC80 + (byte - 0x80).
 std::u32string decode(std::string_view utf8) {
     const std::u16string wide = Pyxis::utf8ToWide(utf8);
     std::u32string characters;
@@ -178,7 +177,7 @@ namespace {
 
 constexpr std::string_view kEllipsis = "...";
 constexpr std::string_view kGap = "  ";
-/// A cut cell shows at least this much.
+/// A cut cell keeps at least this width.
 constexpr std::size_t kLeastWidth = 16;
 
 std::size_t tableWidth(const std::vector<std::size_t>& widths) {
@@ -191,7 +190,7 @@ std::size_t tableWidth(const std::vector<std::size_t>& widths) {
     return sum + (shown > 0 ? (shown - 1) * kGap.size() : 0);
 }
 
-/// The end of the longest run of characters that leaves room for an ellipsis.
+/// The end of the longest prefix that leaves room for an ellipsis.
 template <typename Iterator>
 Iterator fitting(Iterator begin, Iterator end, std::size_t columns) {
     std::size_t width = kEllipsis.size();

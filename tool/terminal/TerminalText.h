@@ -5,43 +5,43 @@
 #include <string_view>
 #include <vector>
 
-// Text for people to read. Names come from strangers: nothing in them may steer a terminal.
+// Text for people. Names are untrusted: nothing in them may control a terminal.
 
 namespace kestms {
 
-/// The text with control characters, direction overrides and bytes that are no UTF-8 written as
-/// escapes (`\n`, `\x1b`, `\u202e`).
+/// The text with control characters, direction overrides and invalid UTF-8 as escapes (`\n`,
+/// `\x1b`, `\u202e`).
 std::string printable(std::string_view utf8);
 
-/// The same for a file's name, cut after as many bytes as a path can have.
+/// The same for a file's name, cut to the longest length of a path.
 std::string printableName(std::string_view utf8);
 
-/// A JSON document with such characters, which stand in its texts only, written as `\uXXXX`.
+/// A JSON document with such characters, which occur in its strings only, as `\uXXXX`.
 std::string printableJson(std::string_view json);
 
-/// "FILE: REASON" in one line, safe for a terminal. A reason that begins with the file's name, as
-/// GDAL's messages do, does not say it twice.
+/// "FILE: REASON" in one line, safe for a terminal. If the reason begins with the file's name, as
+/// GDAL's messages do, the name is not repeated.
 std::string fileMessage(const std::string& file, std::string_view reason);
 
-/// The number of terminal columns that the text takes: two for East Asian wide characters, none
-/// for combining marks.
+/// The width of the text in terminal columns: two for East Asian wide characters, none for
+/// combining marks.
 std::size_t displayWidth(std::string_view utf8);
 
-/// The text cut to so many terminal columns: its beginning or its end becomes "...".
+/// The text cut to a width in terminal columns: its beginning or its end becomes "...".
 std::string shortenedLeft(std::string_view utf8, std::size_t columns);
 std::string shortenedRight(std::string_view utf8, std::size_t columns);
 
-/// Rows of cells under a heading, columns aligned by display width and set apart by two blanks;
-/// no row ends in blanks. Cells are escaped with `printableName`.
+/// Rows of cells under a heading, with columns aligned by display width and separated by two
+/// blanks; no row ends in blanks. Cells are escaped with `printableName`.
 class TextTable {
   public:
     enum class Align { Left, Right };
-    /// What becomes of a column when the table is too wide.
+    /// How a column shrinks when the table is too wide.
     enum class Fit {
         Whole,
         KeepEnd,    ///< paths: cells lose their beginning
         KeepStart,  ///< cells lose their end, after those above
-        LeaveOut,   ///< goes before cells are cut, the leftmost of its kind first
+        LeaveOut,   ///< removed before cells are cut, the leftmost of its kind first
     };
     struct Column {
         std::string heading;
@@ -52,7 +52,7 @@ class TextTable {
     explicit TextTable(std::vector<Column> columns);
     /// One cell a column.
     void addRow(const std::vector<std::string>& cells);
-    /// The table, fitted into so many terminal columns if it can be; 0 for any width.
+    /// The table, fitted to a width in terminal columns if possible; 0 for any width.
     std::string text(std::size_t columns = 0) const;
 
   private:
