@@ -1,8 +1,7 @@
-# What is installed where, and what others find of it: libraries, headers, texts, the CMake package
-# and the pkg-config files. Everything names its neighbours relative to itself, so that an installed
-# tree works wherever it is moved.
+# Installation: libraries, headers, texts, the CMake package and the pkg-config files. Everything
+# finds the other parts relative to itself, so that an installed tree can be moved.
 #
-# Components: libraries, program, development; gdal and python, whose rules stand in their folders.
+# Components: libraries, program, development; gdal and python, whose rules are in their folders.
 include(CMakePackageConfigHelpers)
 
 set(KEST_INSTALL_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR}/kestms)
@@ -14,7 +13,7 @@ if(TARGET PyxisCodecs)
     list(APPEND KEST_LIBRARIES PyxisCodecs)
 endif()
 
-# Headers: those that hosts include by name, and what these include in turn.
+# Headers: those that hosts include, and those that these include.
 set(headers
     codec/KestMultispectralCodec.h
     codec/KestMultispectralFormatCodecApiVersion.h
@@ -49,12 +48,11 @@ while(pending)
     list(REMOVE_ITEM pending ${headers})
 endwhile()
 
-# Libraries with versioned names, and the plug-in in a folder of its own, under the name by which
-# hosts load it.
+# Libraries with versioned names, and the plug-in in its own folder, under the name that hosts load.
 set_target_properties(${KEST_LIBRARIES} PROPERTIES
     VERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}.${PROJECT_VERSION_PATCH}
     SOVERSION ${PROJECT_VERSION_MAJOR} INSTALL_RPATH "$ORIGIN")
-# The folders of the source tree are for its own build.
+# The include folders of the source tree are for its own build only.
 foreach(target IN LISTS KEST_LIBRARIES ITEMS kestmultispectralcodec54)
     get_target_property(folders ${target} INTERFACE_INCLUDE_DIRECTORIES)
     if(folders)
@@ -78,7 +76,7 @@ install(TARGETS kestmultispectralcodec54 EXPORT KestMultispectral
     LIBRARY DESTINATION ${KEST_INSTALL_PLUGINDIR} COMPONENT libraries
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 
-# Data. The build tree gets the same layout, so that a program finds its data by one rule. On Windows
+# Data. The build tree has the same layout, so that a program finds its data by one rule. On Windows
 # the texts are modules beside the plug-in.
 if(WIN32)
     set(KEST_INSTALL_DATADIR ${CMAKE_INSTALL_BINDIR})

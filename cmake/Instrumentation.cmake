@@ -9,7 +9,6 @@ if(KEST_COVERAGE)
     add_link_options(--coverage)
 endif()
 
-# What is shipped holds no path of the machine that built it, neither in texts nor in debug
-# information.
+# Shipped files contain no path of the build machine, neither in strings nor in debug information.
 add_compile_options(
     $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)

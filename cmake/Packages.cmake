@@ -3,7 +3,7 @@ set(KEST_PACKAGE_REVISION 1)
 set(KEST_PACKAGE_VERSION
     ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}.${PROJECT_VERSION_PATCH})
 set(KEST_DEBIAN_VERSION ${KEST_PACKAGE_VERSION}-${KEST_PACKAGE_REVISION})
-# Who packages, as Debian's other tools ask for it.
+# The packager, as for Debian's other tools.
 set(KEST_MAINTAINER "The KestMultispectral authors <maintainers@localhost>")
 if(DEFINED ENV{DEBFULLNAME} AND DEFINED ENV{DEBEMAIL})
     set(KEST_MAINTAINER "$ENV{DEBFULLNAME} <$ENV{DEBEMAIL}>")
@@ -24,7 +24,7 @@ set(CPACK_DEBIAN_PACKAGE_MAINTAINER ${KEST_MAINTAINER})
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
-# The changelog of the packages names the day of the release, which CHANGELOG.md knows.
+# The changelog of the packages has the day of the release from CHANGELOG.md.
 file(STRINGS ${PROJECT_SOURCE_DIR}/CHANGELOG.md release LIMIT_COUNT 1
     REGEX "^## \\[${KEST_PACKAGE_VERSION}\\] - ")
 if(NOT release)
@@ -44,8 +44,8 @@ foreach(document IN ITEMS changelog changelog.Debian)
     execute_process(COMMAND gzip -9nkf ${documents}/${document} COMMAND_ERROR_IS_FATAL ANY)
 endforeach()
 
-# kest_package(COMPONENT NAME SECTION DEPENDS DESCRIPTION): what is not a library of the system is
-# named by DEPENDS. The description's first line is the summary.
+# kest_package(COMPONENT NAME SECTION DEPENDS DESCRIPTION): DEPENDS lists everything except system
+# libraries. The description's first line is the summary.
 function(kest_package component name section depends description)
     string(TOUPPER ${component} key)
     foreach(field IN ITEMS NAME SECTION DEPENDS)

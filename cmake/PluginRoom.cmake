@@ -1,5 +1,5 @@
-# One folder of the plug-in: an object library with the folders that it may use. Their objects come
-# together in kest_objects.
+# One folder of the plug-in: an object library with the folders that it may use. kest_objects
+# collects their objects.
 function(kest_plugin_room name)
     cmake_parse_arguments(PARSE_ARGV 1 room "" "" "SOURCES;USES")
     add_library(${name} OBJECT ${room_SOURCES})

@@ -2,8 +2,8 @@
 #
 # Turns a file of texts (a line per text: number, one space or tab, text; "#" starts a comment
 # line; \n, \t and \\ are escapes) into the source of a Windows string table. The escapes of both
-# are the same; a quote is written twice there. The strings bear no L: windres would take their
-# bytes for characters, whatever the code page.
+# are the same; a quote is doubled there. The strings have no L prefix, with which windres would
+# treat their bytes as characters, whatever the code page.
 file(READ ${TEXTS} texts)
 string(ASCII 239 187 191 byteOrderMark)
 string(REGEX REPLACE "^${byteOrderMark}" "" texts "${texts}")

@@ -1,6 +1,5 @@
-# Warnings of our own code; other people's headers are included as system headers. They are errors
-# for developers, whose compilers the presets name. Whoever builds a release with another compiler
-# only sees them.
+# Warnings for our own code; third-party headers are included as system headers. They are errors in
+# developers' presets, which name the compiler, and only shown in a release build.
 option(KEST_WERROR "Make warnings errors" OFF)
 add_library(kest_warnings INTERFACE)
 target_compile_options(kest_warnings INTERFACE

@@ -1,5 +1,5 @@
-# What only Windows modules have: version resources, string tables, and the compiler's run-time
-# libraries beside them.
+# For Windows modules only: version resources, string tables, and the compiler's run-time libraries
+# beside them.
 
 # Exceptions, checked casts and memory cross our module boundaries, so all modules share one copy
 # of the run-time libraries instead of linking their own.
@@ -20,7 +20,7 @@ function(kest_version_resource target version)
     target_sources(${target} PRIVATE ${resource})
 endfunction()
 
-# Makes <name>.dll, a module of nothing but the texts in the file `texts`.
+# Makes <name>.dll, a module with only the texts in the file `texts`.
 function(kest_string_module name texts)
     set(resource ${CMAKE_CURRENT_BINARY_DIR}/${name}.rc)
     set(generator ${PROJECT_SOURCE_DIR}/cmake/StringTable.cmake)

@@ -1,7 +1,7 @@
-# Cross-compiles for 64-bit Windows with Debian's MinGW-w64 and runs what it built under Wine.
+# Cross-compiles for 64-bit Windows with Debian's MinGW-w64 and runs the programs under Wine.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
-# The "posix" compilers have the standard threads, which the tests use.
+# The "posix" compilers support standard threads, which the tests use.
 set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
