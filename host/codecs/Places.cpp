@@ -25,7 +25,7 @@ bool endsIgnoringCase(std::string_view text, std::string_view ending) {
            equalIgnoringCase(text.substr(text.size() - ending.size()), ending);
 }
 
-/// With its slash.
+/// The folder of a path, with its slash.
 std::string folderOf(const std::string& path) {
     return path.substr(0, path.rfind('/') + 1);
 }

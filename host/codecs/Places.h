@@ -8,29 +8,29 @@
 #include "host/gdal/Export.h"
 #include "pyxis/FindFileInterface.h"
 
-// Where rasters lie, for programs that look for them: in folders, in archives, on the network.
+// Places that may hold rasters: folders, archives, the network.
 
 namespace Pyxis {
 
-/// What a path leads to.
+/// The kind of file that a path names.
 PYXIS_CODECS_API PathKind kindOfPath(const std::string& path);
 
-/// GDAL's name for what lies in an archive, with the archive's path from the root on.
+/// GDAL's name for a place in an archive, with the archive's absolute path.
 PYXIS_CODECS_API std::string absoluteInside(const std::string& path);
 
-/// GDAL's name for the inside of an archive with that path: "/vsizip/{/home/me/a.zip}"; empty when
-/// its name is not one of an archive that is read (.zip, .tar, .tar.gz, .tgz).
+/// GDAL's name for the inside of an archive: "/vsizip/{/home/me/a.zip}"; empty when the extension
+/// is not one of the archives that are read (.zip, .tar, .tar.gz, .tgz).
 PYXIS_CODECS_API std::string insideOfArchive(const std::string& path);
 
 /// The paths of the files in an archive or a folder of one, by GDAL's name for it, and in the
-/// folders below. Names that lead out of it are passed over. Refused when it is damaged, out of
-/// proportion, or holds too many files (docs/limits.md).
+/// folders below. Skips names that lead out of it. Refused when it is damaged, out of proportion,
+/// or has too many files (docs/limits.md).
 PYXIS_CODECS_API Expected<std::vector<std::string>> filesInArchive(const std::string& inside);
 
-/// Whether a file's name promises a raster of a component format.
+/// Whether a file's extension is that of a component format.
 PYXIS_CODECS_API bool isNamedLikeRaster(const std::string& path);
 
-/// Looks for files in archives, too, as the policy allows.
+/// Also looks for files in archives, as the policy allows.
 class PYXIS_CODECS_API ArchiveFileFinder final : public FindFileInterface {
   public:
     explicit ArchiveFileFinder(FindFileInterface& others) : others_(others) {}

@@ -14,8 +14,8 @@
 
 namespace Pyxis {
 
-/// The opened file behind a specifier, out of the cache where that has it; refused when the format
-/// does not read it.
+/// The opened file of a specifier, from the cache if possible; refused when the format does not
+/// read it.
 Expected<RasterPointer> openSpecifier(FileCache& cache, const Format& format,
                                       const FileSpecifier& file);
 
@@ -25,7 +25,7 @@ bool hasExtensionOf(const Format& format, const FileSpecifier& file);
 /// On allocation failure the text is unchanged.
 void setText(StringBuffer& text, const char* value) noexcept;
 
-/// Everything that the component codecs have in common. `Interface` is one of the codecs of
+/// The common part of the component codecs. `Interface` is one of the codecs of
 /// pyxis/ComponentCodecs.h.
 template <typename Interface>
 class RasterCodec : public Interface, public RasterSources {
@@ -87,7 +87,7 @@ class RasterCodec : public Interface, public RasterSources {
     bool isEncodableImage(const DataModelAttributes& /*attributes*/, Size /*size*/) const override {
         return false;
     }
-    /// The files of an image lie beside it: the finder is not needed.
+    /// The files of an image are beside it: the finder is not needed.
     ReadImageFileInterface* openImage(const FileSpecifier* file,
                                       FindFileInterface& /*finder*/) const override {
         return RasterCodec::openImage(file);

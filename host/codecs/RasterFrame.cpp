@@ -54,7 +54,7 @@ void RasterFrame::frameOp3(std::int32_t* width, std::int32_t* height) {
 }
 
 std::int32_t RasterFrame::frameOp4() {
-    // Sets refuse 32-bit single channels; reflectance in floating point is a model of its own.
+    // Sets refuse 32-bit single channels, so floating-point reflectance has its own model.
     const PixelModel model = !facts().colours.empty() ? PixelModel::Palette
                              : facts().format == SampleFormat::FloatingPoint
                                  ? PixelModel::Continuous

@@ -9,8 +9,8 @@
 
 namespace Pyxis {
 
-/// One band of a file as a frame of one channel. It holds the opened file, so that it stays usable
-/// when its image goes first.
+/// One band of a file as a frame of one channel. It holds the opened file, so that it may outlive
+/// its image.
 class RasterFrame final : public ReadImageFileFrameInterface {
   public:
     RasterFrame(RasterPointer file, const Format& format, int index);
@@ -25,8 +25,8 @@ class RasterFrame final : public ReadImageFileFrameInterface {
     std::int32_t frameOp8() override;
     std::int32_t frameOp9() override;
     std::int32_t frameOp10() override;
-    /// The range that the file states, else that of the sample type: no pixels are read for it.
-    /// Nothing is written for a channel other than 0.
+    /// The range that the file states, else that of the sample type; reads no pixels. Writes
+    /// nothing for a channel other than 0.
     void frameOp11(int channel, ChannelRange* range) override;
     const ColourTable* frameOp12() override;
     bool frameOp13(int level, PixelRequest* request) override;

@@ -10,8 +10,7 @@
 namespace Pyxis {
 namespace {
 
-/// The images that exist. A caller may leave an image undeleted for good, so this list is never
-/// destroyed: it outlives every image.
+/// All images. A caller may never delete an image, so this list is never destroyed.
 struct LiveImages {
     std::mutex mutex;
     std::unordered_set<RasterImage*> images;
@@ -74,7 +73,7 @@ FileSpecifier RasterImage::getFile(int index) const {
         return {};
     }
     return answerOr(FileSpecifier(), [&] {
-        return index == 0  // spelt as this caller did; the opened file may be another's
+        return index == 0  // as this caller spelt it; the cached file may come from another caller
                    ? specifier_
                    : fileSpecifier(file->facts().otherFiles[static_cast<std::size_t>(index) - 1]);
     });

@@ -8,7 +8,7 @@
 
 namespace Pyxis {
 
-/// An opened file as an image. Its codec closes it when it goes; a closed image has no frames.
+/// An opened file as an image. Its codec closes it on destruction; a closed image has no frames.
 class RasterImage final : public ReadImageFileInterface {
   public:
     RasterImage(const ImageFormatCodec& codec, const Format& format, const FileSpecifier& file,
@@ -17,7 +17,7 @@ class RasterImage final : public ReadImageFileInterface {
     RasterImage& operator=(const RasterImage&) = delete;
     ~RasterImage() override;
 
-    /// Null once the codec is gone.
+    /// Null after the codec was destroyed.
     const ImageFormatCodec* getCodec() const override;
     const FileSpecifier& getFileSpecifier() const override;
     int getNumFiles() const override;

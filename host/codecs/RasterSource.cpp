@@ -7,7 +7,7 @@ namespace Pyxis {
 
 namespace {
 
-/// The image's own files lie in one directory.
+/// The image's own files are in one directory.
 std::vector<std::string> filesOf(const RasterFile& file) {
     const std::string& path = file.handle().path();
     const std::string directory = path.substr(0, path.rfind('/') + 1);

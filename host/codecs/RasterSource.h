@@ -11,14 +11,14 @@ namespace Pyxis {
 
 class RasterFile;
 
-/// How GDAL itself, and every program that stands on it, gets at a frame.
+/// How GDAL, and every program that uses it, opens a frame.
 struct RasterSource {
-    std::string prefix;    ///< goes before the file's path to make the dataset's name
+    std::string prefix;    ///< precedes the file's path in the dataset's name
     int band = 0;          ///< from 1
     std::string dataType;  ///< of the samples, GDAL's name for it
-    std::string driver;    ///< GDAL's name of the one that reads the file
-    std::string label;     ///< what the file itself calls the band; may be empty
-    /// All that the driver needs to see, from the root on, the file itself first; see
+    std::string driver;    ///< short name of the GDAL driver that reads the file
+    std::string label;     ///< the file's own name for the band; may be empty
+    /// Absolute paths of all files that the driver needs, the file itself first; see
     /// `PrivateFiles`.
     std::vector<std::string> files;
 };
@@ -34,8 +34,8 @@ class RasterSources {
 /// Nothing when the file has no such frame.
 std::optional<RasterSource> sourceOf(const RasterFile& file, int frame);
 
-/// The source of a frame, from the registered codec that reads the file, which still has it open if
-/// it was used of late; nothing when no component codec reads it or it has no such frame.
+/// The source of a frame, from the registered codec that reads the file, which still has a recently
+/// used file open; nothing when no component codec reads it or it has no such frame.
 PYXIS_CODECS_API std::optional<RasterSource> rasterSourceOf(const FileSpecifier& file, int frame);
 
 }  // namespace Pyxis

@@ -9,11 +9,11 @@
 namespace Pyxis {
 namespace {
 
-/// Files that GDAL and other programs take georeferences from.
+/// Side files from which GDAL and other programs read georeferences.
 struct SideFile {
     std::string_view ending;
     bool replacesExtension;  ///< else it follows the whole name
-    std::string_view mark;   ///< that the file holds when it places the raster
+    std::string_view mark;   ///< text in the file if it has a georeference
 };
 constexpr SideFile kSideFiles[] = {
     {".aux.xml", false, "<GeoTransform>"},

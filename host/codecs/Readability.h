@@ -7,12 +7,12 @@
 
 namespace Pyxis {
 
-/// Why no component codec reads the file, for the user: it is missing, is a directory, may not be
-/// read, is of no known format, or what GDAL says about it. Empty when one does read it.
+/// Why no component codec reads the file, for the user: it is missing, a directory, not permitted,
+/// of no known format, or GDAL's message. Empty when a codec reads it.
 PYXIS_CODECS_API std::string whyNotReadable(const FileSpecifier& file);
 
-/// The name of a file beside a raster that may say where it lies, but is not read; empty when there
-/// is none.
+/// The name of a file beside a raster that may hold its georeference, but is not read; empty when
+/// there is none.
 PYXIS_CODECS_API std::string unreadGeoreference(const FileSpecifier& file);
 
 }  // namespace Pyxis

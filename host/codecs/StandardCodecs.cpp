@@ -50,7 +50,7 @@ StandardCodecs::~StandardCodecs() = default;
 
 void StandardCodecs::readAhead(const std::vector<std::string>& paths,
                                const std::function<bool()>& stop) {
-    readingAhead_ = nullptr;  // what is still going on ends first
+    readingAhead_ = nullptr;  // waits for the previous one
     readingAhead_ = std::make_unique<ReadAhead>(cache_, paths, stop);
 }
 

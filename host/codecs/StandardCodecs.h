@@ -17,18 +17,17 @@ class FileCache;
 class ReadAhead;
 
 /// The host's component codecs, one a format, in the order in which they are asked, registered for
-/// as long as the object lives.
+/// the lifetime of the object.
 class PYXIS_CODECS_API StandardCodecs {
   public:
     /// Without the codec for QuickBird files the plain TIFF codec reads them.
     enum class QuickBird { With, Without };
 
-    /// Files may change while a program runs, and are then opened anew. A program that is done in
-    /// a moment does better to ignore that: it asks less, and all its answers fit together.
+    /// Files may change while a program runs, and are then opened again. A short-lived program
+    /// should ignore changes: it makes fewer system calls, and its answers stay consistent.
     using Changes = FileChanges;
 
-    /// While one lives on a thread, what it asks there is one question to the files: each is looked
-    /// at for changes once. They nest.
+    /// For its lifetime on a thread, each file is checked for changes only once. Operations nest.
     class PYXIS_CODECS_API Operation {
       public:
         Operation();
@@ -44,14 +43,13 @@ class PYXIS_CODECS_API StandardCodecs {
                             Changes changes = Changes::Notice);
     StandardCodecs(const StandardCodecs&) = delete;
     StandardCodecs& operator=(const StandardCodecs&) = delete;
-    /// Opens files on several threads, so that the codecs have them at hand when they are asked;
-    /// worth it for many only. Ends early when `stop`, which is asked on those threads for as long
-    /// as this object lives, says so. Files that cannot be opened are left for the codecs to find.
+    /// Opens files ahead on several threads; worthwhile for many files only. Ends early when `stop`
+    /// returns true; those threads call it as long as this object lives. The codecs report files
+    /// that cannot be opened.
     void readAhead(const std::vector<std::string>& paths, const std::function<bool()>& stop);
-    /// What components may be beside plain files, from now on, for the whole process.
+    /// Sets what components may be besides plain files, for the whole process.
     static void allow(const PathPolicy& policy);
-    /// Closes the files that GDAL holds open and nobody is reading. They open again when they are
-    /// used.
+    /// Closes the files that GDAL holds open and nobody is reading. They reopen when used.
     void closeFiles();
     /// Closes the images of these codecs that nobody has deleted.
     ~StandardCodecs();

@@ -33,7 +33,7 @@ Expected<RasterFacts> load(const SourceFile& file, DatasetHandle& handle) {
     if (!facts) {
         return facts;
     }
-    // GDAL makes up what is missing.
+    // GDAL invents missing pixels.
     std::uint64_t needed = 0;
     for (const FrameFacts& frame : facts->frames) {
         needed += static_cast<std::uint64_t>(frame.width) *

@@ -36,8 +36,8 @@ std::vector<std::string> openedBandFiles(const Dataset& dataset, const std::stri
     return bands;
 }
 
-/// A band file's name as the header spells it. GDAL also finds files whose names differ in case,
-/// and for some satellites files that the header does not name.
+/// A band file's name as in the header. GDAL also finds files whose names differ in case, and for
+/// some satellites files that the header does not name.
 std::string nameInHeader(const std::string& fileName, const std::vector<std::string>& names) {
     const auto found = std::find_if(names.begin(), names.end(), [&fileName](const auto& name) {
         return equalIgnoringCase(name, fileName);
@@ -101,10 +101,9 @@ const Format& fastFormat() {
         .ownProperty = "Band File Name",
         .driver = "FAST",
         .view = View::Directory,
-        // An image is made of several files, and one more may turn up.
+        // An image has several files, and another may appear.
         .mayBeKept = false,
-        // The format has none of its own, and this driver would take a file of any format beside
-        // the header for them.
+        // The format has none, and this driver would use a file of any format beside the header.
         .hasOverviews = false,
         .recognise = [](std::string_view head,
                         const std::string& /*path*/) { return looksLikeFastHeader(head); },

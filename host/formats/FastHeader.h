@@ -10,7 +10,7 @@ namespace Pyxis {
 /// more than seven, as many as the reader of the format knows.
 std::vector<std::string> fastBandFileNames(std::string_view header);
 
-/// Whether a band file's name stays in the header's own directory: no path of any system.
+/// Whether a band file's name stays in the header's directory: it is not a path on any system.
 bool isPlainFileName(std::string_view name);
 
 /// Whether a file may be a FAST header: its second field is the date of acquisition.

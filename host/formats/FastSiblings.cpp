@@ -16,8 +16,8 @@
 namespace Pyxis {
 namespace {
 
-// The directories are read with the calls of the system: the standard library's iterator ends the
-// process when memory fails.
+// Directories are read with system calls: the standard library's iterator ends the process on
+// allocation failure.
 struct Close {
     void operator()(DIR* directory) const { closedir(directory); }
 };
@@ -40,8 +40,8 @@ bool isNamed(std::string_view name, const std::vector<std::string>& names) {
                        [name](const auto& own) { return equalIgnoringCase(own, name); });
 }
 
-/// Whether GDAL makes such a name up for the bands that a header does not name: from the header's
-/// own name, with an ending or another last letter, or from a word for all headers.
+/// Whether GDAL tries such a name for bands that a header does not name: derived from the header's
+/// name, with a suffix or another last letter, or a fixed word.
 bool mayBeMadeUp(std::string_view name, std::string_view header) {
     const bool lastLetterDiffers =
         name.size() == header.size() && beginsWith(name, header.substr(0, header.size() - 1));
@@ -56,8 +56,8 @@ std::string realPath(const std::string& path) {
     return real ? std::string(real.get()) : std::string();
 }
 
-/// Whether a file really lies beside the header. A header and its bands may be linked together to
-/// where they are kept.
+/// Whether a file is really beside the header. A header and its bands may all be links to another
+/// directory.
 bool liesWithHeader(const std::string& file, const std::string& header) {
     const std::string real = realPath(file);
     return !real.empty() && (directoryOf(real) == realPath(directoryOf(header) + "/") ||

@@ -79,8 +79,8 @@ void describePlace(RasterFile& file, int frame, FrameProperties& properties) {
 
 namespace {
 
-/// Why what a file claims is out of proportion to its length. A few hundred bytes could otherwise
-/// take seconds and gigabytes.
+/// Why the claims of a file are out of proportion to its length. A few hundred bytes could
+/// otherwise take seconds and gigabytes.
 std::optional<Refusal> claimsTooMuch(const RasterFacts& facts, std::uint64_t fileSize) {
     constexpr std::uint64_t kFreeBytes = 64U << 20U;
     constexpr std::uint64_t kMostTimes = 64;

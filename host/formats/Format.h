@@ -14,12 +14,12 @@ namespace Pyxis {
 
 class FrameProperties;
 
-/// What GDAL makes of an auxiliary file that says where a file of a format lies.
+/// How GDAL ranks the georeference in an auxiliary file of a format.
 enum class AuxiliaryRank {
     Ignored,
-    First,           ///< it counts more than the file itself and its world file
-    Last,            ///< it places a file that nothing else places
-    LastAndNoSystem  ///< the same, and its coordinate system does not count
+    First,           ///< before the file itself and its world file
+    Last,            ///< only if nothing else has a georeference
+    LastAndNoSystem  ///< the same, without its coordinate system
 };
 
 /// A file that is about to be loaded.
@@ -31,40 +31,38 @@ struct SourceFile {
     AuxiliaryPlace auxiliary = {};  ///< empty where it is ignored
 };
 
-/// One component format: how its files are recognised, what is known of them and what their frames
-/// publish. A format is a constant that lives as long as the process, so that images and frames
-/// that outlive their codec still have theirs.
+/// One component format: how its files are recognised and loaded, and what their frames publish. A
+/// format is a constant for the whole process, so that images and frames may outlive their codec.
 struct Format {
-    /// The codec interface under which hosts know the format.
+    /// The codec interface of the format.
     enum class Interface { General, QuickBird, Tiff, Nitf, Fast };
 
     const char* name;
     const char* description;
     std::vector<const char*> extensions;  ///< without the dot
-    /// Whether a file so named is sure to be meant as a raster, even a damaged one.
+    /// Whether a file with such an extension counts as a raster even when it is damaged.
     bool isToldByName = true;
     std::vector<FormatFeature> features;
     Interface interface = Interface::General;
     const char* ownProperty = nullptr;  ///< name of the property beside the geo-correlation
-    int ownPropertyNumber = 0;          ///< its number, where callers ask for it by number
+    int ownPropertyNumber = 0;          ///< its number, if callers use one
 
     /// GDAL's short name of the only driver that may open the files.
     const char* driver;
     View view = View::FileAlone;
     AuxiliaryRank auxiliary = AuxiliaryRank::Ignored;
-    /// Whether a loaded file may be given out again for as long as the file itself stays as it is.
+    /// Whether a loaded file may be reused while it does not change.
     bool mayBeKept = true;
     /// Whether GDAL may look for reduced-resolution levels.
     bool hasOverviews = true;
 
     /// Whether a file that begins with these bytes (at most `FileHead::kBytes`) may be of this
-    /// format. `path` is absolute, for formats whose files are told by what lies beside them.
+    /// format. `path` is absolute, for formats recognised by the files beside them.
     bool (*recognise)(std::string_view head, const std::string& path);
-    /// What is known of a file that was recognised. The handle is opened only where the file's own
-    /// bytes do not tell everything.
+    /// Loads a recognised file. The handle is opened only if the file's own bytes do not suffice.
     Expected<RasterFacts> (*load)(const SourceFile& file, DatasetHandle& handle);
-    /// For a format whose files are all of another one, too: why a loaded file is not of this one;
-    /// empty when it is.
+    /// For a format that is a subset of another one: why a loaded file is not of this format; empty
+    /// when it is.
     std::string_view (*reject)(const RasterFacts& facts) = nullptr;
     /// Appends the properties of a frame, geo-correlation first.
     void (*describe)(RasterFile& file, int frame, FrameProperties& properties);
@@ -83,13 +81,12 @@ Expected<RasterFacts> loadAllBands(const SourceFile& file, DatasetHandle& handle
 /// Appends the geo-correlation of a frame, if it has one.
 void describePlace(RasterFile& file, int frame, FrameProperties& properties);
 
-/// Has a raster take the place in its auxiliary file where that one comes first. This may be known
-/// before GDAL opens the file.
+/// Sets the georeference from the auxiliary file if that ranks first. This needs no open dataset.
 void placeByFirstSideFile(RasterFacts& facts, const SourceFile& file);
-/// The same where it comes last, of a raster that nothing else places.
+/// The same if it ranks last and nothing else has a georeference.
 void placeByLastSideFile(RasterFacts& facts, const SourceFile& file);
 
-/// Has a raster take the place in the files beside it, as far as they count beside its own.
+/// Sets the georeference from the side files, as far as they rank before the file's own.
 void placeBySideFiles(RasterFacts& facts, const SourceFile& file, const Dataset& dataset,
                       DatasetHandle& handle);
 

@@ -8,7 +8,7 @@ const std::vector<const Format*>& formats() {
     static const std::vector<const Format*> formats = {
         &quickBirdFormat(), &tiffFormat(),  &nitfFormat(), &fastFormat(),
         &jpeg2000Format(),  &erdasFormat(), &pngFormat(),  &jpegFormat(),
-        &enviFormat(),  // asks for a file beside, so it comes last
+        &enviFormat(),  // looks for a side file, so it comes last
     };
     return formats;
 }

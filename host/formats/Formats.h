@@ -12,7 +12,7 @@ namespace Pyxis {
 const std::vector<const Format*>& formats();
 
 /// The format of a file that begins with these bytes and has this absolute path; null when none
-/// recognises it. A format whose files are all of another one, too, is passed over.
+/// recognises it. Skips formats that are subsets of another one.
 const Format* formatOf(std::string_view head, const std::string& path);
 
 const Format& quickBirdFormat();

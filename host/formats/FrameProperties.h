@@ -15,14 +15,14 @@ class FrameProperties final : public FormatCodecPropertySetIterator {
     void append(const FormatCodecPropertyInterface* property) { appendProperty(property); }
 };
 
-/// A text out of a file's metadata, narrow as the file has it.
+/// A text from a file's metadata, narrow as in the file.
 class TextProperty final : public FormatCodecStringProperty {
   public:
     TextProperty(std::string_view name, std::string_view description, std::string_view value);
     TextProperty* clone() const override;
 };
 
-/// The band file's name as the FAST header gives it.
+/// The band file's name as in the FAST header.
 class BandFilenameProperty final : public FASTBandFilenameProperty {
   public:
     explicit BandFilenameProperty(std::string_view fileName);

@@ -15,7 +15,7 @@ struct GeoCorrelationTexts {
     static constexpr const char* kDescription = "Position of the raster in its coordinate system";
 };
 
-/// What all geo-correlations answer. `Base` is FormatCodecGeoCorrelation or GeoTiffCorrelation.
+/// The common part of geo-correlations. `Base` is FormatCodecGeoCorrelation or GeoTiffCorrelation.
 template <typename Base>
 class GeoCorrelationBase : public Base {
   public:
@@ -65,7 +65,7 @@ class OriginCorrelation final : public GeoCorrelationBase<FormatCodecGeoCorrelat
     OriginCorrelation* clone() const override;
 };
 
-/// With the corners as the geotransform has them, so that shear shows.
+/// With the exact corners of the geotransform, shear included.
 class CornerCorrelation final : public GeoCorrelationBase<GeoTiffCorrelation> {
   public:
     using GeoCorrelationBase::GeoCorrelationBase;
@@ -76,8 +76,8 @@ class CornerCorrelation final : public GeoCorrelationBase<GeoTiffCorrelation> {
     Point2d getLowerRight() const override { return facts().at(facts().width, facts().height); }
 };
 
-/// The correlation of a format that has no class of its own for it: the one with the corners only
-/// where the other cannot tell them. Null for no facts.
+/// The correlation for formats without a fixed class: the one with corners only if the other cannot
+/// express them. Null for null facts.
 std::unique_ptr<FormatCodecGeoCorrelation> correlationOf(std::shared_ptr<const GeoFacts> facts);
 
 }  // namespace Pyxis

@@ -7,7 +7,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-/// A file of boxes, or a codestream by itself.
+/// A file of boxes, or a bare codestream.
 bool recognise(std::string_view head, const std::string& /*path*/) {
     return head.starts_with("\0\0\0\x0cjP  \r\n\x87\n"sv) || head.starts_with("\xff\x4f\xff\x51"sv);
 }

@@ -10,15 +10,14 @@
 namespace Pyxis {
 namespace {
 
-/// Each image segment keeps the file open once more, so there is a limit to how many are shown.
+/// Each image segment opens the file once more, so their number is limited.
 constexpr int kMaxSegments = 64;
 
 bool recognise(std::string_view head, const std::string& /*path*/) {
     return head.starts_with("NITF") || head.starts_with("NSIF");
 }
 
-/// The image subheader that a dataset was opened from, which GDAL hands out as its length and its
-/// bytes in base 64.
+/// The image subheader of a dataset, which GDAL returns as its length and its bytes in base 64.
 std::string imageSubheader(const Dataset& dataset) {
     const std::string item = dataset.item("NITFImageSubheader", "NITF_METADATA").value_or("");
     const std::size_t blank = item.find(' ');
@@ -39,7 +38,7 @@ void addSegment(RasterFacts& facts, const Dataset& dataset, bool version20) {
 }
 
 /// Whether a segment whose last bytes seem to be missing can be read to its end. The decoders of
-/// compressed segments make up what is missing.
+/// compressed segments invent missing pixels.
 bool isWhole(const Dataset& dataset) {
     const std::string compression = dataset.item("NITF_IC").value_or("");
     return (compression == "NC" || compression == "NM") && dataset.canReadLastPixel();
@@ -52,7 +51,7 @@ Expected<RasterFacts> load(const SourceFile& file, DatasetHandle& handle) {
     }
     const bool mayBeCut = endOfImages(file.head.bytes) > file.head.state.size;
     const bool version20 = isVersion20(first->item("NITF_FHDR").value_or(""));
-    const int segments = first->numItems("SUBDATASETS") / 2;  // a name and a text each
+    const int segments = first->numItems("SUBDATASETS") / 2;  // a name and a description each
     RasterFacts facts;
     if (segments < 2) {
         if (mayBeCut && !isWhole(*first)) {

@@ -6,7 +6,7 @@
 namespace Pyxis {
 namespace {
 
-/// Takes fields of fixed width off the front of a header; past its end they are empty.
+/// Reads fields of fixed width from a header; past its end they are empty.
 class FieldReader {
   public:
     explicit FieldReader(std::string_view rest) : rest_(rest) {}
@@ -87,7 +87,7 @@ unsigned long long endOfImages(std::string_view fileHeader) {
     if (header.text(6) == kDowngradeByEvent && isVersion20(fileHeader)) {
         header.skip(kEventWidth);
     }
-    header.skip(56 + 12);  // up to the length of the file, which writers get wrong
+    header.skip(56 + 12);  // up to the file length, which some writers get wrong
     unsigned long long end = header.number(6);
     unsigned long long images = header.number(3);
     for (; images > 0 && !header.atEnd(); --images) {

@@ -6,13 +6,12 @@
 
 namespace Pyxis {
 
-/// The band representations (IREPBANDn) of an image subheader, blanks trimmed, in band order; the
-/// bands before the place where a damaged header ends. `version20` tells NITF 2.0 from 2.1 and
-/// NSIF 1.0.
+/// The band representations (IREPBANDn) of an image subheader, trimmed, in band order; of a
+/// truncated header those before its end. `version20`: NITF 2.0, not 2.1 or NSIF 1.0.
 std::vector<std::string> bandRepresentations(std::string_view subheader, bool version20);
 
-/// Where the last image segment ends, counted from the start of the file; 0 when the header does
-/// not say so or does not lie in these bytes.
+/// The offset of the end of the last image segment; 0 when the header does not have it or is not
+/// within these bytes.
 unsigned long long endOfImages(std::string_view fileHeader);
 
 /// Whether a file header is of version 2.0.

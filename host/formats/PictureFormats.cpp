@@ -7,7 +7,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-/// Most pictures are no rasters of the world; one that a file beside it places is.
+/// A picture counts as a raster only if a side file has its georeference.
 Expected<RasterFacts> loadPlaced(const SourceFile& file, DatasetHandle& handle) {
     Expected<RasterFacts> facts = loadAllBands(file, handle);
     if (facts && !facts->place.transform) {

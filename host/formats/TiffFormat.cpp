@@ -24,13 +24,13 @@ bool recognise(std::string_view head, const std::string& /*path*/) {
     return std::find(kMagics.begin(), kMagics.end(), head.substr(0, 4)) != kMagics.end();
 }
 
-/// The last block of the last band; none where GDAL gives no place for it.
+/// The last block of the last band; none if GDAL has no offset for it.
 std::optional<PixelBlock> lastBlockOf(const Dataset& dataset, const FrameFacts& last,
                                       const KnownFacts& known) {
     const int column = (last.width - 1) / last.blockWidth;
     const int row = (last.height - 1) / last.blockHeight;
     const std::uint64_t blocks = (std::uint64_t(column) + 1) * (std::uint64_t(row) + 1);
-    // GDAL reads an only block in parts where it is large.
+    // GDAL splits a large single block.
     if (dataset.numBands() == 1 && (known.blocks == blocks || known.blocks == 1)) {
         return known.lastBlock;
     }
@@ -44,9 +44,9 @@ std::optional<PixelBlock> lastBlockOf(const Dataset& dataset, const FrameFacts& 
                       std::strtoull(size->c_str(), nullptr, 10)};
 }
 
-/// Whether the file was cut short. It keeps its directory when that stands before the pixels, or
-/// loses the end of it; the last block tells, as writers put the blocks in order. Some writers
-/// state the length of a full block for the last one, so GDAL has the last word.
+/// Whether the file was truncated. Its directory may be intact, before the pixels, or cut; the last
+/// block shows it, as writers store the blocks in order. Some writers give the last block the
+/// length of a full one, so GDAL decides.
 bool endsBeforePixels(const Dataset& dataset, const FrameFacts& lastFrame, const KnownFacts& known,
                       std::uint64_t fileSize) {
     const std::optional<PixelBlock> last = lastBlockOf(dataset, lastFrame, known);
@@ -55,7 +55,7 @@ bool endsBeforePixels(const Dataset& dataset, const FrameFacts& lastFrame, const
     return !isSparse && !isThere && !dataset.canReadLastPixel();
 }
 
-/// Whether GDAL takes georeferences from the file itself, as it does unless told otherwise.
+/// Whether GDAL reads georeferences from the file itself, which is its default.
 bool usesOwnGeoreference() {
     static const bool uses = !gdalOption("GDAL_GEOREF_SOURCES");
     return uses;

@@ -26,13 +26,13 @@ struct CloseFile {
     void operator()(VSILFILE* file) const { VSIFCloseL(file); }
 };
 
-/// A file read front to back, or from places of its own.
+/// Reads a file sequentially or at offsets.
 class Reader {
   public:
     explicit Reader(const std::string& path) : file_(VSIFOpenL(path.c_str(), "rb")) {}
 
     bool isOpen() const { return file_ != nullptr; }
-    /// As many of the next bytes as there are.
+    /// The next bytes; fewer at the end of the file.
     std::string take(std::size_t count) {
         std::string bytes(count, '\0');
         bytes.resize(VSIFReadL(bytes.data(), 1, count, file_.get()));
@@ -67,10 +67,10 @@ bool leadsOut(std::string_view name) {
            ("/" + std::string(name) + "/").find("/../") != std::string::npos;
 }
 
-/// Gathers the names of an archive.
+/// Collects the names in an archive.
 class Names {
   public:
-    /// Why the archive is not read any further; nothing while it may go on.
+    /// Why reading the archive must stop; nothing if it may continue.
     std::optional<Refusal> add(std::string name, bool isFile) {
         if (++entries_ > kMostEntries) {
             return Refusal{Refusal::Kind::Unsafe,
@@ -95,8 +95,8 @@ class Names {
     std::vector<std::string> files_;
 };
 
-/// Where the central directory of a zip file begins and how many entries it has: the last record
-/// of its kind says so, with its counterpart of 64 bits before it.
+/// The start and number of entries of a zip file's central directory, from the end record and the
+/// 64-bit one before it.
 struct Directory {
     std::uint64_t offset = 0;
     std::uint64_t entries = 0;
@@ -123,7 +123,7 @@ std::optional<Directory> zipDirectory(Reader& file, std::uint64_t size) {
             return Directory{littleEndian(wide, 48, 8), littleEndian(wide, 32, 8)};
         }
     }
-    // Bytes before the archive, as in one that unpacks itself, move it.
+    // Bytes before the archive, as in a self-extracting one, shift it.
     if (start + end >= length) {
         directory.offset = start + end - length;
     }
@@ -218,7 +218,7 @@ Expected<std::vector<std::string>> tarNames(Reader& file, std::uint64_t mostByte
     return isAny ? Expected(names.take()) : unreadable("a damaged or empty archive");
 }
 
-/// Whether the whole of a compressed file unpacks to no more than it may.
+/// Whether a compressed file unpacks within its bound.
 bool unpacksInProportion(const std::string& path, std::uint64_t size) {
     Reader file("/vsigzip/" + path);
     constexpr std::size_t kStep = 1U << 20U;
@@ -239,7 +239,7 @@ std::uint64_t mostUnpacked(std::uint64_t size) {
 }
 
 Expected<std::vector<std::string>> readArchiveIndex(const std::string& path) {
-    const Expected<FileHead> head = readHead(path);  // never waits for a pipe
+    const Expected<FileHead> head = readHead(path);  // never blocks on a pipe
     if (!head) {
         return head.refusal();
     }

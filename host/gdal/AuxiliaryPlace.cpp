@@ -16,7 +16,7 @@ AuxiliaryPlace auxiliaryPlaceIn(const std::string& text) {
     }
     const ErrorCapture silent;
     const CPLXMLTreeCloser document(CPLParseXMLString(text.c_str()));
-    CPLXMLNode* const root = document.get();  // GDAL takes it by whatever name
+    CPLXMLNode* const root = document.get();  // GDAL accepts any name
     if (root == nullptr) {
         return {};
     }

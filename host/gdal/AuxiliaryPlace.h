@@ -7,14 +7,14 @@
 
 namespace Pyxis {
 
-/// Where an auxiliary file says that its raster lies.
+/// The georeference in an auxiliary file.
 struct AuxiliaryPlace {
     std::optional<GeoTransform> transform;
     std::string system;  ///< a coordinate system as GDAL writes it; empty when it names none
 };
 
-/// The place in the text of an auxiliary file, as GDAL takes it. Nothing else is read out of it:
-/// it may name other files. Empty where it is no such text.
+/// Reads the georeference from the text of an auxiliary file, as GDAL does, and nothing else: it
+/// may name other files. Empty for another text.
 AuxiliaryPlace auxiliaryPlaceIn(const std::string& text);
 
 }  // namespace Pyxis

@@ -28,7 +28,7 @@ int epsgCode(const OGRSpatialReference& system) {
     return static_cast<int>(std::clamp(std::strtol(code, nullptr, 10), 0L, 0x7fffffffL));
 }
 
-/// Formats that spell a system out, without a code or a name, still mean a registered one.
+/// Formats that describe a system without a code or a name still mean a registered one.
 OGRSpatialReference identified(const OGRSpatialReference& system) {
     OGRSpatialReference known(system);
     if (epsgCode(system) != 0 || known.AutoIdentifyEPSG() != OGRERR_NONE ||
@@ -61,8 +61,8 @@ SystemPointer unknownSystem() {
     return std::make_shared<CoordinateSystem>(CoordinateSystem{toWideBuffer(""), 0});
 }
 
-/// GDAL sets the system apart when it takes the tie points of a file for ground control points,
-/// as it does where a world file that it does not see places the raster.
+/// GDAL keeps the system separately when it treats the tie points of a file as ground control
+/// points, as it does when the georeference is in a world file that it does not see.
 SystemPointer systemOf(GDALDataset& dataset) {
     const OGRSpatialReference* system =
         dataset.GetGCPCount() > 0 ? dataset.GetGCPSpatialRef() : dataset.GetSpatialRef();
@@ -70,8 +70,8 @@ SystemPointer systemOf(GDALDataset& dataset) {
                                                    : unknownSystem();
 }
 
-/// A registered projected system in metres; null when there is none of this code. That takes half
-/// the time of reading it out of a file. Of a compound system GDAL keeps the horizontal part.
+/// A registered projected system in metres; null for another code. This takes half the time of
+/// reading it from a file. GDAL keeps the horizontal part of a compound system.
 SystemPointer registeredSystem(int code) {
     OGRSpatialReference system;
     return code != 0 && system.importFromEPSG(code) == OGRERR_NONE && system.IsProjected() != 0 &&
@@ -80,7 +80,7 @@ SystemPointer registeredSystem(int code) {
                : nullptr;
 }
 
-/// A system in words. Some of what GDAL takes for words names a file or an address.
+/// A system from its text. Some texts that GDAL accepts name a file or an address.
 SystemPointer systemIn(const std::string& text) {
     OGRSpatialReference system;
     return system.SetFromUserInput(text.c_str(),
@@ -102,7 +102,7 @@ SystemPointer systemOf(const PlaceFacts& place, const DatasetOpener& open) {
     return dataset != nullptr ? systemOf(*dataset) : nullptr;
 }
 
-/// The systems of the keys met so far. Sets have one or two; past the limit it starts anew.
+/// The systems of the keys seen so far. Sets have one or two; at the limit the cache is cleared.
 class KnownSystems {
   public:
     static KnownSystems& instance() {
@@ -110,9 +110,9 @@ class KnownSystems {
         return *systems;
     }
 
-    /// Only the first who asks for a key works the system out. The others do not wait for it, as
-    /// they have files to open meanwhile. Not valid when the work comes to nothing; those who did
-    /// not wait then have an unknown system, and the next one who asks tries again.
+    /// Only the first caller with a key computes the system; the others do not wait, as they have
+    /// files to open meanwhile. Not valid when the computation fails; those who did not wait then
+    /// have an unknown system, and the next caller tries again.
     template <typename Work>
     SharedSystem systemOf(const std::string& key, const Work& work) {
         const SystemPointer unknown = unknownSystem();

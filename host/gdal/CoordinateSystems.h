@@ -16,14 +16,14 @@ struct CoordinateSystem {
     int code = 0;       ///< EPSG code; 0 when there is none
 };
 
-/// Never of null. Another thread may still be working it out.
+/// Its value is never null. Another thread may still be computing it.
 using SharedSystem = std::shared_future<std::shared_ptr<const CoordinateSystem>>;
 
-/// Opens the dataset of a raster where what is known does not do; null when its file is gone.
+/// Opens the dataset of a raster if the known facts do not suffice; null when its file is gone.
 using DatasetOpener = std::function<GDALDataset*()>;
 
-/// The coordinate system of a raster; not valid when its file is gone. Where the place has a key,
-/// only the first raster with that key has its system worked out.
+/// The coordinate system of a raster; not valid when its file is gone. It is computed once for all
+/// rasters with the same key.
 SharedSystem coordinateSystemOf(const PlaceFacts& place, const DatasetOpener& open);
 
 }  // namespace Pyxis

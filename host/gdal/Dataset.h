@@ -12,24 +12,23 @@ class GDALDataset;
 
 namespace Pyxis {
 
-/// What formats ask of an open dataset. They need no header of GDAL for it. Valid for as long as
-/// the handle that gave it is being loaded.
+/// An open dataset for formats, without GDAL's headers. Valid while its handle is being loaded.
 class Dataset {
   public:
     explicit Dataset(GDALDataset& dataset, std::size_t part) : dataset_(&dataset), part_(part) {}
 
     int numBands() const;
-    /// Every band as a frame. Colour tables are read only where there may be one.
+    /// Every band as a frame. Colour tables are read only if there may be one.
     std::vector<FrameFacts> frames(bool mayHaveColours = true) const;
     bool hasTransform() const;
     /// An item of the metadata, of the dataset or of a band (from 1); nothing when there is none.
     std::optional<std::string> item(const char* key, const char* domain = "") const;
     std::optional<std::string> bandItem(int band, const char* key, const char* domain) const;
     int numItems(const char* domain) const;
-    /// The files that the dataset is made of, as GDAL opened them, the main one first.
+    /// The files of the dataset, as GDAL opened them, the main one first.
     std::vector<std::string> files() const;
-    /// Whether GDAL can read the last pixel of the last band, and so the whole block around it.
-    /// False without a try when that block takes more than 64 MiB.
+    /// Whether GDAL can read the last pixel of the last band, and so its whole block. False without
+    /// reading when that block takes more than 64 MiB.
     bool canReadLastPixel() const;
 
   private:
@@ -43,10 +42,10 @@ std::uint64_t bytesAtOnce(const FrameFacts& facts, std::size_t bands = 1);
 /// GDAL's name for samples of a format and a size in bits; empty when it has no such type.
 std::string sampleTypeName(SampleFormat format, std::int32_t bits);
 
-/// The bytes that a text in base 64 stands for.
+/// Decodes base 64.
 std::string decodedBase64(std::string text);
 
-/// An option of GDAL's, as the process or its environment sets it.
+/// A GDAL option from the process or its environment.
 std::optional<std::string> gdalOption(const char* name);
 
 }  // namespace Pyxis

@@ -11,8 +11,8 @@
 namespace Pyxis {
 namespace {
 
-/// GDAL and its libraries each put the name first. Whoever shows the reason names the file, and
-/// perhaps not by its absolute path.
+/// GDAL and its libraries each prefix the name. The caller names the file itself, and perhaps not
+/// by its absolute path.
 std::string withoutFile(std::string message, const std::string& path) {
     const std::string start = path + ":";
     while (message.starts_with(start)) {
@@ -28,7 +28,7 @@ DatasetHandle::DatasetHandle(Opening opening, const FileState& state)
 
 DatasetHandle::DatasetHandle(Opening opening, FileStamp stamp, std::vector<std::string> prefixes)
     : opening_(std::move(opening)), stamp_(std::move(stamp)), prefixes_(std::move(prefixes)) {
-    HandlePool::instance();  // memory may fail now, but not in the destructor
+    HandlePool::instance();  // an allocation may fail here, but not in the destructor
 }
 
 DatasetHandle::~DatasetHandle() {
@@ -96,7 +96,7 @@ bool DatasetHandle::closeIfIdle() {
     return lock.owns_lock();
 }
 
-/// False when the file has changed since it was first opened, so that what is known of it and its
+/// False when the file has changed since it was first opened, so that its known facts and its
 /// pixels would not agree.
 bool DatasetHandle::openAgain() {
     if (isOpen()) {

@@ -16,9 +16,9 @@ class GDALRasterBand;
 
 namespace Pyxis {
 
-/// GDAL's datasets of one file. They close when too many are open in the process, and open again
-/// when they are used, unless the file has changed meanwhile. Two threads may not use a dataset at
-/// once, so every use goes through `Use`.
+/// GDAL's datasets of one file. They close when too many are open in the process, and reopen when
+/// used, unless the file has changed meanwhile. Two threads may not use a dataset at once, so every
+/// use goes through `Use`.
 class DatasetHandle {
   public:
     DatasetHandle(Opening opening, const FileState& state);
@@ -28,7 +28,7 @@ class DatasetHandle {
 
     const char* driver() const { return opening_.driver; }
     const std::string& path() const { return opening_.path; }
-    /// Whether the file is another now than when it was first opened.
+    /// Whether the file has changed since it was first opened.
     bool hasChanged() const;
     /// Whether a change is sure to be noticed.
     bool isSettled() const { return stamp_.settled(); }
@@ -55,8 +55,8 @@ class DatasetHandle {
 
     /// Owns the lock unless another thread is using the datasets.
     std::unique_lock<std::mutex> tryLock() { return std::unique_lock(mutex_, std::try_to_lock); }
-    /// Another handle on the same file, with datasets of its own that open when they are used. The
-    /// file is loaded by now.
+    /// Another handle on the same file, with its own datasets, which open when used. Only after the
+    /// file was loaded.
     std::unique_ptr<DatasetHandle> another() const;
 
     /// Closes the datasets unless somebody is using them; returns whether they are closed.
@@ -64,11 +64,11 @@ class DatasetHandle {
 
     // While the file is loaded, by one thread.
 
-    /// The file names no other one as its overviews, so GDAL need not be asked.
+    /// The file names no other file as overviews, so GDAL need not be asked.
     void setNamesNoOverviews() { opening_.mayNameOverviews = false; }
-    /// GDAL needs this file of the same directory, too.
+    /// GDAL also needs this file of the same directory.
     void showToo(std::string path) { opening_.companions.push_back(std::move(path)); }
-    /// From now on a change of the world files is one of the file.
+    /// From now on a change of the world files counts as a change of the file.
     void watchWorldFiles();
     /// Opens the file itself, which is part 0.
     Expected<Dataset> open();
@@ -76,10 +76,10 @@ class DatasetHandle {
     Expected<Dataset> openPart(const std::string& prefix);
     Dataset opened(std::size_t part) const { return Dataset(*datasets_.at(part), part); }
     bool isOpen() const { return !datasets_.empty(); }
-    /// Tells the pool of open files about this one.
+    /// Adds this file to the pool of open files.
     void loaded();
 
-    /// What goes before the path to make the driver's name for a part; nothing for the file itself.
+    /// The prefix of the path in the driver's name for a part; empty for the file itself.
     const std::string& prefix(std::size_t part) const { return prefixes_.at(part); }
 
   private:

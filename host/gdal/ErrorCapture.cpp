@@ -14,7 +14,7 @@ void keepMessage(CPLErr severity, CPLErrorNum /*number*/, const char* message) {
     try {
         *static_cast<std::string*>(CPLGetErrorHandlerUserData()) = message;
     } catch (const std::exception&) {
-        // GDAL's C code lies between here and whoever could catch; the words are lost.
+        // An exception must not pass through GDAL's C code; the message is lost.
     }
 }
 

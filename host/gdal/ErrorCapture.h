@@ -6,8 +6,8 @@
 
 namespace Pyxis {
 
-/// Catches what GDAL says on this thread for as long as the object lives, so that nothing is
-/// printed, and keeps the last error's words. Captures nest; they end in reverse order.
+/// Captures GDAL's messages on this thread for its lifetime, so that nothing is printed, and keeps
+/// the last error. Captures nest and end in reverse order.
 class PYXIS_CODECS_API ErrorCapture {
   public:
     ErrorCapture();
@@ -15,7 +15,7 @@ class PYXIS_CODECS_API ErrorCapture {
     ErrorCapture& operator=(const ErrorCapture&) = delete;
     ~ErrorCapture();
 
-    /// The last error's words; empty when there was none. Warnings do not count.
+    /// The last error's message; empty when there was none. Warnings do not count.
     const std::string& message() const { return message_; }
 
   private:

@@ -1,5 +1,5 @@
 #pragma once
 
-// What the library of component codecs shows to the outside.
+// Marks what the library of component codecs exports.
 
 #define PYXIS_CODECS_API __attribute__((visibility("default")))

@@ -37,7 +37,7 @@ bool GeoFacts::isToldByRotation() const {
     const Vector2d size = pixelSize();
     const double angle = rotation();
     const double sign = mirrored() ? -1.0 : 1.0;
-    // A line upward, scaled after its rotation, as the set codec works it out.
+    // A line upward, scaled after its rotation, as the set codec computes it.
     const double x = -size.x * std::sin(angle);
     const double y = sign * size.y * std::cos(angle);
     const double right = sign * size.y * std::sin(angle);
@@ -57,7 +57,7 @@ std::shared_ptr<const GeoFacts> readGeoFacts(const PlaceFacts& place, std::int32
             return nullptr;
         }
     }
-    // Formats that always give a transform give this one when they know of none.
+    // Formats that always have a transform return this one when they know none.
     constexpr GeoTransform kUnknown = {0, 1, 0, 0, 0, 1};
     if (facts->transform == kUnknown) {
         return nullptr;

@@ -26,7 +26,7 @@ bool descriptorsExhausted() {
 }  // namespace
 
 HandlePool& HandlePool::instance() {
-    // Never destroyed: images that nobody deletes may still be there when the process ends.
+    // Never destroyed: images that nobody deletes may still exist when the process ends.
     static auto* const pool = new HandlePool;
     return *pool;
 }
@@ -51,7 +51,8 @@ void HandlePool::used(DatasetHandle& file) {
         order_.splice(order_.begin(), order_, place->second);
     } else {
         std::list<DatasetHandle*> own = {&file};
-        places_.emplace(&file, own.begin());  // stays the place of the file in the other list
+        places_.emplace(&file,
+                        own.begin());  // still the file's position after it moves to the other list
         order_.splice(order_.begin(), own);
         closeOldest(limit(), &file);
     }
@@ -90,7 +91,7 @@ void HandlePool::closeOldest(std::size_t limit, const DatasetHandle* except) {
         if (latest_ == file) {
             latest_ = nullptr;  // before the file is free for others to open again
         }
-        // A file that another thread is using stays; waiting for it here could lock up both.
+        // Skips a file that another thread is using; waiting for it could deadlock.
         if (file != except && file->closeIfIdle()) {
             places_.erase(file);
             at = order_.erase(at);

@@ -10,8 +10,8 @@ namespace Pyxis {
 
 class DatasetHandle;
 
-/// The files that GDAL holds open, for the whole process. Beyond a limit those used longest ago
-/// are closed; they open again when they are used.
+/// The files that GDAL holds open, for the whole process. Beyond a limit the least recently used
+/// are closed; they reopen when used.
 class HandlePool {
   public:
     static HandlePool& instance();
@@ -25,14 +25,13 @@ class HandlePool {
     /// Closes every file that nobody is using at the moment.
     void closeIdle();
 
-    /// At most this many files stay open: no more than a quarter of what the process may open at
-    /// the moment.
+    /// The most files that stay open: at most a quarter of the current limit of the process.
     static std::size_t limit();
 
   private:
     void closeOldest(std::size_t limit, const DatasetHandle* except);
 
-    /// Reads of one file follow one another, so most uses are of the file used last.
+    /// Most uses are of the file used last.
     std::atomic<const DatasetHandle*> latest_{nullptr};
     std::mutex mutex_;
     std::list<DatasetHandle*> order_;  // the latest first

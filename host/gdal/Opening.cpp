@@ -19,9 +19,9 @@
 namespace Pyxis {
 namespace {
 
-/// The files that GDAL may look at beside the one it opens: none but its companions. It takes a
-/// list of siblings at its word only when the file itself is the one name on it; with a second name
-/// it goes on to auxiliary files and overviews, and through those to any file or network address.
+/// The files that GDAL may read beside the one it opens: only its companions. GDAL respects a list
+/// of siblings only if the file itself is its one entry; with a second entry it also reads
+/// auxiliary files and overviews, and through those any file or network address.
 CPLStringList siblingsOf(const Opening& opening) {
     CPLStringList names;
     names.AddString(CPLGetFilename(opening.path.c_str()));
@@ -31,13 +31,14 @@ CPLStringList siblingsOf(const Opening& opening) {
     return names;
 }
 
-/// When memory fails while GDAL sets itself up it ends the process, so there must be plenty.
+/// GDAL ends the process when an allocation fails during its setup, so memory must be available.
 template <typename Action>
 void onceWithPlenty(std::once_flag& flag, const Action& action) {
     std::call_once(flag, [&action] {
         constexpr std::size_t kPlenty = 4U << 20U;
         const auto plenty = std::make_unique_for_overwrite<char[]>(kPlenty);
-        *static_cast<volatile char*>(plenty.get()) = 0;  // so that the request is made at all
+        *static_cast<volatile char*>(plenty.get()) =
+            0;  // so that the allocation is not optimised away
         action();
     });
 }
@@ -52,12 +53,12 @@ DatasetPointer open(const Opening& opening, const std::string& name,
         CloseDataset{std::move(files)}};
 }
 
-/// GDAL refuses to open what it is opening already, and after an exception believes that for
-/// good. More slashes at the front make another name of the same file.
+/// GDAL refuses to open a file that it is opening already, and after an exception does so for good.
+/// More leading slashes make another name of the same file.
 DatasetPointer openInDirectory(const Opening& opening, const std::string& prefix) {
     static thread_local std::size_t interruptions = 0;
     const std::string name = prefix + std::string(interruptions, '/') + opening.path;
-    ++interruptions;  // stays counted when an exception comes
+    ++interruptions;  // remains counted after an exception
     DatasetPointer dataset = open(opening, name, nullptr);
     --interruptions;
     return dataset;
@@ -73,8 +74,8 @@ DatasetPointer openAlone(const Opening& opening, const std::string& prefix) {
 
 }  // namespace
 
-/// TIFF files need no driver but their own, and registering all of them takes as long as opening
-/// a hundred files. NITF files hold images of other formats.
+/// TIFF files need only their own driver, and registering all takes as long as opening a hundred
+/// files. NITF files contain images of other formats.
 void registerDriver(const char* driver) {
     static std::once_flag manager;
     static std::once_flag one;
@@ -101,7 +102,7 @@ DatasetPointer openForReading(const Opening& opening, const std::string& prefix)
     const bool isAlone = opening.view == View::FileAlone || kindOf(opening.path) != PathKind::Plain;
     DatasetPointer dataset =
         isAlone ? openAlone(opening, prefix) : openInDirectory(opening, prefix);
-    // Metadata inside a file can name any other one as the place of its overviews.
+    // Metadata in a file can name any other file as its overviews.
     if (dataset && opening.mayNameOverviews &&
         dataset->GetMetadataItem("OVERVIEW_FILE", "OVERVIEWS") != nullptr) {
         CPLError(CE_Failure, CPLE_AppDefined, "names another file as its overviews");

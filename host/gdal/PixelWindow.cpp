@@ -14,8 +14,8 @@
 namespace Pyxis {
 namespace {
 
-/// Samples in a band or a buffer. GDAL of this version has no type for signed bytes: it calls them
-/// Byte, and would convert them as if they had no sign.
+/// Samples in a band or a buffer. This version of GDAL has no type for signed bytes: it calls them
+/// Byte, and would convert them as unsigned.
 struct Samples {
     GDALDataType type = GDT_Byte;
     bool isSignedByte = false;
@@ -23,7 +23,7 @@ struct Samples {
     bool operator==(const Samples&) const = default;
 };
 
-/// What the buffer shall hold; nothing when there are no such samples.
+/// The samples of the buffer; nothing when there is no such type.
 std::optional<Samples> samplesAsked(const Samples& own, const PixelRequest& request,
                                     SampleFormat format) {
     const bool ownAsked =
@@ -80,13 +80,13 @@ std::optional<Strides> stridesInBuffer(const PixelRequest& request, int sampleBy
     return strides;
 }
 
-/// The source line or column in the middle of a sample's share of `size`.
+/// The source line or column at the centre of a sample's share of `size`.
 int nearest(int sample, int size, int samples) {
     return static_cast<int>((2 * static_cast<std::int64_t>(sample) + 1) * size /
                             (2 * static_cast<std::int64_t>(samples)));
 }
 
-/// Where pixels go.
+/// The destination of pixels.
 struct Target {
     unsigned char* bytes = nullptr;
     GDALDataType type = GDT_Unknown;
@@ -125,7 +125,7 @@ bool readSamples(GDALRasterBand& band, const PixelRequest& request, bool overvie
                          target.strides.pixel, target.strides.line, nullptr) == CE_None;
 }
 
-/// Reads from or to signed bytes by way of 16-bit integers, which hold them with their sign.
+/// Reads from or to signed bytes through 16-bit integers, which keep their sign.
 bool readBySign(GDALRasterBand& band, const PixelRequest& request, bool overviews,
                 bool fromSignedBytes, const Samples& asked, const Target& target) {
     const auto columns = static_cast<std::size_t>(request.bufferWidth);

@@ -6,9 +6,9 @@ class GDALRasterBand;
 
 namespace Pyxis {
 
-/// Reads the window that `request` asks for out of a band or one of its overviews. False when
-/// window, buffer or sample type do not fit, or the pixels cannot be read. Without `overviews` GDAL
-/// is kept from looking for any when the window is reduced. `format` is that of the band's samples.
+/// Reads the window of `request` from a band or one of its overviews. False when window, buffer or
+/// sample type do not fit, or the pixels cannot be read. Without `overviews` GDAL does not look for
+/// any when the window is reduced. `format` is that of the band's samples.
 bool readWindow(GDALRasterBand& band, SampleFormat format, const PixelRequest& request,
                 bool overviews);
 

@@ -21,8 +21,8 @@ std::string_view nameOf(std::string_view path) {
     return path.substr(path.rfind('/') + 1);
 }
 
-/// The files that can be seen, by the number in their names: NUMBER/NAME. Never destroyed, as GDAL
-/// may ask until the process ends.
+/// The visible files, by the number in their names: NUMBER/NAME. Never destroyed, as GDAL may use
+/// them until the process ends.
 struct VisibleFiles {
     std::mutex mutex;
     std::map<unsigned, std::vector<std::string>> files;
@@ -33,7 +33,7 @@ struct VisibleFiles {
         return *visible;
     }
 
-    /// The real path of what GDAL names; empty when it may not see such a file.
+    /// The real path of a name of GDAL's; empty when it may not see such a file.
     std::string find(std::string_view asked) {
         unsigned number = 0;
         const auto [end, error] =
@@ -51,7 +51,7 @@ struct VisibleFiles {
     }
 };
 
-// What GDAL calls. The names come without the prefix.
+// Callbacks for GDAL. Names come without the prefix.
 
 int statFile(void* /*user*/, const char* name, VSIStatBufL* status, int /*flags*/) {
     const std::string path = VisibleFiles::instance().find(name);

@@ -7,8 +7,8 @@
 
 namespace Pyxis {
 
-/// Files that GDAL sees under names of their own, with nothing beside them. Some of its drivers
-/// look for side files whatever they are told; here there are none to find.
+/// Files that GDAL sees under private names, with nothing beside them. Some of its drivers look for
+/// side files in any case; here they find none.
 class PYXIS_CODECS_API PrivateFiles {
   public:
     /// Absolute paths, the main file first.
@@ -17,10 +17,10 @@ class PYXIS_CODECS_API PrivateFiles {
     PrivateFiles& operator=(const PrivateFiles&) = delete;
     ~PrivateFiles();
 
-    /// GDAL's name for the main file, good for as long as this lives.
+    /// GDAL's name for the main file, valid for the lifetime of this object.
     std::string name() const;
 
-    /// What GDAL's messages should say instead of such names.
+    /// Replaces such names in a message of GDAL's.
     static std::string withoutNames(std::string message);
 
   private:

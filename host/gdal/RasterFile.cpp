@@ -7,7 +7,7 @@
 namespace Pyxis {
 namespace {
 
-/// Handles of a file beside the first one; each may hold descriptors and memory.
+/// The most handles of a file besides the first one; each may hold descriptors and memory.
 std::size_t mostSpares() {
     constexpr unsigned kMostProcessors = 16;
     static const unsigned processors = std::thread::hardware_concurrency();
@@ -56,7 +56,7 @@ std::shared_ptr<const GeoFacts> RasterFile::place(int index) {
             isGone = dataset == nullptr;
             return dataset;
         });
-    if (!isGone) {  // a file that could not be opened may be another time
+    if (!isGone) {  // a file that could not be opened now may be later
         place = read;
     }
     return read;

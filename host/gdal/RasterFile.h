@@ -11,8 +11,8 @@
 
 namespace Pyxis {
 
-/// A raster file as codecs, images and frames share it, on several threads: what is known of it,
-/// the handle on its pixels, and where its datasets lie.
+/// A raster file that codecs, images and frames share, on several threads: its facts, the handle on
+/// its pixels, and its georeferences.
 class RasterFile {
   public:
     RasterFile(RasterFacts facts, std::unique_ptr<DatasetHandle> handle);
@@ -23,11 +23,11 @@ class RasterFile {
         return facts_.frames.at(static_cast<std::size_t>(index));
     }
     DatasetHandle& handle() const { return *handle_; }
-    /// The datasets for this thread. Threads that read at the same time each get a handle of their
-    /// own, as many as there are processors; beyond that they wait for each other.
+    /// The datasets for this thread. Threads that read at the same time each get their own handle,
+    /// at most one a processor; further threads wait.
     DatasetHandle::Use use();
-    /// Where the frame lies, worked out on the first request; null when it is not georeferenced or
-    /// the file is gone.
+    /// The georeference of the frame, computed at the first request; null when there is none or the
+    /// file is gone.
     std::shared_ptr<const GeoFacts> place(int frame);
 
   private:

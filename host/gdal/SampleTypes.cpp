@@ -14,7 +14,7 @@ struct SampleType {
     GDALDataType type;
 };
 
-/// What a buffer may hold. The first entry with a format and size is the one meant.
+/// The sample types of buffers. The first entry with a format and size counts.
 constexpr SampleType kSampleTypes[] = {
     {SampleFormat::UnsignedInteger, 8, GDT_Byte},
     {SampleFormat::UnsignedInteger, 16, GDT_UInt16},
@@ -31,7 +31,7 @@ constexpr SampleType kSampleTypes[] = {
     {SampleFormat::FloatingPoint, 64, GDT_Float64},
 };
 
-/// Bytes that are meant signed; this version of GDAL has no type for them.
+/// Whether bytes are signed; this version of GDAL has no type for them.
 bool holdsSignedBytes(GDALRasterBand& band) {
     const char* meaning = band.GetMetadataItem("PIXELTYPE", "IMAGE_STRUCTURE");
     return band.GetRasterDataType() == GDT_Byte && meaning != nullptr &&

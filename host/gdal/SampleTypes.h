@@ -11,7 +11,7 @@ class GDALRasterBand;
 
 namespace Pyxis {
 
-/// How the samples of a band are to be read by a frame's users.
+/// The sample format of a band.
 SampleFormat sampleFormatOf(GDALRasterBand& band);
 
 /// GDAL's type for samples of a format and a size in bits; none when there is no such type.

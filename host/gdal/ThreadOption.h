@@ -7,7 +7,7 @@
 
 namespace Pyxis {
 
-/// A configuration option of GDAL for this thread, put back at the end.
+/// Sets a GDAL configuration option for this thread, restored on destruction.
 class ThreadOption {
   public:
     ThreadOption(const char* key, const char* value) : key_(key) {

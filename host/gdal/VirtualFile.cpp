@@ -20,8 +20,8 @@
 namespace Pyxis {
 namespace {
 
-/// Nothing is written beside a compressed file, and no server is waited for without an end, unless
-/// the user says so.
+/// Writes nothing beside a compressed file and bounds the wait for a server, unless the user sets
+/// other options.
 void setDefaults() {
     constexpr std::array<std::array<const char*, 2>, 4> kDefaults = {{
         {"CPL_VSIL_GZIP_WRITE_PROPERTIES", "NO"},
@@ -48,7 +48,7 @@ Refusal unreadable(std::string reason) {
     return {Refusal::Kind::Unreadable, std::move(reason)};
 }
 
-/// The file of the system's that a path into an archive leads into; the first one on the way.
+/// The archive file of a path into an archive: the first file on the way.
 std::string archiveOf(const std::string& path) {
     const std::size_t start = path.find('/', 1) + 1;
     if (path.compare(start, 1, "{") == 0) {
@@ -64,7 +64,7 @@ std::string archiveOf(const std::string& path) {
 
 using Index = std::shared_ptr<const Expected<std::vector<std::string>>>;
 
-/// The indexes of the archives read of late; a set asks for that of its archive once a component.
+/// The indexes of recently read archives; a set needs that of its archive once a component.
 Index indexOf(const std::string& archive, const FileState& state) {
     constexpr std::size_t kMostIndexes = 16;
     using Key = std::tuple<std::uint64_t, std::uint64_t, std::uint64_t, std::int64_t, std::int64_t>;
@@ -84,7 +84,7 @@ Index indexOf(const std::string& archive, const FileState& state) {
         .first->second;
 }
 
-/// What a path into an archive leads through, if that may be read.
+/// The archive of a path, if it may be read.
 struct Archive {
     std::string path;
     FileState state;
@@ -96,7 +96,7 @@ Expected<Archive> readableArchive(const std::string& path) {
     if (!head) {
         return head.refusal();
     }
-    // A file that is compressed by itself has no index, but must unpack in proportion as well.
+    // A single compressed file has no index, but must also unpack in proportion.
     const Index index = indexOf(archive, head->state);
     const bool isOneFile = path.starts_with("/vsigzip/");
     if (!*index && (!isOneFile || index->refusal().kind == Refusal::Kind::Unsafe)) {

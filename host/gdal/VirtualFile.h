@@ -8,9 +8,9 @@
 
 namespace Pyxis {
 
-/// The head of a file that GDAL reads by a name of its own: in an archive, or on the network. What
-/// unpacks out of proportion to its archive is refused. The state of a member is that of its
-/// archive, but for the size.
+/// The head of a file with a special name of GDAL's: in an archive, or on the network. A file that
+/// unpacks out of proportion to its archive is refused. A member has the state of its archive,
+/// except for the size.
 Expected<FileHead> readVirtualHead(const std::string& path, std::size_t most);
 
 /// The paths of the files in an archive or a folder of one ("/vsizip/{a.zip}/folder") and in the
