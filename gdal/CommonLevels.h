@@ -8,8 +8,8 @@
 
 namespace kestgdal {
 
-/// The reduced sizes that all bands of a data set offer. Programs take the overviews of a data set
-/// to be alike in all bands, so only those count that every band on the grid itself has.
+/// The reduced sizes that all bands of a dataset have. Programs assume that all bands have the same
+/// overviews, so only those count that every band on the grid itself has.
 class CommonLevels {
   public:
     /// Adds the samples of a band that lies on the data set's own grid.

@@ -10,7 +10,7 @@
 namespace kestgdal {
 namespace {
 
-/// Blocks of levels and masks, whose own are not known.
+/// Block size of levels and masks, whose own is unknown.
 constexpr Pyxis::Size kBlock{256, 256};
 
 }  // namespace
@@ -101,7 +101,7 @@ double ComponentBand::GetNoDataValue(int* success) {
     if (success != nullptr) {
         *success = band_.noData ? TRUE : FALSE;
     }
-    constexpr double kNone = -1e10;  // what GDAL itself answers then
+    constexpr double kNone = -1e10;  // GDAL's default
     return band_.noData.value_or(kNone);
 }
 
@@ -172,7 +172,7 @@ PlacedBand* ComponentBand::ownMask() {
 }
 
 int ComponentBand::GetMaskFlags() {
-    // Not GMF_PER_DATASET: each component has a mask of its own.
+    // Not GMF_PER_DATASET: each component has its own mask.
     return ownMask() != nullptr ? 0 : GDALRasterBand::GetMaskFlags();
 }
 

@@ -39,11 +39,11 @@ class ComponentBand final : public PlacedBand {
     GDALRasterBand* GetMaskBand() override;
 
   private:
-    /// Component and set together, read when first asked for.
+    /// Of component and set together, read at the first use.
     const kestms::ComponentDescription& facts() const;
     PlacedBand* ownMask();
     void addOverviews();
-    /// Hands all metadata to the base class, at the first call.
+    /// Passes all metadata to the base class, at the first call.
     void addMetadata();
 
     const kestms::Band& band_;

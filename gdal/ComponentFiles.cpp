@@ -12,8 +12,8 @@
 namespace kestgdal {
 namespace {
 
-/// With the one driver, and without the names of other files beside it, as the codecs open it: a
-/// file's contents must not lead elsewhere.
+/// With one driver and without the names of other files beside it, as the codecs open it: a file's
+/// contents must not lead elsewhere.
 GDALDatasetUniquePtr openComponent(const Pyxis::RasterSource& source, const std::string& name,
                                    const std::string& path) {
     const char* const drivers[] = {source.driver.c_str(), nullptr};
@@ -52,7 +52,7 @@ kestms::ComponentDescription ComponentFiles::describe(const kestms::Band& band) 
         try {
             facts = reader_.describe(band.componentPath, *source);
         } catch (const kestms::Failure&) {
-            facts = {};  // The file is gone; what the set knows remains.
+            facts = {};  // The file is gone; the set's facts remain.
         }
     }
     kestms::addSetFacts(band, facts);

@@ -16,7 +16,7 @@ class ComponentFiles {
   public:
     /// The band of the component; null when GDAL cannot open it.
     GDALRasterBand* band(const kestms::Band& band);
-    /// What component and set say of the band, as exports have it.
+    /// The description of the band by component and set, as in exports.
     kestms::ComponentDescription describe(const kestms::Band& band);
     /// Closes them for good.
     void close();

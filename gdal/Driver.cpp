@@ -4,7 +4,7 @@
 
 #include "gdal/SetDataset.h"
 
-/// What GDAL calls after loading the module "gdal_KESTMS".
+/// Entry point: GDAL calls it after loading the module "gdal_KESTMS".
 extern "C" __attribute__((visibility("default"))) void GDALRegister_KESTMS();
 
 namespace {

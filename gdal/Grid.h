@@ -17,7 +17,7 @@ struct Axis {
     double at(double position) const { return origin + scale * position; }
 };
 
-/// Where a band lies on a grid.
+/// The place of a band on a grid.
 struct BandPlace {
     Axis x;
     Axis y;

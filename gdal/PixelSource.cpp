@@ -34,7 +34,7 @@ class FrameSamples final : public PixelSource {
         : set_(set), band_(band), files_(files) {}
 
     int numLevels() override {
-        // A frame does not tell the size of a level; GDAL does.
+        // A frame does not have the size of a level; GDAL does.
         if (frame().frameOp8() == 0) {
             return 0;
         }
@@ -64,7 +64,7 @@ class FrameSamples final : public PixelSource {
                                     0};
         const GDALDataType own = sampleTypeOf(band_);
         if (buffer.type != own) {
-            // Format and bits do not tell complex integers from complex floating-point numbers.
+            // Format and bits do not distinguish complex integers from complex floats.
             if (buffer.type == GDT_CInt32 || own == GDT_CInt32) {
                 return false;
             }

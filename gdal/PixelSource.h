@@ -19,7 +19,7 @@ struct Window {
     int height = 0;
 };
 
-/// Where samples go, as GDAL describes it.
+/// The destination of samples, in GDAL's terms.
 struct Buffer {
     void* data = nullptr;
     int width = 0;
@@ -49,7 +49,7 @@ class PixelSource {
     virtual bool read(int level, const Window& window, const Buffer& buffer) = 0;
 };
 
-/// GDAL's type for a band's samples; bytes with a sign are bytes to GDAL.
+/// GDAL's type for a band's samples; GDAL treats signed bytes as bytes.
 GDALDataType sampleTypeOf(const kestms::Band& band);
 
 /// The samples of a band, through its frame. `set` and `files` must outlive it, `band` is one of
@@ -57,7 +57,7 @@ GDALDataType sampleTypeOf(const kestms::Band& band);
 std::unique_ptr<PixelSource> samplesOf(const kestms::OpenedSet& set, const kestms::Band& band,
                                        ComponentFiles& files);
 
-/// The mask that the component holds for the band; null where it holds none of its own.
+/// The component's own mask for the band; null without one.
 std::unique_ptr<PixelSource> maskOf(const kestms::Band& band, ComponentFiles& files);
 
 }  // namespace kestgdal

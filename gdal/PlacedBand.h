@@ -17,8 +17,8 @@ struct Sampling {
     /// The level of the source to read as it is, where the source lies on the band's own grid.
     int level = 0;
     Pyxis::Size size;      ///< of the band
-    Pyxis::Size block;     ///< in which it is read best
-    double outside = 0.0;  ///< where the source does not reach
+    Pyxis::Size block;     ///< its natural block
+    double outside = 0.0;  ///< value beyond the source
 };
 
 /// A raster band with the samples of a source, each at its place. Windows of any size go down to
@@ -28,7 +28,7 @@ class PlacedBand : public GDALRasterBand {
     PlacedBand(GDALDataset* dataset, int number, GDALDataType type,
                std::shared_ptr<PixelSource> source, const Sampling& sampling, std::string path);
 
-    /// Lets go of the source: what is read from now on fails.
+    /// Releases the source; later reads fail.
     virtual void close() { source_ = nullptr; }
 
   protected:

@@ -29,7 +29,7 @@ std::vector<int> sourcePixels(const Axis& axis, double from, double length, int 
     return pixels;
 }
 
-/// First pixel and number of pixels that the samples come from; none when all lie outside.
+/// First pixel and number of pixels that the samples need; none when all are outside.
 std::pair<int, int> rangeOf(const std::vector<int>& pixels) {
     int first = kOutside;
     int last = kOutside;

@@ -21,7 +21,7 @@ namespace {
 
 using kestms::Band;
 
-/// The bands of a set by pixel size, in the order in which the sizes first come up.
+/// The bands of a set by pixel size, in the order in which the sizes first occur.
 std::vector<PixelSizeGroup> byPixelSize(const std::vector<Band>& bands, const std::string& unit) {
     std::vector<PixelSizeGroup> groups;
     for (const Band& band : bands) {

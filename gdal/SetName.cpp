@@ -19,7 +19,7 @@ bool startsWithPrefix(std::string_view text) {
            });
 }
 
-/// Some programs, rasterio among them, drop the quotes of the names that they hand out.
+/// Some programs, such as rasterio, drop the quotes in names.
 SetName unquoted(std::string_view text) {
     std::error_code error;
     const std::size_t colon = text.rfind(':');

@@ -13,7 +13,7 @@ struct SetName {
     std::string grid;  ///< label of a pixel size; empty for the whole set
 };
 
-/// Nothing for a text without the prefix, or with a quote that does not end.
+/// Nothing for a text without the prefix, or with an unterminated quote.
 std::optional<SetName> parseSetName(std::string_view text);
 
 /// The name of the part of a set that has that pixel size.
@@ -22,7 +22,7 @@ std::string partName(const std::string& path, const std::string& grid);
 /// Whether a file that begins with these bytes is a component list document.
 bool looksLikeComponentList(std::string_view head);
 
-/// The path as the tool takes it: itself, or "@PATH" for a text file, which lists files.
+/// The path as an argument of the tool: itself, or "@PATH" for a text file, which lists files.
 std::string argumentFor(const std::string& path);
 
 }  // namespace kestgdal

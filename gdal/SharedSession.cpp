@@ -13,7 +13,7 @@
 namespace kestgdal {
 namespace {
 
-/// What the tool says with its own options put into the driver's, or left out where it has none.
+/// A message of the tool with the driver's options instead of the tool's.
 std::string inTermsOfGdal(std::string text) {
     constexpr std::array<std::pair<std::string_view, std::string_view>, 3> kTerms = {{
         {"--scene NAME", "the open option SCENE=NAME"},
@@ -53,7 +53,7 @@ void SharedSession::useProducts(const std::string& file) {
     if (products_ == files) {
         return;
     }
-    products_.reset();  // One that cannot be used leaves none in use.
+    products_.reset();  // After an unusable one there is none.
     context_.products.files = files;
     if (session_ == nullptr) {
         session_ = &context_.session();

@@ -42,13 +42,13 @@ class SharedSession {
     std::ostringstream output_;
     std::ostringstream warnings_;
     kestms::Context context_{noInput_, output_, warnings_};
-    kestms::Session* session_ = nullptr;  ///< the context's, once it is there
+    kestms::Session* session_ = nullptr;  ///< the context's, once created
     std::vector<std::string> usualProducts_;
     std::optional<std::vector<std::string>> products_;  ///< in use
     int readers_ = 0;
 };
 
-/// Keeps files of components open for as long as it lives.
+/// Keeps files of components open for its lifetime.
 class Reader {
   public:
     Reader() { SharedSession::instance().addReader(); }

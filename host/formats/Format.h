@@ -24,11 +24,11 @@ enum class AuxiliaryRank {
 
 /// A file that is about to be loaded.
 struct SourceFile {
-    std::string path;          ///< as it was given
-    std::string absolutePath;  ///< cannot read as one of GDAL's own names for parts of files
+    std::string path;          ///< as given
+    std::string absolutePath;  ///< cannot be mistaken for GDAL's name for part of a file
     FileHead head;
     AuxiliaryRank rank = AuxiliaryRank::Ignored;
-    AuxiliaryPlace auxiliary = {};  ///< empty where it is ignored
+    AuxiliaryPlace auxiliary = {};  ///< empty if ignored
 };
 
 /// One component format: how its files are recognised and loaded, and what their frames publish. A
