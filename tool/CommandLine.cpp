@@ -64,7 +64,7 @@ std::string oneLine(std::string text) {
     return text;
 }
 
-/// A word that is no command would otherwise read "A subcommand is required".
+/// Otherwise the message for an unknown command would be "A subcommand is required".
 std::string usageError(const CLI::App& app, const CLI::ParseError& error) {
     const std::vector<std::string> rest = app.remaining();
     const bool noCommand = app.get_subcommands().empty() && !rest.empty();
@@ -77,7 +77,7 @@ int answer(const Context& context, ExitCode code, const std::string& text) {
     return static_cast<int>(code);
 }
 
-/// A full disk or a closed pipe shows at the end only.
+/// A full disk or a closed pipe may be noticed only at the end.
 ExitCode flushed(const Context& context, ExitCode code) {
     context.out.flush();
     if (!context.out) {
@@ -91,7 +91,7 @@ int runParsed(int argc, const char* const* argv, Context& context) {
     try {
         app->parse(argc, argv);
     } catch (const CLI::Success& success) {
-        // Asked for help or the version.
+        // Help or version requested.
         app->exit(success, context.out, context.err);
         return static_cast<int>(flushed(context, ExitCode::Success));
     } catch (const CLI::ParseError& error) {

@@ -23,7 +23,7 @@ struct CheckOptions {
     bool explain = false;
 };
 
-/// The components that a codec reads: what the naming scheme goes by.
+/// The components that a codec reads; they determine the naming scheme.
 Explanation explainReadable(Session& session, const Diagnosis& diagnosis) {
     std::vector<Component> readable;
     for (const ComponentDiagnosis& each : diagnosis.components) {

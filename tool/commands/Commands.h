@@ -4,8 +4,8 @@
 
 #include "tool/scene/Context.h"
 
-// Each adds one command, with its options and examples, to the command line. The command sets
-// `Context::action` when it is chosen.
+// Each function adds one command, with its options and examples, to the command line. The command
+// sets `Context::action` when it is chosen.
 
 namespace kestms {
 

@@ -7,7 +7,7 @@
 
 namespace kestms {
 
-/// The explanation as lines of text, its table fitted into so many columns (0: any width).
+/// The explanation as lines of text, its table fitted to a width in columns (0: any width).
 std::string explanationText(const Explanation& explanation, std::size_t columns);
 /// The same for programs.
 Json explanationJson(const Explanation& explanation);

@@ -11,7 +11,7 @@
 namespace kestms {
 namespace {
 
-/// Those of GDAL's that lose nothing.
+/// GDAL's lossless compressions.
 const std::vector<std::string> kCompressions = {"DEFLATE", "LZW", "ZSTD", "NONE"};
 
 struct ExportOptions {

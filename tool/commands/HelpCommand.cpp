@@ -9,7 +9,7 @@
 namespace kestms {
 namespace {
 
-/// How many letters to add, drop or change to make one word of the other.
+/// The edit distance between two words.
 std::size_t distance(const std::string& from, const std::string& to) {
     std::vector<std::size_t> row(to.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});

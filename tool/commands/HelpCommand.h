@@ -7,10 +7,10 @@
 
 namespace kestms {
 
-/// `kestms help [COMMAND]`, which people try before `kestms COMMAND --help`.
+/// `kestms help [COMMAND]`, the same as `kestms COMMAND --help`.
 void addHelpCommand(CLI::App& app, Context& context);
 
-/// What to say of a word that is no command, with the command that may have been meant.
+/// The message for an unknown command, with the command that may have been meant.
 std::string noSuchCommand(const CLI::App& app, const std::string& word);
 
 }  // namespace kestms

@@ -95,7 +95,7 @@ std::string bandsText(const OpenedSet& set, std::size_t columns) {
     return "\n" + table.text(columns);
 }
 
-/// Values of several lines stand under their names.
+/// Values of several lines go below their names.
 std::string propertyLines(const PropertyText& property) {
     const std::vector<std::string> lines = linesOf(property.value);
     std::string text = "  " + printable(property.name) + ":";

@@ -5,7 +5,7 @@
 
 namespace kestms {
 
-/// Everything that `kestms info --json` tells of a set. Members are only ever added.
+/// The document of `kestms info --json`. Members may be added, never renamed or removed.
 Json setJson(const OpenedSet& set);
 
 }  // namespace kestms

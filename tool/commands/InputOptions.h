@@ -6,9 +6,9 @@
 
 namespace kestms {
 
-/// The options that say which of the named files make the set: --scene, --with-quality.
+/// The options that select files of the set: --scene, --with-quality.
 void addInputOptions(CLI::App& command, Context& context);
-/// --skip-misfits, for commands that go on with the others.
+/// --skip-misfits, for commands that can do without some components.
 void addSkipMisfitsOption(CLI::App& command, Context& context);
 
 }  // namespace kestms

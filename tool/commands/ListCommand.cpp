@@ -69,7 +69,7 @@ ExitCode list(Context& context, const ListOptions& options) {
     }
     std::error_code error;
     if (std::filesystem::is_regular_file(options.output, error)) {
-        // That an input would be lost is the better reason.
+        // The loss of an input is the more important reason.
         context.inputs.refuseOutput(options.output, options.overwrite);
     }
     requireExtension(options.output, OutputFormat::SetDocument);

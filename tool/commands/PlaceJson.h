@@ -8,7 +8,7 @@
 
 namespace kestms {
 
-/// World positions of the corners of anything that has the four.
+/// World positions of four corners.
 template <typename Corners>
 Json cornersJson(const Corners& corners) {
     const auto point = [](const Pyxis::Point2d& at) { return Json::array({at.x, at.y}); };

@@ -38,7 +38,7 @@ std::vector<Band> bandsFor(const std::vector<Band>& bands,
     return found;
 }
 
-/// The bands for red, green and blue, or one for grey: those asked for; else the bands of the
+/// The bands for red, green and blue, or one for grey: those requested; else the bands of the
 /// display channels; else the panchromatic or the first one.
 std::vector<Band> bandsToShow(const OpenedSet& set, const QuicklookOptions& options) {
     constexpr std::size_t kChannels = 3;

@@ -4,7 +4,7 @@
 
 #include "tool/raster/RasterExport.h"
 
-// Options that the commands share which make rasters and pictures of a set.
+// Options that commands for rasters and pictures share.
 
 namespace kestms {
 
@@ -14,10 +14,10 @@ void addFileOptions(CLI::App& command, ExportRequest& request, const std::string
 /// --bbox and --window.
 void addPartOptions(CLI::App& command, ExportRequest& request);
 
-/// --bands; with what is left to say of it.
+/// --bands; `more` completes its help.
 void addBandsOption(CLI::App& command, ExportRequest& request, const std::string& more);
 
-/// All that `vrt` and `export` have in common, those above included.
+/// All options that `vrt` and `export` share, including those above.
 void addRasterOptions(CLI::App& command, ExportRequest& request, const std::string& whatIsWritten);
 
 }  // namespace kestms

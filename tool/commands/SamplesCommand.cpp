@@ -8,7 +8,7 @@ namespace kestms {
 
 namespace {
 
-/// Fewer pixels show nothing; more take hours.
+/// Fewer pixels would show nothing; more would take hours.
 constexpr int kFewestPixels = 8;
 constexpr int kMostPixels = 4096;
 

@@ -23,7 +23,7 @@ struct ScenesOptions {
     bool json = false;
 };
 
-/// A scene and what the codec makes of its bands.
+/// A scene, and its bands as the codec opens them.
 struct Examined {
     Scene scene;
     std::optional<OpenedSet> set;

@@ -80,7 +80,7 @@ ExitCode writeStacItem(Context& context, const StacOptions& options) {
     context.listsLayers = true;
     const OpenedSet set = openSet(context, options.inputs);
     const StacScene scene = sceneOf(context, set, options);
-    // What is read through a pipe may end up anywhere.
+    // An item read from a pipe may be stored anywhere.
     const Json item =
         stacItem(set, scene, {toOutput ? "" : options.output, options.absolute || toOutput});
     if (toOutput) {

@@ -47,7 +47,7 @@ std::string fishQuoted(const std::string& text) {
     return "'" + escapedFor(text, "\\'") + "'";
 }
 
-/// The cases "COMMAND OPTION" whose values can be counted; options of the program hold with every
+/// The cases "COMMAND OPTION" with a fixed set of values; options of the program apply to every
 /// command.
 std::string bashChoices(const CommandText& command, const std::string& name) {
     std::string cases;

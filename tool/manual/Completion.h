@@ -6,8 +6,7 @@
 
 namespace kestms {
 
-/// What a shell reads to complete commands, options and their values. Where nothing else fits,
-/// names of files are completed.
+/// A shell script that completes commands, options and their values, else file names.
 std::string bashCompletion(const CommandText& program);
 std::string zshCompletion(const CommandText& program);
 std::string fishCompletion(const CommandText& program);

@@ -5,7 +5,7 @@
 namespace kestms {
 namespace {
 
-/// Text as roff shows it unchanged: a line that starts with "." or "'" would be a request.
+/// Escapes text for roff: a line that starts with "." or "'" would be a request.
 std::string escaped(const std::string& text) {
     std::string result;
     for (const char character : text) {

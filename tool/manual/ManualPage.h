@@ -6,8 +6,8 @@
 
 namespace kestms {
 
-/// A page for man(1), in roff: the program's own (all commands, in short), or one of its commands'.
-/// `version` is shown at its foot.
+/// A manual page in roff: that of the program (all commands, in short), or of one command. Its
+/// footer shows `version`.
 std::string programPage(const CommandText& program, const std::string& version);
 std::string commandPage(const CommandText& program, const CommandText& command,
                         const std::string& version);

@@ -9,7 +9,7 @@
 
 namespace kestms {
 
-/// A metadata item as GDAL keeps them.
+/// A GDAL metadata item.
 struct MetadataItem {
     const char* domain;  ///< empty for the default one
     const char* key;
@@ -19,11 +19,11 @@ struct MetadataItem {
 /// The display channel, or grey for a panchromatic band.
 GDALColorInterp colourOf(const Band& band);
 
-/// The band's wavelengths as ENVI headers name them, which GIS programs look for, and as GDAL's
-/// own IMAGERY domain does. Empty where the sensor is not known.
+/// The band's wavelengths under the names of ENVI headers, which GIS programs look for, and of
+/// GDAL's IMAGERY domain. Empty if the sensor is unknown.
 std::vector<MetadataItem> spectralMetadata(const Band& band);
 
-/// Whether the samples are bytes with a sign, which GDAL marks beside the type.
+/// Whether the samples are signed bytes, which GDAL marks apart from the type.
 bool hasSignedBytes(const Band& band);
 
 }  // namespace kestms

@@ -15,7 +15,7 @@ bool matches(const std::string& text, const std::string& pattern) {
     return !text.empty() && fnmatch(pattern.c_str(), text.c_str(), FNM_CASEFOLD) == 0;
 }
 
-/// Without the meaning of "*", "?" and "[".
+/// Escapes "*", "?" and "[".
 std::string literally(const std::string& word) {
     std::string pattern;
     for (const char c : word) {
@@ -29,14 +29,14 @@ std::string literally(const std::string& word) {
 
 using Matcher = bool (*)(const Band& band, const std::string& word);
 
-/// From the surest to the loosest; the first that finds bands decides.
+/// From the strictest to the loosest; the first that finds bands decides.
 constexpr Matcher kMatchers[] = {
     [](const Band& band, const std::string& word) { return matches(band.name, literally(word)); },
     [](const Band& band, const std::string& word) {
         return matches(band.commonName, literally(word));
     },
     [](const Band& band, const std::string& word) {
-        // "nir" for "nir08", where no band is called just that.
+        // "nir" for "nir08", if no band has exactly that name.
         const std::size_t end = band.commonName.find_first_of("0123456789");
         return matches(band.commonName.substr(0, end), literally(word));
     },
@@ -50,7 +50,7 @@ constexpr Matcher kMatchers[] = {
     },
 };
 
-/// Positions in `bands`; none for a word of no band.
+/// Positions in `bands`; none if no band matches.
 std::vector<std::size_t> find(const std::vector<Band>& bands, const std::string& word) {
     std::vector<std::size_t> found;
     for (const Matcher matcher : kMatchers) {
@@ -119,7 +119,7 @@ std::vector<Band> selectBands(const std::vector<Band>& bands,
 }
 
 void renameBands(std::vector<Band>& bands, const std::vector<std::string>& names) {
-    // All are found by the names that the set gives them.
+    // All words refer to the set's names.
     const std::vector<Band> before = bands;
     for (const std::string& name : names) {
         const std::size_t mark = name.find('=');

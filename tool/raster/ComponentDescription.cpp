@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 namespace kestms {
 namespace {
 
-/// How the file is stored, or where other files are: not true of a copy.
+/// Items about the storage of the file or other files, which do not apply to a copy.
 constexpr std::array kNotCarried = {"IMAGE_STRUCTURE", "DERIVED_SUBDATASETS", "OVERVIEWS",
                                     "COLOR_PROFILE"};
 
@@ -80,7 +80,7 @@ void addAuxiliary(const AuxiliaryBand& own, ComponentDescription& facts) {
 }  // namespace
 
 void addSetFacts(const Band& band, ComponentDescription& facts) {
-    // A file with one band always says grey, which means nothing.
+    // A single-band file always has grey, which means nothing.
     if (const GDALColorInterp colour = colourOf(band);
         colour != GCI_Undefined || facts.colour == GCI_GrayIndex) {
         facts.colour = colour;
@@ -100,7 +100,7 @@ class ComponentReader::File {
         : name_(source.prefix + path), auxiliary_(readAuxiliaryFile(path)), files_(source.files) {
         const Pyxis::ErrorCapture errors;
         Pyxis::registerDriver(source.driver.c_str());
-        // No other driver may take the file for its own.
+        // No other driver may open the file.
         const char* const drivers[] = {source.driver.c_str(), nullptr};
         const std::string name = source.prefix + files_.name();
         dataset_.reset(

@@ -11,8 +11,8 @@
 
 namespace kestms {
 
-/// What a component's file says of a band beside its pixels and place, for programs that read the
-/// raster made of it. Texts are as they stand in the file.
+/// A component's description of a band besides pixels and georeference, for programs that read the
+/// output raster. Texts are unchanged.
 struct ComponentDescription {
     std::string unit;
     double scale = 1;

@@ -56,7 +56,7 @@ Ring outlineOf(const std::vector<Band>& bands) {
     return ring;
 }
 
-/// Of an empty text, or one that GDAL does not understand, an empty system.
+/// An empty system for an empty text or one that GDAL does not understand.
 OGRSpatialReference systemOf(const std::string& wkt) {
     OGRSpatialReference system;
     if (system.importFromWkt(wkt.c_str()) != OGRERR_NONE) {
@@ -66,7 +66,7 @@ OGRSpatialReference systemOf(const std::string& wkt) {
     return system;
 }
 
-/// To degrees, in place; false when that cannot be done.
+/// Transforms to degrees, in place; false on failure.
 bool toDegrees(Ring& ring, const std::string& wkt) {
     const Pyxis::ErrorCapture silent;
     const OGRSpatialReference system = systemOf(wkt);
@@ -86,8 +86,8 @@ double turnsBetween(double from, double to) {
     return kTurn * std::round((from - to) / kTurn);
 }
 
-/// Makes longitudes go on without a jump, from the first one within -180 and 180 degrees. Answers
-/// how far the ring winds around: 0, or 360 degrees either way around a pole.
+/// Removes jumps between longitudes, from the first one within -180 and 180 degrees. Returns how
+/// far the ring winds around: 0, or 360 degrees either way around a pole.
 double unwrap(Ring& ring) {
     double last = 0;
     for (Point2d& point : ring) {
@@ -152,7 +152,7 @@ double signedArea(const Ring& ring) {
     return area;
 }
 
-/// Without points that lie on the line between their neighbours.
+/// Removes points on the line between their neighbours.
 Ring simplified(const Ring& ring) {
     Ring kept;
     for (std::size_t i = 0; i < ring.size(); ++i) {
@@ -198,7 +198,7 @@ std::array<double, 4> boxAround(const std::vector<Ring>& parts) {
     return box;
 }
 
-/// The parts of a ring on both sides of the meridian of 180 degrees.
+/// The parts of a ring on both sides of the antimeridian.
 Footprint cut(Ring ring) {
     const auto byLongitude = [](const Point2d& a, const Point2d& b) { return a.x < b.x; };
     const auto [west, east] = std::minmax_element(ring.begin(), ring.end(), byLongitude);

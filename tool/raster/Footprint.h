@@ -10,7 +10,7 @@
 
 namespace kestms {
 
-/// Where bands lie on the Earth, as GeoJSON has it: degrees of longitude and latitude on WGS 84.
+/// The footprint of bands as in GeoJSON: degrees of longitude and latitude on WGS 84.
 struct Footprint {
     using Ring = std::vector<Pyxis::Point2d>;
 

@@ -39,7 +39,7 @@ std::string layerStyle(const OutputRaster& raster) {
             return {};
         }
         bands += std::string(" ") + word + "Band=\"" + std::to_string(band) + "\"";
-        // The limits are placeholders: QGIS takes them from what it shows.
+        // The limits are placeholders: QGIS computes them from the visible pixels.
         stretches += std::string("      <") + word +
                      "ContrastEnhancement><minValue>0</minValue><maxValue>255</maxValue>"
                      "<algorithm>StretchToMinimumMaximum</algorithm></" +

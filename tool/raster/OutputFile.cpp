@@ -20,14 +20,14 @@ namespace {
 constexpr mode_t kAnyoneWrites = S_IWUSR | S_IWGRP | S_IWOTH;
 constexpr mode_t kPermissions = S_IRWXU | S_IRWXG | S_IRWXO;
 
-/// Files that describe the one of whose name they are made, and are wrong for its successor.
+/// Side files named after an output, which are wrong for its replacement.
 constexpr const char* kSideFiles[] = {".aux.xml", ".ovr", ".msk"};
 
 std::string reasonOf(int error) {
     return std::generic_category().message(error);
 }
 
-/// Renames files, and takes that back unless all of them succeed.
+/// Renames files, and undoes that unless all renames succeed.
 class Renaming {
   public:
     Renaming() = default;
@@ -70,7 +70,7 @@ class Renaming {
   private:
     struct Step {
         fs::path target;
-        fs::path previous;  ///< empty where there was none
+        fs::path previous;  ///< empty if there was none
     };
 
     std::vector<Step> steps_;

@@ -43,7 +43,7 @@ PixelRectangle rectangleOf(const Band& band, const PixelGrid& grid) {
     const Pyxis::Point2d right = placeIn(grid, own.toWorld(band.width, 0));
     const Pyxis::Point2d bottom = placeIn(grid, own.toWorld(0, band.height));
     const PixelRectangle rectangle{origin.x, origin.y, right.x - origin.x, bottom.y - origin.y};
-    // Written so that what is not a number fails.
+    // Negated so that NaN fails.
     const bool upright = std::abs(right.y - origin.y) <= kMostSlant &&
                          std::abs(bottom.x - origin.x) <= kMostSlant && rectangle.width > 0 &&
                          rectangle.height > 0;
@@ -93,7 +93,7 @@ PixelRectangle extended(const PixelRectangle& all, const PixelRectangle& own, co
     return {left, top, right - left, bottom - top};
 }
 
-/// The part of the extent that was asked for, in whole pixels.
+/// The requested part of the extent, in whole pixels.
 PixelRectangle partOf(const PixelRectangle& extent, const PixelGrid& grid,
                       const GridOptions& options) {
     PixelRectangle part = extent;

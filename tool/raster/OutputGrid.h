@@ -10,13 +10,13 @@
 #include "tool/raster/PixelGrid.h"
 #include "tool/scene/OpenedSet.h"
 
-// How the bands of a set lie in the multi-band rasters that are made of them.
+// The places of a set's bands in multi-band rasters.
 
 class OGRSpatialReference;
 
 namespace kestms {
 
-/// A rectangle in a raster, in pixels and parts of them from its upper-left corner.
+/// A rectangle in a raster, in fractional pixels from its upper-left corner.
 struct PixelRectangle {
     double x = 0;
     double y = 0;
@@ -24,7 +24,7 @@ struct PixelRectangle {
     double height = 0;
 };
 
-/// A band and the rectangle that the whole of it fills.
+/// A band and the rectangle that it fills.
 struct OutputBand {
     Band band;
     PixelRectangle rectangle;

@@ -32,7 +32,7 @@ bool isOpaque(const std::vector<Picture::Pixel>& pixels) {
                        [](const Picture::Pixel& pixel) { return pixel[3] != 0; });
 }
 
-/// Without transparency, on white paper.
+/// Without transparency, on white.
 std::vector<Picture::Pixel> onWhite(std::vector<Picture::Pixel> pixels) {
     for (Picture::Pixel& pixel : pixels) {
         if (pixel[3] == 0) {

@@ -15,7 +15,7 @@ class Picture {
   public:
     using Pixel = std::array<std::uint8_t, 4>;
 
-    /// Transparent throughout.
+    /// Fully transparent.
     Picture(int width, int height);
 
     int width() const { return width_; }

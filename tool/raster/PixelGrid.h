@@ -7,8 +7,7 @@
 
 namespace kestms {
 
-/// The way between positions in a raster, counted in pixels from its upper-left corner, and the
-/// world.
+/// Maps between raster positions, in pixels from the upper-left corner, and the world.
 class PixelGrid {
   public:
     /// The grid of a band, by three corners; one without extent has no way back. Throws a Failure

@@ -22,7 +22,7 @@ constexpr double kDarkPart = 0.02;
 constexpr double kBrightPart = 0.98;
 constexpr std::uint8_t kBrightest = std::numeric_limits<std::uint8_t>::max();
 
-/// The raster brought to the size that was asked for. A small scene is enlarged by a whole number.
+/// The raster scaled to the requested size. A small scene is enlarged by a whole number.
 Pyxis::Size pictureSize(const Pyxis::Size& raster, int longest) {
     const int side = std::max({raster.width, raster.height, 1});
     const int times = std::max(longest / side, 1);

@@ -16,7 +16,7 @@ namespace {
 
 using Files = std::vector<std::unique_ptr<OutputFile>>;
 
-/// A line that is due once the progress bar is gone.
+/// A line to print after the progress bar.
 struct Note {
     std::string path;
     std::string text;
@@ -65,7 +65,7 @@ VirtualRasterOptions optionsOf(const ExportRequest& request, VirtualRasterOption
     return options;
 }
 
-/// A style of the user's own stays.
+/// Keeps a style that the user wrote.
 void addStyle(const Context& context, const ExportRequest& request, const OutputRaster& raster,
               Files& files) {
     const std::string style = request.withStyle ? layerStyle(raster) : "";

@@ -33,7 +33,7 @@ using RasterWriter =
     std::function<std::vector<std::string>(const OutputRaster& raster, const VirtualRaster& pixels,
                                            OutputFile& file, const ProgressFunction& progress)>;
 
-/// The set's bands as the request chooses, names and orders them.
+/// The set's bands, chosen, named and ordered as requested.
 std::vector<Band> bandsOf(const OpenedSet& set, const ExportRequest& request);
 
 /// Writes the rasters of a set and their styles, all of them or none, and prints their names. Says

@@ -32,7 +32,7 @@ constexpr std::array kExtensions = {
     "https://stac-extensions.github.io/processing/v1.1.0/schema.json",
 };
 
-/// Those that the extension for electro-optical data allows; a catalogue may have others.
+/// The common names of the extension for electro-optical data; a catalogue may have others.
 constexpr std::array<std::string_view, 16> kCommonNames = {
     "coastal", "blue",  "green",  "red",    "rededge", "yellow", "pan",    "nir",
     "nir08",   "nir09", "cirrus", "swir16", "swir22",  "lwir",   "lwir11", "lwir12"};
@@ -100,7 +100,7 @@ std::string encoded(const std::string& path) {
     return text;
 }
 
-/// What GDAL reads through the network by another name goes by its own.
+/// The address of a file that GDAL reads from the network under another name.
 std::optional<std::string> remoteName(const std::string& path) {
     constexpr std::string_view kNetwork = "/vsicurl/";
     if (path.starts_with(kNetwork)) {
@@ -176,7 +176,7 @@ struct AssetFile {
     kest::BandRole role = kest::BandRole::Band;
 };
 
-/// Gathers the files of an item and describes them.
+/// Collects and describes the files of an item.
 class Assets {
   public:
     Assets(const StacLinks& links, std::string system)
@@ -190,7 +190,7 @@ class Assets {
         file.bands.push_back(band);
     }
 
-    /// A layer, with its grid and samples where a codec reads it.
+    /// A layer, with its grid and samples if a codec reads it.
     void add(const SetAside& layer) {
         AssetFile& file = of(layer.path);
         file.role =
@@ -318,7 +318,7 @@ Json propertiesOf(const StacScene& scene, const Georeference& place) {
 }  // namespace
 
 Json stacItem(const OpenedSet& set, const StacScene& scene, const StacLinks& links) {
-    // Every band of a set has a place, and they share a system.
+    // Every band of a set is georeferenced, in the same system.
     const Georeference& place = set.bands().front().georeference.value();
     Assets assets(links, place.coordinateSystem);
     for (const Band& band : set.bands()) {

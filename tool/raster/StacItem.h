@@ -10,17 +10,17 @@
 
 namespace kestms {
 
-/// What a STAC item says of a scene beside what its files tell.
+/// Facts of a STAC item that are not in the scene's files.
 struct StacScene {
     std::string id;
     std::string title;  ///< the product's name; may be empty
     TimeSpan time;
-    std::vector<SetAside> layers;  ///< quality and others, beside the bands
+    std::vector<SetAside> layers;  ///< quality and others, besides the bands
 };
 
 /// How a STAC item names files.
 struct StacLinks {
-    std::string item;       ///< where the item will be; empty when that is not known
+    std::string item;       ///< path of the item; empty if unknown
     bool absolute = false;  ///< "file:///..." instead of relative to the item
 };
 

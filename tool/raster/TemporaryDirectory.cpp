@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::string_view kPrefix = ".kestms-";
 
-/// Only this program's names: the prefix, a process and a number.
+/// Whether a name is one of this program's: the prefix, a process and a number.
 bool isOurs(const fs::path& path) {
     const std::string name = path.filename().string();
     return name.starts_with(kPrefix) && name.size() > kPrefix.size() &&
@@ -35,7 +35,7 @@ struct Registry {
 };
 
 Registry& registry() {
-    // Never destroyed: the thread that answers an interrupt may outlive static objects.
+    // Never destroyed: the thread that handles an interrupt may outlive static objects.
     static auto* const instance = new Registry;
     return *instance;
 }
@@ -66,8 +66,7 @@ void removeAbandoned(const fs::path& parent) {
     }
 }
 
-/// Removes the files of a directory through the descriptor that is open already: there may be no
-/// other left to open it with.
+/// Removes the files of a directory through its open descriptor: there may be no other left.
 void emptyAndClose(int directory) {
     DIR* const entries = fdopendir(directory);
     if (entries == nullptr) {
@@ -93,7 +92,7 @@ TemporaryDirectory::TemporaryDirectory(const fs::path& parent) {
     removeAbandoned(parent);
     Registry& all = registry();
     const std::lock_guard<std::mutex> guard(all.mutex);
-    // Another process may take the directory for abandoned before it is locked.
+    // Another process may consider the directory abandoned before it is locked.
     constexpr int kTries = 100;
     for (int i = 0; i < kTries && lock_ < 0; ++i) {
         path_ = parent / (std::string(kPrefix) + std::to_string(getpid()) + "-" +

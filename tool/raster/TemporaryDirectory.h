@@ -5,8 +5,8 @@
 namespace kestms {
 
 /// A hidden directory in which an output grows beside its destination, on the same file system.
-/// The process holds a lock on it for as long as it lives, so that a later run can tell what a
-/// dead process left behind and remove it.
+/// The process locks it for its lifetime, so that a later run can recognise and remove what a dead
+/// process left behind.
 class TemporaryDirectory {
   public:
     /// Creates the directory in `parent`, and removes those there whose process is gone. Throws
@@ -19,11 +19,11 @@ class TemporaryDirectory {
 
     const std::filesystem::path& path() const { return path_; }
 
-    /// Removes the temporary directories of this process, for when it has to end at once. Waits
-    /// for a `CommitLock`.
+    /// Removes the temporary directories of this process before it is killed. Waits for a
+    /// `CommitLock`.
     static void removeAll();
 
-    /// Keeps `removeAll` waiting while outputs take their names.
+    /// Blocks `removeAll` while outputs are renamed.
     class CommitLock {
       public:
         CommitLock();

@@ -105,7 +105,7 @@ void describe(GDALRasterBand& target, const ComponentDescription& facts) {
     }
 }
 
-/// Items of whole files: what all of them say is true of the raster, the rest goes to the bands.
+/// Items of whole files: those that all files share go to the raster, the rest to the bands.
 MetadataItems shareItems(std::vector<ComponentDescription>& all) {
     MetadataItems shared = all.front().fileItems;
     for (const ComponentDescription& facts : all) {
@@ -114,7 +114,7 @@ MetadataItems shareItems(std::vector<ComponentDescription>& all) {
             return own == facts.fileItems.end() || own->second != item.second;
         });
     }
-    // It would say of the raster which bands a component has.
+    // It describes the bands of a component, not of the raster.
     shared.erase("TIFFTAG_IMAGEDESCRIPTION");
     for (ComponentDescription& facts : all) {
         for (const auto& [key, value] : facts.fileItems) {
@@ -204,7 +204,7 @@ void VirtualRaster::addBand(const OutputBand& band, ComponentDescription& facts,
     }
     const SourceWriter sources(options);
     const std::string& path = band.band.componentPath;
-    // GDAL's names for what lies in archives or on the network are never relative.
+    // GDAL's names for files in archives or on the network are never relative.
     const bool isPlain = Pyxis::kindOfPath(path) == Pyxis::PathKind::Plain;
     const bool isRelative = isPlain && options.paths == VirtualRasterOptions::Paths::Relative;
     const std::string name = band.source.prefix + (isRelative ? relativePath(path, raster_.path)

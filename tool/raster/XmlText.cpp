@@ -14,7 +14,7 @@ bool isIn(char16_t unit, char16_t first, char16_t last) {
 }  // namespace
 
 std::string xmlText(std::string_view text) {
-    // Bytes that are no UTF-8 become lone surrogates.
+    // Invalid bytes become lone surrogates.
     std::u16string wide = Pyxis::utf8ToWide(text);
     for (std::size_t i = 0; i < wide.size(); ++i) {
         if (isIn(wide[i], 0xD800, 0xDBFF) && i + 1 < wide.size() &&

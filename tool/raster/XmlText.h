@@ -9,7 +9,7 @@ namespace kestms {
 /// by U+FFFD.
 std::string xmlText(std::string_view text);
 
-/// The text with markup characters escaped, and everything else as it is.
+/// The text with markup characters escaped.
 std::string escapedMarkup(std::string_view text);
 
 }  // namespace kestms

@@ -7,7 +7,7 @@
 
 namespace kestms::samples {
 
-/// What a FAST header tells of its bands: UTM zone 32, 8-bit samples.
+/// The bands of a FAST header: UTM zone 32, 8-bit samples.
 struct FastProduct {
     std::vector<std::string> bandFiles;
     int width = 0;

@@ -9,10 +9,10 @@
 
 namespace kestms::samples {
 
-/// How reflectances become samples.
+/// The conversion of reflectances to samples.
 enum class Samples { EightBits, ElevenBits };
 
-/// The sample scene as some bands see it.
+/// The sample scene in some bands.
 struct SampleRaster {
     std::vector<Spectrum> bands;
     int pixels = 0;       ///< along each side

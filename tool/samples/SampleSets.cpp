@@ -51,7 +51,7 @@ constexpr int kFine = 4 * kNormal;
 constexpr int kHalfFine = 2 * kNormal;
 constexpr int kCoarse = kNormal / 2;
 
-/// Brings a number of pixels to scenes of that size.
+/// Scales a number of pixels to scenes of that size.
 int scaled(int pixels, int size) {
     return static_cast<int>(std::int64_t{pixels} * size / kUsualPixels);
 }
@@ -207,7 +207,7 @@ class SampleFiles {
     explicit SampleFiles(bool overwrite) : overwrite_(overwrite) {}
     SampleFiles(const SampleFiles&) = delete;
     SampleFiles& operator=(const SampleFiles&) = delete;
-    /// Removes the directories that it made, unless they hold files now.
+    /// Removes the directories that it made, unless they contain files.
     ~SampleFiles() {
         files_.clear();
         for (; !made_.empty(); made_.pop_back()) {

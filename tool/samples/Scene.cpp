@@ -75,7 +75,7 @@ double fromRiver(double x, double y) {
 }
 
 Cover townCover(double x, double y) {
-    // Streets cross at an angle; blocks have a roof colour of their own.
+    // Streets cross at an angle; each block has its own roof colour.
     const double turn = 0.35;
     const double u = (x * std::cos(turn) + y * std::sin(turn)) * 62.0;
     const double v = (y * std::cos(turn) - x * std::sin(turn)) * 62.0;
@@ -130,7 +130,7 @@ Cover coverAt(double x, double y) {
     return town < 0.16 ? townCover(x, y) : fieldCover(x, y);
 }
 
-/// Light on a slope, 1 on the plain: the sun stands in the upper left.
+/// Light on a slope, 1 on the plain: the sun is in the upper left.
 double light(double x, double y) {
     constexpr double kStep = 0.004;
     const double slope = (height(x + kStep, y) - height(x - kStep, y) + height(x, y + kStep) -

@@ -8,8 +8,8 @@ namespace kestms {
 /// The languages with a file of texts, in order.
 std::vector<std::string> availableLanguages();
 
-/// The file of texts in that language ("de"); empty when there is none. It is searched in
-/// share/kestms/resources, in the folders above the program or driver.
+/// The file of texts in that language ("de"); empty when there is none. It is looked for
+/// in share/kestms/resources, in the folders above the program or driver.
 std::string resourceFile(const std::string& language);
 
 /// The catalogue of products that comes with the program, found like the texts.
