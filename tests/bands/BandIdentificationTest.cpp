@@ -33,7 +33,7 @@ std::string identify(int scheme, const Pyxis::FileSpecifier& file, int frame) {
     return answer.str();
 }
 
-/// Checks the answers for the frames of a file, from 0 on.
+/// Checks the results for the frames of a file, from 0 on.
 void check(int scheme, const std::string& path, const std::vector<std::string>& answers) {
     for (int frame = 0; const std::string& answer : answers) {
         EXPECT_EQ(identify(scheme, Pyxis::fileSpecifier(path), frame++), answer) << path;
@@ -149,7 +149,7 @@ TEST_F(BandIdentificationTest, TakesOneComponentOfACompoundSpecifier) {
     for (const char* code : {"pan", "red", "grn", "blu", "nir"}) {
         builder.append(Pyxis::fileSpecifier("/po_1_" + std::string(code) + "_0"), 0);
     }
-    // The band is number 3 counting from 0; the bucket goes by the first.
+    // The band is component 3, from 0; the bucket follows the first.
     const std::string wanted = "<18212> 2 3 1, <18201> 0";
     EXPECT_EQ(identify(kest::SchemePoProduct, builder.specifier(), 0), wanted);
 }

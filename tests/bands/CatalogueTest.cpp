@@ -105,7 +105,7 @@ TEST_F(CatalogueTest, NamesTheBandsOfASceneOfAProduct) {
         EXPECT_THAT(open({paths[2], "/a/one_20200101_qa_60m.tif"}),
                     testing::AllOf(HasSubstr("Rot (B1)"), HasSubstr("|Coarse 3|")));
     }
-    // Files of two scenes, and a file of no product, are named as ever.
+    // The catalogue does not change files of two scenes, nor a file of no product.
     EXPECT_EQ(open({paths[1], "/a/one_20200102_b1.tif"}).substr(0, 1), "1");
     EXPECT_EQ(open({paths[1], "/a/one_20200101_b9.tif"}).substr(0, 1), "1");
     EXPECT_EQ(open({"/po_1_red_0.tif", "/po_1_grn_0.tif"}).substr(0, 1), "3");

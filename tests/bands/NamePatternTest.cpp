@@ -8,7 +8,7 @@ namespace {
 
 const std::vector<std::u16string> kCodes{u"B1", u"B10", u"B1_X", u"QA"};
 
-/// "scene code date" of a name, "-" for what is not there; "no", or the fault of the pattern.
+/// "scene code date" of a name, "-" for missing parts; "no", or the fault of the pattern.
 std::string match(const std::string& pattern, const std::string& name) {
     std::string fault;
     const auto compiled = kest::NamePattern::compile(Pyxis::utf8ToWide(pattern), kCodes, fault);

@@ -70,7 +70,7 @@ TEST_F(NamingSchemeTest, DecidesForTheWholeSet) {
             return false;
         };
         EXPECT_EQ(kest::getNamingScheme(setOf(test.paths)), test.scheme);
-        // Codecs are asked only when names tell nothing.
+        // Codecs are asked only when names do not suffice.
         EXPECT_TRUE(!asked || test.scheme == kest::SchemeGeneric ||
                     test.scheme == kest::SchemeQuickBird || test.scheme == kest::SchemeNitf);
     }

@@ -20,7 +20,7 @@ kest::ProductCatalogue shippedCatalogue() {
     return catalogue;
 }
 
-/// "code common bucket" of the bands in their order, then "code role" of what is none.
+/// "code common bucket" of the bands in their order, then "code role" of all layers.
 std::string describe(const kest::Product& product, const std::vector<std::u16string>& paths) {
     std::vector<kest::ProductFile> files;
     for (const std::u16string& path : paths) {
@@ -300,7 +300,7 @@ TEST(ProductsTest, FilesOfEveryProductBecomeItsBands) {
         const kest::ProductFile file = product->match(paths.front()).value();
         EXPECT_EQ(Pyxis::wideToUtf8(file.scene), test.scene);
         EXPECT_EQ(file.date, test.date);
-        // Names that prove nothing are believed only with a witness.
+        // Ambiguous names count only with a witness.
         EXPECT_EQ(catalogue.productOf(paths, nullptr, nullptr) == nullptr,
                   !product->witnesses.empty());
     }

@@ -114,7 +114,7 @@ TEST_F(CodecSetTest, AnswersByTheNumberOfComponentsThatFit) {
     }
 }
 
-// The codec stops where its answer is settled; whoever wants every verdict goes on to the same one.
+// The codec stops when its answer is settled; judging the other components does not change it.
 TEST_F(CodecSetTest, OneWalkSettlesTheAnswerAndJudgesTheRest) {
     using kest::Verdict;
     host_.add("/shut.tif", fakes::FileFacts{true, {}});
@@ -151,7 +151,7 @@ TEST_F(CodecSetTest, OneWalkSettlesTheAnswerAndJudgesTheRest) {
     }
 }
 
-/// Asked first, it throws whatever the file is.
+/// A codec that is asked first and throws for every file.
 struct ThrowingCodec : fakes::Codec {
     using fakes::Codec::Codec;
     Pyxis::FormatDecodability isDecodableFile(const Pyxis::FileSpecifier&,

@@ -19,7 +19,7 @@
 
 namespace {
 
-/// Which request for memory fails, counted from 0; every later one too when `sticky`.
+/// Which allocation fails, counted from 0; every later one too when `sticky`.
 struct MemoryFault {
     static constexpr int kNever = std::numeric_limits<int>::max();
     int failing = kNever;
@@ -72,7 +72,7 @@ using MetadataText = KestMultispectralMetadataTextFileProperty;
 
 enum class Product { Po, BandListTiff, Nitf, Fast };
 
-/// A set of three bands, opened, and what came of the operation under test.
+/// An opened set of three bands, and the result of the operation under test.
 struct Scene {
     explicit Scene(Product product) : set(addComponents(product)), listed(set) {
         opened.reset(codec.openImage(&set, finder));
@@ -82,7 +82,7 @@ struct Scene {
     }
 
     Pyxis::FileSpecifier addComponents(Product product);
-    /// One file of three frames, each with a property of its own.
+    /// One file of three frames, each with its own property.
     template <typename Codec>
     Pyxis::FileSpecifier addFrames(Codec& reader, const std::string& path,
                                    const std::vector<fakes::PropertyPointer>& frames) {
@@ -174,7 +174,7 @@ std::vector<int> placesOf(Pyxis::FormatCodecPropertySetIterator& set) {
     return places;
 }
 
-/// How the bands are named, and whether the image has its metadata text.
+/// The names of the bands, and whether the image has its metadata text.
 std::string describe(const KestMultispectralReadFile& image) {
     int named = 0;
     int generic = 0;
@@ -198,7 +198,7 @@ std::string describe(const KestMultispectralReadFile& image) {
     return text + (hasText ? " +text" : "");
 }
 
-/// What came of the operation, in a word or two. Nothing of the host's may be left over.
+/// The result of the operation in a word or two. No host object may be left.
 std::string outcome(Scene& scene) {
     std::string text = scene.answer;
     if (!scene.set.isEqual(scene.listed)) {
@@ -225,8 +225,8 @@ struct Operation {
     const char* name;
     Product product;
     void (*run)(Scene&);
-    /// The answers that a host call which fails may lead to, wherever it comes; then one that
-    /// throws, then a request for memory that fails. The answer without a fault is among them.
+    /// The allowed answers when any host call fails, when one throws, and when an allocation fails.
+    /// They include the answer without a fault.
     Answers whenCallsFail;
     Answers whenCallsThrow;
     Answers whenMemoryFails;
@@ -257,7 +257,7 @@ void cloneProperties(Scene& scene) {
     scene.answer = copies == 5 ? "all" : "some";
 }
 
-/// What the properties that carry a file or a text write.
+/// The output of the properties that hold a file or a text.
 void askProperties(Scene& scene) {
     int files = 0;
     int texts = 0;
@@ -287,8 +287,8 @@ void askTexts(Scene& scene) {
     scene.answer = !text.isZero() && named && supported ? "all" : "some";
 }
 
-// A component that fails leaves the set or gives no band. A band whose file's list or letter cannot
-// be read is named generically, and a set whose scheme cannot be recognised is a generic one.
+// A component that fails is left out of the set or has no band. A band whose list or letter cannot
+// be read gets a generic name, and a set whose scheme cannot be recognised is generic.
 const std::vector<Operation> kOperations = {
     {"isDecodableFile",
      Product::Po,
@@ -363,7 +363,7 @@ const std::vector<Operation> kOperations = {
      {"2 files 2 texts"}},
 };
 
-/// Runs the operation with the n-th host call going wrong; false when it makes fewer calls.
+/// Runs the operation with a fault in the n-th host call; false when it makes fewer calls.
 bool runWithFault(const Operation& operation, Fault::Kind kind, int n, Answers& answers) {
     SCOPED_TRACE(n);
     Scene scene(operation.product);
@@ -395,7 +395,7 @@ TEST(FaultInjectionTest, EveryHostCallMayFailOrThrow) {
     std::cout << "host calls made to fail or throw: " << faults << "\n";
 }
 
-/// The answer with the n-th request for memory failing; `reached` tells whether there was one.
+/// The answer when the n-th allocation fails; `reached` is whether there was one.
 void runShortOfMemory(const Operation& operation, int n, bool sticky, bool& reached,
                       std::string& answer) {
     Scene scene(operation.product);
@@ -439,7 +439,7 @@ TEST(FaultInjectionTest, EveryRequestForMemoryMayFail) {
     std::cout << "requests for memory made to fail: " << faults << "\n";
 }
 
-/// What a frame answers to all requests, in their order.
+/// A frame's answers to all requests, in order.
 std::vector<int> answersOf(Pyxis::ReadImageFileFrameInterface& frame) {
     std::int32_t width = 0;
     std::int32_t height = 0;
@@ -471,7 +471,7 @@ std::vector<int> answersOf(Pyxis::ReadImageFileFrameInterface& frame) {
 
 TEST(FaultInjectionTest, RequestsThatThrowAreAnsweredAsByAFrameThatHoldsNothing) {
     Scene scene(Product::Po);
-    // Channel 0 of the component is asked whichever channel was asked for.
+    // The component gets channel 0 for any channel.
     EXPECT_THAT(
         answersOf(*scene.openedFrame),
         testing::ElementsAre(1, 0, 30, 31, 2, 50, 24, 3, 80, 90, 100, 0, 111, 1, 1, 4, 1, 1, 0));

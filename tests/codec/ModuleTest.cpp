@@ -11,7 +11,7 @@
 
 namespace {
 
-/// A symbol of a module as a host loads it, for good; null when there is none.
+/// A symbol of a module, which stays loaded; null when there is none.
 void* symbolOf(const char* path, const char* name) {
 #if defined(_WIN32)
     return reinterpret_cast<void*>(GetProcAddress(LoadLibraryA(path), name));

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Knows whether it was filled through its virtual operation.
+/// Records whether it was filled through its virtual operation.
 struct FilledBuffer : Pyxis::StringBuffer {
     using StringBuffer::StringBuffer;
     void set(int numBytes, const unsigned char* data, Pyxis::CharacterType type) override {

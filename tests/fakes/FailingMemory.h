@@ -4,18 +4,18 @@
 #include <limits>
 #include <new>
 
-// Replaces the program's requests for memory by ones that can be made to fail. For one source file
+// Replaces the program's allocation functions by ones that can be made to fail. For one source file
 // of a test program.
 
 namespace fakes {
 
-/// Which request for memory fails, counted from 0; every later one too when `sticky`.
+/// Which allocation fails, counted from 0; every later one too when `sticky`.
 struct MemoryFault {
     static constexpr int kNever = std::numeric_limits<int>::max();
     int failing = kNever;
     int requests = 0;
     bool sticky = false;
-    /// Whether the request at hand is one that neither fails nor counts; null: none is.
+    /// Whether the current allocation neither fails nor counts; null: all count.
     bool (*passes)() = nullptr;
 
     bool failsNow() {

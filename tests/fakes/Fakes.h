@@ -17,14 +17,13 @@
 #include "pyxis/FormatCodecPropertySetIterator.h"
 #include "pyxis/ImageFormatCodec.h"
 
-// In-memory stand-ins for the host's codecs, images, frames and properties. A FakeCodec reads the
-// files that it is told of; what each answers is plain data. One World counts and records what is
-// done to all of them.
+// In-memory fakes of the host's codecs, images, frames and properties. A FakeCodec reads the files
+// that were added to it; all answers are plain data. One World counts and records all calls.
 
 namespace fakes {
 
-/// How a host call goes wrong, if it does: by its usual answer of failure, by another that it has,
-/// or by an exception.
+/// How a host call fails, if it does: with its usual failure, with another one, or with an
+/// exception.
 class Fault {
   public:
     enum Kind { None, Fail, FailOtherwise, Throw };
@@ -49,13 +48,13 @@ struct World {
     }
 
     std::vector<std::string> events;
-    int misuse = 0;  ///< how often host objects were not given back in their order
+    int misuse = 0;  ///< how often host objects were not returned in order
     std::vector<Pyxis::ReadImageFileInterface*> images;
     int alive = 0;
-    /// Called at every host call that may fail, with its name; answers whether the call fails, as
+    /// Called at every host call that may fail, with its name; returns whether the call fails, as
     /// a bool or a Fault.
     std::function<Fault(std::string_view)> fail;
-    /// Called at those that have no answer of failure; answers whether the call throws.
+    /// Called at those that cannot report failure; returns whether the call throws.
     std::function<bool(std::string_view)> failing;
 
     Fault fails(std::string_view call) const {
@@ -92,7 +91,7 @@ class StringProperty : public Pyxis::FormatCodecStringProperty {
     StringProperty* clone() const override { return new StringProperty(*this); }
 };
 
-/// Part of a host object that tells how long it lives, and whether it goes before its parts.
+/// Part of a host object that tracks its lifetime, and whether it is destroyed before its parts.
 class Lifetime {
   public:
     Lifetime(World& world, std::string_view ending,
@@ -109,7 +108,7 @@ class Lifetime {
         --world_.alive;
         world_.note(ending_);
     }
-    /// To be handed to what is made from this object.
+    /// For the objects made from this one.
     const std::shared_ptr<int>& parts() const { return parts_; }
 
   private:
@@ -119,7 +118,7 @@ class Lifetime {
     std::shared_ptr<int> parts_ = std::make_shared<int>(0);
 };
 
-/// A property with a name and nothing else.
+/// A property with only a name.
 class PlainProperty : public Pyxis::FormatCodecPropertyInterface {
   public:
     explicit PlainProperty(std::string_view name) { nameText() = Pyxis::toWideBuffer(name); }
@@ -214,19 +213,19 @@ class GeoTiff : public GeoBase<GeoTiffCorrelation> {
 
 using PropertyPointer = std::shared_ptr<const Pyxis::FormatCodecPropertyInterface>;
 
-/// What a frame answers.
+/// The answers of a frame.
 struct FrameFacts {
     std::int32_t model = 0;
     std::int32_t bits = 8;
     std::int32_t format = 1;
-    bool noFrame = false;       ///< `openFrame` gives null
-    bool noProperties = false;  ///< `getProperties` gives null
+    bool noFrame = false;       ///< `openFrame` returns null
+    bool noProperties = false;  ///< `getProperties` returns null
     std::vector<PropertyPointer> properties;
 };
 
-/// What a file holds.
+/// The content of a file.
 struct FileFacts {
-    bool cannotOpen = false;  ///< `openImage` gives null
+    bool cannotOpen = false;  ///< `openImage` returns null
     std::vector<FrameFacts> frames;
 };
 
@@ -366,7 +365,7 @@ class Image : public Pyxis::ReadImageFileInterface {
 template <typename Base = Pyxis::ImageFormatCodec>
 class BasicCodec : public Base {
   public:
-    /// Registers itself with the host for as long as it lives.
+    /// Registers itself with the host for its lifetime.
     explicit BasicCodec(World& world) : world_(world), registration_(*this) {}
 
     void add(const std::string& path, FileFacts facts) { files_[path] = std::move(facts); }
@@ -477,8 +476,8 @@ class Finder : public Pyxis::FindFileInterface {
     std::string path_;
 };
 
-/// A frame that lies at the origin of coordinate system 32632, with that pixel size; `world` hears
-/// of each question to its georeference.
+/// A frame at the origin of coordinate system 32632, with that pixel size; `world` records each
+/// call to its georeference.
 inline FrameFacts bandFrame(double pixelSize = 1.0, const World* world = nullptr) {
     GeoFacts facts;
     facts.world = world;

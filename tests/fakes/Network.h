@@ -14,11 +14,11 @@
 #include <string>
 #include <thread>
 
-// A network of one machine.
+// A network on one machine.
 
 namespace fakes {
 
-/// A socket of this machine that counts whoever wants to connect.
+/// A local socket that counts connections.
 class Listener {
   public:
     Listener() : socket_(socket(AF_INET, SOCK_STREAM, 0)) {
@@ -49,7 +49,7 @@ class Listener {
     int port_ = 0;
 };
 
-/// Serves the files of a folder for as long as it lives.
+/// Serves the files of a folder for its lifetime.
 class WebServer {
   public:
     explicit WebServer(const std::string& folder) : port_(freePort()), id_(fork()) {

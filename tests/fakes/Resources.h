@@ -42,7 +42,7 @@ inline std::string text(unsigned int id) {
     return Pyxis::toUtf8(buffer);
 }
 
-/// A file of its own, whoever else runs these tests; removed with the object.
+/// A file private to this test run; removed with the object.
 class TempFile {
   public:
     TempFile(const std::string& name, std::string_view content)

@@ -11,7 +11,7 @@
 
 #include "tests/fakes/Rasters.h"
 
-// The driver as GDAL programs meet it: loaded from a folder, asked through GDAL.
+// The driver as GDAL programs use it: loaded from a folder, called through GDAL.
 
 namespace {
 
@@ -30,7 +30,7 @@ GDALDatasetUniquePtr openRaster(const std::string& name) {
     return GDALDatasetUniquePtr(GDALDataset::Open(name.c_str(), GDAL_OF_RASTER));
 }
 
-/// What GDAL says when the name cannot be opened; empty when it can, or nothing was said.
+/// GDAL's message when the name cannot be opened; empty when it can, or there is no message.
 std::string whyNot(const std::string& name) {
     CPLErrorReset();
     CPLPushErrorHandler(CPLQuietErrorHandler);
@@ -349,7 +349,7 @@ TEST_F(DriverTest, ShowsTheBandsAskedForInTheOrderAskedFor) {
     EXPECT_THAT(CPLGetLastErrorMsg(), HasSubstr("swir16"));
 }
 
-/// All that a program may ask of a set, as one text.
+/// Everything a program may read of a set, as one text.
 std::string told(const std::string& name) {
     const auto set = openRaster(name);
     std::string all;

@@ -21,7 +21,7 @@ SIGNS = {"#+": "12", "#": "1", "@": "A", "{date}": "20180629", "{yearday}": "201
 
 
 def name_of(pattern: str, code: str) -> str:
-    """A name that the pattern takes: the first of alternatives, and any digits and letters."""
+    """A name that the pattern matches: the first of alternatives, and any digits and letters."""
     parts = re.findall(r"#\+|\{\w+\}|\([^)]*\)|.", pattern)
     return "".join(
         code if part == "{band}" else part[1:-1].split("|")[0] if part[0] == "(" else SIGNS.get(part, part)

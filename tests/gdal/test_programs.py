@@ -1,4 +1,4 @@
-"""GDAL's own programs, each in a process of its own."""
+"""GDAL's own programs, each in its own process."""
 
 from __future__ import annotations
 

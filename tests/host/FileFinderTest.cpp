@@ -17,7 +17,7 @@ TEST(FileFinderTest, LooksBesideTheBaseFileAndNowhereElse) {
     std::ofstream(wanted) << "text";
     fs::create_directory(directory / "po_3_metadata.txt");
 #if !defined(_WIN32)
-    // Neither of them hides the file that differs in case.
+    // Neither hides the file that differs in case.
     fs::create_directory(directory / "PO_1_METADATA.TXT");
     fs::create_symlink(directory / "nowhere", directory / "po_1_metadata.TXT");
 #endif

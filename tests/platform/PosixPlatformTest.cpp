@@ -87,7 +87,7 @@ TEST(PosixPlatformTest, ReadsFilesThatGrowAndShrinkMeanwhile) {
     EXPECT_EQ(file->readFromStart(content.data(), size), 2U);
 }
 
-// A buffer counts its bytes by an int, and the size of a file is taken by 32 bits only.
+// A buffer counts its bytes with an int, and the size of a file has only 32 bits.
 TEST(PosixPlatformTest, TakesTextsThatABufferCanCount) {
     const fakes::TempFile temp("metadata", "abc");
     const struct {

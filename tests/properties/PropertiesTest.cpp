@@ -21,7 +21,7 @@ using Pyxis::toUtf8;
 using Pyxis::toWideBuffer;
 using testing::ElementsAre;
 
-/// Everything that a property tells of itself, value included.
+/// All attributes of a property, value included.
 std::string describe(const Interface& property) {
     std::string text = toUtf8(property.getName()) + "|" + toUtf8(property.getDescription());
     for (const int number :

@@ -1,4 +1,4 @@
-"""The engine "kestms" of xarray, and what dask makes of it."""
+"""The xarray engine "kestms", also with dask."""
 
 from __future__ import annotations
 

@@ -47,7 +47,7 @@ class ReadFileTest : public testing::Test {
         return {nullptr, &set, finder};
     }
 
-    /// Adds files of one frame, and gives their set.
+    /// Adds files of one frame, and returns their set.
     Pyxis::FileSpecifier add(const std::vector<std::string>& paths,
                              const FrameFacts& frame = bandFrame()) {
         for (const std::string& path : paths) {
@@ -183,7 +183,7 @@ TEST_F(ReadFileTest, FastBandsAreNamedByTheirBandFileAndOpenedByTheirHeader) {
                                        fastFrame("L71195025_02520010730_B20.FST")}});
     KestMultispectralReadFile file = open(fakes::framesOf(header, {2, 1, 0}));
     EXPECT_THAT(bandsOf(file), ElementsAre("2 0 1 0", "0 0 0 1"));
-    EXPECT_EQ(file.bucket(0).bucketNumber, 0);  // The header's own name is no band's.
+    EXPECT_EQ(file.bucket(0).bucketNumber, 0);  // The header's own name is not that of a band.
     Pyxis::FileSpecifier component;
     int number = -1;
     file.getBandComponent(1, component, number);

@@ -23,7 +23,7 @@ std::string textOf(const FileSpecifier& spec) {
     return Pyxis::toUtf8(spec.string());
 }
 
-/// "path#frame" as a component leaves them, behind a "-" when it cannot be read.
+/// "path#frame" as a component leaves them, after a "-" when it cannot be read.
 std::string component(const FileSpecifier& spec, int index) {
     FileSpecifier file = Pyxis::fileSpecifier("kept");
     int frame = 77;

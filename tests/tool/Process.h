@@ -17,7 +17,7 @@
 #include "tests/fakes/Rasters.h"
 #include "tests/tool/RunTool.h"
 
-// Runs the built tool, and GDAL's own programs on what it wrote, as processes of their own.
+// Runs the built tool, and GDAL's programs on its output, as separate processes.
 
 namespace kestms {
 
@@ -83,7 +83,7 @@ inline Outcome runKestms(const Strings& arguments, const std::function<void()>& 
     return Process(joined({fakes::kTool, "--language", "en"}, arguments), prepare).wait();
 }
 
-/// What `gdalinfo` says of a raster.
+/// The output of `gdalinfo` for a raster.
 inline nlohmann::json gdalInfo(const std::string& raster) {
     const Outcome outcome =
         Process({"gdalinfo", "-json", "-checksum", "-mdd", "all", raster}).wait();
@@ -93,7 +93,7 @@ inline nlohmann::json gdalInfo(const std::string& raster) {
     return outcome.json();
 }
 
-/// A band's pixels line by line, as `gdal_translate` reads them; options come before.
+/// A band's pixels line by line, as `gdal_translate` reads them with the options.
 inline std::vector<double> gdalPixels(const std::string& raster, int band,
                                       const Strings& options = {}) {
     const fakes::TempDirectory directory;

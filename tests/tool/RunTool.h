@@ -29,7 +29,7 @@ inline Strings joined(Strings arguments, const Strings& more) {
     return arguments;
 }
 
-/// Runs the tool in the user's language, perhaps with an output that takes nothing.
+/// Runs the tool in the user's language, perhaps with an output that fails.
 inline Outcome runAsTheUser(const Strings& arguments, std::istream&& in, bool canWrite = true) {
     std::vector<const char*> argv = {"kestms"};
     for (const std::string& argument : arguments) {
@@ -46,7 +46,7 @@ inline Outcome runTool(const Strings& arguments, const std::string& input = {}) 
     return runAsTheUser(joined({"--language", "en"}, arguments), std::istringstream(input));
 }
 
-/// A test with a directory of its own.
+/// A test with its own directory.
 class InDirectory : public testing::Test {
   protected:
     std::string write(const std::string& name, const fakes::Raster& raster = {}) const {
@@ -56,7 +56,7 @@ class InDirectory : public testing::Test {
     fakes::TempDirectory directory_;
 };
 
-/// A raster moved to the east, in metres.
+/// A raster shifted to the east, in metres.
 inline fakes::Raster movedEast(double metres) {
     fakes::Raster raster;
     (*raster.transform)[0] += metres;

@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Everything that a frame tells, as one text.
+/// All answers of a frame, as one text.
 std::string told(Pyxis::ReadImageFileInterface& image, int index) {
     const std::unique_ptr<Pyxis::ReadImageFileFrameInterface> frame(image.openFrame(index));
     std::string all(12 * 8, '\0');
@@ -45,8 +45,8 @@ std::string openAndTell(const KestMultispectralCodec& codec, const Pyxis::FileSp
 
 }  // namespace
 
-// One set is opened from several threads, each with a codec object of its own. The codecs are made
-// before the threads start and go after they end, because all share the module of texts.
+// Several threads open one set, each with its own codec object. The codecs are created before the
+// threads start and destroyed after they end, because all share the module of texts.
 TEST(ThreadsTest, OneSetFromSeveralThreads) {
     constexpr int kThreads = 4;
     const fakes::TempDirectory directory;

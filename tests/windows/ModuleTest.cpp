@@ -40,8 +40,8 @@ TEST(ModuleTest, IsShippedWithTheFourNumbersOfTheProject) {
     EXPECT_EQ(version, KEST_VERSION ".");
 }
 
-/// The program plays the host: what it makes is cast in the module and the other way round,
-/// either frees what the other made, and what a host codec throws ends in the module.
+/// The program acts as the host: each side casts and frees the other's objects, and exceptions of a
+/// host codec end in the module.
 TEST(ModuleTest, SharesObjectsCastsAndExceptionsWithTheHost) {
     fakes::World world;
     {

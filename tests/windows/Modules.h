@@ -7,7 +7,7 @@
 
 #include "host/Text.h"
 
-/// The directory of the test program: its own module and texts lie there, the shipped ones above.
+/// The directory of the test program: its own module and texts are there, the shipped ones above.
 inline std::filesystem::path programDirectory() {
     std::array<wchar_t, 1024> path{};
     GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));

@@ -30,7 +30,7 @@ TEST(TextModuleTest, CutsAt255CharactersAndSwitchesWhileLoaded) {
     EXPECT_EQ(text.numDataBytes(), 2);  // no such text
     codec.setResourceFileName(specifierOf(programDirectory() / "other.dll"));
     EXPECT_EQ(name(), "other \"text\" [1;2]");
-    EXPECT_TRUE(fs::remove(copy));  // nobody holds the first one any more
+    EXPECT_TRUE(fs::remove(copy));  // the first one is no longer in use
     codec.setResourceFileName(specifierOf(copy));
     EXPECT_EQ(name(), "");
 }

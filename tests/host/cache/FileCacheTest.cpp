@@ -10,7 +10,7 @@ namespace {
 
 using namespace Pyxis;
 
-/// Files written just now are not kept: a change within one tick of the clock would not show.
+/// Recently written files are not cached: a change within one clock tick would not be noticed.
 void makeOld(const std::string& path) {
     using namespace std::chrono_literals;
     std::filesystem::last_write_time(path, std::filesystem::last_write_time(path) - 1h);
@@ -98,7 +98,7 @@ TEST_F(FileCache, OpenFilesStayFewAndOpenAgain) {
         EXPECT_EQ(opened->pixels(), expected);
     }
     EXPECT_LE(openBelow(directory.path()).size(), 64U);
-    // Closed by now: what is known of it no longer fits what is in the file.
+    // Closed by now: the cached facts no longer match the file.
     fakes::writeRaster(directory / "r0.tif", {.width = 3});
     EXPECT_TRUE(all.front()->pixels().empty());
     EXPECT_EQ(all.front()->frame->frameOp8(), 0);

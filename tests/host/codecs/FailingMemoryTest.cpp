@@ -29,7 +29,7 @@
 
 namespace {
 
-/// GDAL and libtiff lose memory when a request of theirs fails, which is not ours to report.
+/// GDAL and libtiff leak memory when an allocation of theirs fails; not our fault.
 struct LeaksOfGdalPass {
 #if defined(KEST_LEAKS_ARE_FOUND)
     LeaksOfGdalPass() {
@@ -46,7 +46,7 @@ struct LeaksOfGdalPass {
 using namespace Pyxis;
 using fakes::memoryFault;
 
-/// Where a library's code lies.
+/// The address range of a library's code.
 struct CodeOf {
     std::string_view name;
     std::uintptr_t begin = 0, end = 0;
@@ -73,7 +73,7 @@ CodeOf codeOf(std::string_view name) {
     return code;
 }
 
-/// Whether GDAL, or a library that it calls, makes the request for memory that is being answered.
+/// Whether GDAL, or a library that it calls, makes the current allocation.
 bool isOfGdal() {
     static const CodeOf gdal = codeOf("/libgdal.");
     std::array<void*, 48> callers{};
@@ -84,7 +84,7 @@ bool isOfGdal() {
     });
 }
 
-/// Asks everything that a host asks of a file. Returns how far that came.
+/// Makes all calls that a host makes for a file. Returns how far they succeeded.
 int ask(const FileSpecifier& file) {
     const ImageFormatCodec* codec = nullptr;
     CodecRegistry::instance().find(file, codec);
@@ -129,14 +129,14 @@ class FailingMemory : public testing::Test {
     enum class Faults { Single, Lasting };
     enum class Requests { All, Ours };
 
-    /// Asks with one request for memory, or all from it on, failing, for every request there is.
+    /// Makes the calls with one allocation, or all from it on, failing, for every allocation.
     static void failEach(const std::string& path, Faults faults, Requests requests,
                          int usual = kAll) {
         SCOPED_TRACE(path);
         const FileSpecifier file = fileSpecifier(path);
         bool reached = true;
         for (int n = 0; reached; ++n) {
-            const StandardCodecs codecs;  // that have nothing in their cache
+            const StandardCodecs codecs;  // with an empty cache
             // GDAL counts the files that a thread is opening, and exceptions confuse it.
             std::thread([&] {
                 [[maybe_unused]] const LeaksOfGdalPass pass;
@@ -187,7 +187,7 @@ TEST_F(FailingMemory, GivesTheUsualAnswersAndBreaksNothing) {
     }
 }
 
-/// Other libraries end the process when memory fails, so what they ask for is there.
+/// Other libraries end the process on allocation failure, so their allocations succeed.
 TEST_F(FailingMemory, BreaksNothingOfOursInOtherFormats) {
     fakes::writeFile(directory / "world.pgw", "30\n0\n0\n-30\n1015\n1985\n");
     const std::string paths[] = {

@@ -86,7 +86,7 @@ TEST(Sources, OfAllBandsComeFromOneOpenFile) {
     const std::string path = fakes::writeRaster(directory / "bands.tif", {.bands = 3});
     const FileSpecifier file = fileSpecifier(path);
     ASSERT_TRUE(rasterSourceOf(file, 0));
-    std::filesystem::remove(path);  // whoever opens it again fails
+    std::filesystem::remove(path);  // opening it again would fail
     const auto source = rasterSourceOf(file, 2);
     ASSERT_TRUE(source);
     EXPECT_EQ(source->prefix + std::to_string(source->band) + source->dataType, "3Byte");

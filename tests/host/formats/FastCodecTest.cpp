@@ -71,7 +71,7 @@ TEST_F(FastCodec, HeaderAndBandsMayBeLinkedTogetherAndLackBands) {
     EXPECT_EQ(bandFile(opened), "L7_B30.FST");
 }
 
-/// A virtual raster named like overviews would lead GDAL anywhere.
+/// A virtual raster named like overviews could lead GDAL to any file.
 TEST_F(FastCodec, ReducedReadTakesThePixelsThemselves) {
     fakes::writeRaster(directory / "other.tif", {.width = 6, .height = 4});
     fakes::writeFile(header + ".ovr",
@@ -103,7 +103,7 @@ TEST_F(FastCodec, DamagedOrHostileHeadersAreRefusedWithAReason) {
     refused(named("../L7_B20.FST"), "outside its directory");
     refused(named("sub/x.FST"), "outside its directory");
     refused(named("sub"), "not a regular file");
-    // GDAL looks for names in other case and, for bands that are missing, makes up names.
+    // GDAL also looks for names in another case and, for missing bands, for names of its own.
     for (const char* name : {"l7_b20.fst", "L7_HRF.b02"}) {
         std::filesystem::remove(directory / "L7_B20.FST");
         ASSERT_EQ(mkfifo((directory / name).c_str(), 0600), 0);

@@ -57,7 +57,7 @@ TEST_F(NitfCodec, LengthsInHeadersNeedNotBeRight) {
     struct Case {
         const char* name;
         const char* compression;
-        int fileLength, imageLength;  // what the header states too much
+        int fileLength, imageLength;  // excess of the lengths in the header
         std::size_t lost;             // bytes at the end
         bool isWhole;
     };

@@ -27,7 +27,7 @@ inline const Pyxis::ImageFormatCodec* codecOf(const std::string& path) {
     return codec;
 }
 
-/// A file opened as the host's users open it; members go in the right order.
+/// A file opened as the host's users open it; members are destroyed in the right order.
 struct Opened {
     explicit Opened(const std::string& path, int frameIndex = 0) : codec(codecOf(path)) {
         const Pyxis::FileSpecifier file = Pyxis::fileSpecifier(path);
@@ -47,7 +47,7 @@ struct Opened {
         return nullptr;
     }
 
-    /// All pixels in the frame's own sample type, every so many of them; empty when they cannot be
+    /// The pixels in the frame's own sample type, every n-th of them; empty when they cannot be
     /// read.
     std::vector<unsigned char> pixels(int every = 1) const {
         Pyxis::PixelRequest request;
@@ -85,7 +85,7 @@ struct Opened {
     std::unique_ptr<Pyxis::FormatCodecPropertySetIterator> properties;
 };
 
-/// What callers ask a kind of codec for by a number.
+/// The property that a kind of codec names by number.
 template <typename Codec>
 std::string numberedProperty(int number, const std::string& path, int frame = 0) {
     const auto* codec = dynamic_cast<const Codec*>(codecOf(path));
@@ -122,7 +122,7 @@ inline std::vector<unsigned char> gdalPixels(const std::string& path, int band) 
     return result == CE_None ? bytes : std::vector<unsigned char>();
 }
 
-/// The paths below a directory that this process has open, each as often as it is.
+/// The paths below a directory that this process has open, once for each descriptor.
 inline std::vector<std::string> openBelow(const std::string& directory) {
     std::vector<std::string> paths;
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {

@@ -13,12 +13,12 @@ using testing::Each;
 using testing::HasSubstr;
 using testing::Not;
 
-/// Formats that hosts know by nothing but their name.
+/// Formats that hosts know only by name.
 struct Case {
     const char* format;
     const char* driver;
     const char* file;
-    const char* worldFile;  ///< null: the file says itself where it lies
+    const char* worldFile;  ///< null: the file has its own georeference
 };
 constexpr Case kCases[] = {
     {"JPEG 2000", "JP2OpenJPEG", "a.jp2", nullptr},
@@ -68,7 +68,7 @@ TEST_F(OtherFormats, ShowPixelsAndPlace) {
     }
 }
 
-/// Drivers look for these whatever list of siblings they are given.
+/// Drivers look for these whatever list of siblings they get.
 TEST_F(OtherFormats, NothingBesideThemIsOpened) {
     const std::string far = fakes::writeRaster(directory / "far.tif", {.width = 32, .height = 24});
     for (const Case& c : kCases) {
@@ -92,7 +92,7 @@ TEST_F(OtherFormats, NothingBesideThemIsOpened) {
     }
 }
 
-/// What GDAL says itself, in the words of `Opened::place`.
+/// GDAL's own answer, in the form of `Opened::place`.
 std::string gdalPlace(const std::string& path) {
     const CPLErrorHandlerPusher quiet(CPLQuietErrorHandler);
     const GDALDatasetUniquePtr dataset(GDALDataset::Open(path.c_str()));
@@ -131,7 +131,7 @@ TEST_F(OtherFormats, AuxiliaryFilesPlaceThemAsGdalDoes) {
             fakes::writeFile(path + ".aux.xml", text);
             EXPECT_THAT(Opened(path).place(), testing::StartsWith(gdalPlace(path)));
         }
-        // Nothing but a regular file is opened.
+        // Only regular files are opened.
         std::filesystem::remove(path + ".aux.xml");
         const std::string before = Opened(path).place();
         ASSERT_EQ(mkfifo((path + ".aux.xml").c_str(), 0600), 0);

@@ -23,7 +23,7 @@ TEST_F(Readability, ExplainsWhatCannotBeRead) {
     const std::string tiffBytes = fakes::readFile(tiff);
     const std::string nitfBytes = fakes::readFile(nitf);
     ASSERT_EQ(mkfifo((directory / "pipe.tif").c_str(), 0600), 0);
-    // Metadata inside a TIFF may send GDAL to any file for its overviews.
+    // Metadata in a TIFF may name any file as overviews.
     const std::string sent = fakes::writeRaster(directory / "sent.tif");
     GDALDatasetUniquePtr(GDALDataset::Open(sent.c_str(), GDAL_OF_UPDATE))
         ->SetMetadataItem("OVERVIEW_FILE", "/vsimem/elsewhere.tif", "OVERVIEWS");
@@ -50,7 +50,7 @@ TEST_F(Readability, ExplainsWhatCannotBeRead) {
         EXPECT_TRUE(!why.empty() && why.find(reason) != std::string::npos) << path << why;
         EXPECT_NE(why.rfind(path + ":", 0), 0U) << why;
     }
-    // A raster without a place, and a pipe where its world file would be.
+    // A raster without georeference, and a pipe instead of its world file.
     const std::string lost = fakes::writeRaster(directory / "lost.tif", {.transform = {}});
     ASSERT_EQ(mkfifo((directory / "lost.tfw").c_str(), 0600), 0);
     EXPECT_NE(codecOf(lost), nullptr);
@@ -99,7 +99,7 @@ TEST(Images, CloseWithTheirCodecAndMayBeDeletedLater) {
     const std::unique_ptr<ReadImageFileInterface> copy(codec->cloneOpenImage(image.get()));
     std::unique_ptr<ReadImageFileFrameInterface> frame(copy->openFrame(0));
     EXPECT_EQ(copy->getCodec(), codec);
-    codec->openImage(&file);  // given up, as by a caller who refuses its pixel layout
+    codec->openImage(&file);  // never deleted, as by a caller that refuses its pixel layout
     codecs.reset();
     for (const auto* closed : {&image, &copy}) {
         EXPECT_EQ((*closed)->getCodec(), nullptr);

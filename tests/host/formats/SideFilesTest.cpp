@@ -12,7 +12,7 @@ using namespace Pyxis;
 
 class SideFiles : public OnFiles {
   protected:
-    /// A raster without a place, and its world file.
+    /// A raster without georeference, and its world file.
     std::string placedByWorldFile() {
         fakes::writeFile(directory / "lost.tfw", "30\n0\n0\n-30\n1015\n1985\n");
         return fakes::writeRaster(directory / "lost.tif", {.transform = {}, .epsg = 0});

@@ -54,7 +54,7 @@ TEST_F(TiffCodec, FramesShowLayoutAndPixelsOfTheirBands) {
 /// Upper left, upper right, lower left, lower right.
 using Corners = std::array<Point2d, 4>;
 
-/// The corners as users without GeoTIFF's own work them out.
+/// The corners as computed without GeoTIFF's own.
 Corners cornersByFormula(const FormatCodecGeoCorrelation& geo) {
     Point3d o;
     Vector2d a, b;
@@ -78,7 +78,7 @@ TEST_F(TiffCodec, CornersComeFromTheGeotransformAsInOtherFormats) {
         const char* driver;
         std::array<double, 6> transform;
         double pixelX, pixelY;
-        bool formulaHolds;  // a shear cannot be said by origin, size and rotation
+        bool formulaHolds;  // origin, size and rotation cannot express a shear
     };
     const Case cases[] = {
         {"upright", "GTiff", {500000, 30, 0, 4600000, 0, -20}, 30, 20, true},

@@ -8,7 +8,7 @@ namespace {
 
 using namespace Pyxis;
 
-/// How many files the process may open, put back at the end.
+/// Sets how many files the process may open, restored on destruction.
 class DescriptorLimit {
   public:
     explicit DescriptorLimit(rlim_t limit) {
@@ -24,7 +24,7 @@ class DescriptorLimit {
     struct rlimit before_ {};
 };
 
-/// Takes all descriptors that the process may still have.
+/// Uses all remaining descriptors of the process.
 class NoDescriptorLeft {
   public:
     NoDescriptorLeft() {

@@ -37,7 +37,7 @@ double numberIn(const unsigned char* bytes, const BufferType& type) {
                : static_cast<double>(static_cast<std::int64_t>(number << unused) >> unused);
 }
 
-/// What a sample becomes in a buffer that cannot hold every number.
+/// A sample converted for a buffer that cannot hold every number.
 double clamped(double sample, const BufferType& type) {
     if (type.format == SampleFormat::FloatingPoint || type.bits > 8) {
         return type.format == SampleFormat::UnsignedInteger ? std::max(sample, 0.0) : sample;

@@ -23,7 +23,7 @@ class TiffDirectory : public testing::Test {
 
     fakes::TempDirectory directory;
     int written = 0;
-    // Files just written are kept as well, so that it shows whether they are open.
+    // Recently written files are cached too, so that the test sees whether they are open.
     StandardCodecs codecs{StandardCodecs::QuickBird::With, StandardCodecs::Changes::Ignore};
 };
 
@@ -32,7 +32,7 @@ std::string rangeText(double minimum, double maximum, double noData, bool hasNoD
            (hasNoData ? CPLSPrintf("%.17g, ", noData) : std::string());
 }
 
-/// What GDAL says of the first band of a file: range, block size, sample type, first corner, the
+/// GDAL's facts of the first band of a file: range, block size, sample type, first corner, the
 /// system.
 std::string gdalSays(const std::string& path) {
     const CPLErrorHandlerPusher silent(CPLQuietErrorHandler);
@@ -189,7 +189,7 @@ TEST_F(TiffDirectory, DoesNotReadDamagedDirectoriesOtherwiseThanGdal) {
     EXPECT_GT(compared, 100);
 }
 
-/// The keys of a system that is not registered: their numbers and names lie in other fields.
+/// The keys of an unregistered system: their numbers and names are in other fields.
 std::vector<fakes::TiffField> ownSystem(int zone, std::uint16_t numbers, std::uint16_t text) {
     const std::string name = "zone " + std::to_string(zone) + "|";
     const auto length = static_cast<double>(name.size());

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-// Small TIFF files made field by field, for what no writer makes.
+// Small TIFF files made field by field, for files that no writer makes.
 
 namespace fakes {
 
@@ -41,8 +41,8 @@ inline std::string encoded(const TiffField& field) {
     return bytes;
 }
 
-/// A little-endian file of one directory whose fields come as they are given. Places of strips
-/// count from the first pixel.
+/// A little-endian file of one directory with the given fields. Offsets of strips count from the
+/// first pixel.
 inline std::string tiffBytes(std::vector<TiffField> fields, const std::string& pixels,
                              bool directoryLast = false) {
     constexpr std::uint16_t kStripOffsets = 273;
@@ -79,7 +79,7 @@ inline std::string tiffBytes(std::vector<TiffField> fields, const std::string& p
     return head + (directoryLast ? pixels + entries + values : entries + values + pixels);
 }
 
-/// The fields of a raster of 12 by 8 bytes in strips of three lines, tied to a place; a test adds
+/// The fields of a raster of 12 by 8 bytes in strips of three lines, with a tie point; a test adds
 /// its own and replaces those with the same tag.
 inline std::vector<TiffField> rasterFields(const std::vector<TiffField>& own) {
     std::vector<TiffField> fields = {
@@ -124,7 +124,7 @@ inline TiffField keyDirectory(const std::vector<std::array<double, 4>>& keys,
     return field;
 }
 
-/// The keys of a projected system that is registered, with places of pixel corners.
+/// The keys of a registered projected system, with tie points at pixel corners.
 inline std::vector<std::array<double, 4>> systemKeys(int code) {
     return {{1024, 0, 1, 1},
             {1025, 0, 1, 1},

@@ -78,7 +78,7 @@ constexpr RewriteCase kRewriteCases[] = {
     {"<!DOCTYPE a [<!ENTITY % p 'P'><!ENTITY e '%p;%q;'>]><a>&e;</a>", "<a>P%q;</a>"},
     {"<!DOCTYPE a [<!ENTITY e ''>]><a>x<b/>&e;</a>", "<a><b></b></a>"},
     {"<!DOCTYPE a [<!ENTITY e '1'><!ENTITY e '2'>]><a>&e;</a>", "<a>1</a>"},
-    // A circle ends the subset: what comes after it is not read, what came before it is.
+    // A circle ends the subset: only what comes before it is read.
     {"<!DOCTYPE a [<!ENTITY e '&f;'><!ENTITY f '&e;'><!ENTITY g 'G'>]><a>&e;&g;</a>",
      "<a>&amp;f;&amp;g;</a>"},
     {"<!DOCTYPE a [<!ENTITY e '&f;'>]>"
@@ -214,7 +214,7 @@ TEST(XmlDocumentTest, SurvivesDocumentsOfAMillionElements) {
     EXPECT_NE(document->child(document->root(), "n249999"), nullptr);
     EXPECT_EQ(document->child(document->root(), "n250000"), nullptr);
 
-    // Each of these runs for minutes where a step goes through the whole text.
+    // Each of these takes minutes if a step walks the whole text.
     const std::string name(kMany, 'n');
     EXPECT_EQ(
         rewritten("<!DOCTYPE r [<!ENTITY " + name + " 'x'>]><r>" + repeated("&", kMany) + "</r>")

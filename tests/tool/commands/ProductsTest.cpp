@@ -16,7 +16,7 @@ const std::string kScene = "LC08_L2SP_195025_20180707_20200831_02_T1";
 
 class Products : public InDirectory {
   protected:
-    /// A catalogue of the user's own that knows the files of the shipped one's scene, too.
+    /// A user's catalogue that also matches the files of a scene of the shipped one.
     std::string writeCatalogue(const std::string& product) const {
         const std::string path = directory_ / "mine.xml";
         std::ofstream(path) << "<catalogue version='1'><product id='" + product +

@@ -19,7 +19,7 @@ const std::string kScene = "LC08_L2SP_195026_20200908_20200919_02_T1";
 
 class Stac : public InDirectory {
   protected:
-    /// Two bands and a quality layer; the second band has facts of its own.
+    /// Two bands and a quality layer; the second band has its own facts.
     void writeScene() const {
         fakes::Raster raster;
         raster.type = GDT_UInt16;
@@ -93,7 +93,8 @@ TEST_F(Stac, LeadsOtherProgramsToTheFiles) {
     std::filesystem::create_directory(directory_ / "cat alogue");
     const std::string folder = directory_ / "cat alogue";
     ASSERT_EQ(stac({"-o", folder + "/item.json"}).code, 0);
-    // GDAL reads items in collections, and their relative addresses from the current directory.
+    // GDAL reads items in collections, and resolves their relative addresses in the current
+    // directory.
     const json collection = {{"type", "FeatureCollection"},
                              {"stac_version", "1.0.0"},
                              {"features", {itemAt("cat alogue/item.json")}}};

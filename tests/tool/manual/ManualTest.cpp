@@ -18,7 +18,7 @@ using testing::Not;
 namespace kestms {
 namespace {
 
-/// A command line with one of everything that pages and completions tell apart.
+/// A command line with one of every kind that pages and completions distinguish.
 CommandText commandLineOfAllKinds() {
     static std::string text;
     static std::vector<std::string> files;
@@ -35,7 +35,7 @@ CommandText commandLineOfAllKinds() {
     return textOf(app);
 }
 
-/// What bash completes when the last of `words` is being typed.
+/// What bash completes while the last of `words` is typed.
 std::string completed(const std::string& script, const std::string& words) {
     const std::string file = testing::TempDir() + "/completion.bash";
     std::ofstream(file) << script

@@ -160,7 +160,7 @@ TEST(StarvedProcess, NeverWritesFewerBands) {
         const Strings command = {"export", "-o", output, "--overwrite"};
         const Outcome outcome = runKestms(joined(command, files), limit);
         if (outcome.err.find("memory cannot be printed") != std::string::npos) {
-            continue;  // a sanitizer that looks at objects through a pipe, and has none left
+            continue;  // a sanitizer needs a pipe to inspect objects, and none is left
         }
         if (outcome.code == 0) {
             EXPECT_EQ(gdalInfo(output)["bands"].size(), files.size()) << descriptors;
@@ -190,7 +190,7 @@ TEST(QuietProcess, ShowsNothingThatGdalPrints) {
     }
 }
 
-/// Whatever it waits for: here a pipe to which nobody writes.
+/// Whatever it waits for: here a pipe without a writer.
 TEST(InterruptedProcess, EndsAtOnce) {
     const fakes::TempDirectory directory;
     ASSERT_EQ(mkfifo((directory / "pipe").c_str(), 0600), 0);

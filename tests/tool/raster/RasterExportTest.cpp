@@ -43,8 +43,8 @@ std::pair<std::string, std::size_t> sourceOf(const json& band) {
                : std::pair(file, frame);
 }
 
-/// The written band is its component's, and says what it is. A GeoTIFF tells no grey band from one
-/// of no colour, and this GDAL's COG driver leaves out metadata domains.
+/// The written band is its component's, with its description. A GeoTIFF does not distinguish a grey
+/// band from one without colour, and this GDAL's COG driver leaves out metadata domains.
 void expectSame(const json& written, const json& band, const json& source, const std::string& how) {
     EXPECT_EQ(written["checksum"], source["checksum"]) << band["file"] << how;
     EXPECT_EQ(written["type"], source["type"]);
@@ -67,7 +67,7 @@ void expectSame(const json& written, const json& band, const json& source, const
     }
 }
 
-/// The descriptions of the bands of a raster that is written.
+/// The descriptions of the bands of a written raster.
 Strings namesIn(const json& info) {
     Strings names;
     for (const json& band : info["bands"]) {
@@ -92,7 +92,7 @@ class RasterExport : public InDirectory {
         return path;
     }
 
-    /// The centre of what is brighter than the field, in the world.
+    /// The centre of the pixels brighter than the field, in the world.
     static std::pair<double, double> placeOfMark(const json& info, int band) {
         const std::string raster = info["description"];
         const std::size_t width = info["size"][0];
@@ -150,7 +150,7 @@ TEST_F(RasterExport, BandsOfEverySampleKeepTheirPixelsAndSayWhatTheyAre) {
                                            {"tif", {"export"}},
                                            {"cog", {"export", "--cog"}}}) {
             if (how == "cog" && set.find("/landsat7/") == std::string::npos) {
-                continue;  // takes long, and each set is exported already
+                continue;  // slow, and each set is exported already
             }
             const std::string output =
                 directory_ / ("out." + std::string(how == "vrt" ? how : "tif"));
@@ -175,7 +175,7 @@ TEST_F(RasterExport, BandsOfEverySampleKeepTheirPixelsAndSayWhatTheyAre) {
     }
 }
 
-/// As Landsat has it: the middles of the coarse pixels are those of fine ones.
+/// As in Landsat products: the centres of coarse pixels are those of fine ones.
 const fakes::Raster kFine{.width = 40,
                           .height = 40,
                           .type = GDT_UInt16,
@@ -211,7 +211,7 @@ TEST_F(RasterExport, NothingMovesOnTheSharedGrid) {
             }
         }
     }
-    // The corners of the bands, as the virtual raster states them.
+    // The corners of the bands in the virtual raster.
     const std::string text = fakes::readFile(directory_ / "out.vrt");
     for (const char* place :
          {"<DstRect xOff=\"0\" yOff=\"0\" xSize=\"40\" ySize=\"40\"",
@@ -220,7 +220,7 @@ TEST_F(RasterExport, NothingMovesOnTheSharedGrid) {
     }
 }
 
-/// A set may hold bands that are turned a little, a raster may not.
+/// A set may have slightly rotated bands, a raster may not.
 TEST_F(RasterExport, BandsAcrossTheGridAreRefused) {
     fakes::Raster raster{.height = 12};
     const Strings files = {write("a.tif", raster), directory_ / "b.tif"};
@@ -271,7 +271,7 @@ TEST_F(RasterExport, ComponentsOfEveryFormatAreHandedOn) {
     }
 }
 
-/// What the file says, what stands beside it, its name: the same in each command.
+/// The band is labelled alike in each command: after its file, its side file, or its name.
 TEST_F(RasterExport, ABandOfNoProductIsCalledWhatItsComponentCallsIt) {
     const Strings files = {write("s_named.tif"), write("s_beside.tif"), write("s_counted.tif"),
                            write("s_plain.tif")};
@@ -370,7 +370,7 @@ TEST_F(RasterExport, BandsAreChosenNamedAndOrdered) {
     }
 }
 
-/// A component that says all that one can say.
+/// A component with every possible description.
 std::string describe(const std::string& path, int noData) {
     const GDALDatasetUniquePtr file(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE));
     GDALRasterBand& band = *file->GetRasterBand(1);
@@ -669,7 +669,8 @@ TEST_F(RasterExport, LeavesNothingBehindWhenItFails) {
     EXPECT_TRUE(fs::is_fifo(directory_ / "pipe"));
 }
 
-/// Whatever was named, listed or found in a named folder, taken or not, and what belongs to it.
+/// Everything named, listed or found in a named folder, used or not, and the files that belong to
+/// it.
 TEST_F(RasterExport, AnOutputNeverReplacesAnInput) {
     ASSERT_EQ(runTool({"samples", directory_.path(), "--size", "8"}).code, 0);
     const std::string fast = directory_ / "landsat7-fast/";
@@ -707,7 +708,7 @@ TEST_F(RasterExport, AnOutputNeverReplacesAnInput) {
             const Outcome outcome =
                 runTool(joined(joined(command, inputs), {"--overwrite", "-o", output}));
             EXPECT_EQ(outcome.code, 2) << command[0] << " " << output << outcome.err;
-            // The others may take offence at the extension first.
+            // The others may refuse the extension first.
             if (command[0] == "list") {
                 EXPECT_THAT(outcome.err, HasSubstr("would overwrite"));
             }

@@ -25,7 +25,7 @@ Lines linesOf(const nlohmann::json& set) {
     return lines;
 }
 
-/// The "L7" product, whose bands lie in those files.
+/// The "L7" product, with its bands in those files.
 Lines landsat(const std::string& scheme, const Lines& files) {
     const char* const bands[] = {
         "0 Blue (band 1)|blue|blue|0 Reflective bands|",

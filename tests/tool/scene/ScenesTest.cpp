@@ -161,7 +161,7 @@ TEST_F(Scenes, AnArchiveIsAPlaceToLook) {
     EXPECT_THAT(damaged.err, HasSubstr("damaged.zip: a damaged or empty archive"));
 }
 
-/// A document is anybody's: it must not make the program connect.
+/// A document is untrusted: it must not make the program connect.
 TEST_F(Scenes, OnlyTheUserNamesFilesOnTheNetwork) {
     const fakes::Listener listener;
     const std::string name = listener.url() + ".tif";
