@@ -95,7 +95,7 @@ BENCHMARK(openFrames)->Name("codec/openFrame-all")->Apply(sizes);
 BENCHMARK(frameProperties)->Name("codec/getProperties-all")->Apply(sizes);
 BENCHMARK(bandQueries)->Name("codec/band-queries-all")->Apply(sizes);
 
-/// What a set's frame adds to an operation of its component's frame.
+/// The cost that a set's frame adds to an operation of its component's frame.
 void forwardDirect(benchmark::State& state) {
     const FakeSet set(10);
     const Pyxis::FileSpecifier file = Pyxis::fileSpecifier(benchmarks::pathOf(0));

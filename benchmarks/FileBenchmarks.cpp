@@ -1,4 +1,5 @@
-// Opening and reading real files through the set codec, beside GDAL alone and a virtual raster.
+// Opening and reading real files through the set codec, compared with GDAL alone and with a virtual
+// raster.
 
 #include <benchmark/benchmark.h>
 #include <gdal_priv.h>
@@ -28,7 +29,7 @@ std::vector<std::string> smallFiles(const benchmark::State& state) {
     return filesOf("small" + std::to_string(state.range(0)));
 }
 
-/// What a host does with a set that it meets for the first time.
+/// A host's calls for a new set.
 void openSet(benchmark::State& state) {
     GDALAllRegister();
     const Pyxis::FileSpecifier set = fakes::setOf(smallFiles(state));
@@ -107,7 +108,7 @@ class Windows {
 
     int size_;
     int step_ = 0;
-    // Aligned alike for all, as copying depends on it more than on who asks for the copy.
+    // The same alignment for all, as it affects copying more than the caller does.
     std::unique_ptr<void, Free> buffer_{std::aligned_alloc(4096, bytes())};
 };
 

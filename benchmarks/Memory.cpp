@@ -1,4 +1,4 @@
-// What the parts of an opened set take of the heap, as JSON.
+// The heap memory of the parts of an opened set, as JSON.
 
 #include <malloc.h>
 
@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kComponents = 10000;
 
-/// Bytes that programs have asked for and not given back.
+/// Allocated bytes that were not freed.
 std::size_t heap() {
     const struct mallinfo2 state = mallinfo2();
     return state.uordblks + state.hblkhd;

@@ -1,5 +1,5 @@
-// Opens every file that a list names, once, with GDAL and nothing else: the least that anybody can
-// do who wants to know what the files hold.
+// Opens every file of a list once with GDAL and does nothing else: the minimum for anyone who wants
+// to know the files' content.
 
 #include <gdal_priv.h>
 

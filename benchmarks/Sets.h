@@ -48,7 +48,7 @@ class FakeSet {
     std::unique_ptr<Pyxis::ReadImageFileInterface> open() const {
         return std::unique_ptr<Pyxis::ReadImageFileInterface>(codec_.openImage(&specifier_));
     }
-    /// Throws away the record of what happened, which would grow for ever.
+    /// Clears the record of calls, which would grow without bound.
     void forget() { world_.events.clear(); }
 
   private:

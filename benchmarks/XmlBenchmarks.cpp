@@ -26,7 +26,7 @@ int components(const benchmark::State& state) {
     return static_cast<int>(state.range(0));
 }
 
-/// The parser drops the last byte of what it is given, as hosts pass texts with their terminator.
+/// The parser drops the last byte of its input, as hosts pass texts with their terminator.
 std::string terminated(std::string text) {
     text.push_back('\0');
     return text;
@@ -139,7 +139,7 @@ void add(benchmark::State& state) {
     }
 }
 
-/// A name of its own for every child.
+/// A different name for every child.
 void addNames(benchmark::State& state) {
     const auto names = benchmarks::paths(components(state));
     for (auto _ : state) {
@@ -180,7 +180,7 @@ BENCHMARK(add)->Name("tree/add")->Apply(sizes);
 // Fewer names than a hundred need no index.
 BENCHMARK(addNames)->Name("tree/add-names")->RangeMultiplier(10)->Range(100, 100000);
 BENCHMARK(indexInLoop)->Name("tree/index-loop")->Apply(sizes);
-// Each tree that is freed has to be built first, which takes much longer.
+// Each tree must be built before it is freed, which takes much longer.
 BENCHMARK(freeTree)->Name("tree/free")->RangeMultiplier(10)->Range(1000, 100000)->Iterations(10);
 
 }  // namespace

@@ -82,7 +82,7 @@ def read_windows(raster, number: int) -> None:
 
 def fresh(name: str, number: int, read: Callable) -> Callable[[], None]:
     def run() -> None:
-        read(gdal.Open(name), number)  # opened anew: nothing is left in GDAL's block cache
+        read(gdal.Open(name), number)  # opened again: GDAL's block cache is empty
     return run
 
 

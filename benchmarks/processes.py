@@ -38,7 +38,7 @@ def compare(contenders, rounds):
         for name, commands in contenders.items():
             result = run(commands)
             if number == 0:
-                continue  # fills the caches
+                continue  # only fills the caches
             known = best.setdefault(name, result)
             best[name] = {key: min(known[key], result[key]) for key in result}
     return best

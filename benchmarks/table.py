@@ -35,7 +35,7 @@ class Table:
 
     def compare(self, what, ours, other, most=None, show=seconds):
         ratio = ours / other if other else math.inf
-        # Two figures behind the point are what repeats.
+        # Only two decimals are repeatable.
         met = "" if most is None else "yes" if round(ratio, 2) <= most else "NO"
         aim = "" if most is None else f"≤ {most:g}"
         self.rows.append((what, show(ours), show(other), f"{ratio:.3f}", aim, met))

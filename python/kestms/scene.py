@@ -38,18 +38,18 @@ class Band:
     #: From (column, row) to coordinates; (0, 0) is the upper-left corner of the first pixel.
     transform: Affine
     crs: CRS | None
-    #: The value that means "no data"; None where there is none.
+    #: The value that means "no data"; None without one.
     nodata: float | None
     #: Physical value = sample * scale + offset.
     scale: float
     offset: float
     unit: str
-    #: Centre and full width at half maximum, in micrometres; None where the sensor is not known.
+    #: Centre and full width at half maximum, in micrometres; None if the sensor is unknown.
     wavelength: float | None
     fwhm: float | None
     #: The file that holds the band.
     path: Path
-    #: (rows, columns) of the blocks in which the file is read best.
+    #: (rows, columns) of the file's natural blocks.
     block: tuple[int, int]
     #: GDAL's name and number for it.
     source: str = field(repr=False)
@@ -58,7 +58,7 @@ class Band:
     def read(self, window: Window | None = None, *, masked: bool = False) -> npt.NDArray[Any]:
         """Samples of a window (of the whole band without one), shape (rows, columns).
 
-        With `masked` a masked array: masked is what has no data.
+        With `masked` a masked array; samples without data are masked.
         """
         return opened(self.source).read(self.index, window=window, masked=masked)
 
@@ -131,7 +131,7 @@ class Scene:
 def open(path: PathLike) -> Scene:  # noqa: A001
     """Opens a folder, a pattern, a list of files ("@list.txt") or a document.
 
-    Raises rasterio.errors.RasterioIOError, with the reason, for what is no set.
+    Raises rasterio.errors.RasterioIOError, with the reason, if it is not a set.
     """
     close(path)
     name = data_set_name(path)

@@ -29,7 +29,7 @@ class BandArray(BackendArray):
         self.source = source
         self.index = index
         self.shape = shape
-        #: Floating point where a mask of its own says what is no data.
+        #: Floating point if the band has its own mask.
         self.dtype = np.result_type(dtype, np.float32) if own_mask else dtype
         self.own_mask = own_mask
 
