@@ -50,6 +50,10 @@ const Arguments kCommands[] = {
     {"quicklook", "set.xml", "-o", "out/set.png", "--overwrite"},
     {"info", "@list.txt"},
     {"list", "--purify", "@list.txt"},
+    {"scenes", "."},
+    {"scenes", "--json", "."},
+    {"products", "--check", "set.xml"},
+    {"products", "--json", "--products", "set.xml"},
 };
 
 std::atomic<std::ptrdiff_t> held = 0;

@@ -84,10 +84,16 @@ namespace {
 std::optional<Refusal> claimsTooMuch(const RasterFacts& facts, std::uint64_t fileSize) {
     constexpr std::uint64_t kFreeBytes = 64U << 20U;
     constexpr std::uint64_t kMostTimes = 64;
+    /// Far more than imaging spectrometers have. Each costs kilobytes once it is a frame.
+    constexpr std::size_t kMostBands = 4096;
     const std::string inFile = " in a file of " + std::to_string(fileSize);
+    const std::string claim = "claims " + std::to_string(facts.frames.size()) + " bands";
     if (facts.frames.size() > fileSize) {
+        return Refusal{Refusal::Kind::Unsafe, claim + inFile};
+    }
+    if (facts.frames.size() > kMostBands) {
         return Refusal{Refusal::Kind::Unsafe,
-                       "claims " + std::to_string(facts.frames.size()) + " bands" + inFile};
+                       claim + "; at most " + std::to_string(kMostBands) + " are read"};
     }
     for (const FrameFacts& frame : facts.frames) {
         if (frame.bytesAtOnce > kFreeBytes && frame.bytesAtOnce / kMostTimes > fileSize) {

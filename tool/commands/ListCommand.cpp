@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <ostream>
@@ -46,6 +47,19 @@ Pyxis::FileSpecifier purified(Context& context, const Pyxis::FileSpecifier& set)
     return pure;
 }
 
+/// XML has no way to write control characters but tabs and line ends, and other programs would not
+/// read the document.
+void refuseControlCharacters(const std::vector<Component>& components) {
+    for (const Component& component : components) {
+        if (std::any_of(component.path.begin(), component.path.end(), [](unsigned char c) {
+                return c < ' ' && c != '\t' && c != '\n' && c != '\r';
+            })) {
+            throw Failure(ExitCode::CannotWrite, component.path,
+                          "a set document cannot hold this name");
+        }
+    }
+}
+
 ExitCode list(Context& context, const ListOptions& options) {
     const MissingFile missing = options.purify ? MissingFile::Keep : MissingFile::Fail;
     Pyxis::FileSpecifier set = withoutMisfits(context, readSet(options.inputs, context, missing));
@@ -62,6 +76,7 @@ ExitCode list(Context& context, const ListOptions& options) {
     if (options.purify) {
         set = purified(context, set);
     }
+    refuseControlCharacters(componentsOf(set));
     const std::string document = Pyxis::toUtf8(set.string()) + "\n";
     if (options.output.empty() || isStandardOutput(options.output)) {
         context.out << document;

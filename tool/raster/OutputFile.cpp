@@ -117,7 +117,12 @@ void OutputFile::write(std::string_view content) {
 }
 
 void OutputFile::fail(const std::string& reason) const {
-    throw Failure(ExitCode::CannotWrite, given_, reason);
+    std::string words = reason;  // GDAL's name the temporary file
+    for (std::size_t at = 0; !temporary_.empty() && (at = words.find(temporary_, at)) != words.npos;
+         at += given_.size()) {
+        words.replace(at, temporary_.size(), given_);
+    }
+    throw Failure(ExitCode::CannotWrite, given_, words);
 }
 
 void commitTogether(const std::vector<std::unique_ptr<OutputFile>>& files) {

@@ -16,6 +16,17 @@ namespace {
 
 using Files = std::vector<std::unique_ptr<OutputFile>>;
 
+/// GDAL takes some 80 kB for each band of an output, and time that grows faster than their number.
+constexpr std::size_t kMostBands = 2048;
+
+void refuseTooMany(const std::vector<Band>& bands) {
+    if (bands.size() > kMostBands) {
+        throw Failure(ExitCode::Usage, "--bands",
+                      std::to_string(bands.size()) + " bands are too many for one output; choose " +
+                          std::to_string(kMostBands) + " at most");
+    }
+}
+
 /// A line to print after the progress bar.
 struct Note {
     std::string path;
@@ -105,8 +116,9 @@ void exportRasters(Context& context, const ExportRequest& request, OutputFormat 
     }
     requireExtension(request.output, format);
     const OpenedSet set = openSet(context, request.inputs);
-    const std::vector<OutputRaster> rasters =
-        layOut(bandsOf(set, request), request.output, request.grid);
+    const std::vector<Band> bands = bandsOf(set, request);
+    refuseTooMany(bands);
+    const std::vector<OutputRaster> rasters = layOut(bands, request.output, request.grid);
     Files files;
     for (const OutputRaster& raster : rasters) {
         files.push_back(std::make_unique<OutputFile>(
@@ -133,8 +145,9 @@ void printVirtualRaster(Context& context, const ExportRequest& request) {
         throw Failure(ExitCode::Usage, request.output, "--split writes several files; name one");
     }
     const OpenedSet set = openSet(context, request.inputs);
-    const std::vector<OutputRaster> rasters =
-        layOut(bandsOf(set, request), "standard output", request.grid);
+    const std::vector<Band> bands = bandsOf(set, request);
+    refuseTooMany(bands);
+    const std::vector<OutputRaster> rasters = layOut(bands, "standard output", request.grid);
     const VirtualRaster pixels(rasters.front(),
                                optionsOf(request, VirtualRasterOptions::Paths::Absolute));
     for (const std::string& note : requestNotes(rasters.front(), request)) {

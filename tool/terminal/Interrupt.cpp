@@ -82,6 +82,7 @@ InterruptGuard::~InterruptGuard() {
     wakeUp = -1;
     close(endOfWatch_);
     watcher_.join();
+    interrupted = 0;
 }
 
 bool isInterrupted() {

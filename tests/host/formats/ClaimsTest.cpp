@@ -18,7 +18,7 @@ class Claims : public OnFiles {
     };
 
     /// A TIFF file of eight bits a sample whose directory claims what it likes.
-    std::string claiming(const std::vector<Field>& fields) const {
+    std::string claiming(const std::vector<Field>& fields, std::size_t pixelBytes) const {
         std::string bytes("II\x2a\0\x10\0\0\0\0\0\0\0\0\0\0\0", 16);
         const auto number = [&bytes](unsigned value, int size) {
             for (int i = 0; i < size; ++i) {
@@ -33,7 +33,7 @@ class Claims : public OnFiles {
             number(field.value, 4);
         }
         number(0, 4);
-        fakes::writeFile(directory / "claims.tif", bytes + std::string(64, '\0'));
+        fakes::writeFile(directory / "claims.tif", bytes + std::string(pixelBytes, '\0'));
         return directory / "claims.tif";
     }
 };
@@ -42,6 +42,7 @@ TEST_F(Claims, OutOfProportionToTheFileAreRefused) {
     struct Case {
         std::vector<Field> fields;
         const char* reason;
+        std::size_t pixelBytes = 64;
     };
     constexpr unsigned kMany = 2147483647;
     const std::vector<Field> bits = {{258, 8}, {259, 1}, {262, 1}};
@@ -53,6 +54,8 @@ TEST_F(Claims, OutOfProportionToTheFileAreRefused) {
     const Case cases[] = {
         {with({{256, 1}, {257, 1}}, {{273, 0}, {277, 65535}, {278, 1}, {279, 0}}),
          "claims 65535 bands in a file of 194"},
+        {with({{256, 1}, {257, 1}}, {{273, 130}, {277, 4097}, {278, 1}, {279, 4097}}),
+         "claims 4097 bands; at most 4096 are read", 4097},
         {with({{256, kMany}, {257, 1}}, {{273, 8}, {277, 1}, {278, 1}, {279, 8}}),
          "claims a block of 2147483647 bytes"},
         {with({{256, kMany}, {257, 1}}, {{273, 8}, {277, 1}, {278, 1}, {279, 8000}}), "cut short"},
@@ -61,7 +64,7 @@ TEST_F(Claims, OutOfProportionToTheFileAreRefused) {
          "claims a block of 268435456 bytes"},
     };
     for (const Case& c : cases) {
-        const std::string path = claiming(c.fields);
+        const std::string path = claiming(c.fields, c.pixelBytes);
         EXPECT_EQ(codecOf(path), nullptr) << c.reason;
         EXPECT_THAT(whyNotReadable(fileSpecifier(path)), HasSubstr(c.reason));
     }

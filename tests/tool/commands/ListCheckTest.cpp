@@ -14,7 +14,7 @@ class ListAndCheck : public InDirectory {};
 
 TEST_F(ListAndCheck, ListWritesAFileWithAbsolutePathsUnlessToldOtherwise) {
     const std::string set = directory_ / "s.xml";
-    const std::string odd = write("b\xC3\xA9 \"<&\xFF.tif");
+    const std::string odd = write("b\xC3\xA9 \t\r\n\"<&\xFF.tif");
     EXPECT_EQ(runTool({"list", write("a.tif"), odd, "-o", set}).code, 0);
     EXPECT_EQ(runTool({"info", set, "--json"}).json()["bands"].size(), 2U);
     const auto previous = std::filesystem::current_path();
@@ -23,6 +23,14 @@ TEST_F(ListAndCheck, ListWritesAFileWithAbsolutePathsUnlessToldOtherwise) {
                 HasSubstr("path=\"" + (directory_ / "a.tif") + "\" frame=\"0\""));
     EXPECT_THAT(runTool({"list", "a.tif", odd, "--keep-paths"}).out, HasSubstr("path=\"a.tif\""));
     std::filesystem::current_path(previous);
+}
+
+TEST_F(ListAndCheck, ListRefusesNamesThatXmlCannotHold) {
+    const Outcome refused = runTool({"list", write("a.tif"), write("b\x1B\x01.tif")});
+    EXPECT_EQ(refused.code, 4);
+    EXPECT_EQ(refused.out, "");
+    EXPECT_THAT(refused.err, AllOf(HasSubstr("a set document cannot hold this name"),
+                                   Not(HasSubstr("\x1B")), HasSubstr("/b")));
 }
 
 TEST_F(ListAndCheck, WhatCannotBeReadIsLeftOutAndNamed) {

@@ -18,9 +18,11 @@ namespace {
 
 namespace fs = std::filesystem;
 using fakes::namesIn;
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::HasSubstr;
+using testing::Not;
 
 const InputFiles kNoInputs;
 const OutputRules kOverwrite{kNoInputs, true};
@@ -134,7 +136,9 @@ TEST_F(WritingProcess, HeedsLimitsAndSignalsThatItsParentIgnores) {
     EXPECT_EQ(full.code, 4) << full.err;
     EXPECT_THAT(full.err, HasSubstr("out.tif: "));
     EXPECT_EQ(namesIn(directory_), before_);
-    EXPECT_EQ(runKestms({"samples", directory_ / "new/samples"}, limit).code, 4);
+    const Outcome samples = runKestms({"samples", directory_ / "new/samples"}, limit);
+    EXPECT_EQ(samples.code, 4);
+    EXPECT_THAT(samples.err, AllOf(HasSubstr("new/samples"), Not(HasSubstr(".kestms-"))));
     EXPECT_EQ(namesIn(directory_), before_);
     Process background(command(directory_ / "out.tif"), [] { signal(SIGINT, SIG_IGN); });
     while (namesIn(directory_) == before_) {

@@ -1,0 +1,74 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include "tests/tool/Process.h"
+
+namespace kestms {
+namespace {
+
+using testing::HasSubstr;
+
+// Builds for debugging are slower than what users have, and sanitizers need room.
+#if defined(NDEBUG)
+constexpr double kMostSeconds = 2;
+#else
+constexpr double kMostSeconds = 20;
+#endif
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(__clang__)
+constexpr long kMostMegabytes = 2048;
+#else
+constexpr long kMostMegabytes = 300;
+#endif
+
+/// Of processes that have ended; their memory is that of the largest.
+rusage usedByChildren() {
+    rusage used{};
+    getrusage(RUSAGE_CHILDREN, &used);
+    return used;
+}
+
+double secondsOf(const rusage& used) {
+    return static_cast<double>(used.ru_utime.tv_sec + used.ru_stime.tv_sec) +
+           static_cast<double>(used.ru_utime.tv_usec + used.ru_stime.tv_usec) / 1e6;
+}
+
+class SmallInputs : public InDirectory {
+  protected:
+    std::string writeBands(const std::string& name, int bands) const {
+        return write(name, {.width = 1, .height = 1, .bands = bands});
+    }
+};
+
+TEST_F(SmallInputs, TakeLittleTimeAndMemory) {
+    const std::string a = writeBands("a.tif", 4096);
+    const std::string b = writeBands("b.tif", 4096);
+    const std::string half = writeBands("half.tif", 1024);
+    const std::string other = writeBands("other.tif", 1024);
+    struct Case {
+        Strings arguments;
+        int code;
+        const char* message;
+    };
+    const Case cases[] = {
+        {{"info", a, b}, 0, ""},
+        {{"quicklook", a, b, "-o", directory_ / "a.png"}, 0, ""},
+        {{"vrt", half, other, "-o", directory_ / "both.vrt"}, 0, ""},
+        {{"export", half, other, "-o", directory_ / "both.tif"}, 0, ""},
+        {{"vrt", a, b, "-o", directory_ / "a.vrt"}, 2, "8192 bands are too many for one output"},
+        {{"export", a, b, "-o", directory_ / "o.tif"}, 2, "8192 bands are too many"},
+    };
+    for (const Case& c : cases) {
+        const double before = secondsOf(usedByChildren());
+        const Outcome outcome = runKestms(c.arguments);
+        const rusage used = usedByChildren();
+        const std::string what = testing::PrintToString(c.arguments);
+        EXPECT_EQ(outcome.code, c.code) << what << outcome.err.substr(0, 1000);
+        EXPECT_THAT(outcome.err.substr(0, 1000), HasSubstr(c.message)) << what;
+        EXPECT_LT(secondsOf(used) - before, kMostSeconds) << what;
+        EXPECT_LT(used.ru_maxrss / 1024, kMostMegabytes) << what;
+    }
+}
+
+}  // namespace
+}  // namespace kestms
