@@ -6,6 +6,12 @@
 #include "pyxis/ImageFormatCodec.h"
 #include "sets/SetMembership.h"
 
+namespace kest {
+class ComponentList;
+class SetJudge;
+struct Judgement;
+}  // namespace kest
+
 /// The codec of multispectral sets: groups of single-band files, named by a compound specifier,
 /// that other codecs of the host read. It only reads.
 class KEST_API KestMultispectralCodec : public Pyxis::ImageFormatCodec {
@@ -68,8 +74,18 @@ class KEST_API KestMultispectralCodec : public Pyxis::ImageFormatCodec {
     /// Removes the components that no codec reads from a list (compatibility.md, 15). False, with
     /// `file` unchanged, when fewer than two remain or the list has one without a path.
     bool purifyFileSet(Pyxis::FileSpecifier& file) const;
+    /// The judge behind `isDecodableFile`, for programs that link the plug-in and explain its
+    /// answer. Codec and list must outlive it.
+    kest::SetJudge judge(const kest::ComponentList& list) const;
 
   private:
+    // The judge's steps: whether a component is accepted. These names, spelling included, are known
+    // from stack traces (compatibility.md, 14).
+    bool initialzeSetCriteria(const Pyxis::ImageFormatCodec& codec,
+                              kest::Judgement& judgement) const;
+    bool isFileInSet(const Pyxis::ImageFormatCodec& codec, kest::Judgement& judgement,
+                     const InclusionData& criteria) const;
+    bool getCompareData(const Pyxis::ImageFormatCodec& codec, kest::Judgement& judgement) const;
     Pyxis::ReadImageFileInterface* openSet(const Pyxis::FileSpecifier* file,
                                            Pyxis::FindFileInterface* finder) const;
 

@@ -26,11 +26,43 @@ Decodability KestMultispectralCodec::isDecodableFile(const Pyxis::FileSpecifier&
     // On allocation failure the list counts as unreadable.
     return Pyxis::answerOr(Decodability::UndecodableSet, [&] {
         const kest::ComponentList components(file);
-        kest::SetJudge judge(components, toleranceFactor_);
+        kest::SetJudge judge = this->judge(components);
         while (!judge.isSettled() && judge.next()) {
         }
         return judge.answer();
     });
+}
+
+kest::SetJudge KestMultispectralCodec::judge(const kest::ComponentList& list) const {
+    return {list, [this](const auto& codec, auto& judgement, const InclusionData* criteria) {
+                return criteria == nullptr ? initialzeSetCriteria(codec, judgement)
+                                           : isFileInSet(codec, judgement, *criteria);
+            }};
+}
+
+bool KestMultispectralCodec::initialzeSetCriteria(const Pyxis::ImageFormatCodec& codec,
+                                                  kest::Judgement& judgement) const {
+    return getCompareData(codec, judgement);
+}
+
+bool KestMultispectralCodec::isFileInSet(const Pyxis::ImageFormatCodec& codec,
+                                         kest::Judgement& judgement,
+                                         const InclusionData& criteria) const {
+    if (!getCompareData(codec, judgement)) {
+        return false;
+    }
+    judgement.verdict =
+        kest::compareWithCriteria(judgement.data, criteria, toleranceFactor_, judgement.off);
+    return judgement.verdict == kest::Verdict::Accepted;
+}
+
+/// A codec that throws cannot open the component.
+bool KestMultispectralCodec::getCompareData(const Pyxis::ImageFormatCodec& codec,
+                                            kest::Judgement& judgement) const {
+    judgement.verdict = Pyxis::answerOr(kest::Verdict::CannotOpen, [&] {
+        return kest::measureComponent(*judgement.component, codec, judgement.data);
+    });
+    return judgement.verdict == kest::Verdict::Accepted;
 }
 
 bool KestMultispectralCodec::purifyFileSet(Pyxis::FileSpecifier& file) const {

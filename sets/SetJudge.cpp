@@ -1,14 +1,15 @@
 #include "sets/SetJudge.h"
 
-#include "pyxis/NoThrow.h"
+#include <utility>
+
 #include "sets/FindCodec.h"
 
 namespace kest {
 
 using Pyxis::FormatDecodability;
 
-SetJudge::SetJudge(const ComponentList& list, double toleranceFactor)
-    : list_(list), toleranceFactor_(toleranceFactor), isSettled_(list.count() < 2) {}
+SetJudge::SetJudge(const ComponentList& list, JudgingStep step)
+    : list_(list), step_(std::move(step)), isSettled_(list.count() < 2) {}
 
 std::optional<Judgement> SetJudge::next() {
     if (index_ >= list_.count()) {
@@ -39,10 +40,11 @@ void SetJudge::judge(Judgement& judgement) {
     const Pyxis::ImageFormatCodec* codec = findCodec(judgement.component->file);
     if (codec == nullptr) {
         judgement.verdict = Verdict::Unreadable;
-    } else if (criteria_) {
-        isFileInSet(*codec, judgement);
-    } else {
-        initialzeSetCriteria(*codec, judgement);
+        return;
+    }
+    step_(*codec, judgement, criteria_ ? &*criteria_ : nullptr);
+    if (!criteria_ && judgement.verdict == Verdict::Accepted) {
+        criteria_ = judgement.data;
     }
 }
 
@@ -55,31 +57,6 @@ void SetJudge::reduce(Verdict verdict) {
                                              : FormatDecodability::NotThisFormat;
         isSettled_ = true;
     }
-}
-
-bool SetJudge::initialzeSetCriteria(const Pyxis::ImageFormatCodec& codec, Judgement& judgement) {
-    if (!getCompareData(codec, judgement)) {
-        return false;
-    }
-    criteria_ = judgement.data;
-    return true;
-}
-
-bool SetJudge::isFileInSet(const Pyxis::ImageFormatCodec& codec, Judgement& judgement) const {
-    if (!getCompareData(codec, judgement)) {
-        return false;
-    }
-    judgement.verdict =
-        compareWithCriteria(judgement.data, *criteria_, toleranceFactor_, judgement.off);
-    return judgement.verdict == Verdict::Accepted;
-}
-
-/// A codec that throws cannot open the component.
-bool SetJudge::getCompareData(const Pyxis::ImageFormatCodec& codec, Judgement& judgement) {
-    judgement.verdict = Pyxis::answerOr(Verdict::CannotOpen, [&] {
-        return measureComponent(*judgement.component, codec, judgement.data);
-    });
-    return judgement.verdict == Verdict::Accepted;
 }
 
 }  // namespace kest

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 
 #include "pyxis/ImageFormatCodec.h"
@@ -16,6 +17,11 @@ struct Judgement {
     CornerDeviation off;  ///< for CornerOff
 };
 
+/// Measures a component through the codec that reads it, and compares it with the criteria unless
+/// it is to set them (null). Writes the verdict and what led to it.
+using JudgingStep = std::function<void(const Pyxis::ImageFormatCodec& codec, Judgement& judgement,
+                                       const InclusionData* criteria)>;
+
 /// Walks a component list once and judges whether its components belong together. The first that
 /// can be measured sets the criteria for the others.
 ///
@@ -24,9 +30,8 @@ struct Judgement {
 /// continues to the end and gets the same one.
 class SetJudge {
   public:
-    /// `list` must outlive the judge. `toleranceFactor` is the fraction of the criteria's extent
-    /// by which a corner may be off.
-    SetJudge(const ComponentList& list, double toleranceFactor);
+    /// `list` must outlive the judge.
+    SetJudge(const ComponentList& list, JudgingStep step);
 
     /// Judges the next component; nothing at the end of the list. Throws std::bad_alloc only.
     std::optional<Judgement> next();
@@ -38,15 +43,11 @@ class SetJudge {
     Pyxis::FormatDecodability answer() const;
 
   private:
-    // These names, spelling included, are known from stack traces (compatibility.md, 14).
-    bool initialzeSetCriteria(const Pyxis::ImageFormatCodec& codec, Judgement& judgement);
-    bool isFileInSet(const Pyxis::ImageFormatCodec& codec, Judgement& judgement) const;
-    static bool getCompareData(const Pyxis::ImageFormatCodec& codec, Judgement& judgement);
     void judge(Judgement& judgement);
     void reduce(Verdict verdict);
 
     const ComponentList& list_;
-    double toleranceFactor_;
+    JudgingStep step_;
     int index_ = 0;
     std::optional<InclusionData> criteria_;
     int accepted_ = 0;

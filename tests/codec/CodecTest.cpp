@@ -141,7 +141,7 @@ TEST_F(CodecSetTest, OneWalkSettlesTheAnswerAndJudgesTheRest) {
         std::erase_if(world_.events, [](const auto& event) { return event.find("open") != 0; });
         EXPECT_EQ(world_.events, row.opened);
         const kest::ComponentList list(set);
-        kest::SetJudge judge(list, kest::kToleranceFactor);
+        kest::SetJudge judge = codec_.judge(list);
         std::vector<Verdict> verdicts;
         while (const auto judged = judge.next()) {
             verdicts.push_back(judged->verdict);

@@ -87,10 +87,10 @@ std::size_t Diagnosis::count(Verdict verdict) const {
                       [verdict](const auto& each) { return each.verdict == verdict; }));
 }
 
-Diagnosis diagnose(const Session& /*session*/, const Pyxis::FileSpecifier& set) {
+Diagnosis diagnose(const Session& session, const Pyxis::FileSpecifier& set) {
     Diagnosis diagnosis;
     const kest::ComponentList list(set);
-    kest::SetJudge judge(list, kest::kToleranceFactor);
+    kest::SetJudge judge = session.codec().judge(list);
     while (const std::optional<kest::Judgement> judged = judge.next()) {
         throwIfInterrupted();
         ComponentDiagnosis each{{}, judged->verdict, {}, judged->data, judged->off};
