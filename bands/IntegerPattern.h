@@ -6,7 +6,7 @@
 
 namespace kest {
 
-/// Most characters of a formatted name.
+/// Most characters of a formatted name (compatibility.md, 25).
 inline constexpr std::size_t kMaxNameLength = 255;
 
 /// Fills a pattern's integer placeholders with `value` as printf would ("%d", "%03u", "%.2x") and
