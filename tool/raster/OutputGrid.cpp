@@ -64,8 +64,23 @@ Pyxis::RasterSource sourceOf(const Band& band) {
     return *source;
 }
 
-/// The band whose pixels the grid has, or that it starts from.
+bool hasPixelSize(const Band& band, double size) {
+    const PixelGrid grid(band);
+    return std::abs(grid.pixelWidth() - size) <= kPositionStep * size &&
+           std::abs(grid.pixelHeight() - size) <= kPositionStep * size;
+}
+
+/// The band whose pixels the grid has, or that it starts from. Bands of the size that is asked for
+/// shall not move.
 std::size_t baseOf(const std::vector<const Band*>& bands, const GridOptions& options) {
+    if (options.resolution == GridOptions::Resolution::Given) {
+        const auto same = std::find_if(bands.begin(), bands.end(), [&options](const Band* band) {
+            return hasPixelSize(*band, options.pixelSize);
+        });
+        if (same != bands.end()) {
+            return static_cast<std::size_t>(same - bands.begin());
+        }
+    }
     const auto smaller = [](const Band* a, const Band* b) {
         return PixelGrid(*a).pixelArea() < PixelGrid(*b).pixelArea();
     };

@@ -76,7 +76,7 @@ bool covers(const PixelRectangle& rectangle, const Pyxis::Size& size) {
            rectangle.y + rectangle.height >= size.height;
 }
 
-/// Statistics are those of the band's own pixels.
+/// Statistics are those of the band's own pixels that have data.
 void dropStatistics(MetadataItems& items) {
     std::erase_if(items, [](const auto& item) { return item.first.starts_with("STATISTICS_"); });
 }
@@ -186,7 +186,7 @@ void VirtualRaster::addBand(const OutputBand& band, ComponentDescription& facts,
     const Pyxis::Size& size = raster_.size;
     dataset_->AddBand(facts.type, nullptr);
     GDALRasterBand& target = *dataset_->GetRasterBand(dataset_->GetRasterCount());
-    if (!band.isOnGrid() ||
+    if (noData != band.band.noData || !band.isOnGrid() ||
         !covers({-band.rectangle.x, -band.rectangle.y, static_cast<double>(size.width),
                  static_cast<double>(size.height)},
                 {band.band.width, band.band.height})) {

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <map>
 #include <numeric>
+#include <tuple>
 #include <utility>
 
 #include "tests/tool/Process.h"
@@ -211,6 +212,9 @@ TEST_F(RasterExport, NothingMovesOnTheSharedGrid) {
             }
         }
     }
+    // Nor do the bands that have the size asked for, whichever is the finest.
+    EXPECT_EQ(infoOf({"export", "--resolution", "30"}, files)["geoTransform"][0], 500000);
+    EXPECT_THAT(said_, HasSubstr("one grid of 30 m: 2 bands resampled (nearest)\n"));
     // The corners of the bands in the virtual raster.
     const std::string text = fakes::readFile(directory_ / "out.vrt");
     for (const char* place :
@@ -406,6 +410,106 @@ TEST_F(RasterExport, NothingOfAComponentIsLost) {
         EXPECT_EQ(band["metadata"][""]["DIFFERENT"], files[1]);
         EXPECT_EQ(info["metadata"][""]["SHARED"], "same");
         EXPECT_EQ(info["metadata"][""]["AREA_OR_POINT"], "Area");
+    }
+}
+
+/// Those in the file, and those beside it.
+TEST_F(RasterExport, StatisticsAreThoseOfTheBandsPixels) {
+    const fakes::Raster fine{
+        .width = 24, .height = 16, .transform = {{500000, 15, 0, 4600000, 0, -15}}};
+    const Strings files = {write("a_01.tif"), write("a_02.tif"), write("a_03.tif", fine)};
+    change(files[0], [](GDALDataset& file) { file.GetRasterBand(1)->SetStatistics(1, 99, 2, 3); });
+    for (const std::string& file : {files[1], files[2]}) {
+        ASSERT_EQ(Process({"gdalinfo", "-stats", file}).wait().code, 0);
+        ASSERT_TRUE(fs::exists(file + ".aux.xml"));
+    }
+    using Has = std::vector<bool>;
+    const std::pair<Strings, Has> cases[] = {
+        {{"--bands", "1,2"}, {true, true}},
+        {{"--bands", "1,2", "--window", "0,0,12,8"}, {true, true}},
+        {{"--bands", "1,2", "--window", "0,0,12,7"}, {false, false}},
+        {{"--bands", "1,3"}, {false, true}},
+        {{"--resolution", "coarsest"}, {true, true, false}},
+        {{"--bands", "1,2", "--nodata", "99"}, {false, false}},
+    };
+    for (const Strings& command : {Strings{"vrt"}, {"export"}, {"export", "--cog"}}) {
+        for (const auto& [options, expected] : cases) {
+            Has has;
+            const json info = infoOf(joined(command, options), files);
+            for (const json& band : info["bands"]) {
+                has.push_back(band["metadata"].value("", json()).contains("STATISTICS_MAXIMUM"));
+            }
+            EXPECT_EQ(has, expected) << joined(command, options).back();
+        }
+        const json kept = infoOf(joined(command, {"--bands", "1"}), files);
+        EXPECT_EQ(kept["bands"][0]["metadata"][""]["STATISTICS_MAXIMUM"], "99");
+    }
+}
+
+/// Overviews of other values than the pixels show who reads them.
+class Overviews : public RasterExport {
+  protected:
+    std::string write(const std::string& name, const Strings& options) const {
+        const std::string path =
+            RasterExport::write(name, {.width = 1200, .height = 1200, .type = GDT_UInt16});
+        EXPECT_EQ(Process(joined({"gdaladdo", "-q"}, joined(options, {path, "4"}))).wait().code, 0);
+        const GDALDatasetUniquePtr file(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE));
+        EXPECT_EQ(file->GetRasterBand(1)->GetOverview(0)->Fill(4000), CE_None);
+        return path;
+    }
+};
+
+TEST_F(Overviews, AreReadFromComponentsAndMadeAnewForCopies) {
+    const Strings files = {write("a_01.tif", {}), write("a_02.tif", {"-ro"})};
+    change(files[0], [](GDALDataset& file) {
+        CPLStringList items;
+        for (const char* name :
+             {"LINE_OFF", "SAMP_OFF", "LAT_OFF", "LONG_OFF", "HEIGHT_OFF", "LINE_SCALE",
+              "SAMP_SCALE", "LAT_SCALE", "LONG_SCALE", "HEIGHT_SCALE"}) {
+            items.SetNameValue(name, "1");
+        }
+        for (const char* name :
+             {"LINE_NUM_COEFF", "LINE_DEN_COEFF", "SAMP_NUM_COEFF", "SAMP_DEN_COEFF"}) {
+            items.SetNameValue(name, "1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20");
+        }
+        file.SetMetadata(items.List(), "RPC");
+    });
+    ASSERT_TRUE(gdalInfo(files[0])["metadata"].contains("RPC"));
+    ASSERT_TRUE(fs::exists(files[1] + ".ovr"));
+    for (const auto& [command, count, sample] :
+         {std::tuple<Strings, std::size_t, bool>({"vrt"}, 1, true),
+          {{"export"}, 0, false},
+          {{"export", "--cog"}, 2, false}}) {
+        const json info = infoOf(command, files);
+        EXPECT_FALSE(info["metadata"].contains("RPC"));
+        for (int band = 1; band <= 2; ++band) {
+            EXPECT_EQ(info["bands"][static_cast<std::size_t>(band) - 1]
+                          .value("overviews", json::array())
+                          .size(),
+                      count);
+            EXPECT_EQ(
+                gdalPixels(info["description"], band, {"-outsize", "300", "300"}).at(7) == 4000,
+                sample)
+                << band;
+        }
+    }
+}
+
+/// Those in the file: a file beside it may be of any format, a virtual raster of other files too.
+TEST_F(Overviews, AreWhatAPictureShows) {
+    const Strings files = {write("a_01.tif", {}), write("a_02.tif", {"-ro"})};
+    for (const auto& [band, size, isOverview] :
+         {std::tuple("B01", "300", true), {"B01", "1200", false}, {"B02", "300", false}}) {
+        const std::string picture = directory_ / "q.png";
+        ASSERT_EQ(runKestms(joined({"quicklook", "-o", picture, "--overwrite", "--size", size,
+                                    "--bands", band},
+                                   files))
+                      .code,
+                  0);
+        // All of one value is mid-grey.
+        const std::vector<double> shown = gdalPixels(picture, 1);
+        EXPECT_EQ(std::count(shown.begin(), shown.end(), 128) == std::ssize(shown), isOverview)
+            << band << size;
     }
 }
 
