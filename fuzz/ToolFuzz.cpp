@@ -28,7 +28,7 @@ constexpr std::ptrdiff_t kMostBytes = 256 << 20;
 constexpr const char* kNames[] = {
     "b1.tif",         "b2.tif",     "b3.tif",  "b1.ntf",   "b2.ntf",
     "b1.tfw",         "header.fst", "set.xml", "list.txt", "L71195025_02520010730_B10.TIF",
-    "b1.tif.aux.xml",
+    "b1.tif.aux.xml", "a.zip",      "a.tar",
 };
 
 using Arguments = std::vector<const char*>;
@@ -49,6 +49,9 @@ const Arguments kCommands[] = {
     {"export", "--cog", "set.xml", "-o", "out/set.tif", "--overwrite"},
     {"quicklook", "set.xml", "-o", "out/set.png", "--overwrite"},
     {"info", "@list.txt"},
+    {"scenes", "a.zip", "a.tar"},
+    {"info", "a.zip"},
+    {"list", "a.tar"},
     {"list", "--purify", "@list.txt"},
     {"scenes", "."},
     {"scenes", "--json", "."},

@@ -10,6 +10,7 @@
 #include "tool/commands/PlaceJson.h"
 #include "tool/scene/Diagnosis.h"
 #include "tool/scene/Inputs.h"
+#include "tool/scene/Misfits.h"
 #include "tool/scene/Words.h"
 #include "tool/terminal/Json.h"
 #include "tool/terminal/TerminalText.h"
@@ -100,7 +101,8 @@ Json reportJson(const Diagnosis& diagnosis) {
 }
 
 ExitCode check(Context& context, const CheckOptions& options) {
-    const Pyxis::FileSpecifier set = readSet(options.inputs, context, MissingFile::Keep);
+    const Pyxis::FileSpecifier set =
+        withoutMisfits(context, readSet(options.inputs, context, MissingFile::Keep));
     const Diagnosis diagnosis = diagnose(context.session(), set);
     if (options.json) {
         Json report = reportJson(diagnosis);
@@ -133,6 +135,7 @@ void addCheckCommand(CLI::App& app, Context& context) {
     command->add_flag("--json", options->json, "Write JSON");
     command->add_flag("--explain", options->explain, "Tell which rule makes the naming scheme");
     addInputOptions(*command, context);
+    addSkipMisfitsOption(*command, context);
     command->footer(
         "Examples:\n"
         "  kestms check scene.xml\n"

@@ -499,10 +499,9 @@ std::string absoluteName(const std::string& path) {
 
 std::string whyNotReadable(const std::string& path) {
     const std::string reason = Pyxis::whyNotReadable(Pyxis::fileSpecifier(path));
-    return reason.empty()                              ? "no codec reads it"
-           : reason == Pyxis::kRemoteNotAllowed        ? reason + " (--allow-remote reads it)"
-           : reason == Pyxis::kVirtualRasterNotAllowed ? reason + " (--allow-vrt reads it)"
-                                                       : reason;
+    return reason.empty()                       ? "no codec reads it"
+           : reason == Pyxis::kRemoteNotAllowed ? reason + " (--allow-remote reads it)"
+                                                : reason;
 }
 
 }  // namespace kestms

@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <sstream>
 
 #include "tests/fakes/Network.h"
+#include "tests/fakes/Products.h"
 #include "tests/tool/Process.h"
 #include "tests/tool/RunTool.h"
 #include "tool/scene/BandLabels.h"
@@ -190,6 +192,62 @@ TEST_F(Scenes, OnlyTheUserNamesFilesOnTheNetwork) {
     EXPECT_EQ(runTool({"info", list, "--allow-remote", "--json"}).json()["bands"].size(), 2U);
 }
 
+/// Of every product, whatever its folders look like.
+TEST_F(Scenes, AFolderOfEveryProductIsOneImage) {
+    const std::string tif = fakes::readFile(write("source.tif", {.type = GDT_UInt16}));
+    std::filesystem::remove(directory_ / "source.tif");
+    for (const fakes::ProductCase& c : fakes::kProductCases) {
+        SCOPED_TRACE(c.product);
+        const std::string folder = directory_ / (c.product + " " + c.scene);
+        const auto product = runTool({"products", c.product, "--json"}).json()[0];
+        for (std::string file : c.files) {
+            if (const std::size_t scene = file.find('~'); scene != file.npos) {
+                file.replace(scene, 1, c.scene);
+            }
+            const std::filesystem::path path = folder + "/" + file;
+            std::filesystem::create_directories(path.parent_path());
+            fakes::writeFile(path, tif);
+            for (const std::string witness : product["witnesses"]) {
+                // That of a folder of one pixel size lies above it.
+                const auto place = path.parent_path();
+                const bool isOfSize = place.filename().string().starts_with('R');
+                fakes::writeFile((isOfSize ? place.parent_path() : place) / witness, "<w/>");
+            }
+        }
+        Strings commonNames;
+        Strings roles;
+        std::istringstream bands(c.bands);
+        for (std::string band; std::getline(bands >> std::ws, band, ',');) {
+            std::istringstream words(band);
+            std::string code, word, bucket;
+            words >> code >> word >> bucket;
+            if (word != "metadata") {
+                (bucket.empty() ? roles : commonNames).push_back(word);
+            }
+        }
+        const auto scenes = runTool({"scenes", folder, "--json"}).json()["scenes"];
+        ASSERT_EQ(scenes.size(), 1U);
+        EXPECT_EQ(scenes[0]["product"], c.product);
+        EXPECT_EQ(scenes[0]["name"], c.scene);
+        EXPECT_EQ(scenes[0]["files"].size(), commonNames.size());
+        Strings setAside;
+        for (const auto& file : scenes[0]["setAside"]) {
+            setAside.push_back(file["reason"]);
+        }
+        EXPECT_EQ(setAside, roles);
+        if (commonNames.size() > 1) {
+            const Outcome image = runTool({"info", folder, "--json"});
+            ASSERT_EQ(image.code, 0) << image.err;
+            EXPECT_EQ(image.json()["referenceName"], c.scene);
+            Strings found;
+            for (const nlohmann::json set = image.json(); const auto& band : set["bands"]) {
+                found.push_back(band["commonName"]);
+            }
+            EXPECT_EQ(found, commonNames);
+        }
+    }
+}
+
 TEST_F(Scenes, MisfitsAreSkippedOnRequest) {
     const Strings files = {write("a.tif"), write("b.tif"), write("c.tif", {.type = GDT_UInt16})};
     const Outcome refused = runTool(joined({"info", "--json"}, files));
@@ -201,6 +259,10 @@ TEST_F(Scenes, MisfitsAreSkippedOnRequest) {
                   ": left out: the pixel layout is 16-bit single channel, the set's is "
                   "8-bit single channel\n");
     EXPECT_THAT(bandNames(outcome), ElementsAre("a", "b"));
+    EXPECT_EQ(runTool(joined({"check"}, files)).code, 1);
+    const Outcome checked = runTool(joined({"check", "--skip-misfits"}, files));
+    EXPECT_EQ(checked.err, outcome.err);
+    EXPECT_THAT(checked.out, HasSubstr("Decodable: 2 of 2 components"));
 }
 
 TEST(BandLabels, AreThePartOfAFileNameThatDiffers) {
