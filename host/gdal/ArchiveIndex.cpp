@@ -205,8 +205,11 @@ Expected<std::vector<std::string>> tarNames(Reader& file, std::uint64_t mostByte
         } else {
             const std::string prefix =
                 header.compare(257, 6, "ustar\0"sv) == 0 ? textAt(header, 345, 155) : "";
-            std::string name = textAt(header, 0, 100);
-            name = !longName.empty() ? longName : prefix.empty() ? name : prefix + "/" + name;
+            std::string name = longName;
+            if (name.empty()) {
+                name = prefix;
+                name.append(prefix.empty() ? "" : "/").append(textAt(header, 0, 100));
+            }
             longName.clear();
             if (std::optional<Refusal> refusal =
                     names.add(std::move(name), type == '0' || type == '\0')) {

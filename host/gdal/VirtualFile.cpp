@@ -171,7 +171,8 @@ Expected<std::vector<std::string>> listArchive(const std::string& path) {
     std::vector<std::string> files;
     for (const std::string& name : *index ? **index : std::vector<std::string>()) {
         if (name.starts_with(folder)) {
-            files.push_back(inside + (inside.ends_with('/') ? "" : "/") + name);
+            files.push_back(inside);
+            files.back().append(inside.ends_with('/') ? "" : "/").append(name);
         }
     }
     if (files.empty()) {
