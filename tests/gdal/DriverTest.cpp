@@ -270,7 +270,8 @@ TEST_F(DriverTest, CarriesWhatSetAndComponentsTell) {
     EXPECT_EQ(described.GetScale(), 2);
     EXPECT_STREQ(described.GetUnitType(), "K");
     EXPECT_STREQ(CSLGetField(described.GetCategoryNames(), 1), "sea");
-    EXPECT_EQ(CSLFindString(described.GetMetadataDomainList(), "IMAGERY") < 0, false);
+    const CPLStringList domains(described.GetMetadataDomainList());
+    EXPECT_GE(domains.FindString("IMAGERY"), 0);
     EXPECT_EQ(set->GetRasterBand(1)->GetColorInterpretation(), GCI_BlueBand);
     EXPECT_EQ(set->GetRasterBand(4)->GetColorInterpretation(), GCI_GrayIndex);
     EXPECT_STREQ(set->GetMetadataItem("REFERENCE_NAME"), "L71026029_02920000609");
