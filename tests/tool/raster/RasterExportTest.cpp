@@ -1,31 +1,22 @@
 #include <gdal_priv.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <algorithm>
-#include <cmath>
-#include <csignal>
 #include <filesystem>
 #include <map>
-#include <numeric>
 #include <tuple>
 #include <utility>
 
 #include "tests/tool/Process.h"
 #include "tool/scene/InputText.h"
-#include "tool/terminal/Failure.h"
-#include "tool/terminal/Interrupt.h"
-#include "tool/terminal/Progress.h"
 
 namespace kestms {
 namespace {
 
 namespace fs = std::filesystem;
 using nlohmann::json;
-using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::StartsWith;
 
 /// Two image segments in one file.
 std::string writeSegments(const std::string& path) {
@@ -634,28 +625,6 @@ TEST_F(RasterExport, CreationOptionsGoBeforeOurs) {
     }
 }
 
-TEST_F(RasterExport, TheOutputIsTheFileThatWasNamed) {
-    const Strings files = {write("a_01.tif"), write("a_02.tif")};
-    const auto before = fakes::namesIn(directory_);
-    const Strings wrong[] = {{"vrt", "x.tif"},       {"export", "x.VRT"}, {"export", "x.png"},
-                             {"quicklook", "q.tif"}, {"export", "-"},     {"export", "/dev/stdout"},
-                             {"quicklook", "-"},     {"list", "x.tif"},   {"list", "x.vrt"}};
-    for (const Strings& each : wrong) {
-        const Outcome outcome = runKestms(joined(
-            {each[0], "-o",
-             each[1].starts_with('x') || each[1].starts_with('q') ? directory_ / each[1] : each[1]},
-            files));
-        EXPECT_EQ(outcome.code, 2) << each[1];
-        EXPECT_EQ(outcome.out, "");
-    }
-    EXPECT_EQ(fakes::namesIn(directory_), before);
-    EXPECT_EQ(runKestms(joined({"list", "-o", "-"}, files)).out,
-              runKestms(joined({"list"}, files)).out);
-    fakes::writeFile(directory_ / "piped.vrt", runKestms(joined({"vrt", "-o", "-"}, files)).out);
-    EXPECT_EQ(gdalInfo(directory_ / "piped.vrt")["bands"][1]["checksum"],
-              gdalInfo(files[1])["bands"][0]["checksum"]);
-}
-
 TEST_F(RasterExport, APathThatXmlCannotHoldIsRefusedInAVirtualRasterOnly) {
     for (const char* name : {"b\x01_02.tif", "b\xFF_02.tif"}) {
         const Strings files = {write("a_01.tif"), write(name)};
@@ -686,50 +655,6 @@ TEST_F(RasterExport, AStyleShowsNaturalColours) {
     }
 }
 
-TEST_F(RasterExport, PicturesAreOfTheBandsAndFormatAskedFor) {
-    ASSERT_EQ(runTool({"samples", directory_.path(), "--size", "32"}).code, 0);
-    const std::string set = directory_ / "quickbird-1234/set.xml";
-    const auto picture = [&](const std::string& name, const Strings& options) {
-        const std::string path = directory_ / name;
-        EXPECT_EQ(runKestms(joined({"quicklook", set, "-o", path, "--size", "32"}, options)).code,
-                  0);
-        return gdalInfo(path);
-    };
-    const json natural = picture("n.png", {});
-    const json same = picture("s.png", {"--rgb", "red,green,blue"});
-    const json infrared = picture("i.png", {"--bands", "nir,red,green"});
-    const auto sum = [](const json& info, std::size_t band) {
-        return info["bands"][band]["checksum"];
-    };
-    for (std::size_t band = 0; band < 3; ++band) {
-        EXPECT_EQ(sum(natural, band), sum(same, band));
-    }
-    EXPECT_EQ(sum(infrared, 1), sum(natural, 0));
-    EXPECT_EQ(sum(infrared, 2), sum(natural, 1));
-    const json grey = picture("g.png", {"--bands", "nir"});
-    EXPECT_EQ(sum(grey, 2), sum(infrared, 0));
-    EXPECT_EQ(picture("w.png", {"--window", "3,4,8,16"})["size"], (json{16, 32}));
-    EXPECT_EQ(picture("p.jpg", {})["driverShortName"], "JPEG");
-    EXPECT_EQ(picture("p.webp", {})["driverShortName"], "WEBP");
-    EXPECT_EQ(runTool({"quicklook", set, "-o", directory_ / "x.png", "--rgb", "red,nir"}).code, 2);
-}
-
-/// Each of 251 values once: those at 2 and 98 % are 5 and 245.
-TEST_F(RasterExport, PicturesAreStretched) {
-    const fakes::Raster raster{.width = 251, .height = 1};
-    const Strings files = {write("a_01.tif", raster), write("a_02.tif", raster)};
-    const std::string picture = directory_ / "q.png";
-    ASSERT_EQ(
-        runKestms(joined({"quicklook", "-o", picture, "--size", "251", "--bands", "B01"}, files))
-            .code,
-        0);
-    const std::vector<double> values = gdalPixels(files[0], 1);
-    const std::vector<double> shown = gdalPixels(picture, 1);
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        EXPECT_EQ(shown[i], std::round(255 * std::clamp((values[i] - 5) / 240, 0.0, 1.0)));
-    }
-}
-
 TEST_F(RasterExport, ARasterMovesWithItsComponents) {
     fs::create_directories(directory_ / "old/scene");
     const Strings files = {write("old/scene/a&b_01.tif"), write("old/scene/a&b_02.tif")};
@@ -746,102 +671,6 @@ TEST_F(RasterExport, ARasterMovesWithItsComponents) {
     }
     fs::rename(directory_ / "old", directory_ / "new");
     EXPECT_EQ(sum(directory_ / "new/out.vrt"), own);
-}
-
-const Strings kCommands[] = {{"list"}, {"vrt"}, {"export"}, {"quicklook"}};
-
-TEST_F(RasterExport, LeavesNothingBehindWhenItFails) {
-    const Strings files = writeLandsat(directory_);
-    ASSERT_EQ(mkfifo((directory_ / "pipe").c_str(), 0600), 0);
-    const auto before = fakes::namesIn(directory_);
-    const std::pair<std::string, const char*> cases[] = {
-        {directory_.path(), "s a directory\n"},
-        {directory_ / "slash/", "s a directory\n"},
-        {directory_ / "none/out", "No such file"},
-        {directory_ / "pipe", "not a regular file"},
-    };
-    for (const auto& [output, reason] : cases) {
-        for (const Strings& command : kCommands) {
-            const Outcome outcome = runTool(joined(command, joined(files, {"-o", output})));
-            EXPECT_EQ(outcome.code, static_cast<int>(ExitCode::CannotWrite))
-                << command[0] << output;
-            EXPECT_THAT(outcome.err, HasSubstr(reason));
-            EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1);
-        }
-    }
-    EXPECT_EQ(fakes::namesIn(directory_), before);
-    EXPECT_TRUE(fs::is_fifo(directory_ / "pipe"));
-}
-
-/// Everything named, listed or found in a named folder, used or not, and the files that belong to
-/// it.
-TEST_F(RasterExport, AnOutputNeverReplacesAnInput) {
-    ASSERT_EQ(runTool({"samples", directory_.path(), "--size", "8"}).code, 0);
-    const std::string fast = directory_ / "landsat7-fast/";
-    const std::string product = directory_ / "po-product/";
-    const std::string own = directory_ / "own/";
-    fs::create_directory(own);
-    const Strings pair = {write("own/v1.tif"), write("own/v2.tif")};
-    fakes::writeFile(own + "damaged.tif", fakes::readFile(pair[0]).substr(0, 300));
-    for (const char* name : {"v1.tfw", "v1.tifw", "v2.wld", "v1.tif.aux.xml", "v2.tif.ovr",
-                             "v1.TIF.msk", "v1.aux", "MTL.txt", "v1.xml", "old.vrt"}) {
-        fakes::writeFile(own + name, "<text/>");
-    }
-    const std::string list = directory_ / "list";
-    fakes::writeFile(list, pair[0] + "\n" + pair[1] + "\n" + own + "damaged.tif\n");
-    const std::string document = directory_ / "damaged.xml";
-    fakes::writeFile(document, runTool({"list", pair[0], pair[1], own + "damaged.tif"}).out);
-    std::vector<std::pair<Strings, std::string>> cases = {
-        {{fast + "set.xml"}, fast + "set.xml"},
-        {{fast + "set.xml"}, fast + "L71026029_02920000609_HRF.FST"},
-        {{fast + "set.xml"}, fast + "L71026029_02920000609_B10.FST"},
-        {{"@" + list}, list},
-        {{product}, product + "po_1234567_metadata.txt"},
-        {{own}, own + "damaged.tif"},
-        {{document}, own + "damaged.tif"},
-        {{"@" + list}, own + "damaged.tif"},
-        {pair, pair[1]},
-    };
-    for (const auto& name : {"v1.tfw", "v1.tifw", "v2.wld", "v1.tif.aux.xml", "v2.tif.ovr",
-                             "v1.TIF.msk", "v1.aux", "MTL.txt", "v1.xml"}) {
-        cases.emplace_back(pair, own + name);
-    }
-    for (const auto& [inputs, output] : cases) {
-        const std::string before = fakes::readFile(output);
-        for (const Strings& command : kCommands) {
-            const Outcome outcome =
-                runTool(joined(joined(command, inputs), {"--overwrite", "-o", output}));
-            EXPECT_EQ(outcome.code, 2) << command[0] << " " << output << outcome.err;
-            // The others may refuse the extension first.
-            if (command[0] == "list") {
-                EXPECT_THAT(outcome.err, HasSubstr("would overwrite"));
-            }
-        }
-        EXPECT_EQ(fakes::readFile(output), before);
-    }
-    fakes::writeFile(own + "set.xml", runTool(joined({"list"}, pair)).out);
-    for (const auto& [command, name] : {std::pair("list", "set.xml"), {"vrt", "old.vrt"}}) {
-        const Strings line = joined({command, "-o", own + name}, pair);
-        EXPECT_THAT(runTool(line).err, HasSubstr("--overwrite"));
-        EXPECT_EQ(runTool(joined(line, {"--overwrite"})).code, 0);
-    }
-}
-
-TEST(ProgressBar, ShowsOnATerminalOnlyAndEndsWithTheUsersPatience) {
-    std::ostringstream shown;
-    std::ostringstream hidden;
-    const InterruptGuard guard;
-    {
-        ProgressBar bar(shown, true);
-        ProgressBar silent(hidden, isTerminal(hidden));
-        bar.show(0.5);
-        bar.show(0.501);
-        silent.show(0.5);
-        static_cast<void>(std::raise(SIGINT));
-        EXPECT_THROW(bar.show(0.6), Failure);
-    }
-    EXPECT_THAT(shown.str(), StartsWith("\r[####################....................]  50 %\r"));
-    EXPECT_EQ(hidden.str(), "");
 }
 
 }  // namespace

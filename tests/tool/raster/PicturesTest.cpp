@@ -1,0 +1,60 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "tests/tool/Process.h"
+
+namespace kestms {
+namespace {
+
+using nlohmann::json;
+
+using Pictures = InDirectory;
+
+TEST_F(Pictures, AreOfTheBandsAndFormatAskedFor) {
+    ASSERT_EQ(runTool({"samples", directory_.path(), "--size", "32"}).code, 0);
+    const std::string set = directory_ / "quickbird-1234/set.xml";
+    const auto picture = [&](const std::string& name, const Strings& options) {
+        const std::string path = directory_ / name;
+        EXPECT_EQ(runKestms(joined({"quicklook", set, "-o", path, "--size", "32"}, options)).code,
+                  0);
+        return gdalInfo(path);
+    };
+    const json natural = picture("n.png", {});
+    const json same = picture("s.png", {"--rgb", "red,green,blue"});
+    const json infrared = picture("i.png", {"--bands", "nir,red,green"});
+    const auto sum = [](const json& info, std::size_t band) {
+        return info["bands"][band]["checksum"];
+    };
+    for (std::size_t band = 0; band < 3; ++band) {
+        EXPECT_EQ(sum(natural, band), sum(same, band));
+    }
+    EXPECT_EQ(sum(infrared, 1), sum(natural, 0));
+    EXPECT_EQ(sum(infrared, 2), sum(natural, 1));
+    const json grey = picture("g.png", {"--bands", "nir"});
+    EXPECT_EQ(sum(grey, 2), sum(infrared, 0));
+    EXPECT_EQ(picture("w.png", {"--window", "3,4,8,16"})["size"], (json{16, 32}));
+    EXPECT_EQ(picture("p.jpg", {})["driverShortName"], "JPEG");
+    EXPECT_EQ(picture("p.webp", {})["driverShortName"], "WEBP");
+    EXPECT_EQ(runTool({"quicklook", set, "-o", directory_ / "x.png", "--rgb", "red,nir"}).code, 2);
+}
+
+/// Each of 251 values once: those at 2 and 98 % are 5 and 245.
+TEST_F(Pictures, AreStretched) {
+    const fakes::Raster raster{.width = 251, .height = 1};
+    const Strings files = {write("a_01.tif", raster), write("a_02.tif", raster)};
+    const std::string picture = directory_ / "q.png";
+    ASSERT_EQ(
+        runKestms(joined({"quicklook", "-o", picture, "--size", "251", "--bands", "B01"}, files))
+            .code,
+        0);
+    const std::vector<double> values = gdalPixels(files[0], 1);
+    const std::vector<double> shown = gdalPixels(picture, 1);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        EXPECT_EQ(shown[i], std::round(255 * std::clamp((values[i] - 5) / 240, 0.0, 1.0)));
+    }
+}
+
+}  // namespace
+}  // namespace kestms
