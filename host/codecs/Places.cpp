@@ -50,7 +50,6 @@ std::string insideOfArchive(const std::string& path) {
 }
 
 Expected<std::vector<std::string>> filesInArchive(const std::string& inside) {
-    setVirtualHeadReader(readVirtualHead);
     const std::string_view why = whyNotAllowed(inside);
     return why.empty() ? listArchive(inside) : Refusal{Refusal::Kind::Unreadable, std::string(why)};
 }

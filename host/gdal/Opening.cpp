@@ -37,8 +37,8 @@ void onceWithPlenty(std::once_flag& flag, const Action& action) {
     std::call_once(flag, [&action] {
         constexpr std::size_t kPlenty = 4U << 20U;
         const auto plenty = std::make_unique_for_overwrite<char[]>(kPlenty);
-        *static_cast<volatile char*>(plenty.get()) =
-            0;  // so that the allocation is not optimised away
+        // So that the allocation is not optimised away.
+        *static_cast<volatile char*>(plenty.get()) = 0;
         action();
     });
 }
