@@ -7,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-#include "tool/scene/Inputs.h"
+#include "tool/scene/Components.h"
 #include "tool/terminal/Failure.h"
 
 namespace kestgdal {

@@ -19,6 +19,7 @@
 #include "tool/raster/PixelGrid.h"
 #include "tool/raster/RelativePath.h"
 #include "tool/scene/BandLabels.h"
+#include "tool/scene/Components.h"
 
 namespace fs = std::filesystem;
 
@@ -103,11 +104,10 @@ std::string encoded(const std::string& path) {
 /// The address of a file that GDAL reads from the network under another name.
 std::optional<std::string> remoteName(const std::string& path) {
     constexpr std::string_view kNetwork = "/vsicurl/";
-    if (path.starts_with(kNetwork)) {
-        return path.substr(kNetwork.size());
+    if (!isVirtual(path)) {
+        return std::nullopt;
     }
-    const bool isOther = path.starts_with("/vsi") || path.find("://") != std::string::npos;
-    return isOther ? std::optional(path) : std::nullopt;
+    return path.starts_with(kNetwork) ? path.substr(kNetwork.size()) : path;
 }
 
 std::string linkTo(const std::string& path, const StacLinks& links) {

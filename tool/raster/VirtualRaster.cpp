@@ -12,7 +12,7 @@
 #include "tool/raster/GdalSession.h"
 #include "tool/raster/RelativePath.h"
 #include "tool/raster/XmlText.h"
-#include "tool/scene/Inputs.h"
+#include "tool/scene/Components.h"
 #include "tool/terminal/Failure.h"
 #include "tool/terminal/Interrupt.h"
 #include "tool/terminal/NumberText.h"

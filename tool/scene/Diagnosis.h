@@ -8,7 +8,7 @@
 
 #include "pyxis/ImageFormatCodec.h"
 #include "sets/SetMembership.h"
-#include "tool/scene/Inputs.h"
+#include "tool/scene/Components.h"
 #include "tool/scene/Session.h"
 
 namespace kestms {

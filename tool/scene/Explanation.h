@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "pyxis/FileSpecifier.h"
-#include "tool/scene/Inputs.h"
+#include "tool/scene/Components.h"
 #include "tool/scene/Session.h"
 
 namespace kestms {

@@ -6,7 +6,6 @@
 #include <array>
 #include <charconv>
 #include <filesystem>
-#include <memory>
 #include <optional>
 #include <string_view>
 #include <system_error>
@@ -16,8 +15,6 @@
 #include "host/Text.h"
 #include "host/codecs/Places.h"
 #include "host/codecs/Readability.h"
-#include "pyxis/FileReadDescriptor.h"
-#include "pyxis/ReadImageFile.h"
 #include "sets/ComponentList.h"
 #include "tool/scene/InputText.h"
 #include "tool/scene/RasterDirectory.h"
@@ -30,11 +27,6 @@ namespace kestms {
 namespace {
 
 constexpr const char* kStandardInput = "standard input";
-
-/// Whether only GDAL can read the path.
-bool isVirtual(const std::string& path) {
-    return Pyxis::kindOfPath(path) != Pyxis::PathKind::Plain;
-}
 
 bool exists(const std::string& path) {
     std::error_code error;
@@ -54,12 +46,6 @@ std::optional<Component> withFrame(const std::string& argument) {
         throw Failure(ExitCode::Usage, component.path, "the frame number is out of range");
     }
     return component;
-}
-
-/// Frames of the file; 1 when no codec reads it.
-int framesOf(const std::string& path) {
-    const auto image = openImage(path);
-    return image ? std::max(image->getNumFrames(), 1) : 1;
 }
 
 /// Why a text is not a component list; null when it is one.
@@ -377,12 +363,10 @@ class ArgumentReader {
         std::vector<Component> components;
         for (const Entry& entry : entries_) {
             throwIfInterrupted();
-            const int frames = entry.frame ? 0 : framesOf(entry.path);
             if (entry.frame) {
                 components.push_back({entry.path, *entry.frame});
-            }
-            for (int frame = 0; frame < frames; ++frame) {
-                components.push_back({entry.path, frame});
+            } else {
+                addFrames(entry.path, components);
             }
         }
         return components;
@@ -427,25 +411,6 @@ Pyxis::FileSpecifier readSet(const std::vector<std::string>& arguments, Context&
     return reader.set();
 }
 
-std::unique_ptr<Pyxis::ReadImageFileInterface> openImage(const std::string& path) {
-    const Pyxis::FileSpecifier file = Pyxis::fileSpecifier(path);
-    const Pyxis::ImageFormatCodec* codec = nullptr;
-    if (Pyxis::FileReadDescriptor::findImageFileCodec(file, codec) !=
-        Pyxis::FormatDecodability::Decodable) {
-        return nullptr;
-    }
-    return std::unique_ptr<Pyxis::ReadImageFileInterface>(codec->openImage(&file));
-}
-
-std::vector<std::string> filesOf(const std::string& path) {
-    std::vector<std::string> files = {path};
-    const auto image = openImage(path);
-    for (int i = 1; image && i < image->getNumFiles(); ++i) {
-        files.push_back(Pyxis::toUtf8(image->getFile(i).string()));
-    }
-    return files;
-}
-
 std::vector<Scene> readScenes(const std::vector<std::string>& paths, Context& context) {
     Session& session = context.session();
     std::vector<std::string> files;
@@ -454,54 +419,6 @@ std::vector<Scene> readScenes(const std::vector<std::string>& paths, Context& co
         files.insert(files.end(), found.begin(), found.end());
     }
     return scenesAmong(session, files);
-}
-
-std::vector<Component> componentsIn(Context& context, const std::vector<std::string>& files) {
-    context.session().readAhead(files);
-    std::vector<Component> components;
-    for (const std::string& path : files) {
-        const int frames = framesOf(path);
-        for (int frame = 0; frame < frames; ++frame) {
-            components.push_back({path, frame});
-        }
-    }
-    return components;
-}
-
-std::vector<Component> componentsOf(const Pyxis::FileSpecifier& set) {
-    const kest::ComponentList list(set);
-    std::vector<Component> components(static_cast<std::size_t>(list.count()));
-    for (int i = 0; i < list.count(); ++i) {
-        Component& component = components[static_cast<std::size_t>(i)];
-        if (const auto listed = list.get(i)) {
-            component = {Pyxis::toUtf8(listed->file.string()), listed->frame};
-        }
-    }
-    return components;
-}
-
-Pyxis::FileSpecifier setOf(const std::vector<Component>& components) {
-    kest::ComponentListBuilder builder;
-    for (const Component& component : components) {
-        builder.append(Pyxis::fileSpecifier(component.path), component.frame);
-    }
-    return builder.specifier();
-}
-
-std::string absoluteName(const std::string& path) {
-    if (isVirtual(path)) {
-        return Pyxis::absoluteInside(path);
-    }
-    std::error_code error;
-    const fs::path absolute = fs::absolute(path, error);
-    return error ? path : absolute.lexically_normal().string();
-}
-
-std::string whyNotReadable(const std::string& path) {
-    const std::string reason = Pyxis::whyNotReadable(Pyxis::fileSpecifier(path));
-    return reason.empty()                       ? "no codec reads it"
-           : reason == Pyxis::kRemoteNotAllowed ? reason + " (--allow-remote reads it)"
-                                                : reason;
 }
 
 }  // namespace kestms

@@ -1,21 +1,14 @@
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "pyxis/FileSpecifier.h"
-#include "pyxis/ReadImageFile.h"
+#include "tool/scene/Components.h"
 #include "tool/scene/Context.h"
 #include "tool/scene/Scenes.h"
 
 namespace kestms {
-
-/// One file of a set and the frame of it that holds the band.
-struct Component {
-    std::string path;
-    int frame = 0;
-};
 
 /// What to do with a missing file that the user named.
 enum class MissingFile {
@@ -39,28 +32,5 @@ Pyxis::FileSpecifier readSet(const std::vector<std::string>& arguments, Context&
 /// The scenes in folders (and those below them), globs and files. Throws a Failure with
 /// ExitCode::CannotRead for a path that is not there or holds no rasters.
 std::vector<Scene> readScenes(const std::vector<std::string>& paths, Context& context);
-
-/// A component for every frame of every file, with files opened ahead; one for a file that no codec
-/// reads.
-std::vector<Component> componentsIn(Context& context, const std::vector<std::string>& files);
-
-/// The components of a set in order; those without a path have an empty one.
-std::vector<Component> componentsOf(const Pyxis::FileSpecifier& set);
-
-/// The files of the image at a path, the path itself first: a header's pixels are in other files.
-/// Only the path when no codec reads it.
-std::vector<std::string> filesOf(const std::string& path);
-
-/// A compound specifier that lists the components.
-Pyxis::FileSpecifier setOf(const std::vector<Component>& components);
-
-/// The image in a file, through the codec that reads it; null when none does.
-std::unique_ptr<Pyxis::ReadImageFileInterface> openImage(const std::string& path);
-
-/// The absolute path of a component.
-std::string absoluteName(const std::string& path);
-
-/// Why no codec reads the file, in a few words; only for such files.
-std::string whyNotReadable(const std::string& path);
 
 }  // namespace kestms

@@ -1,0 +1,93 @@
+#include "tool/scene/Components.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+#include "host/Text.h"
+#include "host/codecs/Places.h"
+#include "host/codecs/Readability.h"
+#include "pyxis/FileReadDescriptor.h"
+#include "sets/ComponentList.h"
+
+namespace fs = std::filesystem;
+
+namespace kestms {
+
+void addFrames(const std::string& path, std::vector<Component>& components) {
+    const auto image = openImage(path);
+    const int frames = image ? std::max(image->getNumFrames(), 1) : 1;
+    for (int frame = 0; frame < frames; ++frame) {
+        components.push_back({path, frame});
+    }
+}
+
+std::vector<Component> componentsIn(Context& context, const std::vector<std::string>& files) {
+    context.session().readAhead(files);
+    std::vector<Component> components;
+    for (const std::string& path : files) {
+        addFrames(path, components);
+    }
+    return components;
+}
+
+std::vector<Component> componentsOf(const Pyxis::FileSpecifier& set) {
+    const kest::ComponentList list(set);
+    std::vector<Component> components(static_cast<std::size_t>(list.count()));
+    for (int i = 0; i < list.count(); ++i) {
+        Component& component = components[static_cast<std::size_t>(i)];
+        if (const auto listed = list.get(i)) {
+            component = {Pyxis::toUtf8(listed->file.string()), listed->frame};
+        }
+    }
+    return components;
+}
+
+std::vector<std::string> filesOf(const std::string& path) {
+    std::vector<std::string> files = {path};
+    const auto image = openImage(path);
+    for (int i = 1; image && i < image->getNumFiles(); ++i) {
+        files.push_back(Pyxis::toUtf8(image->getFile(i).string()));
+    }
+    return files;
+}
+
+Pyxis::FileSpecifier setOf(const std::vector<Component>& components) {
+    kest::ComponentListBuilder builder;
+    for (const Component& component : components) {
+        builder.append(Pyxis::fileSpecifier(component.path), component.frame);
+    }
+    return builder.specifier();
+}
+
+std::unique_ptr<Pyxis::ReadImageFileInterface> openImage(const std::string& path) {
+    const Pyxis::FileSpecifier file = Pyxis::fileSpecifier(path);
+    const Pyxis::ImageFormatCodec* codec = nullptr;
+    if (Pyxis::FileReadDescriptor::findImageFileCodec(file, codec) !=
+        Pyxis::FormatDecodability::Decodable) {
+        return nullptr;
+    }
+    return std::unique_ptr<Pyxis::ReadImageFileInterface>(codec->openImage(&file));
+}
+
+bool isVirtual(const std::string& path) {
+    return Pyxis::kindOfPath(path) != Pyxis::PathKind::Plain;
+}
+
+std::string absoluteName(const std::string& path) {
+    if (isVirtual(path)) {
+        return Pyxis::absoluteInside(path);
+    }
+    std::error_code error;
+    const fs::path absolute = fs::absolute(path, error);
+    return error ? path : absolute.lexically_normal().string();
+}
+
+std::string whyNotReadable(const std::string& path) {
+    const std::string reason = Pyxis::whyNotReadable(Pyxis::fileSpecifier(path));
+    return reason.empty()                       ? "no codec reads it"
+           : reason == Pyxis::kRemoteNotAllowed ? reason + " (--allow-remote reads it)"
+                                                : reason;
+}
+
+}  // namespace kestms
