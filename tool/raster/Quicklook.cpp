@@ -119,11 +119,13 @@ Picture drawQuicklook(const OutputRaster& raster, int longest) {
     GDALRegister_VRT();
     const Pyxis::Size size = pictureSize(raster.size, longest);
     std::vector<std::future<Channel>> reads;
+    reads.reserve(raster.bands.size());
     for (const OutputBand& band : raster.bands) {
         reads.push_back(
             std::async([&raster, &band, &size] { return channelOf(raster, band, size); }));
     }
     std::vector<Channel> channels;
+    channels.reserve(reads.size());
     for (std::future<Channel>& read : reads) {
         channels.push_back(read.get());
     }
