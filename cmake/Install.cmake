@@ -49,7 +49,10 @@ while(pending)
 endwhile()
 
 # Libraries with versioned names, and the plug-in in its own folder, under the name that hosts load.
-set_target_properties(${KEST_LIBRARIES} PROPERTIES
+if(TARGET PyxisCodecs)
+    set(loaded PyxisGdal PyxisSystems)  # by PyxisCodecs, which finds them in its own folder
+endif()
+set_target_properties(${KEST_LIBRARIES} ${loaded} PROPERTIES
     VERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}.${PROJECT_VERSION_PATCH}
     SOVERSION ${PROJECT_VERSION_MAJOR} INSTALL_RPATH "$ORIGIN")
 # The include folders of the source tree are for its own build only.
@@ -62,6 +65,10 @@ foreach(target IN LISTS KEST_LIBRARIES ITEMS kestmultispectralcodec54)
     target_include_directories(${target} INTERFACE
         $<INSTALL_INTERFACE:${KEST_INSTALL_INCLUDEDIR}>)
 endforeach()
+if(loaded)
+    install(TARGETS ${loaded} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT libraries
+        NAMELINK_SKIP)
+endif()
 install(TARGETS ${KEST_LIBRARIES} EXPORT KestMultispectral
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT libraries
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT libraries

@@ -8,7 +8,7 @@
 #include "host/file/FileHead.h"
 #include "host/formats/FastSiblings.h"
 #include "host/formats/Formats.h"
-#include "host/gdal/VirtualFile.h"
+#include "host/raster/Gdal.h"
 
 namespace Pyxis {
 namespace {
@@ -51,7 +51,11 @@ std::string insideOfArchive(const std::string& path) {
 
 Expected<std::vector<std::string>> filesInArchive(const std::string& inside) {
     const std::string_view why = whyNotAllowed(inside);
-    return why.empty() ? listArchive(inside) : Refusal{Refusal::Kind::Unreadable, std::string(why)};
+    if (!why.empty()) {
+        return Refusal{Refusal::Kind::Unreadable, std::string(why)};
+    }
+    const Expected<const Gdal*> gdal = Gdal::load();
+    return gdal ? (*gdal)->listArchive(inside) : gdal.refusal();
 }
 
 bool isNamedLikeRaster(const std::string& path) {

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "host/file/Expected.h"
+#include "host/file/Export.h"
 #include "host/file/PathPolicy.h"
-#include "host/gdal/Export.h"
 #include "pyxis/FindFileInterface.h"
 
 // Places that may hold rasters: folders, archives, the network.

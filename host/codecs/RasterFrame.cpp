@@ -1,13 +1,10 @@
 #include "host/codecs/RasterFrame.h"
 
-#include <gdal_priv.h>
-
 #include <utility>
 #include <vector>
 
 #include "host/formats/Format.h"
 #include "host/formats/FrameProperties.h"
-#include "host/gdal/PixelWindow.h"
 #include "pyxis/NoThrow.h"
 
 namespace Pyxis {
@@ -18,25 +15,20 @@ RasterFrame::RasterFrame(RasterPointer file, const Format& format, int index)
     colourTable_ = {static_cast<std::int32_t>(colours.size() / 4), colours.data()};
 }
 
-GDALRasterBand* RasterFrame::bandIn(DatasetHandle::Use& use) const {
-    return use.band(facts().part, facts().band);
+const Dataset* RasterFrame::datasetIn(DatasetHandle::Use& use) const {
+    return use.dataset(facts().part);
 }
 
-GDALRasterBand* RasterFrame::level(GDALRasterBand* band, int number) const {
-    if (number == 0) {
-        return band;
-    }
-    return number > 0 && number <= numOverviews(band) ? band->GetOverview(number - 1) : nullptr;
-}
-
-int RasterFrame::numOverviews(GDALRasterBand* band) const {
-    return band != nullptr && format_.hasOverviews ? band->GetOverviewCount() : 0;
+bool RasterFrame::mayHaveLevel(int number) const {
+    return number == 0 || format_.hasOverviews;
 }
 
 bool RasterFrame::frameOp1(int number) {
     return answerOr(false, [&] {
         DatasetHandle::Use use = file_->use();
-        return level(bandIn(use), number) != nullptr;
+        const Dataset* dataset = datasetIn(use);
+        return dataset != nullptr && mayHaveLevel(number) &&
+               dataset->hasLevel(facts().band, number);
     });
 }
 
@@ -77,7 +69,8 @@ std::int32_t RasterFrame::frameOp7() {
 std::int32_t RasterFrame::frameOp8() {
     return answerOr(0, [&] {
         DatasetHandle::Use use = file_->use();
-        return numOverviews(bandIn(use));
+        const Dataset* dataset = datasetIn(use);
+        return dataset != nullptr && format_.hasOverviews ? dataset->numOverviews(facts().band) : 0;
     });
 }
 
@@ -99,13 +92,9 @@ void RasterFrame::frameOp11(int channel, ChannelRange* range) {
     }
     attempt([&] {
         DatasetHandle::Use use = file_->use();
-        GDALRasterBand* band = bandIn(use);
-        if (band == nullptr) {
-            return;
+        if (const Dataset* dataset = datasetIn(use)) {
+            *range = dataset->range(facts().band);
         }
-        int hasNoData = FALSE;
-        const double noData = band->GetNoDataValue(&hasNoData);
-        *range = {band->GetMinimum(nullptr), band->GetMaximum(nullptr), noData, hasNoData != FALSE};
     });
 }
 
@@ -116,9 +105,10 @@ const ColourTable* RasterFrame::frameOp12() {
 bool RasterFrame::frameOp13(int number, PixelRequest* request) {
     return request != nullptr && answerOr(false, [&] {
                DatasetHandle::Use use = file_->use();
-               GDALRasterBand* band = level(bandIn(use), number);
-               return band != nullptr &&
-                      readWindow(*band, facts().format, *request, format_.hasOverviews);
+               const Dataset* dataset = datasetIn(use);
+               return dataset != nullptr && mayHaveLevel(number) &&
+                      dataset->read(facts().band, number, facts().format, *request,
+                                    format_.hasOverviews);
            });
 }
 

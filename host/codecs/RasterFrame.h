@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "host/formats/Format.h"
-#include "host/gdal/RasterFile.h"
+#include "host/raster/RasterFile.h"
 #include "pyxis/ReadImageFile.h"
 
 namespace Pyxis {
@@ -36,10 +36,9 @@ class RasterFrame final : public ReadImageFileFrameInterface {
 
   private:
     const FrameFacts& facts() const { return file_->frame(index_); }
-    GDALRasterBand* bandIn(DatasetHandle::Use& use) const;
-    /// The band, or its reduced-resolution level; null when there is no such level.
-    GDALRasterBand* level(GDALRasterBand* band, int number) const;
-    int numOverviews(GDALRasterBand* band) const;
+    /// Null when the file is gone or has changed.
+    const Dataset* datasetIn(DatasetHandle::Use& use) const;
+    bool mayHaveLevel(int number) const;
 
     RasterPointer file_;
     const Format& format_;

@@ -1,7 +1,7 @@
 #include "host/codecs/RasterSource.h"
 
 #include "host/CodecRegistry.h"
-#include "host/gdal/RasterFile.h"
+#include "host/raster/RasterFile.h"
 
 namespace Pyxis {
 

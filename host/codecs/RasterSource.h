@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/gdal/Export.h"
+#include "host/file/Export.h"
 #include "pyxis/FileSpecifier.h"
 
 namespace Pyxis {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "host/gdal/Export.h"
+#include "host/file/Export.h"
 #include "pyxis/FileSpecifier.h"
 
 namespace Pyxis {

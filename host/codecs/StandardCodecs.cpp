@@ -5,8 +5,8 @@
 #include "host/cache/ReadAhead.h"
 #include "host/codecs/RasterCodec.h"
 #include "host/formats/Formats.h"
-#include "host/gdal/HandlePool.h"
-#include "host/gdal/VirtualFile.h"
+#include "host/raster/Gdal.h"
+#include "host/raster/HandlePool.h"
 
 namespace Pyxis {
 namespace {
@@ -38,7 +38,7 @@ StandardCodecs::Operation::~Operation() {
 
 StandardCodecs::StandardCodecs(QuickBird quickBird, Changes changes)
     : cache_(std::make_shared<FileCache>(changes)) {
-    setVirtualHeadReader(readVirtualHead);
+    setVirtualHeadReader(readHeadByGdal);
     for (const Format* format : formats()) {
         if (quickBird == QuickBird::With || format != &quickBirdFormat()) {
             add(codecFor(*format, cache_));

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "host/CodecRegistry.h"
+#include "host/file/Export.h"
 #include "host/file/FileHead.h"
 #include "host/file/PathPolicy.h"
-#include "host/gdal/Export.h"
 
 namespace Pyxis {
 

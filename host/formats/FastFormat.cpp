@@ -59,13 +59,13 @@ Expected<RasterFacts> load(const SourceFile& file, DatasetHandle& handle) {
     if (std::optional<Refusal> unsafe = whyNotSafeBeside(file.absolutePath, names)) {
         return *unsafe;
     }
-    const Expected<Dataset> dataset = handle.open();
+    const Expected<const Dataset*> dataset = handle.open();
     if (!dataset) {
         return dataset.refusal();
     }
     RasterFacts facts;
-    facts.frames = dataset->frames();
-    facts.otherFiles = openedBandFiles(*dataset, file.path);
+    facts.frames = (*dataset)->frames();
+    facts.otherFiles = openedBandFiles(**dataset, file.path);
     std::vector<std::string> namesOfBands;
     for (const std::string& bandFile : facts.otherFiles) {
         if (facts.frames.empty() || endsBeforePixels(bandFile, facts.frames.front())) {

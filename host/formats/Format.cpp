@@ -10,7 +10,7 @@
 #include "host/file/WorldFile.h"
 #include "host/formats/FrameProperties.h"
 #include "host/formats/GeoCorrelation.h"
-#include "host/gdal/HandlePool.h"
+#include "host/raster/HandlePool.h"
 
 namespace Pyxis {
 
@@ -53,7 +53,7 @@ void placeByLastSideFile(RasterFacts& facts, const SourceFile& file) {
 void placeBySideFiles(RasterFacts& facts, const SourceFile& file, const Dataset& dataset,
                       DatasetHandle& handle) {
     placeByFirstSideFile(facts, file);
-    if (facts.place.transform || dataset.hasTransform()) {
+    if (facts.place.transform || dataset.transform()) {
         return;
     }
     // Looking for files that are not there costs more than the rest of opening.
@@ -63,13 +63,13 @@ void placeBySideFiles(RasterFacts& facts, const SourceFile& file, const Dataset&
 }
 
 Expected<RasterFacts> loadAllBands(const SourceFile& file, DatasetHandle& handle) {
-    const Expected<Dataset> dataset = handle.open();
+    const Expected<const Dataset*> dataset = handle.open();
     if (!dataset) {
         return dataset.refusal();
     }
     RasterFacts facts;
-    facts.frames = dataset->frames();
-    placeBySideFiles(facts, file, *dataset, handle);
+    facts.frames = (*dataset)->frames();
+    placeBySideFiles(facts, file, **dataset, handle);
     return facts;
 }
 
@@ -105,13 +105,21 @@ std::optional<Refusal> claimsTooMuch(const RasterFacts& facts, std::uint64_t fil
     return std::nullopt;
 }
 
+AuxiliaryPlace auxiliaryPlaceOf(const std::string& path) {
+    const std::string text = readAuxiliaryFile(path);
+    if (text.empty()) {
+        return {};
+    }
+    const Expected<const Gdal*> gdal = Gdal::load();
+    return gdal ? (*gdal)->auxiliaryPlaceIn(text) : AuxiliaryPlace();
+}
+
 Expected<RasterPointer> load(const Format& format, SourceFile file) {
-    const ErrorCapture silent;
     auto handle = std::make_unique<DatasetHandle>(
         Opening{format.driver, file.absolutePath, format.view}, file.head.state);
     if (format.auxiliary != AuxiliaryRank::Ignored && !gdalOption("GDAL_GEOREF_SOURCES")) {
         file.rank = format.auxiliary;
-        file.auxiliary = auxiliaryPlaceIn(readAuxiliaryFile(file.absolutePath));
+        file.auxiliary = auxiliaryPlaceOf(file.absolutePath);
     }
     Expected<RasterFacts> facts = format.load(file, *handle);
     if (!facts) {

@@ -6,8 +6,8 @@
 
 #include "host/file/Expected.h"
 #include "host/file/FileHead.h"
-#include "host/gdal/AuxiliaryPlace.h"
-#include "host/gdal/RasterFile.h"
+#include "host/raster/Gdal.h"
+#include "host/raster/RasterFile.h"
 #include "pyxis/ImageFormatCodec.h"
 
 namespace Pyxis {

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "host/Text.h"
-#include "host/gdal/GeoFacts.h"
+#include "host/raster/GeoFacts.h"
 #include "pyxis/FormatCodecGeoCorrelation.h"
 
 namespace Pyxis {

@@ -17,17 +17,10 @@ bool recognise(std::string_view head, const std::string& /*path*/) {
     return head.starts_with("NITF") || head.starts_with("NSIF");
 }
 
-/// The image subheader of a dataset, which GDAL returns as its length and its bytes in base 64.
-std::string imageSubheader(const Dataset& dataset) {
-    const std::string item = dataset.item("NITFImageSubheader", "NITF_METADATA").value_or("");
-    const std::size_t blank = item.find(' ');
-    return blank == std::string::npos ? std::string() : decodedBase64(item.substr(blank + 1));
-}
-
 /// Adds the bands of an image segment with their letters; a band without one has an empty text.
 void addSegment(RasterFacts& facts, const Dataset& dataset, bool version20) {
     const std::vector<std::string> letters =
-        bandRepresentations(imageSubheader(dataset), version20);
+        bandRepresentations(dataset.bytesOfItem("NITFImageSubheader", "NITF_METADATA"), version20);
     std::size_t band = 0;
     for (FrameFacts& frame : dataset.frames()) {
         if (band < letters.size()) {
@@ -45,20 +38,20 @@ bool isWhole(const Dataset& dataset) {
 }
 
 Expected<RasterFacts> load(const SourceFile& file, DatasetHandle& handle) {
-    const Expected<Dataset> first = handle.open();
+    const Expected<const Dataset*> first = handle.open();
     if (!first) {
         return first.refusal();
     }
     const bool mayBeCut = endOfImages(file.head.bytes) > file.head.state.size;
-    const bool version20 = isVersion20(first->item("NITF_FHDR").value_or(""));
-    const int segments = first->numItems("SUBDATASETS") / 2;  // a name and a description each
+    const bool version20 = isVersion20((*first)->item("NITF_FHDR").value_or(""));
+    const int segments = (*first)->numItems("SUBDATASETS") / 2;  // a name and a description each
     RasterFacts facts;
     if (segments < 2) {
-        if (mayBeCut && !isWhole(*first)) {
+        if (mayBeCut && !isWhole(**first)) {
             return damaged("the file is cut short");
         }
-        addSegment(facts, *first, version20);
-        if (!first->hasTransform()) {
+        addSegment(facts, **first, version20);
+        if (!(*first)->transform()) {
             placeByLastSideFile(facts, file);
         }
         return facts;
@@ -72,10 +65,10 @@ Expected<RasterFacts> load(const SourceFile& file, DatasetHandle& handle) {
         if (!segment) {
             continue;
         }
-        if (mayBeCut && !isWhole(*segment)) {
+        if (mayBeCut && !isWhole(**segment)) {
             return damaged("the file is cut short");
         }
-        addSegment(facts, *segment, version20);
+        addSegment(facts, **segment, version20);
     }
     return facts;
 }

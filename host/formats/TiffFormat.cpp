@@ -61,6 +61,14 @@ bool usesOwnGeoreference() {
     return uses;
 }
 
+/// GDAL's name for samples of plain rasters.
+std::string sampleTypeName(SampleFormat format, std::int32_t bits) {
+    if (format == SampleFormat::UnsignedInteger) {
+        return bits == 8 ? "Byte" : "UInt" + std::to_string(bits);
+    }
+    return (format == SampleFormat::FloatingPoint ? "Float" : "Int") + std::to_string(bits);
+}
+
 FrameFacts frameOf(const KnownRaster& raster) {
     FrameFacts facts;
     facts.band = 1;
@@ -92,19 +100,20 @@ Expected<RasterFacts> load(const SourceFile& file, DatasetHandle& handle) {
         facts.frames.push_back(frameOf(*known.raster));  // GDAL waits until pixels are asked for
         return facts;
     }
-    const Expected<Dataset> dataset = handle.open();
-    if (!dataset) {
-        return dataset.refusal();
+    const Expected<const Dataset*> opened = handle.open();
+    if (!opened) {
+        return opened.refusal();
     }
-    facts.frames = dataset->frames(known.mayHaveColours);
+    const Dataset& dataset = **opened;
+    facts.frames = dataset.frames(known.mayHaveColours);
     if (known.mayHaveDescription) {
-        facts.description = dataset->item("TIFFTAG_IMAGEDESCRIPTION").value_or("");
+        facts.description = dataset.item("TIFFTAG_IMAGEDESCRIPTION").value_or("");
     }
     if (!facts.frames.empty() &&
-        endsBeforePixels(*dataset, facts.frames.back(), known, file.head.state.size)) {
+        endsBeforePixels(dataset, facts.frames.back(), known, file.head.state.size)) {
         return damaged("the file is cut short");
     }
-    placeBySideFiles(facts, file, *dataset, handle);
+    placeBySideFiles(facts, file, dataset, handle);
     return facts;
 }
 

@@ -1,17 +1,10 @@
 #pragma once
 
-#include <optional>
 #include <string>
 
-#include "host/file/WorldFile.h"
+#include "host/raster/Gdal.h"
 
 namespace Pyxis {
-
-/// The georeference in an auxiliary file.
-struct AuxiliaryPlace {
-    std::optional<GeoTransform> transform;
-    std::string system;  ///< a coordinate system as GDAL writes it; empty when it names none
-};
 
 /// Reads the georeference from the text of an auxiliary file, as GDAL does, and nothing else: it
 /// may name other files. Empty for another text.

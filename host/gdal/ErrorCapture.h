@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "host/gdal/Export.h"
+#include "host/file/Export.h"
 
 namespace Pyxis {
 

@@ -2,31 +2,16 @@
 
 #include <memory>
 #include <string>
-#include <vector>
 
-#include "host/gdal/Export.h"
+#include "host/raster/Gdal.h"
+
+#include "host/file/Export.h"
 
 class GDALDataset;
 
 namespace Pyxis {
 
 class PrivateFiles;
-
-/// The files that GDAL sees when it opens a file.
-enum class View {
-    FileAlone,  ///< the file under a private name, with nothing beside it
-    Directory,  ///< for drivers that need more files, or can be told to read none
-};
-
-/// How a file is opened.
-struct Opening {
-    const char* driver;  ///< the only one of GDAL's that may open it; outlives this
-    std::string path;    ///< absolute
-    View view = View::FileAlone;
-    bool mayNameOverviews = true;  ///< whether it may name another file as its overviews
-    /// Files of the same directory that GDAL also sees, with View::FileAlone.
-    std::vector<std::string> companions = {};
-};
 
 struct CloseDataset {
     std::shared_ptr<PrivateFiles> files;  ///< under whose name it is open; may be null

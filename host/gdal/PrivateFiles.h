@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "host/gdal/Export.h"
+#include "host/file/Export.h"
 
 namespace Pyxis {
 

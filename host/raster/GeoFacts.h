@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <memory>
 
-#include "host/gdal/CoordinateSystems.h"
-#include "host/gdal/RasterFacts.h"
+#include "host/raster/CoordinateSystems.h"
+#include "host/raster/RasterFacts.h"
 #include "pyxis/Geometry.h"
 
 namespace Pyxis {

@@ -1,5 +1,5 @@
 #pragma once
 
-// Marks what the library of component codecs exports.
+// Marks what the libraries of the host export.
 
 #define PYXIS_CODECS_API __attribute__((visibility("default")))

@@ -1,6 +1,4 @@
-#include "host/gdal/GeoFacts.h"
-
-#include <gdal_priv.h>
+#include "host/raster/GeoFacts.h"
 
 #include <algorithm>
 #include <cmath>
@@ -52,10 +50,12 @@ std::shared_ptr<const GeoFacts> readGeoFacts(const PlaceFacts& place, std::int32
     if (place.transform) {
         facts->transform = *place.transform;
     } else {
-        GDALDataset* dataset = open();
-        if (dataset == nullptr || dataset->GetGeoTransform(facts->transform.data()) != CE_None) {
+        const Dataset* dataset = open();
+        const auto transform = dataset != nullptr ? dataset->transform() : std::nullopt;
+        if (!transform) {
             return nullptr;
         }
+        facts->transform = *transform;
     }
     // Formats that always have a transform return this one when they know none.
     constexpr GeoTransform kUnknown = {0, 1, 0, 0, 0, 1};

@@ -8,11 +8,8 @@
 #include <vector>
 
 #include "host/file/FileHead.h"
-#include "host/gdal/Dataset.h"
-#include "host/gdal/ErrorCapture.h"
-#include "host/gdal/Opening.h"
-
-class GDALRasterBand;
+#include "host/raster/Dataset.h"
+#include "host/raster/Gdal.h"
 
 namespace Pyxis {
 
@@ -33,7 +30,7 @@ class DatasetHandle {
     /// Whether a change is sure to be noticed.
     bool isSettled() const { return stamp_.settled(); }
 
-    /// Holds the datasets for this thread, open, and keeps GDAL silent.
+    /// Holds the datasets for this thread, open.
     class Use {
       public:
         explicit Use(DatasetHandle& handle) : Use(handle, std::unique_lock(handle.mutex_)) {}
@@ -43,14 +40,11 @@ class DatasetHandle {
         Use(const Use&) = delete;
         Use& operator=(const Use&) = delete;
         /// Null when the file could not be opened again or has changed.
-        GDALDataset* dataset(std::size_t part) noexcept;
-        /// A band, from 1; null when the file could not be opened again or has changed.
-        GDALRasterBand* band(std::size_t part, int number) noexcept;
+        const Dataset* dataset(std::size_t part) noexcept;
 
       private:
         DatasetHandle& handle_;
         std::unique_lock<std::mutex> lock_;
-        ErrorCapture errors_;
     };
 
     /// Owns the lock unless another thread is using the datasets.
@@ -70,11 +64,11 @@ class DatasetHandle {
     void showToo(std::string path) { opening_.companions.push_back(std::move(path)); }
     /// From now on a change of the world files counts as a change of the file.
     void watchWorldFiles();
-    /// Opens the file itself, which is part 0.
-    Expected<Dataset> open();
+    /// Opens the file itself, which is part 0. The dataset stays the handle's.
+    Expected<const Dataset*> open();
     /// Opens another dataset of the file by the driver's own name for it.
-    Expected<Dataset> openPart(const std::string& prefix);
-    Dataset opened(std::size_t part) const { return Dataset(*datasets_.at(part), part); }
+    Expected<const Dataset*> openPart(const std::string& prefix);
+    const Dataset& opened(std::size_t part) const { return *datasets_.at(part); }
     bool isOpen() const { return !datasets_.empty(); }
     /// Adds this file to the pool of open files.
     void loaded();
@@ -85,7 +79,9 @@ class DatasetHandle {
   private:
     DatasetHandle(Opening opening, FileStamp stamp, std::vector<std::string> prefixes);
 
-    Expected<DatasetPointer> openDataset(const std::string& prefix) const;
+    Expected<const Dataset*> keep(Expected<std::unique_ptr<Dataset>> dataset);
+    Expected<std::unique_ptr<Dataset>> openDataset(const std::string& prefix,
+                                                   std::size_t part) const;
     bool openAgain();
 
     Opening opening_;
@@ -93,7 +89,7 @@ class DatasetHandle {
     std::vector<std::string> prefixes_;  // one a part
 
     std::mutex mutex_;
-    std::vector<DatasetPointer> datasets_;  // of all parts, or of none
+    std::vector<std::unique_ptr<Dataset>> datasets_;  // of all parts, or of none
 };
 
 }  // namespace Pyxis

@@ -5,9 +5,9 @@
 #include <optional>
 #include <vector>
 
-#include "host/gdal/DatasetHandle.h"
-#include "host/gdal/GeoFacts.h"
-#include "host/gdal/RasterFacts.h"
+#include "host/raster/DatasetHandle.h"
+#include "host/raster/GeoFacts.h"
+#include "host/raster/RasterFacts.h"
 
 namespace Pyxis {
 

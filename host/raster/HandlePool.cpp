@@ -1,4 +1,4 @@
-#include "host/gdal/HandlePool.h"
+#include "host/raster/HandlePool.h"
 
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -8,7 +8,7 @@
 #include <cerrno>
 #include <iterator>
 
-#include "host/gdal/DatasetHandle.h"
+#include "host/raster/DatasetHandle.h"
 
 namespace Pyxis {
 namespace {

@@ -8,6 +8,7 @@
 
 #include "host/file/WorldFile.h"
 #include "pyxis/ReadImageFile.h"
+#include "pyxis/StringBuffer.h"
 
 namespace Pyxis {
 
@@ -28,6 +29,11 @@ struct FrameFacts {
     std::string label;                  ///< the file's name for the band; may be empty
     std::optional<ChannelRange> range;  ///< if known without GDAL
     std::string ownText;  ///< the format's own property of the band: a letter, a file's name
+};
+
+struct CoordinateSystem {
+    StringBuffer text;  ///< wide: WKT2, on one line; empty when the file gives none
+    int code = 0;       ///< EPSG code; 0 when there is none
 };
 
 /// How the georeference of a raster is found. Unknown parts come from GDAL, which then loads its

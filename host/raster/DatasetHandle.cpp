@@ -1,11 +1,8 @@
-#include "host/gdal/DatasetHandle.h"
-
-#include <gdal_priv.h>
+#include "host/raster/DatasetHandle.h"
 
 #include <utility>
 
-#include "host/gdal/HandlePool.h"
-#include "host/gdal/PrivateFiles.h"
+#include "host/raster/HandlePool.h"
 #include "pyxis/NoThrow.h"
 
 namespace Pyxis {
@@ -33,10 +30,6 @@ DatasetHandle::DatasetHandle(Opening opening, FileStamp stamp, std::vector<std::
 
 DatasetHandle::~DatasetHandle() {
     HandlePool::instance().forget(*this);
-    if (isOpen()) {
-        const ErrorCapture silent;
-        datasets_.clear();
-    }
 }
 
 std::unique_ptr<DatasetHandle> DatasetHandle::another() const {
@@ -51,33 +44,38 @@ void DatasetHandle::watchWorldFiles() {
     stamp_ = stampOf(path(), true);
 }
 
-Expected<DatasetPointer> DatasetHandle::openDataset(const std::string& prefix) const {
-    const ErrorCapture errors;
-    DatasetPointer dataset = openForReading(opening_, prefix);
+Expected<std::unique_ptr<Dataset>> DatasetHandle::openDataset(const std::string& prefix,
+                                                              std::size_t part) const {
+    const Expected<const Gdal*> gdal = Gdal::load();
+    if (!gdal) {
+        return gdal.refusal();
+    }
+    Expected<std::unique_ptr<Dataset>> dataset = (*gdal)->open(opening_, prefix, part);
     if (!dataset) {
-        return Refusal{Refusal::Kind::Damaged,
-                       withoutFile(PrivateFiles::withoutNames(errors.message()), path())};
+        const Refusal& refusal = dataset.refusal();
+        return Refusal{refusal.kind, withoutFile(refusal.reason, path())};
     }
     return dataset;
 }
 
-Expected<Dataset> DatasetHandle::open() {
-    Expected<DatasetPointer> dataset = openDataset("");
+Expected<const Dataset*> DatasetHandle::keep(Expected<std::unique_ptr<Dataset>> dataset) {
     if (!dataset) {
         return dataset.refusal();
     }
     datasets_.push_back(std::move(*dataset));
-    return Dataset(*datasets_.front(), 0);
+    return datasets_.back().get();
 }
 
-Expected<Dataset> DatasetHandle::openPart(const std::string& prefix) {
-    Expected<DatasetPointer> dataset = openDataset(prefix);
-    if (!dataset) {
-        return dataset.refusal();
+Expected<const Dataset*> DatasetHandle::open() {
+    return keep(openDataset("", 0));
+}
+
+Expected<const Dataset*> DatasetHandle::openPart(const std::string& prefix) {
+    Expected<const Dataset*> dataset = keep(openDataset(prefix, datasets_.size()));
+    if (dataset) {
+        prefixes_.push_back(prefix);
     }
-    prefixes_.push_back(prefix);
-    datasets_.push_back(std::move(*dataset));
-    return Dataset(*datasets_.back(), datasets_.size() - 1);
+    return dataset;
 }
 
 void DatasetHandle::loaded() {
@@ -90,7 +88,6 @@ void DatasetHandle::loaded() {
 bool DatasetHandle::closeIfIdle() {
     const std::unique_lock<std::mutex> lock(mutex_, std::try_to_lock);
     if (lock) {
-        const ErrorCapture silent;
         datasets_.clear();
     }
     return lock.owns_lock();
@@ -105,11 +102,11 @@ bool DatasetHandle::openAgain() {
     if (hasChanged()) {
         return false;
     }
-    std::vector<DatasetPointer> datasets;
+    std::vector<std::unique_ptr<Dataset>> datasets;
     for (const std::string& prefix : prefixes_) {
-        Expected<DatasetPointer> dataset = openDataset(prefix);
+        Expected<std::unique_ptr<Dataset>> dataset = openDataset(prefix, datasets.size());
         if (!dataset && HandlePool::instance().makeRoom(this)) {
-            dataset = openDataset(prefix);
+            dataset = openDataset(prefix, datasets.size());
         }
         if (!dataset) {
             return false;
@@ -120,19 +117,14 @@ bool DatasetHandle::openAgain() {
     return true;
 }
 
-GDALDataset* DatasetHandle::Use::dataset(std::size_t part) noexcept {
-    return answerOr<GDALDataset*>(nullptr, [&]() -> GDALDataset* {
+const Dataset* DatasetHandle::Use::dataset(std::size_t part) noexcept {
+    return answerOr<const Dataset*>(nullptr, [&]() -> const Dataset* {
         if (!handle_.openAgain()) {
             return nullptr;
         }
         HandlePool::instance().used(handle_);
         return handle_.datasets_[part].get();
     });
-}
-
-GDALRasterBand* DatasetHandle::Use::band(std::size_t part, int number) noexcept {
-    GDALDataset* open = dataset(part);
-    return open != nullptr ? open->GetRasterBand(number) : nullptr;
 }
 
 }  // namespace Pyxis

@@ -1,4 +1,4 @@
-#include "host/gdal/RasterFile.h"
+#include "host/raster/RasterFile.h"
 
 #include <algorithm>
 #include <thread>
@@ -47,12 +47,11 @@ std::shared_ptr<const GeoFacts> RasterFile::place(int index) {
     if (place) {
         return *place;
     }
-    const ErrorCapture silent;
     std::optional<DatasetHandle::Use> use;
     bool isGone = false;
     std::shared_ptr<const GeoFacts> read =
-        readGeoFacts(facts_.place, facts.width, facts.height, [&]() -> GDALDataset* {
-            GDALDataset* dataset = (use ? *use : use.emplace(*handle_)).dataset(facts.part);
+        readGeoFacts(facts_.place, facts.width, facts.height, [&]() -> const Dataset* {
+            const Dataset* dataset = (use ? *use : use.emplace(*handle_)).dataset(facts.part);
             isGone = dataset == nullptr;
             return dataset;
         });

@@ -1,0 +1,48 @@
+#include "host/raster/Gdal.h"
+
+#include <dlfcn.h>
+
+#include <atomic>
+#include <cstdlib>
+
+#include "host/raster/Module.h"
+
+namespace Pyxis {
+namespace {
+
+/// Only a program that uses GDAL itself can have set its options other than by the environment.
+bool isInProcess() {
+    static const bool linked = dlsym(RTLD_DEFAULT, "CPLGetConfigOption") != nullptr;
+    return linked || isLoaded(PYXIS_GDAL_LIBRARY);
+}
+
+}  // namespace
+
+Expected<const Gdal*> Gdal::load() {
+    static std::atomic<const Gdal*> loaded{nullptr};
+    if (const Gdal* gdal = loaded) {
+        return gdal;
+    }
+    Expected<void*> entry = functionIn(PYXIS_GDAL_LIBRARY, "pyxisGdal");
+    if (!entry) {
+        return entry.refusal();
+    }
+    loaded = reinterpret_cast<const Gdal* (*)()>(*entry)();
+    return loaded.load();
+}
+
+Expected<FileHead> readHeadByGdal(const std::string& path, std::size_t most) {
+    const Expected<const Gdal*> gdal = Gdal::load();
+    return gdal ? (*gdal)->readHead(path, most) : gdal.refusal();
+}
+
+std::optional<std::string> gdalOption(const char* name) {
+    if (isInProcess()) {
+        const Expected<const Gdal*> gdal = Gdal::load();
+        return gdal ? (*gdal)->option(name) : std::nullopt;
+    }
+    const char* value = std::getenv(name);
+    return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
+}
+
+}  // namespace Pyxis

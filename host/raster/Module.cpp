@@ -1,0 +1,41 @@
+#include "host/raster/Module.h"
+
+#include <dlfcn.h>
+
+#include <string>
+
+namespace Pyxis {
+namespace {
+
+/// The path relative to this code, so that an installed tree can be moved.
+std::string besideThis(const char* library) {
+    Dl_info info{};
+    if (dladdr(reinterpret_cast<void*>(&besideThis), &info) == 0 || info.dli_fname == nullptr) {
+        return library;
+    }
+    const std::string own = info.dli_fname;
+    return own.substr(0, own.rfind('/') + 1) + library;
+}
+
+}  // namespace
+
+Expected<void*> functionIn(const char* library, const char* function) {
+    // Never closed: its objects may live as long as the process.
+    void* const module = dlopen(besideThis(library).c_str(), RTLD_NOW | RTLD_LOCAL);
+    void* const found = module != nullptr ? dlsym(module, function) : nullptr;
+    if (found == nullptr) {
+        const char* const reason = dlerror();
+        return Refusal{Refusal::Kind::Unreadable, reason != nullptr ? reason : library};
+    }
+    return found;
+}
+
+bool isLoaded(const char* library) {
+    void* const module = dlopen(besideThis(library).c_str(), RTLD_LAZY | RTLD_NOLOAD);
+    if (module != nullptr) {
+        dlclose(module);  // only undoes the count of dlopen
+    }
+    return module != nullptr;
+}
+
+}  // namespace Pyxis
