@@ -103,6 +103,8 @@ if(TARGET kestms)
     file(RELATIVE_PATH libraries /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
     set_target_properties(kestms PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries}")
     install(TARGETS kestms RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT program)
+    set_target_properties(kestms_module PROPERTIES INSTALL_RPATH "$ORIGIN/..")
+    install(TARGETS kestms_module LIBRARY DESTINATION ${KEST_INSTALL_PLUGINDIR} COMPONENT program)
     set(manual ${CMAKE_BINARY_DIR}/manual)
     install(DIRECTORY ${manual}/man/ DESTINATION ${CMAKE_INSTALL_MANDIR} COMPONENT program)
     install(FILES ${manual}/completions/kestms COMPONENT program

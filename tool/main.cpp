@@ -1,7 +1,57 @@
 #include <iostream>
 
+#include "host/raster/Module.h"
 #include "tool/CommandLine.h"
+#include "tool/work/RasterWork.h"
+
+// The program itself does not use GDAL. Commands that need it run in the module, which parses the
+// same command line again; until then nothing is read or written.
+
+namespace {
+
+bool needsModule = false;
+
+kestms::ExitCode leaveToModule() {
+    needsModule = true;
+    return kestms::ExitCode::Success;
+}
+
+int runModule(int argc, const char* const* argv) {
+    const auto run = Pyxis::functionIn(KESTMS_MODULE, "kestmsRun");
+    if (!run) {
+        std::cerr << "kestms: " << run.refusal().reason << "\n";
+        return static_cast<int>(kestms::ExitCode::Unexpected);
+    }
+    return reinterpret_cast<int (*)(int, const char* const*)>(*run)(argc, argv);
+}
+
+}  // namespace
+
+namespace kestms {
+
+ExitCode writeVirtualRasters(Context& /*context*/, const ExportRequest& /*request*/) {
+    return leaveToModule();
+}
+
+ExitCode exportSet(Context& /*context*/, const ExportOptions& /*options*/) {
+    return leaveToModule();
+}
+
+ExitCode drawPicture(Context& /*context*/, const QuicklookOptions& /*options*/) {
+    return leaveToModule();
+}
+
+ExitCode writeStacItem(Context& /*context*/, const StacOptions& /*options*/) {
+    return leaveToModule();
+}
+
+ExitCode writeSampleSets(Context& /*context*/, const SamplesOptions& /*options*/) {
+    return leaveToModule();
+}
+
+}  // namespace kestms
 
 int main(int argc, char** argv) {
-    return kestms::run(argc, argv, std::cin, std::cout, std::cerr);
+    const int code = kestms::run(argc, argv, std::cin, std::cout, std::cerr);
+    return needsModule ? runModule(argc, argv) : code;
 }

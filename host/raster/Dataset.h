@@ -6,13 +6,14 @@
 #include <string>
 #include <vector>
 
+#include "host/file/Export.h"
 #include "host/raster/RasterFacts.h"
 
 namespace Pyxis {
 
 /// An open GDAL dataset, without GDAL's headers. One thread at a time may use it. Bands count
 /// from 1. GDAL prints nothing meanwhile.
-class Dataset {
+class PYXIS_CODECS_API Dataset {
   public:
     Dataset() = default;
     Dataset(const Dataset&) = delete;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/file/Expected.h"
+#include "host/file/Export.h"
 #include "host/file/FileHead.h"
 #include "host/file/WorldFile.h"
 #include "host/raster/Dataset.h"
@@ -38,7 +39,7 @@ struct AuxiliaryPlace {
 
 /// The layer on GDAL, a separate library that is loaded when it is first needed: loading GDAL takes
 /// longer than answering most questions, which need only the first bytes of the files.
-class Gdal {
+class PYXIS_CODECS_API Gdal {
   public:
     virtual ~Gdal() = default;
     /// Opens a file, or the part of it that the driver names by a prefix, for reading. GDAL writes

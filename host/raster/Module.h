@@ -1,12 +1,13 @@
 #pragma once
 
 #include "host/file/Expected.h"
+#include "host/file/Export.h"
 
 namespace Pyxis {
 
-/// A function of a library in the directory of the library of component codecs. The library is
-/// loaded at the first call and stays loaded. Refused with the loader's reason.
-Expected<void*> functionIn(const char* library, const char* function);
+/// A function of a library, which is named relative to the directory of the library of component
+/// codecs. It is loaded at the first call and stays loaded. Refused with the loader's reason.
+PYXIS_CODECS_API Expected<void*> functionIn(const char* library, const char* function);
 
 /// Whether the process has loaded that library, for whatever reason.
 bool isLoaded(const char* library);

@@ -5,28 +5,13 @@
 #include "tool/commands/Commands.h"
 #include "tool/commands/InputOptions.h"
 #include "tool/commands/RasterOptions.h"
-#include "tool/raster/GeoTiffWriter.h"
-#include "tool/raster/RasterExport.h"
+#include "tool/work/RasterWork.h"
 
 namespace kestms {
 namespace {
 
 /// GDAL's lossless compressions.
 const std::vector<std::string> kCompressions = {"DEFLATE", "LZW", "ZSTD", "NONE"};
-
-struct ExportOptions {
-    ExportRequest request;
-    GeoTiffOptions format;
-};
-
-ExitCode exportSet(Context& context, const ExportOptions& options) {
-    exportRasters(context, options.request, OutputFormat::GeoTiff,
-                  [&](const OutputRaster& raster, const VirtualRaster& pixels, OutputFile& file,
-                      const ProgressFunction& progress) {
-                      return writeGeoTiff(raster, pixels, options.format, file, progress);
-                  });
-    return ExitCode::Success;
-}
 
 }  // namespace
 

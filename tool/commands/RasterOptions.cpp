@@ -2,9 +2,12 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <string_view>
+
+#include "tool/terminal/Failure.h"
 
 namespace kestms {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <CLI/App.hpp>
 
-#include "tool/raster/RasterExport.h"
+#include "tool/raster/ExportRequest.h"
 
 // Options that commands for rasters and pictures share.
 

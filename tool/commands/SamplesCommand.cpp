@@ -2,7 +2,7 @@
 #include <string>
 
 #include "tool/commands/Commands.h"
-#include "tool/samples/SampleSets.h"
+#include "tool/work/RasterWork.h"
 
 namespace kestms {
 
@@ -11,12 +11,6 @@ namespace {
 /// Fewer pixels would show nothing; more would take hours.
 constexpr int kFewestPixels = 8;
 constexpr int kMostPixels = 4096;
-
-struct SamplesOptions {
-    std::string directory;
-    int size = samples::kUsualPixels;
-    bool overwrite = false;
-};
 
 }  // namespace
 
@@ -37,10 +31,7 @@ void addSamplesCommand(CLI::App& app, Context& context) {
         "  kestms samples /tmp/scenes\n"
         "  kestms info /tmp/scenes/landsat7/set.xml");
     command->callback([&context, options] {
-        context.action = [options] {
-            samples::writeSamples(options->directory, options->size, options->overwrite);
-            return ExitCode::Success;
-        };
+        context.action = [&context, options] { return writeSampleSets(context, *options); };
     });
 }
 

@@ -3,27 +3,9 @@
 #include "tool/commands/Commands.h"
 #include "tool/commands/InputOptions.h"
 #include "tool/commands/RasterOptions.h"
-#include "tool/raster/RasterExport.h"
+#include "tool/work/RasterWork.h"
 
 namespace kestms {
-namespace {
-
-ExitCode writeVirtualRasters(Context& context, const ExportRequest& request) {
-    if (isStandardOutput(request.output)) {
-        printVirtualRaster(context, request);
-    } else {
-        exportRasters(context, request, OutputFormat::VirtualRaster,
-                      [](const OutputRaster& /*raster*/, const VirtualRaster& pixels,
-                         OutputFile& file, const ProgressFunction& /*progress*/) {
-                          file.write(pixels.text());
-                          return std::vector<std::string>();
-                      });
-    }
-    return ExitCode::Success;
-}
-
-}  // namespace
-
 void addVrtCommand(CLI::App& app, Context& context) {
     auto request = std::make_shared<ExportRequest>();
     CLI::App* command =

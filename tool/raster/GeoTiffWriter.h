@@ -3,17 +3,12 @@
 #include <string>
 #include <vector>
 
+#include "tool/raster/ExportRequest.h"
 #include "tool/raster/OutputFile.h"
 #include "tool/raster/VirtualRaster.h"
 #include "tool/terminal/Progress.h"
 
 namespace kestms {
-
-struct GeoTiffOptions {
-    std::string compression = "DEFLATE";  ///< GDAL's name; one that loses nothing
-    bool cloudOptimized = false;
-    std::vector<std::string> creationOptions;  ///< GDAL's, as NAME=VALUE; they go before ours
-};
 
 /// Writes the virtual raster as a tiled GeoTIFF, window by window. Bands of different sample types
 /// get the smallest one that holds all. Returns what does not arrive or arrives otherwise, a line

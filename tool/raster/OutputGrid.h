@@ -1,12 +1,12 @@
 #pragma once
 
 #include <array>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "host/codecs/RasterSource.h"
 #include "pyxis/Geometry.h"
+#include "tool/raster/ExportRequest.h"
 #include "tool/raster/PixelGrid.h"
 #include "tool/scene/OpenedSet.h"
 
@@ -45,17 +45,6 @@ struct OutputRaster {
     double pixelWidth = 0;         ///< in units of the coordinate system
     double pixelHeight = 0;
     std::vector<OutputBand> bands;
-};
-
-/// Which grid the bands share.
-struct GridOptions {
-    enum class Resolution { Finest, Coarsest, Given };
-
-    Resolution resolution = Resolution::Finest;
-    double pixelSize = 0;  ///< for Resolution::Given, in units of the coordinate system
-    bool split = false;    ///< a raster for each pixel size, with that size in its name
-    std::optional<std::array<double, 4>> box;     ///< left, bottom, right, top in the world
-    std::optional<std::array<double, 4>> window;  ///< column, row, width, height in the grid
 };
 
 /// The grid that bands share, and where each of them lies on it.

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
+#include "tool/raster/ExportRequest.h"
 #include "tool/raster/OutputFile.h"
 #include "tool/raster/OutputFormat.h"
 #include "tool/raster/OutputGrid.h"
@@ -13,20 +13,6 @@
 #include "tool/terminal/Progress.h"
 
 namespace kestms {
-
-/// Which bands of a set become a raster, how and where.
-struct ExportRequest {
-    std::vector<std::string> inputs;
-    std::string output;
-    bool overwrite = false;
-    std::vector<std::string> bands;  ///< words of `selectBands`
-    std::vector<std::string> names;  ///< words of `renameBands`
-    bool displayOrder = false;
-    GridOptions grid;
-    std::string resampling = "nearest";
-    std::optional<double> noData;
-    bool withStyle = true;
-};
 
 /// Writes one raster into its file and returns what did not arrive, a line each.
 using RasterWriter =

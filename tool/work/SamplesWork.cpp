@@ -1,0 +1,11 @@
+#include "tool/samples/SampleSets.h"
+#include "tool/work/RasterWork.h"
+
+namespace kestms {
+
+ExitCode writeSampleSets(Context& /*context*/, const SamplesOptions& options) {
+    samples::writeSamples(options.directory, options.size, options.overwrite);
+    return ExitCode::Success;
+}
+
+}  // namespace kestms
