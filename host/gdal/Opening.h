@@ -3,9 +3,8 @@
 #include <memory>
 #include <string>
 
-#include "host/raster/Gdal.h"
-
 #include "host/file/Export.h"
+#include "host/raster/Gdal.h"
 
 class GDALDataset;
 

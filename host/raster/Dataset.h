@@ -43,9 +43,9 @@ class PYXIS_CODECS_API Dataset {
     virtual int numOverviews(int band) const = 0;
     virtual bool hasLevel(int band, int level) const = 0;
     virtual ChannelRange range(int band) const = 0;
-    /// Reads the window of `request` from a level of a band, as samples of `format`. False when there
-    /// is no such level, when window, buffer or sample type do not fit, or the pixels cannot be read.
-    /// Without `overviews` GDAL does not look for any.
+    /// Reads the window of `request` from a level of a band, as samples of `format`. False when
+    /// there is no such level, when window, buffer or sample type do not fit, or the pixels cannot
+    /// be read. Without `overviews` GDAL does not look for any.
     virtual bool read(int band, int level, SampleFormat format, const PixelRequest& request,
                       bool overviews) const = 0;
 };

@@ -43,8 +43,8 @@ class PYXIS_CODECS_API Gdal {
   public:
     virtual ~Gdal() = default;
     /// Opens a file, or the part of it that the driver names by a prefix, for reading. GDAL writes
-    /// nothing beside the file and reads only what the driver needs there. A file that names another
-    /// one as its overviews is refused. The reason is GDAL's, and may be empty.
+    /// nothing beside the file and reads only what the driver needs there. A file that names
+    /// another one as its overviews is refused. The reason is GDAL's, and may be empty.
     virtual Expected<std::unique_ptr<Dataset>> open(const Opening& opening,
                                                     const std::string& prefix,
                                                     std::size_t part) const = 0;
@@ -58,7 +58,8 @@ class PYXIS_CODECS_API Gdal {
     virtual Expected<std::vector<std::string>> listArchive(const std::string& path) const = 0;
     virtual std::optional<std::string> option(const char* name) const = 0;
 
-    /// Loads the layer at the first call; it stays loaded. After a failure the next call tries again.
+    /// Loads the layer at the first call; it stays loaded. After a failure the next call tries
+    /// again.
     static Expected<const Gdal*> load();
 };
 

@@ -5,6 +5,7 @@
 #include "tool/work/RasterWork.h"
 
 namespace kestms {
+
 void addStacCommand(CLI::App& app, Context& context) {
     auto options = std::make_shared<StacOptions>();
     CLI::App* command = app.add_subcommand("stac", "Write a STAC item that describes the scene");
