@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "host/formats/Formats.h"
+#include "host/raster/HandlePool.h"
 
 namespace Pyxis {
 namespace {
@@ -38,13 +39,21 @@ void FileCache::endOperation(std::uint64_t before) {
 }
 
 Expected<RasterPointer> FileCache::open(const Format& format, const std::string& path) {
-    if (RasterPointer file = find(*AbsolutePath(path))) {
+    const AbsolutePath absolute(path);
+    if (RasterPointer file = find(*absolute)) {
         if (std::string_view(file->handle().driver()) != format.driver) {
             return notOf(format);
         }
         return file;
     }
-    return keep(format, loadRaster(format, path));
+    Expected<FileHead> head = headOf(*absolute);
+    if (!head) {
+        return head.refusal();
+    }
+    if (!format.recognise(head->bytes, *absolute)) {
+        return notOf(format);
+    }
+    return keep(format, loadRaster(format, SourceFile{path, *absolute, std::move(*head)}));
 }
 
 Expected<RasterPointer> FileCache::open(const std::string& path) {
@@ -52,7 +61,7 @@ Expected<RasterPointer> FileCache::open(const std::string& path) {
     if (RasterPointer file = find(*absolute)) {
         return file;
     }
-    Expected<FileHead> head = readHead(*absolute);
+    Expected<FileHead> head = headOf(*absolute);
     if (!head) {
         return head.refusal();
     }
@@ -64,6 +73,28 @@ Expected<RasterPointer> FileCache::open(const std::string& path) {
     return keep(*format, loadRaster(*format, SourceFile{path, *absolute, std::move(*head)}));
 }
 
+bool FileCache::isFresh(std::uint64_t operation) const {
+    return changes_ == FileChanges::Ignore ||
+           (currentOperation != 0 && operation == currentOperation);
+}
+
+Expected<FileHead> FileCache::headOf(const std::string& absolutePath) {
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        if (lastHead_ && lastHead_->absolutePath == absolutePath && isFresh(lastHead_->operation)) {
+            return lastHead_->head;
+        }
+    }
+    Expected<FileHead> head = readHead(absolutePath);
+    if (!head && head.refusal().kind == Refusal::Kind::Exhausted &&
+        HandlePool::instance().makeRoom()) {
+        head = readHead(absolutePath);
+    }
+    const std::lock_guard<std::mutex> lock(mutex_);
+    lastHead_ = LastHead{absolutePath, head, currentOperation};
+    return head;
+}
+
 RasterPointer FileCache::find(std::string_view absolutePath) {
     RasterPointer changed;  // outlives the lock: closing takes a while
     const std::lock_guard<std::mutex> lock(mutex_);
@@ -72,9 +103,7 @@ RasterPointer FileCache::find(std::string_view absolutePath) {
         return nullptr;
     }
     Entry& entry = *place->second;
-    const bool isFresh = changes_ == FileChanges::Ignore ||
-                         (currentOperation != 0 && entry.lookedAt == currentOperation);
-    if (isFresh || !entry.file->handle().hasChanged()) {
+    if (isFresh(entry.lookedAt) || !entry.file->handle().hasChanged()) {
         entry.lookedAt = currentOperation;
         files_.splice(files_.begin(), files_, place->second);
         return entry.file;

@@ -5,6 +5,7 @@
 #include <functional>
 #include <list>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -39,12 +40,24 @@ class FileCache {
         std::uint64_t lookedAt;  ///< the last operation that checked it for changes; 0: none
     };
 
+    /// The head of the file that was asked for last: codecs are asked about a file in turn.
+    struct LastHead {
+        std::string absolutePath;
+        Expected<FileHead> head;
+        std::uint64_t operation;  ///< in which it was read; 0: none
+    };
+
     RasterPointer find(std::string_view absolutePath);
+    /// Whether what an operation saw holds without another look.
+    bool isFresh(std::uint64_t operation) const;
+    /// The head of a file. If the process can open no more files, idle ones are closed first.
+    Expected<FileHead> headOf(const std::string& absolutePath);
     /// Caches the file if that is allowed. Returns another thread's file if that was faster.
     Expected<RasterPointer> keep(const Format& format, Expected<RasterPointer> file);
 
     const FileChanges changes_;
     std::mutex mutex_;
+    std::optional<LastHead> lastHead_;
     std::list<Entry> files_;  // the latest first
     /// By absolute path, as the working directory may change; the keys point into the files.
     std::unordered_map<std::string_view, std::list<Entry>::iterator> places_;

@@ -10,6 +10,7 @@ namespace Pyxis {
 struct Refusal {
     enum class Kind {
         Unreadable,   ///< missing, not a regular file, or reading fails
+        Exhausted,    ///< the process can open no more files
         OtherFormat,  ///< not of the requested format
         Damaged,      ///< of the format, but incomplete or wrong
         Unsafe,       ///< leads to other files, or claims more than it can hold

@@ -116,7 +116,10 @@ Expected<FileHead> readHead(const std::string& path, std::size_t most) {
     const Descriptor file(path);
     struct stat status {};
     if (file.number() < 0 || fstat(file.number(), &status) != 0) {
-        return unreadable(std::strerror(errno));
+        const int why = errno;
+        return Refusal{why == EMFILE || why == ENFILE ? Refusal::Kind::Exhausted
+                                                      : Refusal::Kind::Unreadable,
+                       std::strerror(why)};
     }
     if (!S_ISREG(status.st_mode)) {
         return unreadable(S_ISDIR(status.st_mode) ? "is a directory" : "not a regular file");

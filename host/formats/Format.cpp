@@ -143,34 +143,14 @@ Expected<RasterPointer> load(const Format& format, SourceFile file) {
     return raster;
 }
 
-template <typename Action>
-Expected<RasterPointer> withRoom(const Action& action) {
-    Expected<RasterPointer> raster = action();
-    if (!raster && HandlePool::instance().makeRoom()) {
-        return action();
-    }
-    return raster;
-}
-
 }  // namespace
 
-Expected<RasterPointer> loadRaster(const Format& format, SourceFile file) {
-    return withRoom([&] { return load(format, file); });
-}
-
-Expected<RasterPointer> loadRaster(const Format& format, const std::string& path) {
-    return withRoom([&]() -> Expected<RasterPointer> {
-        SourceFile file{path, absolutePath(path), {}};
-        Expected<FileHead> head = readHead(file.absolutePath);
-        if (!head) {
-            return head.refusal();
-        }
-        if (!format.recognise(head->bytes, file.absolutePath)) {
-            return notOf(format);
-        }
-        file.head = std::move(*head);
-        return load(format, std::move(file));
-    });
+Expected<RasterPointer> loadRaster(const Format& format, const SourceFile& file) {
+    Expected<RasterPointer> raster = load(format, file);
+    if (!raster && HandlePool::instance().makeRoom()) {
+        return load(format, file);
+    }
+    return raster;
 }
 
 }  // namespace Pyxis

@@ -68,12 +68,9 @@ struct Format {
     void (*describe)(RasterFile& file, int frame, FrameProperties& properties);
 };
 
-/// Loads a plain regular file of this format. When the process can open no more files, idle ones
-/// are closed first.
-Expected<RasterPointer> loadRaster(const Format& format, const std::string& path);
-
-/// The same for a file whose head has been read and recognised.
-Expected<RasterPointer> loadRaster(const Format& format, SourceFile file);
+/// Loads a file whose head has been read and recognised. When the process can open no more files,
+/// idle ones are closed first.
+Expected<RasterPointer> loadRaster(const Format& format, const SourceFile& file);
 
 /// Loads a file whose dataset's bands are its frames.
 Expected<RasterFacts> loadAllBands(const SourceFile& file, DatasetHandle& handle);

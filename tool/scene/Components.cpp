@@ -9,14 +9,27 @@
 #include "host/codecs/Readability.h"
 #include "pyxis/FileReadDescriptor.h"
 #include "sets/ComponentList.h"
+#include "tool/terminal/Failure.h"
 
 namespace fs = std::filesystem;
 
 namespace kestms {
+namespace {
+
+/// For files of several bands together, as small files can claim many. Each band costs some
+/// kilobytes; imaging spectrometers have some hundreds.
+constexpr std::size_t kMostBands = 16384;
+
+}  // namespace
 
 void addFrames(const std::string& path, std::vector<Component>& components) {
     const auto image = openImage(path);
     const int frames = image ? std::max(image->getNumFrames(), 1) : 1;
+    if (frames > 1 && components.size() + static_cast<std::size_t>(frames) > kMostBands) {
+        throw Failure(ExitCode::Usage, path,
+                      "with this file the set has more than " + std::to_string(kMostBands) +
+                          " bands");
+    }
     for (int frame = 0; frame < frames; ++frame) {
         components.push_back({path, frame});
     }

@@ -16,7 +16,8 @@ struct Component {
     int frame = 0;
 };
 
-/// Adds a component for every frame of the file; frame 0 of a file that no codec reads.
+/// Adds a component for every frame of the file; frame 0 of a file that no codec reads. Throws
+/// Failure when a file of several bands makes the set too large.
 void addFrames(const std::string& path, std::vector<Component>& components);
 
 /// A component for every frame of every file, with files opened ahead; one for a file that no codec

@@ -45,6 +45,12 @@ TEST_F(SmallInputs, TakeLittleTimeAndMemory) {
     const std::string b = writeBands("b.tif", 4096);
     const std::string half = writeBands("half.tif", 1024);
     const std::string other = writeBands("other.tif", 1024);
+    const std::vector<std::string> tooMany(5, a);
+    std::string missing;
+    for (int i = 0; i < 100000; ++i) {
+        missing += "m" + std::to_string(i) + ".tif\n";
+    }
+    fakes::writeFile(directory_ / "missing", missing);
     struct Case {
         Strings arguments;
         int code;
@@ -55,6 +61,8 @@ TEST_F(SmallInputs, TakeLittleTimeAndMemory) {
         {{"quicklook", a, b, "-o", directory_ / "a.png"}, 0, ""},
         {{"vrt", half, other, "-o", directory_ / "both.vrt"}, 0, ""},
         {{"export", half, other, "-o", directory_ / "both.tif"}, 0, ""},
+        {joined({"info"}, tooMany), 2, "with this file the set has more than 16384 bands"},
+        {{"check", "@" + (directory_ / "missing")}, 3, "m0.tif: No such file"},
         {{"vrt", a, b, "-o", directory_ / "a.vrt"}, 2, "8192 bands are too many for one output"},
         {{"export", a, b, "-o", directory_ / "o.tif"}, 2, "8192 bands are too many"},
     };
