@@ -48,6 +48,20 @@ std::optional<Component> withFrame(const std::string& argument) {
     return component;
 }
 
+/// A line of a list up to "#" at its start or after a blank; "FILE#FRAME" has none.
+std::string withoutComment(const std::string& line) {
+    constexpr std::string_view kBlanks = " \t";
+    std::size_t end = line.find('#');
+    while (end != std::string::npos && end != 0 &&
+           kBlanks.find(line[end - 1]) == std::string_view::npos) {
+        end = line.find('#', end + 1);
+    }
+    if (end == std::string::npos) {
+        return line;
+    }
+    return line.substr(0, line.substr(0, end).find_last_not_of(kBlanks) + 1);
+}
+
 /// Why a text is not a component list; null when it is one.
 const char* documentFault(const std::string& text, const Pyxis::FileSpecifier& document) {
     return !looksLikeXml(text)                    ? "not an XML document"
@@ -173,8 +187,9 @@ class ArgumentReader {
         }
         const auto before = entries_.size();
         for (const std::string& line : linesOf(text)) {
-            if (!line.starts_with('#') || exists(line)) {
-                readEntry(line);
+            const std::string entry = exists(line) ? line : withoutComment(line);
+            if (!entry.empty()) {
+                readEntry(entry);
             }
         }
         if (entries_.size() == before) {

@@ -52,8 +52,8 @@ TEST_F(Inputs, TakeFilesFramesAndLists) {
     EXPECT_THAT(named({one, "-"}, stack + "#1"), ElementsAre("b1.tif#0", "stack.tif#1"));
     fakes::writeFile(directory_ / "list.txt", one + "\n" + stack + "#2\n");
     EXPECT_THAT(named({"@" + (directory_ / "list.txt")}), ElementsAre("b1.tif#0", "stack.tif#2"));
-    fakes::writeFile(directory_ / "list.txt",
-                     "# two bands\n" + one + "\n#" + stack + "\n" + stack + "#2");
+    fakes::writeFile(directory_ / "list.txt", "# two bands\n" + one + "\t# the first\n #" + stack +
+                                                  "\n" + stack + "#2 # #1");
     EXPECT_THAT(named({"@" + (directory_ / "list.txt")}), ElementsAre("b1.tif#0", "stack.tif#2"));
     const std::string odd = write("odd#7");
     EXPECT_THAT(named({odd, odd + "#0"}), ElementsAre("odd#7#0", "odd#7#0"));
