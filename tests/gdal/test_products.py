@@ -16,7 +16,7 @@ from conftest import BUILD
 PRODUCTS = json.loads(
     subprocess.run([BUILD / "bin" / "kestms", "--language", "en", "products", "--json"],
                    capture_output=True, check=True).stdout
-)
+)["products"]
 SIGNS = {"#+": "12", "#": "1", "@": "A", "{date}": "20180629", "{yearday}": "2018180", "[": "", "]": ""}
 
 

@@ -174,18 +174,18 @@ Products productsOf(Context& context, const ProductsOptions& options) {
 ExitCode products(Context& context, const ProductsOptions& options) {
     const Products known = productsOf(context, options);
     const ProductWriter writer(context.session().language());
+    const Product* const one = options.id.empty() ? nullptr : &productNamed(known, options.id);
     if (options.json) {
-        Json json = Json::array();
+        Json document = documentOf("kestms products", 1);
+        Json& listed = document["products"] = Json::array();
         for (const auto& product : known) {
-            if (options.id.empty() || product->id == options.id) {
-                json.push_back(writer.json(*product));
+            if (one == nullptr || product.get() == one) {
+                listed.push_back(writer.json(*product));
             }
         }
-        writeJson(context.out, json);
-    } else if (options.id.empty()) {
-        context.out << writer.list(known);
+        writeJson(context.out, document);
     } else {
-        context.out << writer.describe(productNamed(known, options.id));
+        context.out << (one == nullptr ? writer.list(known) : writer.describe(*one));
     }
     return ExitCode::Success;
 }

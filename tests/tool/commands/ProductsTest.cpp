@@ -63,9 +63,12 @@ TEST_F(Products, AreListedDescribedAndChecked) {
         EXPECT_THAT(one, HasSubstr(part));
     }
     EXPECT_EQ(runTool({"products", "none"}).code, 2);
-    const json all =
+    EXPECT_EQ(runTool({"products", "none", "--json"}).code, 2);
+    const json document =
         runTool({"--no-products", "--products", writeCatalogue("mine"), "products", "--json"})
             .json();
+    EXPECT_EQ(document["schema"]["name"], "kestms products");
+    const json& all = document["products"];
     ASSERT_EQ(all.size(), 1U);
     EXPECT_EQ(all[0]["bands"][0]["code"], "B4");
 

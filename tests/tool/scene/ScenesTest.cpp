@@ -199,7 +199,7 @@ TEST_F(Scenes, AFolderOfEveryProductIsOneImage) {
     for (const fakes::ProductCase& c : fakes::kProductCases) {
         SCOPED_TRACE(c.product);
         const std::string folder = directory_ / (c.product + " " + c.scene);
-        const auto product = runTool({"products", c.product, "--json"}).json()[0];
+        const auto product = runTool({"products", c.product, "--json"}).json()["products"][0];
         for (std::string file : c.files) {
             if (const std::size_t scene = file.find('~'); scene != file.npos) {
                 file.replace(scene, 1, c.scene);
