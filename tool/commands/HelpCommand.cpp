@@ -58,7 +58,7 @@ void addHelpCommand(CLI::App& app, Context& context) {
         context.action = [&app, &context, name] {
             const CLI::App* command = name->empty() ? &app : commandNamed(app, *name);
             if (command == nullptr) {
-                throw Failure(ExitCode::Usage, noSuchCommand(app, *name));
+                throw Failure(ExitCode::Usage, noSuchCommand(app, *name) + " (see kestms help)");
             }
             context.out << app.get_formatter()->make_help(
                 command, (name->empty() ? "kestms" : "kestms " + *name),
