@@ -10,7 +10,8 @@
 namespace kestgdal {
 namespace {
 
-/// A centre on the edge between two pixels belongs to the second one, rounding or not.
+/// A centre on the edge between two pixels belongs to the second one, rounding or not; one on the
+/// last edge to the last pixel, as in virtual rasters.
 constexpr double kEdge = 1e-6;
 /// How much of the source is held at a time, in bytes.
 constexpr std::size_t kMostBytes = 4U << 20U;
@@ -22,7 +23,8 @@ std::vector<int> sourcePixels(const Axis& axis, double from, double length, int 
     std::vector<int> pixels(static_cast<std::size_t>(samples));
     for (int i = 0; i < samples; ++i) {
         const double centre = axis.at(from + (i + 0.5) * length / samples) * perFullPixel;
-        const double pixel = std::floor(centre + kEdge);
+        const bool isLastEdge = std::abs(centre - sourceSize) <= kEdge;
+        const double pixel = isLastEdge ? sourceSize - 1 : std::floor(centre + kEdge);
         pixels[static_cast<std::size_t>(i)] =
             pixel >= 0 && pixel < sourceSize ? static_cast<int>(pixel) : kOutside;
     }

@@ -9,8 +9,9 @@ import sys
 import numpy as np
 import pytest
 import rasterio
+from rasterio.transform import Affine
 
-from conftest import NAMES, component_name, write_component
+from conftest import BUILD, NAMES, component_name, samples, write_component
 
 DESCRIPTIONS = [
     "Blue (band 1)", "Green (band 2)", "Red (band 3)", "Near infrared (band 4)",
@@ -72,6 +73,23 @@ def test_translate_of_the_set_puts_each_pixel_in_its_place(scene, run, tmp_path)
                 expected = np.array([value[0] for value in component.sample(zip(x, y))])
                 # Where the component ends short of the pixel's centre, there is no data.
                 np.testing.assert_array_equal(copied.read(number).ravel(), expected)
+
+
+def test_the_set_is_what_the_tool_writes_to_the_last_edge(run, tmp_path):
+    # The centres of the last panchromatic line lie on the lower edge of the other band.
+    places = {"B80": (82, Affine(15, 0, 483277.5, 0, -15, 5628517.5)),
+              "B30": (41, Affine(30, 0, 483285, 0, -30, 5628525))}
+    for code, (size, transform) in places.items():
+        with rasterio.open(
+            tmp_path / component_name(code), "w", driver="GTiff", width=size, height=size, count=1,
+            dtype="uint16", crs="EPSG:32632", transform=transform
+        ) as raster:
+            raster.write(samples(code, size, size), 1)
+    run("gdal_translate", "-q", f"KESTMS:{tmp_path}", tmp_path / "driver.tif")
+    run(BUILD / "bin" / "kestms", "-q", "vrt", tmp_path, "-o", tmp_path / "tool.vrt")
+    for band in (1, 2):
+        np.testing.assert_array_equal(
+            read(tmp_path / "driver.tif", band), read(tmp_path / "tool.vrt", band))
 
 
 def test_warp_gives_what_it_gives_for_the_components(scene, run, tmp_path):
