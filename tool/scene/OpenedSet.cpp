@@ -1,6 +1,7 @@
 #include "tool/scene/OpenedSet.h"
 
 #include <cerrno>
+#include <set>
 #include <system_error>
 #include <utility>
 
@@ -187,12 +188,19 @@ std::unique_ptr<Pyxis::ReadImageFileFrameInterface> OpenedSet::openFrame(int fra
 }
 
 void OpenedSet::gatherFiles() {
-    for (const Component& component : componentsOf(image_->getFileSpecifier())) {
-        files_.push_back(component.path);
+    std::set<std::string> seen;
+    const auto add = [&](const std::string& path) {
+        if (seen.insert(path).second) {
+            files_.push_back(path);
+        }
+    };
+    const std::vector<Component> components = componentsOf(image_->getFileSpecifier());
+    for (const Component& component : components) {
+        add(component.path);
     }
     // The metadata text file follows the components.
-    for (int i = static_cast<int>(files_.size()); i < image_->getNumFiles(); ++i) {
-        files_.push_back(toUtf8(image_->getFile(i).string()));
+    for (int i = static_cast<int>(components.size()); i < image_->getNumFiles(); ++i) {
+        add(toUtf8(image_->getFile(i).string()));
     }
 }
 

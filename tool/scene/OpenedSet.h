@@ -30,7 +30,7 @@ class OpenedSet {
     /// In the order of the set's frames.
     const std::vector<Band>& bands() const { return bands_; }
     const std::vector<Bucket>& buckets() const { return buckets_; }
-    /// The components' files, then the metadata text file.
+    /// The components' files, each once, then the metadata text file.
     const std::vector<std::string>& files() const { return files_; }
     /// Size in pixels of the band with the most pixels.
     Pyxis::Size finestSize() const;
