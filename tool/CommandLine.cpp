@@ -119,6 +119,8 @@ std::unique_ptr<CLI::App> commandLine(Context& context) {
                   "Do without the catalogue of products that comes with the program");
     app->add_flag("--allow-remote", context.paths.remote,
                   "Read what documents and lists name on the network; what arguments name is read");
+    app->add_flag("--allow-vrt", context.paths.virtualRasters,
+                  "Read virtual rasters as GDAL does, with any other file that they name");
     app->footer(kFooter);
     addCommands(*app, context);
     addHelpCommand(*app, context);

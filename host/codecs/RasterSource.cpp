@@ -9,6 +9,9 @@ namespace {
 
 /// The image's own files are in one directory.
 std::vector<std::string> filesOf(const RasterFile& file) {
+    if (file.handle().view() == View::Sources) {
+        return {};
+    }
     const std::string& path = file.handle().path();
     const std::string directory = path.substr(0, path.rfind('/') + 1);
     std::vector<std::string> files = {path};

@@ -19,7 +19,7 @@ struct RasterSource {
     std::string driver;    ///< short name of the GDAL driver that reads the file
     std::string label;     ///< the file's own name for the band; may be empty
     /// Absolute paths of all files that the driver needs, the file itself first; see
-    /// `PrivateFiles`.
+    /// `PrivateFiles`. Empty for a virtual raster, which names other files itself.
     std::vector<std::string> files;
 };
 

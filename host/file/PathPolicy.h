@@ -21,6 +21,7 @@ PathKind kindOf(std::string_view path);
 struct PathPolicy {
     bool archives = false;             ///< members of archives
     bool remote = false;               ///< whatever a document names on the network
+    bool virtualRasters = false;       ///< which open whatever they name
     std::set<std::string> named = {};  ///< on the network, named by the user
 };
 
@@ -32,5 +33,7 @@ PathPolicy pathPolicy();
 std::string_view whyNotAllowed(const std::string& path);
 
 inline constexpr std::string_view kRemoteNotAllowed = "on the network, and not named by the user";
+inline constexpr std::string_view kVirtualRasterNotAllowed =
+    "a virtual raster, which may open any other file";
 
 }  // namespace Pyxis

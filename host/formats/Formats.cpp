@@ -6,8 +6,8 @@ namespace Pyxis {
 
 const std::vector<const Format*>& formats() {
     static const std::vector<const Format*> formats = {
-        &quickBirdFormat(), &tiffFormat(),  &nitfFormat(), &fastFormat(),
-        &jpeg2000Format(),  &erdasFormat(), &pngFormat(),  &jpegFormat(),
+        &quickBirdFormat(), &tiffFormat(), &nitfFormat(), &fastFormat(),          &jpeg2000Format(),
+        &erdasFormat(),     &pngFormat(),  &jpegFormat(), &virtualRasterFormat(),
         &enviFormat(),  // looks for a side file, so it comes last
     };
     return formats;

@@ -24,5 +24,6 @@ const Format& erdasFormat();
 const Format& pngFormat();
 const Format& jpegFormat();
 const Format& enviFormat();
+const Format& virtualRasterFormat();
 
 }  // namespace Pyxis

@@ -25,6 +25,7 @@ class DatasetHandle {
 
     const char* driver() const { return opening_.driver; }
     const std::string& path() const { return opening_.path; }
+    View view() const { return opening_.view; }
     /// Whether the file has changed since it was first opened.
     bool hasChanged() const;
     /// Whether a change is sure to be noticed.

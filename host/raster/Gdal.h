@@ -19,6 +19,7 @@ namespace Pyxis {
 enum class View {
     FileAlone,  ///< the file under a private name, with nothing beside it
     Directory,  ///< for drivers that need more files, or can be told to read none
+    Sources,    ///< the directory, and whatever the file names
 };
 
 /// How a file is opened.

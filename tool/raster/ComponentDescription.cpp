@@ -11,6 +11,7 @@
 #include "host/gdal/PrivateFiles.h"
 #include "tool/raster/BandMetadata.h"
 #include "tool/raster/GdalSession.h"
+#include "tool/raster/SourceName.h"
 #include "tool/raster/StringLists.h"
 #include "tool/terminal/Failure.h"
 
@@ -97,14 +98,13 @@ void addSetFacts(const Band& band, ComponentDescription& facts) {
 class ComponentReader::File {
   public:
     File(const std::string& path, const Pyxis::RasterSource& source)
-        : name_(source.prefix + path), auxiliary_(readAuxiliaryFile(path)), files_(source.files) {
+        : name_(source.prefix + path), auxiliary_(readAuxiliaryFile(path)), source_(path, source) {
         const Pyxis::ErrorCapture errors;
         Pyxis::registerDriver(source.driver.c_str());
         // No other driver may open the file.
         const char* const drivers[] = {source.driver.c_str(), nullptr};
-        const std::string name = source.prefix + files_.name();
-        dataset_.reset(
-            GDALDataset::Open(name.c_str(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR, drivers));
+        dataset_.reset(GDALDataset::Open(source_.text().c_str(),
+                                         GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR, drivers));
         if (!dataset_) {
             throw Failure(ExitCode::CannotRead, path,
                           Pyxis::PrivateFiles::withoutNames(errors.message()));
@@ -132,7 +132,7 @@ class ComponentReader::File {
   private:
     std::string name_;
     std::map<int, AuxiliaryBand> auxiliary_;
-    Pyxis::PrivateFiles files_;
+    SourceName source_;
     GDALDatasetUniquePtr dataset_;
     MetadataItems fileItems_;
     bool hasMaskFile_ = false;

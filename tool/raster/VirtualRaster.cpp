@@ -173,11 +173,12 @@ VirtualRaster::VirtualRaster(const OutputRaster& raster, const VirtualRasterOpti
 }
 
 std::string VirtualRaster::nameOf(const OutputBand& band) {
-    auto& files = files_[band.source.files.front()];
-    if (!files) {
-        files = std::make_unique<Pyxis::PrivateFiles>(band.source.files);
+    const std::string& path = band.band.componentPath;
+    auto& name = names_[band.source.prefix + path];
+    if (!name) {
+        name = std::make_unique<SourceName>(path, band.source);
     }
-    return band.source.prefix + files->name();
+    return name->text();
 }
 
 void VirtualRaster::addBand(const OutputBand& band, ComponentDescription& facts,

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "host/gdal/PrivateFiles.h"
 #include "tool/raster/OutputGrid.h"
+#include "tool/raster/SourceName.h"
 
 namespace kestms {
 
@@ -50,7 +50,7 @@ class VirtualRaster {
                  const VirtualRasterOptions& options);
 
     const OutputRaster& raster_;
-    std::map<std::string, std::unique_ptr<Pyxis::PrivateFiles>> files_;  ///< by path
+    std::map<std::string, std::unique_ptr<SourceName>> names_;  ///< by prefix and path
     GDALDatasetUniquePtr dataset_;
     /// The sources of each band and of its mask, which may be empty. GDAL forgets the properties of
     /// a source that it has not opened; readers would have to open all of them.

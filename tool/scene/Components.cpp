@@ -1,6 +1,7 @@
 #include "tool/scene/Components.h"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <system_error>
 
@@ -20,15 +21,25 @@ namespace {
 /// kilobytes; imaging spectrometers have some hundreds.
 constexpr std::size_t kMostBands = 16384;
 
+/// Options that allow what is refused by default.
+struct Allowing {
+    std::string_view reason;
+    std::string_view name;
+};
+constexpr std::array<Allowing, 2> kAllowing = {{
+    {Pyxis::kRemoteNotAllowed, "--allow-remote"},
+    {Pyxis::kVirtualRasterNotAllowed, "--allow-vrt"},
+}};
+
 }  // namespace
 
 void addFrames(const std::string& path, std::vector<Component>& components) {
     const auto image = openImage(path);
     const int frames = image ? std::max(image->getNumFrames(), 1) : 1;
     if (frames > 1 && components.size() + static_cast<std::size_t>(frames) > kMostBands) {
-        throw Failure(ExitCode::Usage, path,
-                      "with this file the set has more than " + std::to_string(kMostBands) +
-                          " bands");
+        throw Failure(
+            ExitCode::Usage, path,
+            "with this file the set has more than " + std::to_string(kMostBands) + " bands");
     }
     for (int frame = 0; frame < frames; ++frame) {
         components.push_back({path, frame});
@@ -98,9 +109,12 @@ std::string absoluteName(const std::string& path) {
 
 std::string whyNotReadable(const std::string& path) {
     const std::string reason = Pyxis::whyNotReadable(Pyxis::fileSpecifier(path));
-    return reason.empty()                       ? "no codec reads it"
-           : reason == Pyxis::kRemoteNotAllowed ? reason + " (--allow-remote reads it)"
-                                                : reason;
+    const auto option =
+        std::find_if(kAllowing.begin(), kAllowing.end(),
+                     [&reason](const Allowing& each) { return each.reason == reason; });
+    return option != kAllowing.end() ? reason + " (" + std::string(option->name) + " reads it)"
+           : reason.empty()          ? "no codec reads it"
+                                     : reason;
 }
 
 }  // namespace kestms

@@ -31,7 +31,7 @@ bool sameFile(const std::string& a, const std::string& b) {
 }
 
 bool isSetDocument(const std::string& path) {
-    if (!fileLooksLikeXml(path)) {
+    if (!fileMayListComponents(path)) {
         return false;
     }
     const Pyxis::FileSpecifier set(kest::narrowBuffer(readTextFile(path)),

@@ -91,11 +91,12 @@ bool looksLikeXml(std::string_view text) {
     return start != std::string_view::npos && text[start] == '<';
 }
 
-bool fileLooksLikeXml(const std::string& path) {
+bool fileMayListComponents(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     std::array<char, 4096> block{};
     file.read(block.data(), block.size());
-    return looksLikeXml(decoded({block.data(), static_cast<std::size_t>(file.gcount())}));
+    const std::string text = decoded({block.data(), static_cast<std::size_t>(file.gcount())});
+    return looksLikeXml(text) && text.find("<VRTDataset") == std::string::npos;
 }
 
 std::vector<std::string> linesOf(std::string_view text) {

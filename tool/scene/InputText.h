@@ -14,7 +14,8 @@ std::string readTextFile(const std::string& path);
 
 /// Whether a text, or a regular file or pipe, begins like an XML document.
 bool looksLikeXml(std::string_view text);
-bool fileLooksLikeXml(const std::string& path);
+/// Whether a regular file or pipe begins like XML, except like a virtual raster.
+bool fileMayListComponents(const std::string& path);
 
 /// The lines of a text, without line ends; empty ones are left out.
 std::vector<std::string> linesOf(std::string_view text);

@@ -248,6 +248,32 @@ TEST_F(Scenes, AFolderOfEveryProductIsOneImage) {
     }
 }
 
+TEST_F(Scenes, VirtualRastersAreReadOnRequest) {
+    std::filesystem::create_directory(directory_ / "in");
+    const std::string component = write("in/a.tif");
+    const std::string virtualOne = directory_ / "v.vrt";
+    ASSERT_EQ(Process({"gdalbuildvrt", "-q", virtualOne, component}).wait().code, 0);
+    const Strings files = {virtualOne, component};
+    const std::string reason = virtualOne +
+                               ": a virtual raster, which may open any other file "
+                               "(--allow-vrt reads it)\n";
+    EXPECT_THAT(runTool({"info", virtualOne}).err, HasSubstr(reason));
+
+    for (const char* command : {"export", "vrt"}) {
+        const std::string to = directory_ / (command == std::string("vrt") ? "o.vrt" : "o.tif");
+        const Outcome outcome = runKestms(joined({"--allow-vrt", command, "-o", to}, files));
+        EXPECT_EQ(outcome.code, 0) << outcome.err;
+        EXPECT_EQ(gdalPixels(to, 1), gdalPixels(component, 1)) << command;
+    }
+    EXPECT_THAT(
+        runTool({"--allow-vrt", "export", virtualOne, virtualOne, "-o", component, "--overwrite"})
+            .err,
+        HasSubstr("the output would overwrite an input"));
+    std::filesystem::remove(component);
+    EXPECT_THAT(runTool({"--allow-vrt", "check", virtualOne, virtualOne}).out,
+                HasSubstr("what it names cannot be read"));
+}
+
 TEST_F(Scenes, MisfitsAreSkippedOnRequest) {
     const Strings files = {write("a.tif"), write("b.tif"), write("c.tif", {.type = GDT_UInt16})};
     const Outcome refused = runTool(joined({"info", "--json"}, files));
