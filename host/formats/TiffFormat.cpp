@@ -55,9 +55,11 @@ bool endsBeforePixels(const Dataset& dataset, const FrameFacts& lastFrame, const
     return !isSparse && !isThere && !dataset.canReadLastPixel();
 }
 
-/// Whether GDAL reads georeferences from the file itself, which is its default.
+/// Whether GDAL reads georeferences from the file itself, and as GeoTIFF defines them, which is its
+/// default.
 bool usesOwnGeoreference() {
-    static const bool uses = !gdalOption("GDAL_GEOREF_SOURCES");
+    static const bool uses =
+        !gdalOption("GDAL_GEOREF_SOURCES") && !gdalOption("GTIFF_POINT_GEO_IGNORE");
     return uses;
 }
 

@@ -36,6 +36,7 @@ constexpr std::uint64_t kLinearUnits = 3076;
 
 constexpr std::uint64_t kProjected = 1;
 constexpr std::uint64_t kCorners = 1;
+constexpr std::uint64_t kCentres = 2;
 constexpr std::uint64_t kMetre = 9001;
 constexpr std::uint64_t kDegree = 9102;
 constexpr std::uint64_t kUserDefined = 32767;
@@ -142,7 +143,11 @@ GeoKeys readGeoKeys(TiffFields& fields) {
         return read;
     }
     const Key* raster = find(keys, kRasterType);
-    read.placesAreCorners = raster != nullptr && raster->isNumber() && raster->value == kCorners;
+    if (raster != nullptr && raster->isNumber()) {
+        read.places = raster->value == kCorners   ? GeoKeys::Places::Corners
+                      : raster->value == kCentres ? GeoKeys::Places::Centres
+                                                  : GeoKeys::Places::Unknown;
+    }
     read.projectedSystem =
         plainProjectedSystem(keys, fields.value(tag::kAsciiParameters, TiffFields::Ascii));
     return read;

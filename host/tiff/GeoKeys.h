@@ -12,8 +12,9 @@ struct GeoKeys {
     /// Files with equal bytes have the same system. Empty when there are no keys, or when libtiff
     /// reads a field that this reader does not.
     std::string bytes;
-    /// Whether tie points are pixel corners (PixelIsArea).
-    bool placesAreCorners = false;
+    /// The points of pixels that tie points place: PixelIsArea, PixelIsPoint.
+    enum class Places { Unknown, Corners, Centres };
+    Places places = Places::Unknown;
     /// The EPSG code of the projected system, unless other keys could change it; else 0.
     int projectedSystem = 0;
 };

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/tiff/GdalFields.h"
 #include "host/tiff/GeoKeys.h"
 #include "host/tiff/TiffFields.h"
 #include "host/tiff/TiffRaster.h"
@@ -17,10 +18,13 @@ std::optional<std::array<double, 6>> transformOf(TiffFields& fields, const GeoKe
     const std::vector<double> scale = fields.doubles(tag::kPixelScale, 3);
     const std::vector<double> tie = fields.doubles(tag::kTiePoints, 6);
     if (scale.empty() || tie.empty() || !(scale[0] > 0) || !(scale[1] > 0) || tie[0] != 0 ||
-        tie[1] != 0 || fields.has(tag::kTransformation) || !keys.placesAreCorners) {
+        tie[1] != 0 || fields.has(tag::kTransformation) ||
+        keys.places == GeoKeys::Places::Unknown) {
         return std::nullopt;
     }
-    return {{tie[3], scale[0], 0, tie[4], 0, -scale[1]}};
+    const double toCorner = keys.places == GeoKeys::Places::Centres ? 0.5 : 0.0;
+    return {
+        {tie[3] - scale[0] * toCorner, scale[0], 0, tie[4] + scale[1] * toCorner, 0, -scale[1]}};
 }
 
 /// GDAL invents a colour table unless the photometric interpretation is MinIsBlack or RGB, and for
@@ -56,7 +60,8 @@ KnownFacts tiffFacts(const std::string& path, const FileHead& head) {
     if (!fields.all().empty()) {
         GeoKeys keys = readGeoKeys(fields);
         // GDAL's metadata field can hold anything, descriptions included.
-        facts.mayNameOverviews = fields.has(tag::kGdalMetadata);
+        facts.mayNameOverviews = fields.has(tag::kGdalMetadata) &&
+                                 !statisticsIn(fields.value(tag::kGdalMetadata, TiffFields::Ascii));
         facts.mayHaveDescription = facts.mayNameOverviews || fields.has(tag::kDescription);
         facts.mayHaveColours = mayHaveColours(fields);
         facts.transform = transformOf(fields, keys);

@@ -2,15 +2,14 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <climits>
 #include <cmath>
 #include <cstdint>
 #include <iterator>
 #include <limits>
 #include <string_view>
-#include <system_error>
 
+#include "host/tiff/GdalFields.h"
 #include "host/tiff/TiffTags.h"
 
 namespace Pyxis {
@@ -51,6 +50,7 @@ constexpr PlainField kPlainFields[] = {
     {tag::kKeyDirectory},
     {tag::kDoubleParameters},
     {tag::kAsciiParameters},
+    {tag::kGdalMetadata},
     {tag::kGdalNoData},
 };
 
@@ -170,14 +170,24 @@ bool findNoData(TiffFields& fields, KnownRaster& raster) {
     }
     // GDAL rounds 32-bit values; how it rounds those near the largest one is unpredictable.
     constexpr double kMostSafe = 1e38;
-    const auto [end, error] =
-        std::from_chars(text.data(), text.data() + text.size(), raster.range.noData);
-    const double value = raster.range.noData;
-    return !text.empty() && text.find_first_not_of("0123456789+-.eE") == text.npos &&
-           error == std::errc() && end == text.data() + text.size() &&
-           std::abs(value) < kMostSafe &&
+    const std::optional<double> value = numberIn(text);
+    raster.range.noData = value.value_or(kNoValue);
+    return value && std::abs(*value) < kMostSafe &&
            (raster.format != SampleFormat::FloatingPoint || raster.bits != 32 ||
-            value == static_cast<double>(static_cast<float>(value)));
+            *value == static_cast<double>(static_cast<float>(*value)));
+}
+
+/// Takes the limits of the samples from statistics; false for metadata of another kind.
+bool findLimits(TiffFields& fields, KnownRaster& raster) {
+    if (!fields.has(tag::kGdalMetadata)) {
+        return true;
+    }
+    const auto statistics = statisticsIn(fields.value(tag::kGdalMetadata, TiffFields::Ascii));
+    if (statistics) {
+        raster.range.minimum = statistics->minimum.value_or(raster.range.minimum);
+        raster.range.maximum = statistics->maximum.value_or(raster.range.maximum);
+    }
+    return statistics.has_value();
 }
 
 }  // namespace
@@ -202,8 +212,9 @@ std::optional<KnownRaster> plainRasterOf(TiffFields& fields) {
     raster.bits = static_cast<std::int32_t>(bits);
     raster.range.minimum = kind->minimum;
     raster.range.maximum = kind->maximum;
-    return findBlocks(fields, raster) && findNoData(fields, raster) ? std::optional(raster)
-                                                                    : std::nullopt;
+    const bool isKnown =
+        findBlocks(fields, raster) && findNoData(fields, raster) && findLimits(fields, raster);
+    return isKnown ? std::optional(raster) : std::nullopt;
 }
 
 }  // namespace Pyxis

@@ -93,7 +93,7 @@ TEST_F(TiffDirectory, TellsWhatGdalSays) {
         {"feet", {.epsg = 2263}, false},
         {"degrees", {.epsg = 4258}, false},
         {"own system", {.epsg = -1}, false},
-        {"centres", {}, false, {"AREA_OR_POINT", "Point"}},
+        {"centres", {}, true, {"AREA_OR_POINT", "Point"}},
         {"described", {.description = "scene"}, false},
         {"metadata", {}, false, {"SENSOR", "a"}},
         {"complex", {.type = GDT_CFloat32}, false},
@@ -161,6 +161,42 @@ TEST_F(TiffDirectory, ReadsNoDataAsGdalDoes) {
         const std::string told = codecSays(opened);
         EXPECT_EQ(openBelow(path).empty(), c.isPlain);
         EXPECT_EQ(told, gdalSays(path));
+    }
+}
+
+TEST_F(TiffDirectory, ReadsStatisticsAsGdalDoes) {
+    const std::string minimum = "  <Item name=\"STATISTICS_MINIMUM\" sample=\"0\">-2.5e1</Item>\n";
+    const std::string maximum = "  <Item name=\"STATISTICS_MAXIMUM\" sample=\"0\">7</Item>\n";
+    const auto valued = [&minimum](const std::string& value) {
+        return std::string(minimum).replace(minimum.find("-2.5e1"), 6, value);
+    };
+    const struct {
+        std::string items;
+        bool isPlain;
+    } cases[] = {
+        {maximum + minimum, true},
+        {minimum, true},
+        {"", true},
+        {minimum + maximum, false},
+        {minimum + minimum, false},
+        {valued("nan"), false},
+        {valued("1,5"), false},
+        {valued("&#50;"), false},
+        {valued("4</Item><Item name=\"a\">"), false},
+        {"  <Item name=\"STATISTICS_MINIMUM\" sample=\"0\" role=\"scale\">4</Item>\n", false},
+        {"  <Item name=\"OVERVIEW_FILE\" domain=\"OVERVIEWS\">a.ovr</Item>\n", false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.items);
+        const std::string text = "<GDALMetadata>\n" + c.items + "</GDALMetadata>\n";
+        fakes::TiffField metadata{42112, 2, fakes::codesOf(text)};
+        metadata.values.push_back(0);
+        const std::string path = write({metadata, fakes::keyDirectory(fakes::systemKeys(32632))});
+        const Opened opened(path);
+        EXPECT_EQ(opened.frame != nullptr && openBelow(path).empty(), c.isPlain);
+        if (opened.frame != nullptr) {
+            EXPECT_EQ(codecSays(opened), gdalSays(path));
+        }
     }
 }
 
