@@ -142,14 +142,16 @@ GeoKeys readGeoKeys(TiffFields& fields) {
     if (!areInOrder(keys)) {
         return read;
     }
-    const Key* raster = find(keys, kRasterType);
-    if (raster != nullptr && raster->isNumber()) {
-        read.places = raster->value == kCorners   ? GeoKeys::Places::Corners
-                      : raster->value == kCentres ? GeoKeys::Places::Centres
-                                                  : GeoKeys::Places::Unknown;
-    }
     read.projectedSystem =
         plainProjectedSystem(keys, fields.value(tag::kAsciiParameters, TiffFields::Ascii));
+    const Key* raster = find(keys, kRasterType);
+    const std::uint64_t places = raster != nullptr && raster->isNumber() ? raster->value : 0;
+    if (places == kCorners) {
+        read.places = GeoKeys::Places::Corners;
+    } else if (places == kCentres && read.projectedSystem != 0) {
+        // libgeotiff ignores all keys when one is damaged, and corners are the default.
+        read.places = GeoKeys::Places::Centres;
+    }
     return read;
 }
 

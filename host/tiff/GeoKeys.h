@@ -12,7 +12,7 @@ struct GeoKeys {
     /// Files with equal bytes have the same system. Empty when there are no keys, or when libtiff
     /// reads a field that this reader does not.
     std::string bytes;
-    /// The points of pixels that tie points place: PixelIsArea, PixelIsPoint.
+    /// What tie points place: the corner of a pixel (PixelIsArea) or its centre (PixelIsPoint).
     enum class Places { Unknown, Corners, Centres };
     Places places = Places::Unknown;
     /// The EPSG code of the projected system, unless other keys could change it; else 0.
