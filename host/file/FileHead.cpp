@@ -5,12 +5,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <climits>
 #include <cstring>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 #include "host/file/AuxiliaryFile.h"
@@ -84,11 +84,12 @@ FileStamp stampOf(const std::string& path, bool withWorldFiles) {
 }
 
 std::string absolutePath(const std::string& path) {
-    std::error_code none;
-    const auto absolute = [&none](const std::string& plain) {
-        return plain.empty() || plain.front() == '/'
-                   ? plain
-                   : std::filesystem::absolute(plain, none).string();
+    const auto absolute = [](const std::string& plain) {
+        std::array<char, PATH_MAX> directory{};
+        const bool isRelative = !plain.empty() && plain.front() != '/';
+        return isRelative && getcwd(directory.data(), directory.size()) != nullptr
+                   ? std::string(directory.data()) + "/" + plain
+                   : plain;
     };
     if (kindOf(path) != PathKind::InArchive) {
         return absolute(path);

@@ -13,7 +13,13 @@ namespace {
 /// Only a program that uses GDAL itself can have set its options other than by the environment.
 bool isInProcess() {
     static const bool linked = dlsym(RTLD_DEFAULT, "CPLGetConfigOption") != nullptr;
-    return linked || isLoaded(PYXIS_GDAL_LIBRARY);
+    static std::atomic<bool> loaded{false};
+    static std::atomic<unsigned long long> loads{0};  ///< when it was last looked for
+    if (const unsigned long long now = numberOfLoads(); !linked && !loaded && loads != now) {
+        loaded = isLoaded(PYXIS_GDAL_LIBRARY);
+        loads = now;
+    }
+    return linked || loaded;
 }
 
 }  // namespace

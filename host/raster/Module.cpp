@@ -1,7 +1,9 @@
 #include "host/raster/Module.h"
 
 #include <dlfcn.h>
+#include <link.h>
 
+#include <cstddef>
 #include <string>
 
 namespace Pyxis {
@@ -28,6 +30,16 @@ Expected<void*> functionIn(const char* library, const char* function) {
         return Refusal{Refusal::Kind::Unreadable, reason != nullptr ? reason : library};
     }
     return found;
+}
+
+unsigned long long numberOfLoads() {
+    unsigned long long number = 0;
+    const auto first = [](dl_phdr_info* module, std::size_t /*size*/, void* to) {
+        *static_cast<unsigned long long*>(to) = module->dlpi_adds;
+        return 1;
+    };
+    dl_iterate_phdr(first, &number);
+    return number;
 }
 
 bool isLoaded(const char* library) {
