@@ -3,10 +3,12 @@
 #include <gdal_priv.h>
 #include <ogr_spatialref.h>
 
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -15,10 +17,46 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void writeRaster(const std::string& path, int size, int band) {
+/// What the samples look like.
+enum class Look {
+    Plain,
+    Scene,  ///< smooth with noise, which compresses as imagery does; in deflated tiles
+};
+
+std::vector<std::uint16_t> plainSamples(int size, int band) {
+    std::vector<std::uint16_t> samples;
+    samples.reserve(static_cast<std::size_t>(size) * static_cast<std::size_t>(size));
+    for (int i = 0; i < size * size; ++i) {
+        samples.push_back(static_cast<std::uint16_t>((i * 7 + i / size * 13 + band * 31) % 2039));
+    }
+    return samples;
+}
+
+std::vector<std::uint16_t> sceneSamples(int size, int band) {
+    std::mt19937 random(static_cast<unsigned>(band));
+    std::normal_distribution<double> noise(0, 60);
+    std::vector<std::uint16_t> samples;
+    samples.reserve(static_cast<std::size_t>(size) * static_cast<std::size_t>(size));
+    for (int row = 0; row < size; ++row) {
+        for (int column = 0; column < size; ++column) {
+            const double hills = std::sin(row * 0.011 + band) * std::cos(column * 0.007) +
+                                 0.3 * std::sin((row + column) * 0.09);
+            samples.push_back(static_cast<std::uint16_t>(9000 + 1500 * hills + noise(random)));
+        }
+    }
+    return samples;
+}
+
+void writeRaster(const std::string& path, int size, int band, Look look) {
     GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("GTiff");
+    CPLStringList options;
+    if (look == Look::Scene) {
+        options.SetNameValue("TILED", "YES");
+        options.SetNameValue("COMPRESS", "DEFLATE");
+        options.SetNameValue("PREDICTOR", "2");
+    }
     const GDALDatasetUniquePtr dataset(
-        driver->Create(path.c_str(), size, size, 1, GDT_UInt16, nullptr));
+        driver->Create(path.c_str(), size, size, 1, GDT_UInt16, options.List()));
     if (!dataset) {
         throw std::runtime_error("cannot write " + path);
     }
@@ -28,11 +66,8 @@ void writeRaster(const std::string& path, int size, int band) {
     system.importFromEPSG(32632);
     dataset->SetGeoTransform(transform);
     dataset->SetSpatialRef(&system);
-    std::vector<std::uint16_t> samples;
-    samples.reserve(static_cast<std::size_t>(size) * static_cast<std::size_t>(size));
-    for (int i = 0; i < size * size; ++i) {
-        samples.push_back(static_cast<std::uint16_t>((i * 7 + i / size * 13 + band * 31) % 2039));
-    }
+    std::vector<std::uint16_t> samples =
+        look == Look::Scene ? sceneSamples(size, band) : plainSamples(size, band);
     if (dataset->GetRasterBand(1)->RasterIO(GF_Write, 0, 0, size, size, samples.data(), size, size,
                                             GDT_UInt16, 0, 0, nullptr) != CE_None) {
         throw std::runtime_error("cannot fill " + path);
@@ -40,7 +75,8 @@ void writeRaster(const std::string& path, int size, int band) {
 }
 
 /// Writes `count` files of `size` pixels a side into a folder, and a list of their paths beside it.
-void makeSet(const fs::path& directory, const std::string& name, int count, int size) {
+void makeSet(const fs::path& directory, const std::string& name, int count, int size,
+             Look look = Look::Plain) {
     const fs::path listPath = directory / (name + ".txt");
     if (fs::exists(listPath)) {
         return;  // written last: all the files are there
@@ -51,7 +87,7 @@ void makeSet(const fs::path& directory, const std::string& name, int count, int 
         const std::string number = std::to_string(band);
         const fs::path path =
             directory / name / ("band" + std::string(5 - number.size(), '0') + number + ".tif");
-        writeRaster(path.string(), size, band);
+        writeRaster(path.string(), size, band, look);
         list += path.string() + "\n";
     }
     std::ofstream(listPath) << list;
@@ -74,6 +110,7 @@ int main(int argc, char** argv) {
             }
         }
         makeSet(directory, "large4", 4, 2048);
+        makeSet(directory, "scene", 6, 5120, Look::Scene);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "make_files: %s\n", error.what());
         return 1;

@@ -7,6 +7,7 @@ import subprocess
 import sys
 
 import processes
+import tool
 from table import Table, amount
 
 ROUNDS = {10: 20, 100: 15, 1000: 10}
@@ -160,6 +161,7 @@ class Bench:
         self.peak_memory()
         self.file_counts()
         self.memory_rows()
+        tool.add_rows(self)
 
 
 def put_in_document(path, table):

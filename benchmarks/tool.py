@@ -1,0 +1,113 @@
+"""The commands of kestms beside GDAL's programs: starting, writing, pictures, and many files."""
+
+import os
+import shutil
+
+import processes
+from table import amount
+
+# Scenes of ten bands each.
+SCENES = (100, 1000, 10000)
+BANDS = [f"B{number}" for number in range(1, 8)] + ["B9", "B10", "B11"]
+
+
+def start_rows(bench):
+    """Commands that need no GDAL, beside the program of GDAL's that only loads it."""
+    kestms = bench.program("kestms")
+    loading = [["gdalinfo", "--version"]]
+    rounds = 1 if bench.smoke else 20
+    cases = [("kestms --version", [kestms, "--version"], 0.2)]
+    for count in (10, 100) if bench.smoke else (10, 1000):
+        files = "@" + os.path.join(bench.samples, f"small{count}.txt")
+        aim = 0.5 if count == 10 else None
+        cases += [(f"kestms info, {amount(count)} files", [kestms, "info", files], aim),
+                  (f"kestms check, {amount(count)} files", [kestms, "check", files], aim)]
+    for what, command, aim in cases:
+        best = processes.compare({"ours": [command], "other": loading}, rounds)
+        bench.table.compare(f"{what} : gdalinfo --version", best["ours"]["wall"],
+                            best["other"]["wall"], aim)
+
+
+def output_rows(bench):
+    """What a scene becomes, beside the same by GDAL's programs."""
+    with open(os.path.join(bench.samples, "scene.txt"), encoding="utf-8") as lines:
+        bands = lines.read().split()
+    stack, out = (os.path.join(bench.samples, name) for name in ("scene.vrt", "out"))
+    quiet = [bench.program("kestms"), "-q"]
+
+    def by_gdal(files, *options):
+        return [["gdalbuildvrt", "-q", "-overwrite", "-separate", stack, *files],
+                ["gdal_translate", "-q", *options, stack, out + ".gdal"]]
+
+    deflated = ("-co", "TILED=YES", "-co", "COMPRESS=DEFLATE", "-co", "PREDICTOR=2",
+                "-co", "BIGTIFF=IF_SAFER", "-co", "NUM_THREADS=ALL_CPUS")
+    picture = ("-of", "PNG", "-ot", "Byte", "-scale", "5000", "13000", "-outsize", "1024", "1024")
+    for what, ours, other, aim in (
+            ("kestms export : gdalbuildvrt + gdal_translate",
+             [*quiet, "export", *bands, "-o", out + ".tif", "--overwrite"],
+             by_gdal(bands, *deflated), 0.4),
+            ("kestms quicklook : gdalbuildvrt + gdal_translate -outsize",
+             [*quiet, "quicklook", *bands[:3], "-o", out + ".png", "--overwrite"],
+             by_gdal(bands[:3], *picture), 0.7)):
+        best = processes.compare({"ours": [ours], "other": other}, 1 if bench.smoke else 5)
+        for measure, label in (("wall", "wall time"), ("cpu", "processor time")):
+            bench.table.compare(f"{what}, {label}", best["ours"][measure], best["other"][measure],
+                                aim if measure == "wall" else None)
+        bench.table.compare(f"{what}, peak resident bytes", best["ours"]["peak"],
+                            best["other"]["peak"], show=amount)
+
+
+def make_scenes(folder, count, sources):
+    """Folders with the names of Landsat 8 scenes, whose files are links to a few."""
+    if os.path.exists(folder):
+        return
+    partial = folder + ".part"
+    shutil.rmtree(partial, ignore_errors=True)
+    for number in range(count):
+        scene = f"LC08_L1TP_{number // 1000:03}{number % 1000:03}_20180629_20200831_02_T1"
+        place = os.path.join(partial, scene)
+        os.makedirs(place)
+        for band, source in zip(BANDS, sources):
+            os.link(source, os.path.join(place, f"{scene}_{band}.TIF"))
+    os.rename(partial, folder)
+
+
+def scale_rows(bench):
+    """Folders of many scenes; the largest has 100,000 files."""
+    small = os.path.join(bench.samples, "small10")
+    sources = [os.path.join(small, name) for name in sorted(os.listdir(small))]
+    kestms = bench.program("kestms")
+    for what, *command in (("kestms scenes", "scenes"),
+                           ("kestms info --json, one scene of all", "info", "--json")):
+        points = []
+        for count in SCENES[:1] if bench.smoke else SCENES:
+            folder = os.path.join(bench.samples, f"scenes{count}")
+            make_scenes(folder, count, sources)
+            paths = [folder]
+            if command[0] == "info":
+                paths = [os.path.join(folder, name) for name in sorted(os.listdir(folder))]
+                paths = ["@" + list_of(bench, count, paths)]
+            best = processes.compare({"ours": [[kestms, "-q", *command, *paths]]}, 1)["ours"]
+            files = count * len(BANDS)
+            points.append((files, best["cpu"]))
+            bench.table.fact(f"{what}, {amount(files)} files",
+                             f"{files / best['wall']:,.0f} files/s",
+                             f"{best['peak'] / files:,.0f} bytes a file")
+        if len(points) > 1:
+            bench.table.growth(what, points)
+
+
+def list_of(bench, count, folders):
+    """A list of every file, which together are taken as one set."""
+    path = os.path.join(bench.samples, f"scenes{count}.txt")
+    with open(path, "w", encoding="utf-8") as file:
+        for folder in folders:
+            for name in sorted(os.listdir(folder)):
+                file.write(os.path.join(folder, name) + "\n")
+    return path
+
+
+def add_rows(bench):
+    start_rows(bench)
+    output_rows(bench)
+    scale_rows(bench)
