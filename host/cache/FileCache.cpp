@@ -12,8 +12,11 @@ namespace {
 /// An absolute path; one that is absolute already is not copied.
 class AbsolutePath {
   public:
-    explicit AbsolutePath(const std::string& path)
-        : made_(path.starts_with('/') ? std::string() : absolutePath(path)),
+    /// `directory` is the working directory if that does not change, else empty.
+    AbsolutePath(const std::string& path, const std::string& directory)
+        : made_(path.starts_with('/')               ? std::string()
+                : directory.empty() || path.empty() ? absolutePath(path)
+                                                    : directory + path),
           path_(path.starts_with('/') ? path : made_) {}
     const std::string& operator*() const { return path_; }
 
@@ -27,6 +30,13 @@ thread_local std::uint64_t currentOperation = 0;
 
 }  // namespace
 
+FileCache::FileCache(FileChanges changes)
+    : changes_(changes), directory_(changes == FileChanges::Ignore ? absolutePath(".") : "") {
+    if (!directory_.empty()) {
+        directory_.pop_back();
+    }
+}
+
 std::uint64_t FileCache::beginOperation() {
     static std::atomic<std::uint64_t> last = 0;
     const std::uint64_t before = currentOperation;
@@ -39,7 +49,7 @@ void FileCache::endOperation(std::uint64_t before) {
 }
 
 Expected<RasterPointer> FileCache::open(const Format& format, const std::string& path) {
-    const AbsolutePath absolute(path);
+    const AbsolutePath absolute(path, directory_);
     if (RasterPointer file = find(*absolute)) {
         if (std::string_view(file->handle().driver()) != format.driver) {
             return notOf(format);
@@ -57,7 +67,7 @@ Expected<RasterPointer> FileCache::open(const Format& format, const std::string&
 }
 
 Expected<RasterPointer> FileCache::open(const std::string& path) {
-    const AbsolutePath absolute(path);
+    const AbsolutePath absolute(path, directory_);
     if (RasterPointer file = find(*absolute)) {
         return file;
     }

@@ -18,7 +18,7 @@ namespace Pyxis {
 /// reading it open it once. Usable from several threads.
 class FileCache {
   public:
-    explicit FileCache(FileChanges changes = FileChanges::Notice) : changes_(changes) {}
+    explicit FileCache(FileChanges changes = FileChanges::Notice);
 
     /// The file from the cache, or loaded if it is not there or has changed. Refused when it is not
     /// of this format.
@@ -56,6 +56,7 @@ class FileCache {
     Expected<RasterPointer> keep(const Format& format, Expected<RasterPointer> file);
 
     const FileChanges changes_;
+    std::string directory_;  ///< the working directory with its slash, if changes are ignored
     std::mutex mutex_;
     std::optional<LastHead> lastHead_;
     std::list<Entry> files_;  // the latest first
