@@ -39,7 +39,7 @@ def output_rows(bench):
         return [["gdalbuildvrt", "-q", "-overwrite", "-separate", stack, *files],
                 ["gdal_translate", "-q", *options, stack, out + ".gdal"]]
 
-    deflated = ("-co", "TILED=YES", "-co", "COMPRESS=DEFLATE", "-co", "PREDICTOR=2",
+    deflated = ("-of", "GTiff", "-co", "TILED=YES", "-co", "COMPRESS=DEFLATE", "-co", "PREDICTOR=2",
                 "-co", "BIGTIFF=IF_SAFER", "-co", "NUM_THREADS=ALL_CPUS")
     picture = ("-of", "PNG", "-ot", "Byte", "-scale", "5000", "13000", "-outsize", "1024", "1024")
     for what, ours, other, aim in (

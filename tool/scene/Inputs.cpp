@@ -74,7 +74,8 @@ bool mayBeDocument(const std::string& path, const fs::file_status& status) {
     // A shell's process substitution can be read only once.
     return fs::is_fifo(status) ||
            (fs::is_regular_file(status) &&
-            (extension == ".xml" || extension == ".XML" || fileMayListComponents(path)));
+            (extension == ".xml" || extension == ".XML" ||
+             (!Pyxis::isNamedLikeRaster(path) && fileMayListComponents(path))));
 }
 
 std::vector<std::string> pathsOf(const std::vector<SetAside>& files) {
