@@ -150,16 +150,6 @@ void addNames(benchmark::State& state) {
     }
 }
 
-void indexInLoop(benchmark::State& state) {
-    xml::Document document("root");
-    const xml::Element* first = addChildren(document, components(state));
-    for (auto _ : state) {
-        for (int i = 0; i < components(state); ++i) {
-            benchmark::DoNotOptimize(document.index(first, i));
-        }
-    }
-}
-
 void freeTree(benchmark::State& state) {
     const std::string text = terminated(benchmarks::listText(components(state)));
     for (auto _ : state) {
@@ -179,7 +169,6 @@ BENCHMARK(writeLibXml)->Name("write/libxml2")->Apply(sizes);
 BENCHMARK(add)->Name("tree/add")->Apply(sizes);
 // Fewer names than a hundred need no index.
 BENCHMARK(addNames)->Name("tree/add-names")->RangeMultiplier(10)->Range(100, 100000);
-BENCHMARK(indexInLoop)->Name("tree/index-loop")->Apply(sizes);
 // Each tree must be built before it is freed, which takes much longer.
 BENCHMARK(freeTree)->Name("tree/free")->RangeMultiplier(10)->Range(1000, 100000)->Iterations(10);
 
