@@ -31,15 +31,6 @@ FileState stateOf(const struct stat& status) {
 
 std::atomic<VirtualHeadReader> virtualHeadReader{nullptr};
 
-FileState stateOf(const std::string& path) {
-    if (kindOf(path) != PathKind::Plain) {
-        const Expected<FileHead> head = readHead(path, 0);
-        return head ? head->state : FileState();
-    }
-    struct stat status {};
-    return path.empty() || stat(path.c_str(), &status) != 0 ? FileState() : stateOf(status);
-}
-
 Refusal unreadable(std::string reason) {
     return {Refusal::Kind::Unreadable, std::move(reason)};
 }
@@ -72,6 +63,15 @@ bool FileStamp::settled() const {
     const nanoseconds tick = wholeSeconds ? nanoseconds(3s) : nanoseconds(50ms);
     const nanoseconds now = std::chrono::system_clock::now().time_since_epoch();
     return now - nanoseconds(std::max(file.modified, file.changed)) > tick;
+}
+
+FileState stateOf(const std::string& path) {
+    if (kindOf(path) != PathKind::Plain) {
+        const Expected<FileHead> head = readHead(path, 0);
+        return head ? head->state : FileState();
+    }
+    struct stat status {};
+    return path.empty() || stat(path.c_str(), &status) != 0 ? FileState() : stateOf(status);
 }
 
 FileStamp stampOf(const std::string& path, bool withWorldFiles) {

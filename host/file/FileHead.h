@@ -35,6 +35,8 @@ struct FileStamp {
     bool settled() const;
 };
 
+/// The state of a file; the default if there is none.
+FileState stateOf(const std::string& path);
 FileStamp stampOf(const std::string& path, bool withWorldFiles);
 
 /// The absolute path, of an archive as well; empty for an empty path.

@@ -119,7 +119,9 @@ Expected<RasterPointer> load(const Format& format, SourceFile file) {
         Opening{format.driver, file.absolutePath, format.view}, file.head.state);
     if (format.auxiliary != AuxiliaryRank::Ignored && !gdalOption("GDAL_GEOREF_SOURCES")) {
         file.rank = format.auxiliary;
-        file.auxiliary = auxiliaryPlaceOf(file.absolutePath);
+        if (handle->mayHaveAuxiliaryFile()) {
+            file.auxiliary = auxiliaryPlaceOf(file.absolutePath);
+        }
     }
     Expected<RasterFacts> facts = format.load(file, *handle);
     if (!facts) {

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "host/file/AuxiliaryFile.h"
 #include "host/raster/HandlePool.h"
 #include "pyxis/NoThrow.h"
 
@@ -21,7 +22,7 @@ std::string withoutFile(std::string message, const std::string& path) {
 }  // namespace
 
 DatasetHandle::DatasetHandle(Opening opening, const FileState& state)
-    : DatasetHandle(opening, {state, stampOf(opening.path, false).auxiliary, {}}, {""}) {}
+    : DatasetHandle(opening, {state, stateOf(auxiliaryFileOf(opening.path)), {}}, {""}) {}
 
 DatasetHandle::DatasetHandle(Opening opening, FileStamp stamp, std::vector<std::string> prefixes)
     : opening_(std::move(opening)), stamp_(std::move(stamp)), prefixes_(std::move(prefixes)) {
@@ -38,6 +39,10 @@ std::unique_ptr<DatasetHandle> DatasetHandle::another() const {
 
 bool DatasetHandle::hasChanged() const {
     return stampOf(path(), !stamp_.worldFiles.empty()) != stamp_;
+}
+
+bool DatasetHandle::mayHaveAuxiliaryFile() const {
+    return stamp_.auxiliary != FileState();
 }
 
 void DatasetHandle::watchWorldFiles() {

@@ -59,6 +59,8 @@ class DatasetHandle {
 
     // While the file is loaded, by one thread.
 
+    /// Whether there was an auxiliary file when the file was first opened.
+    bool mayHaveAuxiliaryFile() const;
     /// The file names no other file as overviews, so GDAL need not be asked.
     void setNamesNoOverviews() { opening_.mayNameOverviews = false; }
     /// GDAL also needs this file of the same directory.
