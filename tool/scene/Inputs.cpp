@@ -18,7 +18,7 @@
 #include "sets/ComponentList.h"
 #include "tool/scene/InputText.h"
 #include "tool/scene/RasterDirectory.h"
-#include "tool/scene/Scenes.h"
+#include "tool/scene/SceneChoice.h"
 #include "tool/terminal/Interrupt.h"
 
 namespace fs = std::filesystem;
@@ -76,20 +76,6 @@ bool mayBeDocument(const std::string& path, const fs::file_status& status) {
            (fs::is_regular_file(status) &&
             (extension == ".xml" || extension == ".XML" ||
              (!Pyxis::isNamedLikeRaster(path) && fileMayListComponents(path))));
-}
-
-std::vector<std::string> pathsOf(const std::vector<SetAside>& files) {
-    std::vector<std::string> paths;
-    std::transform(files.begin(), files.end(), std::back_inserter(paths),
-                   [](const SetAside& file) { return file.path; });
-    return paths;
-}
-
-bool liesDirectlyIn(const Scene& scene, const std::string& folder) {
-    const std::string inside = insideOf(folder);
-    const fs::path place = inside.empty() ? folder : inside;
-    const fs::path parent = fs::path(scene.files.front()).parent_path();
-    return (parent / "").lexically_normal() == (place / "").lexically_normal();
 }
 
 /// GDAL's name for an address on the network; any other argument unchanged.
@@ -158,15 +144,15 @@ class ArgumentReader {
     }
 
     Pyxis::FileSpecifier set() {
-        sortNamedFiles();
+        scenes_.sortNamedFiles();
         std::vector<std::string> files;
-        for (const Entry& entry : entries_) {
+        for (const InputEntry& entry : entries_) {
             context_.inputs.addRaster(entry.path);
             files.push_back(entry.path);
         }
         context_.session().readAhead(files);
         // A document by itself is used unchanged.
-        if (document_) {
+        if (document_ && entries_.size() == componentsOfDocument_) {
             return *document_;
         }
         const std::vector<Component> all = components();
@@ -175,12 +161,6 @@ class ArgumentReader {
     }
 
   private:
-    struct Entry {
-        std::string path;
-        std::optional<int> frame = {};  ///< none: all
-        bool isNamed = false;           ///< as a whole file, by itself
-    };
-
     void readText(const std::string& text, const std::string& name) {
         if (looksLikeXml(text)) {
             readDocument(text, name);
@@ -204,139 +184,17 @@ class ArgumentReader {
         const fs::file_status status = fs::status(entry, error);
         if (isPlaceToLook(entry)) {
             context_.inputs.add(entry);
-            takeFolder(entry);
+            scenes_.takeFolder(entry);
         } else if (fs::exists(status)) {
             readFile(entry, status);
         } else if (const auto matches = filesMatching(entry); !matches.empty()) {
-            takeGlob(entry, matches);
+            scenes_.takeGlob(entry, matches);
         } else if (const auto component = withFrame(entry)) {
             failIfMissing(component->path);
-            add({component->path, component->frame});
+            entries_.push_back({component->path, component->frame});
         } else {
             failIfMissing(entry);
-            add({entry});
-        }
-    }
-
-    /// Adds the one scene in a folder, or the one of several that the user chose.
-    void takeFolder(const std::string& folder) {
-        takeScene(folder, scenesAmong(context_.session(), rasterFilesBelow(folder)),
-                  [&folder](const Scene& scene) { return liesDirectlyIn(scene, folder); });
-    }
-
-    /// The same for a glob; files of no product need not share a folder.
-    void takeGlob(const std::string& pattern, const std::vector<std::string>& files) {
-        const std::vector<Scene> scenes = scenesAmong(context_.session(), files);
-        if (scenes.front().product.empty()) {
-            for (const std::string& path : files) {
-                add({path});
-            }
-        } else {
-            takeScene(pattern, scenes, [](const Scene&) { return false; });
-        }
-    }
-
-    /// Scenes of products come first, then rasters for which `isNear` holds, then all others.
-    template <typename IsNear>
-    void takeScene(const std::string& name, const std::vector<Scene>& scenes, IsNear isNear) {
-        std::vector<Scene> choice;
-        const auto choose = [&](auto wanted) {
-            if (choice.empty()) {
-                std::copy_if(scenes.begin(), scenes.end(), std::back_inserter(choice), wanted);
-            }
-        };
-        choose([](const Scene& scene) { return !scene.product.empty(); });
-        choose(isNear);
-        choose([](const Scene&) { return true; });
-        if (!context_.scene.empty()) {
-            choice = {sceneNamed(scenes, context_.scene)};
-        }
-        if (choice.size() > 1) {
-            throw Failure(ExitCode::Usage, name,
-                          "holds " + std::to_string(choice.size()) +
-                              " scenes; choose one with --scene NAME: " + sceneNames(choice));
-        }
-        const Scene& scene = choice.front();
-        if (scene.files.empty() && !context_.withQuality) {
-            throw Failure(ExitCode::NotDecodable, name,
-                          "holds no bands, but " + summaryOf(scene.setAside));
-        }
-        for (const std::string& path : scene.files) {
-            add({path});
-        }
-        setAside(name, scene.setAside);
-    }
-
-    /// Files named one by one, perhaps expanded from a glob by the shell: sets layers aside, and
-    /// warns about likely accidents.
-    void sortNamedFiles() {
-        std::vector<std::string> paths;
-        for (const Entry& entry : entries_) {
-            if (entry.isNamed) {
-                paths.push_back(entry.path);
-            }
-        }
-        const std::vector<Scene> scenes = scenesAmong(context_.session(), paths);
-        if (scenes.empty() || scenes.front().product.empty()) {
-            return;
-        }
-        const Scene* chosen =
-            context_.scene.empty() ? nullptr : &sceneNamed(scenes, context_.scene);
-        std::vector<std::string> names;
-        for (const Scene& scene : scenes) {
-            if (chosen != nullptr && &scene != chosen) {
-                dropNamed(scene.files);
-                dropNamed(pathsOf(scene.setAside));
-                continue;
-            }
-            names.push_back(scene.name);
-            sortScene(scene);
-        }
-        if (names.size() > 1) {
-            context_.note("files of " + std::to_string(names.size()) +
-                          " scenes are given: " + sceneNames(scenes));
-        }
-    }
-
-    void sortScene(const Scene& scene) {
-        std::vector<SetAside> aside;
-        for (const SetAside& each : scene.setAside) {
-            if (each.reason == kPartOfNoScene) {
-                context_.warn(each.path, "is part of no scene, but " + scene.name + " is one");
-            } else {
-                aside.push_back(each);
-            }
-        }
-        dropNamed(pathsOf(aside));
-        setAside(scene.name, aside);
-    }
-
-    void dropNamed(const std::vector<std::string>& files) {
-        const std::set<std::string> dropped(files.begin(), files.end());
-        std::erase_if(entries_, [&dropped](const Entry& entry) {
-            return entry.isNamed && dropped.count(entry.path) > 0;
-        });
-    }
-
-    /// Reports in one line what is left out, unless the user includes it.
-    void setAside(const std::string& name, const std::vector<SetAside>& files) {
-        std::vector<SetAside> left;
-        bool hasLayers = false;
-        for (const SetAside& each : files) {
-            hasLayers = hasLayers || each.isLayer;
-            if (each.isLayer && context_.withQuality) {
-                context_.layers.insert(each.path);
-                add({each.path});
-            } else {
-                context_.inputs.addRaster(each.path);
-                const bool isListed = each.isLayer && context_.listsLayers;
-                (isListed ? context_.layersAside : left).push_back(each);
-            }
-        }
-        if (!left.empty()) {
-            const bool canTake = hasLayers && !context_.withQuality;
-            context_.warn(name, "set aside: " + summaryOf(left) +
-                                    (canTake ? " (--with-quality takes what fits)" : ""));
+            entries_.push_back({entry});
         }
     }
 
@@ -345,7 +203,7 @@ class ArgumentReader {
             context_.inputs.add(path);
             readDocument(readTextFile(path), path);
         } else {
-            add({path, {}, true});
+            entries_.push_back({path, {}, true});
         }
     }
 
@@ -358,7 +216,7 @@ class ArgumentReader {
             throw Failure(ExitCode::CannotRead, name, fault);
         } else {
             // A glob also matches a product's XML files.
-            add({name});
+            entries_.push_back({name});
         }
     }
 
@@ -368,16 +226,12 @@ class ArgumentReader {
             entries_.push_back({component.path, component.frame});
         }
         document_ = alone ? std::optional(document) : std::nullopt;
-    }
-
-    void add(Entry entry) {
-        document_.reset();
-        entries_.push_back(std::move(entry));
+        componentsOfDocument_ = entries_.size();
     }
 
     std::vector<Component> components() const {
         std::vector<Component> components;
-        for (const Entry& entry : entries_) {
+        for (const InputEntry& entry : entries_) {
             throwIfInterrupted();
             if (entry.frame) {
                 components.push_back({entry.path, *entry.frame});
@@ -411,8 +265,10 @@ class ArgumentReader {
     Context& context_;
     MissingFile missing_;
     bool oneArgument_;
-    std::vector<Entry> entries_;
-    std::optional<Pyxis::FileSpecifier> document_;  ///< that all entries come from
+    std::vector<InputEntry> entries_;
+    SceneChoice scenes_{context_, entries_};
+    std::optional<Pyxis::FileSpecifier> document_;  ///< if the first entries come from one
+    std::size_t componentsOfDocument_ = 0;
 };
 
 }  // namespace

@@ -1,0 +1,148 @@
+#include "tool/scene/SceneChoice.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <iterator>
+#include <set>
+
+#include "tool/scene/RasterDirectory.h"
+#include "tool/terminal/Failure.h"
+
+namespace fs = std::filesystem;
+
+namespace kestms {
+namespace {
+
+std::vector<std::string> pathsOf(const std::vector<SetAside>& files) {
+    std::vector<std::string> paths;
+    std::transform(files.begin(), files.end(), std::back_inserter(paths),
+                   [](const SetAside& file) { return file.path; });
+    return paths;
+}
+
+bool liesDirectlyIn(const Scene& scene, const std::string& folder) {
+    const std::string inside = insideOf(folder);
+    const fs::path place = inside.empty() ? folder : inside;
+    const fs::path parent = fs::path(scene.files.front()).parent_path();
+    return (parent / "").lexically_normal() == (place / "").lexically_normal();
+}
+
+}  // namespace
+
+template <typename IsNear>
+void SceneChoice::takeScene(const std::string& name, const std::vector<Scene>& scenes,
+                            IsNear isNear) {
+    std::vector<Scene> choice;
+    const auto choose = [&](auto wanted) {
+        if (choice.empty()) {
+            std::copy_if(scenes.begin(), scenes.end(), std::back_inserter(choice), wanted);
+        }
+    };
+    choose([](const Scene& scene) { return !scene.product.empty(); });
+    choose(isNear);
+    choose([](const Scene&) { return true; });
+    if (!context_.scene.empty()) {
+        choice = {sceneNamed(scenes, context_.scene)};
+    }
+    if (choice.size() > 1) {
+        throw Failure(ExitCode::Usage, name,
+                      "holds " + std::to_string(choice.size()) +
+                          " scenes; choose one with --scene NAME: " + sceneNames(choice));
+    }
+    const Scene& scene = choice.front();
+    if (scene.files.empty() && !context_.withQuality) {
+        throw Failure(ExitCode::NotDecodable, name,
+                      "holds no bands, but " + summaryOf(scene.setAside));
+    }
+    for (const std::string& path : scene.files) {
+        entries_.push_back({path});
+    }
+    setAside(name, scene.setAside);
+}
+
+void SceneChoice::takeFolder(const std::string& folder) {
+    takeScene(folder, scenesAmong(context_.session(), rasterFilesBelow(folder)),
+              [&folder](const Scene& scene) { return liesDirectlyIn(scene, folder); });
+}
+
+void SceneChoice::takeGlob(const std::string& pattern, const std::vector<std::string>& files) {
+    const std::vector<Scene> scenes = scenesAmong(context_.session(), files);
+    if (scenes.front().product.empty()) {
+        for (const std::string& path : files) {
+            entries_.push_back({path});
+        }
+    } else {
+        takeScene(pattern, scenes, [](const Scene&) { return false; });
+    }
+}
+
+void SceneChoice::sortNamedFiles() {
+    std::vector<std::string> paths;
+    for (const InputEntry& entry : entries_) {
+        if (entry.isNamed) {
+            paths.push_back(entry.path);
+        }
+    }
+    const std::vector<Scene> scenes = scenesAmong(context_.session(), paths);
+    if (scenes.empty() || scenes.front().product.empty()) {
+        return;
+    }
+    const Scene* chosen = context_.scene.empty() ? nullptr : &sceneNamed(scenes, context_.scene);
+    std::vector<std::string> names;
+    for (const Scene& scene : scenes) {
+        if (chosen != nullptr && &scene != chosen) {
+            dropNamed(scene.files);
+            dropNamed(pathsOf(scene.setAside));
+            continue;
+        }
+        names.push_back(scene.name);
+        sortScene(scene);
+    }
+    if (names.size() > 1) {
+        context_.note("files of " + std::to_string(names.size()) +
+                      " scenes are given: " + sceneNames(scenes));
+    }
+}
+
+void SceneChoice::sortScene(const Scene& scene) {
+    std::vector<SetAside> aside;
+    for (const SetAside& each : scene.setAside) {
+        if (each.reason == kPartOfNoScene) {
+            context_.warn(each.path, "is part of no scene, but " + scene.name + " is one");
+        } else {
+            aside.push_back(each);
+        }
+    }
+    dropNamed(pathsOf(aside));
+    setAside(scene.name, aside);
+}
+
+void SceneChoice::dropNamed(const std::vector<std::string>& files) {
+    const std::set<std::string> dropped(files.begin(), files.end());
+    std::erase_if(entries_, [&dropped](const InputEntry& entry) {
+        return entry.isNamed && dropped.count(entry.path) > 0;
+    });
+}
+
+void SceneChoice::setAside(const std::string& name, const std::vector<SetAside>& files) {
+    std::vector<SetAside> left;
+    bool hasLayers = false;
+    for (const SetAside& each : files) {
+        hasLayers = hasLayers || each.isLayer;
+        if (each.isLayer && context_.withQuality) {
+            context_.layers.insert(each.path);
+            entries_.push_back({each.path});
+        } else {
+            context_.inputs.addRaster(each.path);
+            const bool isListed = each.isLayer && context_.listsLayers;
+            (isListed ? context_.layersAside : left).push_back(each);
+        }
+    }
+    if (!left.empty()) {
+        const bool canTake = hasLayers && !context_.withQuality;
+        context_.warn(name, "set aside: " + summaryOf(left) +
+                                (canTake ? " (--with-quality takes what fits)" : ""));
+    }
+}
+
+}  // namespace kestms

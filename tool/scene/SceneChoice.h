@@ -1,0 +1,47 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tool/scene/Context.h"
+#include "tool/scene/Scenes.h"
+
+namespace kestms {
+
+/// A file that arguments name.
+struct InputEntry {
+    std::string path;
+    std::optional<int> frame = {};  ///< none: all
+    bool isNamed = false;           ///< as a whole file, by itself
+};
+
+/// Decides which files of scenes become components, and says in one line what is left out.
+class SceneChoice {
+  public:
+    /// `entries` must outlive this.
+    SceneChoice(Context& context, std::vector<InputEntry>& entries)
+        : context_(context), entries_(entries) {}
+
+    /// Adds the one scene in a folder, or the one of several that the user chose.
+    void takeFolder(const std::string& folder);
+    /// The same for a glob; files of no product need not share a folder.
+    void takeGlob(const std::string& pattern, const std::vector<std::string>& files);
+    /// Files named one by one, perhaps expanded from a glob by the shell: sets layers aside, and
+    /// warns about likely accidents.
+    void sortNamedFiles();
+
+  private:
+    /// Scenes of products come first, then rasters for which `isNear` holds, then all others.
+    template <typename IsNear>
+    void takeScene(const std::string& name, const std::vector<Scene>& scenes, IsNear isNear);
+    void sortScene(const Scene& scene);
+    void dropNamed(const std::vector<std::string>& files);
+    /// Reports in one line what is left out, unless the user includes it.
+    void setAside(const std::string& name, const std::vector<SetAside>& files);
+
+    Context& context_;
+    std::vector<InputEntry>& entries_;
+};
+
+}  // namespace kestms
