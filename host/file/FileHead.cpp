@@ -118,9 +118,9 @@ Expected<FileHead> readHead(const std::string& path, std::size_t most) {
     struct stat status {};
     if (file.number() < 0 || fstat(file.number(), &status) != 0) {
         const int why = errno;
-        return Refusal{why == EMFILE || why == ENFILE ? Refusal::Kind::Exhausted
-                                                      : Refusal::Kind::Unreadable,
-                       std::strerror(why)};
+        return Refusal{
+            why == EMFILE || why == ENFILE ? Refusal::Kind::Exhausted : Refusal::Kind::Unreadable,
+            std::strerror(why)};
     }
     if (!S_ISREG(status.st_mode)) {
         return unreadable(S_ISDIR(status.st_mode) ? "is a directory" : "not a regular file");

@@ -12,7 +12,8 @@ PYXIS_CODECS_API Expected<void*> functionIn(const char* library, const char* fun
 /// How many libraries the process has loaded so far.
 unsigned long long numberOfLoads();
 
-/// Whether the process has loaded that library, for whatever reason. Takes as long as opening a file.
+/// Whether the process has loaded that library, for whatever reason. Takes as long as opening a
+/// file.
 bool isLoaded(const char* library);
 
 }  // namespace Pyxis

@@ -100,10 +100,6 @@ class Channel {
     double bright_ = 0;
 };
 
-}  // namespace
-
-namespace {
-
 /// On any thread.
 Channel channelOf(const OutputRaster& raster, const OutputBand& band, const Pyxis::Size& size) {
     OutputRaster alone = raster;
