@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -47,10 +48,21 @@ std::string headText(const OpenedSet& set) {
     return text;
 }
 
+/// Files of one folder are listed by their names, as paths into archives are long.
 std::string filesText(const OpenedSet& set) {
-    std::string text = "\nFiles: " + std::to_string(set.files().size()) + "\n";
-    for (const std::string& file : set.files()) {
-        text += "  " + printable(file) + "\n";
+    const std::vector<std::string>& files = set.files();
+    const auto folderOf = [](const std::string& path) {
+        return path.substr(0, path.rfind('/') + 1);
+    };
+    std::string folder = folderOf(files.front());
+    if (std::any_of(files.begin(), files.end(),
+                    [&](const std::string& file) { return folderOf(file) != folder; })) {
+        folder.clear();
+    }
+    std::string text = "\nFiles: " + std::to_string(files.size());
+    text += (folder.empty() ? "" : " in " + printable(folder)) + "\n";
+    for (const std::string& file : files) {
+        text += "  " + printable(file.substr(folder.size())) + "\n";
     }
     return text;
 }

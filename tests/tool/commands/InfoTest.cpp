@@ -60,7 +60,7 @@ TEST_F(Info, DescribesALandsatScene) {
              "Naming scheme:       5 landsat-7 (\"L7\" names)\n",
              "Size:                24 x 16 pixels on the finest grid\n",
              "Coordinate system:   EPSG:32632\n",
-             "\nFiles: 5\n  " + directory_.path(),
+             "\nFiles: 5 in " + directory_.path() + "/\n  " + kLandsat.substr(0, 21),
              "\n     1       2  Panchromatic band      1  15 x 15\n",
              "\n    0       0  Blue (band 1)                         blue              blue"
              "              0  blue     30 x 30     uint8       none  " +
