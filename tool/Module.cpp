@@ -1,6 +1,6 @@
-#include <iostream>
-
 #include <cpl_error.h>
+
+#include <iostream>
 
 #include "tool/CommandLine.h"
 

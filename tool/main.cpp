@@ -2,7 +2,7 @@
 
 #include "host/raster/Module.h"
 #include "tool/CommandLine.h"
-#include "tool/work/RasterWork.h"
+#include "tool/actions/RasterActions.h"
 
 // The program itself does not use GDAL. Commands that need it run in the module, which parses the
 // same command line again; until then nothing is read or written.

@@ -2,10 +2,10 @@
 #include <string>
 #include <vector>
 
+#include "tool/actions/RasterActions.h"
 #include "tool/commands/Commands.h"
 #include "tool/commands/InputOptions.h"
 #include "tool/commands/RasterOptions.h"
-#include "tool/work/RasterWork.h"
 
 namespace kestms {
 namespace {

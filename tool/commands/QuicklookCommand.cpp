@@ -1,10 +1,10 @@
 #include <memory>
 #include <string>
 
+#include "tool/actions/RasterActions.h"
 #include "tool/commands/Commands.h"
 #include "tool/commands/InputOptions.h"
 #include "tool/commands/RasterOptions.h"
-#include "tool/work/RasterWork.h"
 
 namespace kestms {
 namespace {

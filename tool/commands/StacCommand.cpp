@@ -1,8 +1,8 @@
 #include <memory>
 
+#include "tool/actions/RasterActions.h"
 #include "tool/commands/Commands.h"
 #include "tool/commands/InputOptions.h"
-#include "tool/work/RasterWork.h"
 
 namespace kestms {
 

@@ -1,11 +1,12 @@
 #include <memory>
 
+#include "tool/actions/RasterActions.h"
 #include "tool/commands/Commands.h"
 #include "tool/commands/InputOptions.h"
 #include "tool/commands/RasterOptions.h"
-#include "tool/work/RasterWork.h"
 
 namespace kestms {
+
 void addVrtCommand(CLI::App& app, Context& context) {
     auto request = std::make_shared<ExportRequest>();
     CLI::App* command =

@@ -4,13 +4,13 @@
 #include <vector>
 
 #include "bands/NamingScheme.h"
+#include "tool/actions/RasterActions.h"
 #include "tool/raster/OutputFile.h"
 #include "tool/raster/OutputFormat.h"
 #include "tool/raster/StacItem.h"
 #include "tool/scene/OpenedSet.h"
 #include "tool/terminal/Json.h"
 #include "tool/terminal/TerminalText.h"
-#include "tool/work/RasterWork.h"
 
 namespace kestms {
 namespace {

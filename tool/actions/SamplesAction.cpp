@@ -1,5 +1,5 @@
+#include "tool/actions/RasterActions.h"
 #include "tool/samples/SampleSets.h"
-#include "tool/work/RasterWork.h"
 
 namespace kestms {
 

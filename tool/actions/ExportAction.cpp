@@ -1,6 +1,6 @@
+#include "tool/actions/RasterActions.h"
 #include "tool/raster/GeoTiffWriter.h"
 #include "tool/raster/RasterExport.h"
-#include "tool/work/RasterWork.h"
 
 namespace kestms {
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "tool/actions/RasterActions.h"
 #include "tool/raster/BandSelection.h"
 #include "tool/raster/RasterExport.h"
-#include "tool/work/RasterWork.h"
 
 namespace kestms {
 namespace {
