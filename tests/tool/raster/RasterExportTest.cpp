@@ -8,7 +8,7 @@
 #include <tuple>
 #include <utility>
 
-#include "tests/tool/Process.h"
+#include "tests/tool/raster/RasterExports.h"
 #include "tool/scene/InputText.h"
 
 namespace kestms {
@@ -68,61 +68,6 @@ Strings namesIn(const json& info) {
     return names;
 }
 
-class RasterExport : public InDirectory {
-  protected:
-    /// One bright pixel in a field of 100.
-    std::string writeMark(const std::string& name, const fakes::Raster& raster, int column,
-                          int row) const {
-        const std::string path = write(name, raster);
-        const GDALDatasetUniquePtr file(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE));
-        GDALRasterBand& band = *file->GetRasterBand(1);
-        band.Fill(100);
-        double mark = 60000;
-        EXPECT_EQ(
-            band.RasterIO(GF_Write, column, row, 1, 1, &mark, 1, 1, GDT_Float64, 0, 0, nullptr),
-            CE_None);
-        return path;
-    }
-
-    /// The centre of the pixels brighter than the field, in the world.
-    static std::pair<double, double> placeOfMark(const json& info, int band) {
-        const std::string raster = info["description"];
-        const std::size_t width = info["size"][0];
-        const std::vector<double> pixels = gdalPixels(raster, band);
-        double weight = 0;
-        double x = 0;
-        double y = 0;
-        for (std::size_t i = 0; i < pixels.size(); ++i) {
-            if (pixels[i] > 100) {
-                weight += pixels[i] - 100;
-                x += (pixels[i] - 100) * (static_cast<double>(i % width) + 0.5);
-                y += (pixels[i] - 100) * (static_cast<double>(i / width) + 0.5);
-            }
-        }
-        const auto& grid = info["geoTransform"];
-        return {grid[0].get<double>() + x / weight * grid[1].get<double>(),
-                grid[3].get<double>() + y / weight * grid[5].get<double>()};
-    }
-
-    /// Opens a file for changes.
-    template <typename Change>
-    static void change(const std::string& path, Change change) {
-        const GDALDatasetUniquePtr file(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE));
-        change(*file);
-    }
-
-    json infoOf(Strings command, const Strings& files) {
-        const std::string output = directory_ / (command[0] == "vrt" ? "out.vrt" : "out.tif");
-        const Outcome outcome =
-            runKestms(joined(joined(std::move(command), files), {"-o", output, "--overwrite"}));
-        EXPECT_EQ(outcome.code, 0) << outcome.err;
-        said_ = outcome.err;
-        return outcome.code == 0 ? gdalInfo(output) : json();
-    }
-
-    std::string said_;  ///< on the error stream
-};
-
 TEST_F(RasterExport, BandsOfEverySampleKeepTheirPixelsAndSayWhatTheyAre) {
     ASSERT_EQ(runKestms({"samples", directory_.path(), "--size", "8"}).code, 0);
     Strings sets = {writeSegments(directory_ / "segments.ntf")};
@@ -164,68 +109,6 @@ TEST_F(RasterExport, BandsOfEverySampleKeepTheirPixelsAndSayWhatTheyAre) {
                 expectSame(written[band["name"]], band, infoOf(file)["bands"].at(index), how);
             }
         }
-    }
-}
-
-/// As in Landsat products: the centres of coarse pixels are those of fine ones.
-const fakes::Raster kFine{.width = 40,
-                          .height = 40,
-                          .type = GDT_UInt16,
-                          .transform = {{500000 - 7.5, 15, 0, 4600000 - 7.5, 0, -15}}};
-const fakes::Raster kCoarse{.width = 20, .height = 20, .type = GDT_UInt16};
-
-TEST_F(RasterExport, NothingMovesOnTheSharedGrid) {
-    const Strings files = {writeMark("pan_01.tif", kFine, 17, 12),
-                           writeMark("red_02.tif", kCoarse, 8, 6),
-                           writeMark(
-                               "nir_03.tif",
-                               [] {
-                                   fakes::Raster moved = kFine;
-                                   (*moved.transform)[0] += 4.5;
-                                   return moved;
-                               }(),
-                               20, 20)};
-    std::vector<std::pair<double, double>> own;
-    for (const std::string& file : files) {
-        own.push_back(placeOfMark(gdalInfo(file), 1));
-    }
-    for (const char* how : {"nearest", "bilinear"}) {
-        for (const char* command : {"vrt", "export"}) {
-            const json info = infoOf({command, "--resampling", how}, files);
-            EXPECT_THAT(said_, HasSubstr("one grid of 15 m: 1 band resampled (" + std::string(how) +
-                                         "), 1 band moved by parts of a pixel"));
-            for (int band = 1; band <= 3; ++band) {
-                const auto [x, y] = placeOfMark(info, band);
-                const auto [ownX, ownY] = own[static_cast<std::size_t>(band) - 1];
-                const double most = band == 1 || how == std::string("bilinear") ? 0.02 : 7.5001;
-                EXPECT_NEAR(x, ownX, most) << command << band << how;
-                EXPECT_NEAR(y, ownY, most) << command << band << how;
-            }
-        }
-    }
-    // Nor do the bands that have the size asked for, whichever is the finest.
-    EXPECT_EQ(infoOf({"export", "--resolution", "30"}, files)["geoTransform"][0], 500000);
-    EXPECT_THAT(said_, HasSubstr("one grid of 30 m: 2 bands resampled (nearest)\n"));
-    // The corners of the bands in the virtual raster.
-    const std::string text = fakes::readFile(directory_ / "out.vrt");
-    for (const char* place :
-         {"<DstRect xOff=\"0\" yOff=\"0\" xSize=\"40\" ySize=\"40\"",
-          "<DstRect xOff=\"0.5\" yOff=\"-0.5\" xSize=\"40\" ySize=\"40\"", "<DstRect xOff=\"0.3"}) {
-        EXPECT_THAT(text, HasSubstr(place));
-    }
-}
-
-/// A set may have slightly rotated bands, a raster may not.
-TEST_F(RasterExport, BandsAcrossTheGridAreRefused) {
-    fakes::Raster raster{.height = 12};
-    const Strings files = {write("a.tif", raster), directory_ / "b.tif"};
-    for (const auto& [slope, code] : {std::pair(1.2, 0), std::pair(1.4, 1)}) {
-        raster.transform = {500000, 30, 0, 4600000, slope, -30};
-        write("b.tif", raster);
-        const Outcome outcome =
-            runTool(joined({"vrt", "-o", directory_ / "out.vrt", "--overwrite"}, files));
-        EXPECT_EQ(outcome.code, code) << outcome.err;
-        EXPECT_EQ(outcome.err.find("does not lie on the grid") != std::string::npos, code != 0);
     }
 }
 
@@ -289,47 +172,6 @@ TEST_F(RasterExport, ABandOfNoProductIsCalledWhatItsComponentCallsIt) {
     EXPECT_EQ(namesIn(infoOf({"vrt"}, files)), names);
     EXPECT_EQ(namesIn(infoOf({"export"}, files)), names);
     EXPECT_EQ(namesIn(infoOf({"vrt", "--bands", "beside"}, files)), Strings{"beside"});
-}
-
-TEST_F(RasterExport, GridsAndPartsAreThoseAskedFor) {
-    fakes::Raster fine = kFine;
-    fine.transform = {500000, 15, 0, 4600000, 0, -15};
-    const Strings files = {write("a_01.tif", fine), write("a_02.tif", kCoarse)};
-    struct Case {
-        Strings options;
-        double size;
-        json pixels;
-        double left;
-    };
-    const Case cases[] = {
-        {{}, 15, {40, 40}, 500000},
-        {{"--resolution", "finest"}, 15, {40, 40}, 500000},
-        {{"--resolution", "coarsest"}, 30, {20, 20}, 500000},
-        {{"--resolution", "7.5"}, 7.5, {80, 80}, 500000},
-        {{"--bbox", "500031,4599900,500100,4599970"}, 15, {5, 5}, 500030},
-        {{"--window", "2,3,10,9"}, 15, {10, 9}, 500030},
-        {{"--bands", "2"}, 30, {20, 20}, 500000},
-    };
-    for (const auto& [options, size, pixels, left] : cases) {
-        for (const char* command : {"vrt", "export"}) {
-            const json info = infoOf(joined({command}, options), files);
-            EXPECT_EQ(info["geoTransform"][1], size) << options.size();
-            EXPECT_EQ(info["geoTransform"][0], left);
-            EXPECT_EQ(info["size"], pixels);
-        }
-    }
-    const Strings wrong[] = {{"--bbox", "1,2,3,4"},           {"--bbox", "1,2,3"},
-                             {"--bbox", "1,2,3,4,5"},         {"--bbox", "1,2,x,4"},
-                             {"--resolution", "-3"},          {"--resolution", "fine"},
-                             {"--resolution", "1e-9"},        {"--window", "40,0,5,5"},
-                             {"--window", "0,0,0,5"},         {"--nodata", "x"},
-                             {"--split", "--resolution", "3"}};
-    for (const Strings& options : wrong) {
-        const Strings command = joined({"export", "-o", directory_ / "none.tif"}, files);
-        EXPECT_EQ(runTool(joined(command, options)).code, 2) << options[1];
-    }
-    EXPECT_EQ(linesOf(runTool(joined({"vrt", "--split", "-o", directory_ / "s.vrt"}, files)).out),
-              (Strings{directory_ / "s_15m.vrt", directory_ / "s_30m.vrt"}));
 }
 
 TEST_F(RasterExport, BandsAreChosenNamedAndOrdered) {
@@ -434,73 +276,6 @@ TEST_F(RasterExport, StatisticsAreThoseOfTheBandsPixels) {
         }
         const json kept = infoOf(joined(command, {"--bands", "1"}), files);
         EXPECT_EQ(kept["bands"][0]["metadata"][""]["STATISTICS_MAXIMUM"], "99");
-    }
-}
-
-/// Overviews of other values than the pixels show who reads them.
-class Overviews : public RasterExport {
-  protected:
-    std::string write(const std::string& name, const Strings& options) const {
-        const std::string path =
-            RasterExport::write(name, {.width = 1200, .height = 1200, .type = GDT_UInt16});
-        EXPECT_EQ(Process(joined({"gdaladdo", "-q"}, joined(options, {path, "4"}))).wait().code, 0);
-        const GDALDatasetUniquePtr file(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE));
-        EXPECT_EQ(file->GetRasterBand(1)->GetOverview(0)->Fill(4000), CE_None);
-        return path;
-    }
-};
-
-TEST_F(Overviews, AreReadFromComponentsAndMadeAnewForCopies) {
-    const Strings files = {write("a_01.tif", {}), write("a_02.tif", {"-ro"})};
-    change(files[0], [](GDALDataset& file) {
-        CPLStringList items;
-        for (const char* name :
-             {"LINE_OFF", "SAMP_OFF", "LAT_OFF", "LONG_OFF", "HEIGHT_OFF", "LINE_SCALE",
-              "SAMP_SCALE", "LAT_SCALE", "LONG_SCALE", "HEIGHT_SCALE"}) {
-            items.SetNameValue(name, "1");
-        }
-        for (const char* name :
-             {"LINE_NUM_COEFF", "LINE_DEN_COEFF", "SAMP_NUM_COEFF", "SAMP_DEN_COEFF"}) {
-            items.SetNameValue(name, "1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20");
-        }
-        file.SetMetadata(items.List(), "RPC");
-    });
-    ASSERT_TRUE(gdalInfo(files[0])["metadata"].contains("RPC"));
-    ASSERT_TRUE(fs::exists(files[1] + ".ovr"));
-    for (const auto& [command, count, sample] :
-         {std::tuple<Strings, std::size_t, bool>({"vrt"}, 1, true),
-          {{"export"}, 0, false},
-          {{"export", "--cog"}, 2, false}}) {
-        const json info = infoOf(command, files);
-        EXPECT_FALSE(info["metadata"].contains("RPC"));
-        for (int band = 1; band <= 2; ++band) {
-            EXPECT_EQ(info["bands"][static_cast<std::size_t>(band) - 1]
-                          .value("overviews", json::array())
-                          .size(),
-                      count);
-            EXPECT_EQ(
-                gdalPixels(info["description"], band, {"-outsize", "300", "300"}).at(7) == 4000,
-                sample)
-                << band;
-        }
-    }
-}
-
-/// Those in the file: a file beside it may be of any format, a virtual raster of other files too.
-TEST_F(Overviews, AreWhatAPictureShows) {
-    const Strings files = {write("a_01.tif", {}), write("a_02.tif", {"-ro"})};
-    for (const auto& [band, size, isOverview] :
-         {std::tuple("B01", "300", true), {"B01", "1200", false}, {"B02", "300", false}}) {
-        const std::string picture = directory_ / "q.png";
-        ASSERT_EQ(runKestms(joined({"quicklook", "-o", picture, "--overwrite", "--size", size,
-                                    "--bands", band},
-                                   files))
-                      .code,
-                  0);
-        // All of one value is mid-grey.
-        const std::vector<double> shown = gdalPixels(picture, 1);
-        EXPECT_EQ(std::count(shown.begin(), shown.end(), 128) == std::ssize(shown), isOverview)
-            << band << size;
     }
 }
 
