@@ -33,7 +33,7 @@ thread_local std::uint64_t currentOperation = 0;
 FileCache::FileCache(FileChanges changes)
     : changes_(changes), directory_(changes == FileChanges::Ignore ? absolutePath(".") : "") {
     if (!directory_.empty()) {
-        directory_.pop_back();
+        directory_.pop_back();  // the dot
     }
 }
 

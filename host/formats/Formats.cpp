@@ -6,9 +6,10 @@ namespace Pyxis {
 
 const std::vector<const Format*>& formats() {
     static const std::vector<const Format*> formats = {
-        &quickBirdFormat(), &tiffFormat(), &nitfFormat(), &fastFormat(),          &jpeg2000Format(),
-        &erdasFormat(),     &pngFormat(),  &jpegFormat(), &virtualRasterFormat(),
-        &enviFormat(),  // looks for a side file, so it comes last
+        &quickBirdFormat(),     &tiffFormat(),  &nitfFormat(), &fastFormat(),
+        &jpeg2000Format(),      &erdasFormat(), &pngFormat(),  &jpegFormat(),
+        &virtualRasterFormat(),  // refused unless the host allows it
+        &enviFormat(),           // looks for a side file, so it comes last
     };
     return formats;
 }

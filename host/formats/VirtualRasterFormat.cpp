@@ -1,5 +1,8 @@
 #include <cstddef>
+#include <cstdint>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/file/PathPolicy.h"
 #include "host/formats/Formats.h"

@@ -95,7 +95,8 @@ std::optional<std::string> GdalDataset::bandItem(int band, const char* key,
 
 std::string GdalDataset::bytesOfItem(const char* key, const char* domain) const {
     std::string text = item(key, domain).value_or("");
-    text.erase(0, std::min(text.find(' '), text.size() - 1) + 1);
+    const std::size_t blank = text.find(' ');
+    text = blank == std::string::npos ? std::string() : text.substr(blank + 1);
     const int length = CPLBase64DecodeInPlace(reinterpret_cast<GByte*>(text.data()));
     text.resize(static_cast<std::size_t>(std::max(length, 0)));
     return text;

@@ -60,16 +60,19 @@ KnownFacts tiffFacts(const std::string& path, const FileHead& head) {
     if (!fields.all().empty()) {
         GeoKeys keys = readGeoKeys(fields);
         // GDAL's metadata field can hold anything, descriptions included.
-        facts.mayNameOverviews = fields.has(tag::kGdalMetadata) &&
-                                 !statisticsIn(fields.value(tag::kGdalMetadata, TiffFields::Ascii));
+        const std::optional<TiffStatistics> statistics =
+            fields.has(tag::kGdalMetadata)
+                ? statisticsIn(fields.value(tag::kGdalMetadata, TiffFields::Ascii))
+                : TiffStatistics();
+        facts.mayNameOverviews = !statistics;
         facts.mayHaveDescription = facts.mayNameOverviews || fields.has(tag::kDescription);
         facts.mayHaveColours = mayHaveColours(fields);
         facts.transform = transformOf(fields, keys);
         facts.systemKey = std::move(keys.bytes);
         facts.projectedSystem = keys.projectedSystem;
         findLastBlock(fields, facts);
-        if (facts.lastBlock && facts.lastBlock->isWithin(head.state.size)) {
-            facts.raster = plainRasterOf(fields);
+        if (statistics && facts.lastBlock && facts.lastBlock->isWithin(head.state.size)) {
+            facts.raster = plainRasterOf(fields, *statistics);
         }
     }
     return facts;

@@ -177,22 +177,9 @@ bool findNoData(TiffFields& fields, KnownRaster& raster) {
             *value == static_cast<double>(static_cast<float>(*value)));
 }
 
-/// Takes the limits of the samples from statistics; false for metadata of another kind.
-bool findLimits(TiffFields& fields, KnownRaster& raster) {
-    if (!fields.has(tag::kGdalMetadata)) {
-        return true;
-    }
-    const auto statistics = statisticsIn(fields.value(tag::kGdalMetadata, TiffFields::Ascii));
-    if (statistics) {
-        raster.range.minimum = statistics->minimum.value_or(raster.range.minimum);
-        raster.range.maximum = statistics->maximum.value_or(raster.range.maximum);
-    }
-    return statistics.has_value();
-}
-
 }  // namespace
 
-std::optional<KnownRaster> plainRasterOf(TiffFields& fields) {
+std::optional<KnownRaster> plainRasterOf(TiffFields& fields, const TiffStatistics& statistics) {
     if (!isPlain(fields)) {
         return std::nullopt;
     }
@@ -210,11 +197,10 @@ std::optional<KnownRaster> plainRasterOf(TiffFields& fields) {
     }
     raster.format = kind->meaning;
     raster.bits = static_cast<std::int32_t>(bits);
-    raster.range.minimum = kind->minimum;
-    raster.range.maximum = kind->maximum;
-    const bool isKnown =
-        findBlocks(fields, raster) && findNoData(fields, raster) && findLimits(fields, raster);
-    return isKnown ? std::optional(raster) : std::nullopt;
+    raster.range.minimum = statistics.minimum.value_or(kind->minimum);
+    raster.range.maximum = statistics.maximum.value_or(kind->maximum);
+    return findBlocks(fields, raster) && findNoData(fields, raster) ? std::optional(raster)
+                                                                    : std::nullopt;
 }
 
 }  // namespace Pyxis
