@@ -12,7 +12,7 @@ namespace kestms {
 std::string readText(std::istream& stream, const std::string& name);
 std::string readTextFile(const std::string& path);
 
-/// Whether a text, or a regular file or pipe, begins like an XML document.
+/// Whether a text begins like an XML document.
 bool looksLikeXml(std::string_view text);
 /// Whether a regular file or pipe begins like XML, except like a virtual raster.
 bool fileMayListComponents(const std::string& path);

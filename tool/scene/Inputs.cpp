@@ -7,6 +7,7 @@
 #include <charconv>
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -75,6 +76,7 @@ bool mayBeDocument(const std::string& path, const fs::file_status& status) {
     return fs::is_fifo(status) ||
            (fs::is_regular_file(status) &&
             (extension == ".xml" || extension == ".XML" ||
+             // So that rasters are not opened once more than needed.
              (!Pyxis::isNamedLikeRaster(path) && fileMayListComponents(path))));
 }
 

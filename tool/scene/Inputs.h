@@ -21,7 +21,8 @@ enum class MissingFile {
 ///  - FILE#FRAME: one frame, 0 for the first; a file whose own name is the whole argument wins;
 ///  - a directory: its raster files in natural order of their names;
 ///  - a component list document: its components;
-///  - @FILE: a text file with one of the above a line, and comments in lines that begin with "#";
+///  - @FILE: a text file with one of the above a line, and comments after "#" at the start of
+///    a line or after a blank;
 ///    "-" reads the same from standard input. Both may be documents instead.
 /// A document by itself is used unchanged. Paths are kept as given; a component named twice causes
 /// a warning. Everything read is added to `context.inputs`. Throws a Failure for what cannot be
