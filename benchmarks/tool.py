@@ -72,22 +72,32 @@ def make_scenes(folder, count, sources):
     os.rename(partial, folder)
 
 
+def list_files(folder):
+    """A list of all files in the folders of a folder, beside it; they are taken as one set."""
+    path = folder + ".txt"
+    with open(path, "w", encoding="utf-8") as file:
+        for scene in sorted(os.scandir(folder), key=lambda entry: entry.name):
+            for name in sorted(os.listdir(scene)):
+                file.write(os.path.join(scene.path, name) + "\n")
+    return path
+
+
 def scale_rows(bench):
     """Folders of many scenes; the largest has 100,000 files."""
     small = os.path.join(bench.samples, "small10")
     sources = [os.path.join(small, name) for name in sorted(os.listdir(small))]
-    kestms = bench.program("kestms")
-    for what, *command in (("kestms scenes", "scenes"),
-                           ("kestms info --json, one scene of all", "info", "--json")):
+    folders = {}
+    for count in SCENES[:1] if bench.smoke else SCENES:
+        folders[count] = os.path.join(bench.samples, f"scenes{count}")
+        make_scenes(folders[count], count, sources)
+    kestms = [bench.program("kestms"), "-q"]
+    for what, command in (
+            ("kestms scenes", lambda folder: ["scenes", folder]),
+            ("kestms info --json, one scene of all",
+             lambda folder: ["info", "--json", "@" + list_files(folder)])):
         points = []
-        for count in SCENES[:1] if bench.smoke else SCENES:
-            folder = os.path.join(bench.samples, f"scenes{count}")
-            make_scenes(folder, count, sources)
-            paths = [folder]
-            if command[0] == "info":
-                paths = [os.path.join(folder, name) for name in sorted(os.listdir(folder))]
-                paths = ["@" + list_of(bench, count, paths)]
-            best = processes.compare({"ours": [[kestms, "-q", *command, *paths]]}, 1)["ours"]
+        for count, folder in folders.items():
+            best = processes.compare({"ours": [[*kestms, *command(folder)]]}, 1)["ours"]
             files = count * len(BANDS)
             points.append((files, best["cpu"]))
             bench.table.fact(f"{what}, {amount(files)} files",
@@ -95,16 +105,6 @@ def scale_rows(bench):
                              f"{best['peak'] / files:,.0f} bytes a file")
         if len(points) > 1:
             bench.table.growth(what, points)
-
-
-def list_of(bench, count, folders):
-    """A list of every file, which together are taken as one set."""
-    path = os.path.join(bench.samples, f"scenes{count}.txt")
-    with open(path, "w", encoding="utf-8") as file:
-        for folder in folders:
-            for name in sorted(os.listdir(folder)):
-                file.write(os.path.join(folder, name) + "\n")
-    return path
 
 
 def add_rows(bench):
