@@ -1,8 +1,6 @@
 #include "gdal/ComponentFiles.h"
 
-#include <cpl_string.h>
-
-#include <utility>
+#include <memory>
 
 #include "host/Text.h"
 #include "host/codecs/RasterSource.h"
@@ -10,20 +8,6 @@
 #include "tool/terminal/Failure.h"
 
 namespace kestgdal {
-namespace {
-
-/// With one driver and without the names of other files beside it, as the codecs open it: a file's
-/// contents must not lead elsewhere.
-GDALDatasetUniquePtr openComponent(const Pyxis::RasterSource& source, const std::string& name,
-                                   const std::string& path) {
-    const char* const drivers[] = {source.driver.c_str(), nullptr};
-    CPLStringList siblings;
-    siblings.AddString(CPLGetFilename(path.c_str()));
-    return GDALDatasetUniquePtr(GDALDataset::Open(name.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY,
-                                                  drivers, nullptr, siblings.List()));
-}
-
-}  // namespace
 
 GDALRasterBand* ComponentFiles::band(const kestms::Band& band) {
     if (closed_) {
@@ -38,9 +22,14 @@ GDALRasterBand* ComponentFiles::band(const kestms::Band& band) {
     const std::string name = source->prefix + band.componentPath;
     auto found = datasets_.find(name);
     if (found == datasets_.end()) {
-        found = datasets_.emplace(name, openComponent(*source, name, band.componentPath)).first;
+        found = datasets_.emplace(name, nullptr).first;
+        try {
+            found->second = std::make_unique<kestms::ComponentDataset>(band.componentPath, *source);
+        } catch (const kestms::Failure&) {
+            return nullptr;  // The file is gone.
+        }
     }
-    return found->second ? found->second->GetRasterBand(source->band) : nullptr;
+    return found->second ? (*found->second)->GetRasterBand(source->band) : nullptr;
 }
 
 kestms::ComponentDescription ComponentFiles::describe(const kestms::Band& band) {

@@ -3,8 +3,10 @@
 #include <gdal_priv.h>
 
 #include <map>
+#include <memory>
 #include <string>
 
+#include "tool/raster/ComponentDataset.h"
 #include "tool/raster/ComponentDescription.h"
 #include "tool/scene/Band.h"
 
@@ -24,7 +26,8 @@ class ComponentFiles {
   private:
     bool closed_ = false;
     kestms::ComponentReader reader_;
-    std::map<std::string, GDALDatasetUniquePtr> datasets_;  // null: could not be opened
+    /// Null: could not be opened.
+    std::map<std::string, std::unique_ptr<kestms::ComponentDataset>> datasets_;
 };
 
 }  // namespace kestgdal

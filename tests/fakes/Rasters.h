@@ -87,8 +87,11 @@ inline std::string writeRaster(const std::string& path, const Raster& raster = {
         options.AddString(option.c_str());
     }
     GDALDriver* driver = GetGDALDriverManager()->GetDriverByName(raster.driver.c_str());
-    GDALDatasetUniquePtr dataset(driver->Create(path.c_str(), raster.width, raster.height,
-                                                raster.bands, raster.type, options.List()));
+    const bool copies = driver->GetMetadataItem(GDAL_DCAP_CREATE) == nullptr;
+    GDALDriver* maker = copies ? GetGDALDriverManager()->GetDriverByName("MEM") : driver;
+    GDALDatasetUniquePtr dataset(maker->Create(path.c_str(), raster.width, raster.height,
+                                               raster.bands, raster.type,
+                                               copies ? nullptr : options.List()));
     if (!dataset) {
         throw std::runtime_error("cannot write " + path);
     }
@@ -129,6 +132,10 @@ inline std::string writeRaster(const std::string& path, const Raster& raster = {
                            raster.width, raster.height, GDT_Float64, 0, 0, nullptr) != CE_None) {
             throw std::runtime_error("cannot fill " + path);
         }
+    }
+    if (copies) {
+        dataset.reset(driver->CreateCopy(path.c_str(), dataset.get(), FALSE, options.List(),
+                                         nullptr, nullptr));
     }
     return path;
 }

@@ -306,6 +306,26 @@ TEST_F(DriverTest, ShowsTheMaskOfAComponent) {
     EXPECT_EQ(std::count(mask.begin(), mask.end(), 255), 12 * 8 - 1);
 }
 
+TEST_F(DriverTest, OpensNothingBesideAComponent) {
+    for (const char* driver : {"HFA", "GTiff", "JP2OpenJPEG"}) {
+        SCOPED_TRACE(driver);
+        const fakes::TempDirectory scene;
+        for (const char* name : {"a_01.x", "a_02.x"}) {
+            const std::string component =
+                fakes::writeRaster(scene / name, {.width = 64, .height = 48, .driver = driver});
+            fakes::writeRaster(component + ".ovr", {.width = 32, .height = 24});
+            const auto mask =
+                openRaster(fakes::writeRaster(component + ".msk", {.width = 64, .height = 48}));
+            mask->SetMetadataItem("INTERNAL_MASK_FLAGS_1", "2");
+        }
+        const auto set = openRaster("KESTMS:" + scene.path());
+        ASSERT_TRUE(set);
+        EXPECT_EQ(set->GetRasterBand(1)->GetMaskFlags(), GMF_ALL_VALID);
+        EXPECT_EQ(set->GetRasterBand(1)->GetOverviewCount(), 0);
+        EXPECT_EQ(samplesOf(*set->GetRasterBand(1)).size(), 64U * 48U);
+    }
+}
+
 TEST_F(DriverTest, OffersEachPixelSizeAsASubdataset) {
     writeScene();
     const auto set = openRaster(folder());

@@ -6,12 +6,9 @@
 #include <array>
 #include <filesystem>
 
-#include "host/gdal/ErrorCapture.h"
-#include "host/gdal/Opening.h"
-#include "host/gdal/PrivateFiles.h"
 #include "tool/raster/BandMetadata.h"
+#include "tool/raster/ComponentDataset.h"
 #include "tool/raster/GdalSession.h"
-#include "tool/raster/SourceName.h"
 #include "tool/raster/StringLists.h"
 #include "tool/terminal/Failure.h"
 
@@ -98,17 +95,7 @@ void addSetFacts(const Band& band, ComponentDescription& facts) {
 class ComponentReader::File {
   public:
     File(const std::string& path, const Pyxis::RasterSource& source)
-        : name_(source.prefix + path), auxiliary_(readAuxiliaryFile(path)), source_(path, source) {
-        const Pyxis::ErrorCapture errors;
-        Pyxis::registerDriver(source.driver.c_str());
-        // No other driver may open the file.
-        const char* const drivers[] = {source.driver.c_str(), nullptr};
-        dataset_.reset(GDALDataset::Open(source_.text().c_str(),
-                                         GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR, drivers));
-        if (!dataset_) {
-            throw Failure(ExitCode::CannotRead, path,
-                          Pyxis::PrivateFiles::withoutNames(errors.message()));
-        }
+        : name_(source.prefix + path), auxiliary_(readAuxiliaryFile(path)), dataset_(path, source) {
         std::error_code error;
         hasMaskFile_ = fs::exists(path + ".msk", error);
         fileItems_ = itemsOf(dataset_->GetMetadata());
@@ -132,8 +119,7 @@ class ComponentReader::File {
   private:
     std::string name_;
     std::map<int, AuxiliaryBand> auxiliary_;
-    SourceName source_;
-    GDALDatasetUniquePtr dataset_;
+    ComponentDataset dataset_;
     MetadataItems fileItems_;
     bool hasMaskFile_ = false;
 };

@@ -34,16 +34,12 @@ class OtherFormats : public OnFiles {
   protected:
     std::string write(const Case& c) const {
         const bool isPlaced = c.worldFile == nullptr;
-        const fakes::Raster raster{.width = 64,
-                                   .height = 48,
-                                   .transform = isPlaced ? fakes::Raster().transform : std::nullopt,
-                                   .epsg = isPlaced ? 32632 : 0};
-        const GDALDatasetUniquePtr source(
-            GDALDataset::Open(fakes::writeRaster(directory / "source.tif", raster).c_str()));
-        const std::string path = directory / c.file;
-        GDALDriver* driver = GetGDALDriverManager()->GetDriverByName(c.driver);
-        GDALDatasetUniquePtr(
-            driver->CreateCopy(path.c_str(), source.get(), FALSE, nullptr, nullptr, nullptr));
+        const std::string path = fakes::writeRaster(
+            directory / c.file, {.width = 64,
+                                 .height = 48,
+                                 .transform = isPlaced ? fakes::Raster().transform : std::nullopt,
+                                 .epsg = isPlaced ? 32632 : 0,
+                                 .driver = c.driver});
         std::filesystem::remove(path + ".aux.xml");
         if (c.worldFile != nullptr) {
             fakes::writeFile(directory / c.worldFile, "30\n0\n0\n-30\n1015\n1985\n");
