@@ -153,6 +153,9 @@ void printVirtualRaster(Context& context, const ExportRequest& request) {
     for (const std::string& note : requestNotes(rasters.front(), request)) {
         context.note(note);
     }
+    for (const std::string& note : pixels.leftOut()) {
+        context.note(note);
+    }
     context.out << pixels.text();
 }
 

@@ -4,10 +4,13 @@
 #include <gdal_frmts.h>
 
 #include <cmath>
+#include <cstdint>
 #include <filesystem>
+#include <limits>
 #include <memory>
 
 #include "host/codecs/Places.h"
+#include "tool/raster/BandMetadata.h"
 #include "tool/raster/ComponentDescription.h"
 #include "tool/raster/GdalSession.h"
 #include "tool/raster/RelativePath.h"
@@ -140,7 +143,11 @@ void replaceSource(CPLXMLNode* band, const std::string& source) {
     }
 }
 
-bool canHold(GDALDataType type, double value) {
+bool canHold(const Band& band, GDALDataType type, double value) {
+    if (hasSignedBytes(band)) {  // of which the type says nothing
+        using Limits = std::numeric_limits<std::int8_t>;
+        return value >= Limits::min() && value <= Limits::max() && value == std::trunc(value);
+    }
     int clamped = FALSE;
     int rounded = FALSE;
     GDALAdjustValueToDataType(type, value, &clamped, &rounded);
@@ -181,8 +188,18 @@ std::string VirtualRaster::nameOf(const OutputBand& band) {
     return name->text();
 }
 
-void VirtualRaster::addBand(const OutputBand& band, ComponentDescription& facts,
+void VirtualRaster::addBand(OutputBand band, ComponentDescription& facts,
                             const VirtualRasterOptions& options) {
+    const std::string path = band.band.componentPath;
+    if (band.band.noData && !canHold(band.band, facts.type, *band.band.noData)) {
+        leftOut_.push_back(path + ": its no-data value " + numberText(*band.band.noData) +
+                           " is left out, since its samples cannot have it");
+        band.band.noData.reset();
+    }
+    if (options.noData && !canHold(band.band, facts.type, *options.noData)) {
+        throw Failure(ExitCode::Usage, path,
+                      "its samples cannot have the value " + numberText(*options.noData));
+    }
     const std::optional<double> noData = options.noData ? options.noData : band.band.noData;
     const Pyxis::Size& size = raster_.size;
     dataset_->AddBand(facts.type, nullptr);
@@ -197,14 +214,9 @@ void VirtualRaster::addBand(const OutputBand& band, ComponentDescription& facts,
     target.SetDescription(xmlText(band.band.name).c_str());
     describe(target, facts);
     if (noData) {
-        if (!canHold(facts.type, *noData)) {
-            throw Failure(ExitCode::Usage, band.band.componentPath,
-                          "its samples cannot have the value " + numberText(*noData));
-        }
         target.SetNoDataValue(*noData);
     }
     const SourceWriter sources(options);
-    const std::string& path = band.band.componentPath;
     // GDAL's names for files in archives or on the network are never relative.
     const bool isPlain = Pyxis::kindOfPath(path) == Pyxis::PathKind::Plain;
     const bool isRelative = isPlain && options.paths == VirtualRasterOptions::Paths::Relative;

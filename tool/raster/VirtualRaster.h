@@ -46,8 +46,7 @@ class VirtualRaster {
   private:
     /// GDAL's name for the component, under which it sees nothing beside it.
     std::string nameOf(const OutputBand& band);
-    void addBand(const OutputBand& band, ComponentDescription& facts,
-                 const VirtualRasterOptions& options);
+    void addBand(OutputBand band, ComponentDescription& facts, const VirtualRasterOptions& options);
 
     const OutputRaster& raster_;
     std::map<std::string, std::unique_ptr<SourceName>> names_;  ///< by prefix and path

@@ -322,6 +322,36 @@ TEST_F(RasterExport, PixelsWithoutDataStaySo) {
         2);
 }
 
+TEST_F(RasterExport, ANoDataValueThatSamplesCannotHaveIsLeftOut) {
+    const auto withNoData = [this](const fakes::Raster& raster, const std::string& value) {
+        const std::string path = write("a_01.tif", raster);
+        change(path, [](GDALDataset& file) { file.GetRasterBand(1)->SetNoDataValue(100); });
+        std::string bytes = fakes::readFile(path);
+        // GDAL would clamp the value.
+        bytes.replace(bytes.rfind("100"), value.size(), value);
+        fakes::writeFile(path, bytes);
+        return Strings{path, write("a_02.tif", raster)};
+    };
+    const fakes::Raster bytes;
+    const fakes::Raster words{.type = GDT_UInt16};
+    const fakes::Raster shorts{.type = GDT_Int16};
+    for (const auto& [raster, value] :
+         {std::pair(bytes, "-99"), {bytes, "nan"}, {words, "0.5"}, {shorts, "9e9"}}) {
+        const Strings files = withNoData(raster, value);
+        for (const char* command : {"vrt", "export"}) {
+            const json written = infoOf({command}, files);
+            EXPECT_THAT(said_, HasSubstr("is left out, since its samples cannot have it")) << value;
+            EXPECT_FALSE(written["bands"][0].contains("noDataValue")) << value;
+            EXPECT_EQ(written["bands"][0]["checksum"], gdalInfo(files[0])["bands"][0]["checksum"]);
+            EXPECT_EQ(infoOf({command, "--nodata", "7"}, files)["bands"][0]["noDataValue"], 7);
+        }
+        EXPECT_EQ(
+            runTool({"quicklook", files[0], files[1], "-o", directory_ / "q.png", "--overwrite"})
+                .code,
+            0);
+    }
+}
+
 /// Several windows, the last ones cut off by the edges.
 TEST_F(RasterExport, LargeRastersAreCopiedInParts) {
     const fakes::Raster raster{.width = 300, .height = 1300, .type = GDT_UInt16};
