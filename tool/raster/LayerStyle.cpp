@@ -16,6 +16,9 @@ struct Channel {
     const char* word;
 };
 
+/// Other programs leave comments out when they save a style.
+constexpr const char* kMark = "<!-- written by kestms -->";
+
 constexpr std::array kChannels = {Channel{BandAssignment::RedChannel, "red"},
                                   Channel{BandAssignment::GreenChannel, "green"},
                                   Channel{BandAssignment::BlueChannel, "blue"}};
@@ -45,7 +48,8 @@ std::string layerStyle(const OutputRaster& raster) {
                      "<algorithm>StretchToMinimumMaximum</algorithm></" +
                      word + "ContrastEnhancement>\n";
     }
-    return "<!DOCTYPE qgis PUBLIC 'http://mrcc.com/qgis.dtd' 'SYSTEM'>\n"
+    return "<!DOCTYPE qgis PUBLIC 'http://mrcc.com/qgis.dtd' 'SYSTEM'>\n" + std::string(kMark) +
+           "\n"
            "<qgis version=\"3.16\" styleCategories=\"Symbology\">\n"
            "  <pipe>\n"
            "    <rasterrenderer type=\"multibandcolor\" opacity=\"1\" alphaBand=\"-1\"" +
@@ -59,6 +63,10 @@ std::string layerStyle(const OutputRaster& raster) {
            "    </rasterrenderer>\n"
            "  </pipe>\n"
            "</qgis>\n";
+}
+
+bool isOwnLayerStyle(std::string_view style) {
+    return style.find(kMark) != std::string_view::npos;
 }
 
 std::string layerStylePath(const std::string& raster) {

@@ -76,23 +76,22 @@ VirtualRasterOptions optionsOf(const ExportRequest& request, VirtualRasterOption
     return options;
 }
 
-/// Keeps a style that the user wrote.
+/// Keeps a style that the user wrote: no argument has named it.
 void addStyle(const Context& context, const ExportRequest& request, const OutputRaster& raster,
               Files& files) {
     const std::string style = request.withStyle ? layerStyle(raster) : "";
-    const std::string path = layerStylePath(raster.path);
-    std::error_code error;
     if (style.empty()) {
         return;
     }
-    if (!request.overwrite && std::filesystem::is_regular_file(path, error)) {
-        if (readTextFile(path) != style) {
-            context.warn(path, "the style that is there stays");
-        }
+    const std::string path = layerStylePath(raster.path);
+    std::error_code error;
+    const auto status = std::filesystem::status(path, error);
+    if (std::filesystem::exists(status) &&
+        (!std::filesystem::is_regular_file(status) || !isOwnLayerStyle(readTextFile(path)))) {
+        context.warn(path, "the style that is there stays");
         return;
     }
-    files.push_back(
-        std::make_unique<OutputFile>(path, OutputRules{context.inputs, request.overwrite}));
+    files.push_back(std::make_unique<OutputFile>(path, OutputRules{context.inputs, true}));
     files.back()->write(style);
 }
 

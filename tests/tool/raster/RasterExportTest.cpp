@@ -450,7 +450,7 @@ TEST_F(RasterExport, AStyleShowsNaturalColours) {
     EXPECT_THAT(fakes::readFile(directory_ / "out.qml"),
                 HasSubstr("redBand=\"1\" greenBand=\"2\" blueBand=\"3\""));
     fakes::writeFile(directory_ / "own.qml", "mine");
-    const Outcome kept = runTool({"vrt", set[0], "-o", directory_ / "own.vrt"});
+    const Outcome kept = runTool({"vrt", set[0], "-o", directory_ / "own.vrt", "--overwrite"});
     EXPECT_THAT(kept.err, HasSubstr("own.qml: the style that is there stays\n"));
     EXPECT_EQ(fakes::readFile(directory_ / "own.qml"), "mine");
     for (const Strings& without : {Strings{"--no-style"}, {"--bands", "nir"}}) {
