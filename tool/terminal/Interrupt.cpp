@@ -67,8 +67,7 @@ InterruptGuard::InterruptGuard(std::function<void()> cleanUp) {
         sigaction(kSignals[i], nullptr, &previous_[i]);
         struct sigaction action {};
         action.sa_handler = kSignals[i] == SIGXFSZ ? SIG_IGN : noteInterrupt;
-        // No SA_RESTART: a command that waits for input wakes up.
-        action.sa_flags = static_cast<int>(SA_RESETHAND);
+        action.sa_flags = 0;  // no SA_RESTART: a command that waits for input wakes up
         if (previous_[i].sa_handler != SIG_IGN) {
             sigaction(kSignals[i], &action, nullptr);
         }

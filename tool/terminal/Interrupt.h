@@ -9,9 +9,8 @@
 namespace kestms {
 
 /// Turns SIGINT, SIGTERM and SIGHUP into a flag for its lifetime, so that a command can clean up;
-/// ignored signals stay ignored. A command that does not end soon after is killed. A second signal
-/// ends the process at once. Exceeding the file size limit becomes a write error (SIGXFSZ is
-/// ignored).
+/// ignored signals stay ignored. A command that does not end soon after is killed. Exceeding the
+/// file size limit becomes a write error (SIGXFSZ is ignored).
 class InterruptGuard {
   public:
     /// `cleanUp` is called on another thread before the process is killed.
