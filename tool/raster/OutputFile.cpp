@@ -20,9 +20,6 @@ namespace {
 constexpr mode_t kAnyoneWrites = S_IWUSR | S_IWGRP | S_IWOTH;
 constexpr mode_t kPermissions = S_IRWXU | S_IRWXG | S_IRWXO;
 
-/// Side files named after an output, which are wrong for its replacement.
-constexpr const char* kSideFiles[] = {".aux.xml", ".ovr", ".msk"};
-
 std::string reasonOf(int error) {
     return std::generic_category().message(error);
 }
@@ -92,13 +89,16 @@ OutputFile::OutputFile(const std::string& path, const OutputRules& rules) : give
         fail(reasonOf(error ? error.value() : EISDIR));
     }
     rules.inputs.refuseOutput(path, rules.overwrite);
+    for (const char* const ending : kSideFileEndings) {
+        rules.inputs.refuseSideFile(target.string() + ending, rules.overwrite);
+    }
     struct stat existing {};
     if (stat(target.c_str(), &existing) == 0 &&
         ((existing.st_mode & kAnyoneWrites) == 0 || access(target.c_str(), W_OK) != 0)) {
         fail(reasonOf(EACCES));
     }
     try {
-        directory_ = std::make_unique<TemporaryDirectory>(target.parent_path());
+        directory_ = std::make_unique<TemporaryDirectory>(target.parent_path(), rules.inputs);
     } catch (const std::system_error& why) {
         fail(reasonOf(why.code().value()));
     }
@@ -117,7 +117,7 @@ void OutputFile::write(std::string_view content) {
 }
 
 void OutputFile::fail(const std::string& reason) const {
-    std::string words = reason;  // GDAL's name the temporary file
+    std::string words = reason.empty() ? "write failed" : reason;  // GDAL's name the temporary file
     for (std::size_t at = 0; !temporary_.empty() && (at = words.find(temporary_, at)) != words.npos;
          at += given_.size()) {
         words.replace(at, temporary_.size(), given_);
@@ -130,22 +130,19 @@ void commitTogether(const std::vector<std::unique_ptr<OutputFile>>& files) {
     const TemporaryDirectory::CommitLock lock;
     Renaming renaming;
     for (const auto& file : files) {
-        const auto keptAs = [&file](const char* suffix) {
-            return file->directory_->path() / (std::string("previous") + suffix);
+        const auto keptAs = [&file](const char* ending) {
+            return file->directory_->path() / (std::string("previous") + ending);
         };
         struct stat existing {};
-        const bool replaces = stat(file->target_.c_str(), &existing) == 0;
-        if (replaces) {
+        if (stat(file->target_.c_str(), &existing) == 0) {
             chmod(file->temporary_.c_str(), existing.st_mode & kPermissions);
         }
         try {
-            for (const char* suffix : kSideFiles) {
-                const std::string written = file->temporary_ + suffix;
+            // Those that are there are wrong for the new file.
+            for (const char* const ending : kSideFileEndings) {
+                const std::string written = file->temporary_ + ending;
                 const bool isWritten = access(written.c_str(), F_OK) == 0;
-                if (isWritten || replaces) {
-                    renaming.replace(isWritten ? written : "", file->target_ + suffix,
-                                     keptAs(suffix));
-                }
+                renaming.replace(isWritten ? written : "", file->target_ + ending, keptAs(ending));
             }
             renaming.replace(file->temporary_, file->target_, keptAs(""));
         } catch (const std::system_error& why) {

@@ -34,7 +34,8 @@ class OutputFile {
     /// Replaces the content. Throws a Failure with ExitCode::CannotWrite.
     void write(std::string_view content);
 
-    /// A Failure with ExitCode::CannotWrite that names the path, for writers that go by name.
+    /// A Failure with ExitCode::CannotWrite that names the path, for writers that go by name. An
+    /// empty reason is one that they do not know.
     [[noreturn]] void fail(const std::string& reason) const;
 
   private:

@@ -6,8 +6,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
+#include <charconv>
+#include <csignal>
 #include <mutex>
 #include <set>
 #include <string>
@@ -21,11 +22,21 @@ namespace {
 
 constexpr std::string_view kPrefix = ".kestms-";
 
-/// Whether a name is one of this program's: the prefix, a process and a number.
-bool isOurs(const fs::path& path) {
-    const std::string name = path.filename().string();
-    return name.starts_with(kPrefix) && name.size() > kPrefix.size() &&
-           name.find_first_not_of("0123456789-", kPrefix.size()) == std::string::npos;
+/// The process that made a directory, from its name: the prefix, the process and a number. 0 for
+/// other names.
+pid_t makerOf(const std::string& name) {
+    if (!name.starts_with(kPrefix)) {
+        return 0;
+    }
+    const char* const end = name.data() + name.size();
+    pid_t process = 0;
+    const auto [dash, noProcess] = std::from_chars(name.data() + kPrefix.size(), end, process);
+    if (noProcess != std::errc() || process <= 0 || dash == end || *dash != '-') {
+        return 0;
+    }
+    unsigned number = 0;
+    const auto [rest, noNumber] = std::from_chars(dash + 1, end, number);
+    return noNumber == std::errc() && rest == end ? process : 0;
 }
 
 struct Registry {
@@ -40,6 +51,28 @@ Registry& registry() {
     return *instance;
 }
 
+/// Whether a directory is as this program makes it: the user's alone, with nothing but files in it.
+bool isAsMade(const fs::path& path) {
+    struct stat status {};
+    if (lstat(path.c_str(), &status) != 0 || !S_ISDIR(status.st_mode) ||
+        (status.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO)) != S_IRWXU || status.st_uid != geteuid()) {
+        return false;
+    }
+    std::error_code error;
+    fs::directory_iterator entries(path, error);
+    for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
+        if (!fs::is_regular_file(entries->symlink_status(error))) {
+            return false;
+        }
+    }
+    return !error;
+}
+
+bool isAbandoned(const fs::path& path) {
+    const pid_t maker = makerOf(path.filename().string());
+    return maker > 0 && kill(maker, 0) != 0 && errno == ESRCH && isAsMade(path);
+}
+
 /// The descriptor that holds the lock; -1 while another process has it, or on failure.
 int lockDirectory(const fs::path& path) {
     const int descriptor = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
@@ -50,11 +83,11 @@ int lockDirectory(const fs::path& path) {
     return descriptor;
 }
 
-void removeAbandoned(const fs::path& parent) {
+void removeAbandoned(const fs::path& parent, const InputFiles& inputs) {
     std::error_code error;
     fs::directory_iterator entries(parent, error);
     for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
-        if (!isOurs(entries->path())) {
+        if (!isAbandoned(entries->path()) || inputs.areIn(entries->path())) {
             continue;
         }
         const int lock = lockDirectory(entries->path());
@@ -88,8 +121,8 @@ bool isThere(const fs::path& path, int descriptor) {
 
 }  // namespace
 
-TemporaryDirectory::TemporaryDirectory(const fs::path& parent) {
-    removeAbandoned(parent);
+TemporaryDirectory::TemporaryDirectory(const fs::path& parent, const InputFiles& inputs) {
+    removeAbandoned(parent, inputs);
     Registry& all = registry();
     const std::lock_guard<std::mutex> guard(all.mutex);
     // Another process may consider the directory abandoned before it is locked.

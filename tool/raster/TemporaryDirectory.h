@@ -2,6 +2,8 @@
 
 #include <filesystem>
 
+#include "tool/scene/InputFiles.h"
+
 namespace kestms {
 
 /// A hidden directory in which an output grows beside its destination, on the same file system.
@@ -9,9 +11,9 @@ namespace kestms {
 /// process left behind.
 class TemporaryDirectory {
   public:
-    /// Creates the directory in `parent`, and removes those there whose process is gone. Throws
-    /// std::system_error.
-    explicit TemporaryDirectory(const std::filesystem::path& parent);
+    /// Creates the directory in `parent`, and removes those there whose process is gone, unless
+    /// inputs are in them. Throws std::system_error.
+    TemporaryDirectory(const std::filesystem::path& parent, const InputFiles& inputs);
     TemporaryDirectory(const TemporaryDirectory&) = delete;
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
     /// Removes the directory with all that is in it.

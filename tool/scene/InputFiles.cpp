@@ -75,6 +75,23 @@ bool isPartOf(const std::string& path, const std::string& raster) {
     return false;
 }
 
+/// Whether one of the files, or what it links to, lies in the directory.
+bool isOneIn(const fs::path& directory, const std::set<std::string>& files) {
+    return std::any_of(files.begin(), files.end(), [&directory](const std::string& file) {
+        std::error_code gone;
+        const fs::path given = fs::absolute(file, gone);
+        return sameFile(directory, given.parent_path()) ||
+               sameFile(directory, fs::weakly_canonical(given, gone).parent_path());
+    });
+}
+
+[[noreturn]] void refuse(const std::string& path, const char* reason) {
+    throw Failure(ExitCode::Usage, path, reason);
+}
+
+constexpr const char* kIsInput = "the output would overwrite an input";
+constexpr const char* kExists = "there is such a file already (--overwrite replaces it)";
+
 }  // namespace
 
 bool InputFiles::isInput(const std::string& path) const {
@@ -88,31 +105,38 @@ bool InputFiles::isInput(const std::string& path) const {
 bool InputFiles::liesBesideRaster(const std::string& path) const {
     // A link may also lead beside a raster.
     std::error_code error;
-    const fs::path directory = fs::weakly_canonical(fs::absolute(path), error).parent_path();
-    return std::any_of(rasters_.begin(), rasters_.end(), [&directory](const std::string& raster) {
-        std::error_code gone;
-        const fs::path given = fs::absolute(raster, gone);
-        return sameFile(directory, given.parent_path()) ||
-               sameFile(directory, fs::weakly_canonical(given, gone).parent_path());
-    });
+    return isOneIn(fs::weakly_canonical(fs::absolute(path), error).parent_path(), rasters_);
+}
+
+bool InputFiles::areIn(const fs::path& directory) const {
+    return isOneIn(directory, rasters_) || isOneIn(directory, files_);
 }
 
 void InputFiles::refuseOutput(const std::string& path, bool overwrite) const {
+    for (const std::string_view ending : kSideFileEndings) {
+        if (path.ends_with(ending) && isInput(path.substr(0, path.size() - ending.size()))) {
+            refuse(path, "the output would become part of an input");
+        }
+    }
     std::error_code error;
     if (!fs::exists(path, error)) {
         return;
     }
-    const auto refuse = [&path](const char* reason) {
-        throw Failure(ExitCode::Usage, path, reason);
-    };
     if (isInput(path)) {
-        refuse("the output would overwrite an input");
+        refuse(path, kIsInput);
     }
     if (liesBesideRaster(path) && !isOfKindWritten(path)) {
-        refuse("the output would overwrite a file that lies beside the inputs");
+        refuse(path, "the output would overwrite a file that lies beside the inputs");
     }
     if (!overwrite) {
-        refuse("there is such a file already (--overwrite replaces it)");
+        refuse(path, kExists);
+    }
+}
+
+void InputFiles::refuseSideFile(const std::string& path, bool overwrite) const {
+    std::error_code error;
+    if (fs::exists(path, error) && (!overwrite || isInput(path))) {
+        refuse(path, overwrite ? kIsInput : kExists);
     }
 }
 

@@ -1,9 +1,14 @@
 #pragma once
 
+#include <array>
+#include <filesystem>
 #include <set>
 #include <string>
 
 namespace kestms {
+
+/// What the names of files beside a raster end in that GDAL reads as a part of it.
+inline constexpr std::array kSideFileEndings = {".aux.xml", ".ovr", ".msk"};
 
 /// The input files of a command, used or not. No output may replace one of them or a file that
 /// belongs to one.
@@ -16,8 +21,13 @@ class InputFiles {
 
     /// Throws a Failure with ExitCode::Usage for an existing file that is an input, is part of one
     /// (the bands of a header), is beside a raster and of a kind that the tool does not write, or
-    /// would be overwritten although `overwrite` is false.
+    /// would be overwritten although `overwrite` is false; and for any file that would become part
+    /// of an input.
     void refuseOutput(const std::string& path, bool overwrite) const;
+    /// The same for a file that goes or changes with an output beside it, of whatever kind.
+    void refuseSideFile(const std::string& path, bool overwrite) const;
+    /// Whether an input lies in the directory itself.
+    bool areIn(const std::filesystem::path& directory) const;
 
   private:
     bool isInput(const std::string& path) const;

@@ -60,6 +60,22 @@ TEST(OutputFile, ReplacesWhatALinkLeadsToAndItsSideFilesAndKeepsThePermissions) 
     EXPECT_THROW(filesOf({directory / "old.tif"}), Failure);
 }
 
+TEST(OutputFile, NothingOfAnInputIsReplaced) {
+    const fakes::TempDirectory directory;
+    InputFiles inputs;
+    for (const char* name : {"in.tif", "out.tif.msk"}) {
+        fakes::writeRaster(directory / name);
+        inputs.addRaster(directory / name);
+    }
+    fakes::writeFile(directory / "other.tif.ovr", "old");
+    for (const char* refused : {"in.tif", "in.tif.aux.xml", "out.tif", "out.tif.msk"}) {
+        EXPECT_THROW(OutputFile(directory / refused, {inputs, true}), Failure) << refused;
+    }
+    EXPECT_THROW(OutputFile(directory / "other.tif", {inputs, false}), Failure);
+    writeOutput(directory / "other.tif", {inputs, true}, "new");
+    EXPECT_THAT(namesIn(directory), ElementsAre("in.tif", "other.tif", "out.tif.msk"));
+}
+
 TEST(OutputFile, OutputsAppearTogetherOrNotAtAll) {
     const fakes::TempDirectory directory;
     fakes::writeFile(directory / "old.tif", "old");
@@ -88,11 +104,23 @@ TEST(OutputFile, ALaterRunClearsWhatADeadProcessLeft) {
     }
     waitpid(child, nullptr, 0);
     ASSERT_EQ(namesIn(directory).size(), 1U);
-    fs::create_directory(directory / ".kestms-mine");
+    const Strings users = {".kestms-mine", ".kestms-2024",        ".kestms--",
+                           ".kestms-1-",   ".kestms-999999999-1", ".kestms-999999999-2"};
+    for (const std::string& name : users) {
+        fs::create_directory(directory / name);
+        fakes::writeFile(directory / (name + "/kept"), "user's");
+    }
     const Files alive = filesOf({directory / "out.tif"});
     const Files second = filesOf({directory / "other.tif"});
+    chmod((directory / users.back()).c_str(), 0700);
+    InputFiles inputs;
+    inputs.addRaster(directory / (users.back() + "/kept"));
+    const OutputFile third(directory / "third.tif", {inputs, false});
     EXPECT_EQ(fakes::readFile(alive[0]->temporaryPath()), "new");
-    EXPECT_EQ(namesIn(directory).size(), 3U);
+    EXPECT_EQ(namesIn(directory).size(), 3U + users.size());
+    for (const std::string& name : users) {
+        EXPECT_EQ(fakes::readFile(directory / (name + "/kept")), "user's");
+    }
 }
 
 /// A set whose export takes some time.
@@ -120,6 +148,7 @@ TEST_F(WritingProcess, LeavesNothingBehindWhenItIsToldToStop) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
         process.signal(number);
+        process.signal(number);  // as people do
         const Outcome outcome = process.wait();
         EXPECT_EQ(outcome.code, 130) << number;
         EXPECT_EQ(outcome.err, "kestms: interrupted\n");
