@@ -3,17 +3,19 @@
 #include <cpl_conv.h>
 
 #include <array>
+#include <string>
 #include <utility>
 
 #include "host/gdal/ErrorCapture.h"
+#include "host/gdal/PrivateFiles.h"
+#include "tool/terminal/Failure.h"
 
 namespace kestms {
 
 /// Keeps GDAL, on this thread, to the files that it is told to open and write: it writes masks
 /// inside them and nothing beside them. Components are opened by names under which nothing lies
-/// beside them
-/// (`Pyxis::PrivateFiles`). What GDAL would print is kept from the terminal: it may quote the
-/// files.
+/// beside them (`Pyxis::PrivateFiles`). What GDAL would print is kept from the terminal: it may
+/// quote the files.
 class GdalSession {
   public:
     GdalSession() {
@@ -27,6 +29,14 @@ class GdalSession {
         for (const auto& [key, value] : kOptions) {
             CPLSetThreadLocalConfigOption(key, nullptr);
         }
+    }
+
+    /// Throws a Failure with ExitCode::CannotRead that names a component and says what GDAL has
+    /// said last.
+    [[noreturn]] void failToRead(const std::string& component) const {
+        const std::string reason = Pyxis::PrivateFiles::withoutNames(silent_.message());
+        throw Failure(ExitCode::CannotRead, component,
+                      "its pixels cannot be read" + (reason.empty() ? "" : ": " + reason));
     }
 
   private:

@@ -161,10 +161,6 @@ class Writer {
         return raster_.bands[static_cast<std::size_t>(band.GetBand()) - 1].band.componentPath;
     }
 
-    [[noreturn]] void failToRead(GDALRasterBand& band) const {
-        throw Failure(ExitCode::CannotRead, pathOf(band), "its pixels cannot be read");
-    }
-
     CPLStringList creationOptions(bool withUsers) {
         CPLStringList options;
         options.SetNameValue("TILED", "YES");
@@ -237,7 +233,6 @@ class Writer {
     struct Piece {
         std::vector<std::byte> samples;
         std::vector<std::uint8_t> mask;
-        bool isRead = false;
     };
 
     bool needsMask() const { return !sharesNoData_ || hasMasks_; }
@@ -246,11 +241,13 @@ class Writer {
     void read(int band, const Window& window, Piece& piece) {
         const GdalSession session;
         GDALRasterBand& from = *from_.GetRasterBand(band);
-        piece.isRead = readWindow(from, window, type_, piece.samples.data());
+        bool isRead = readWindow(from, window, type_, piece.samples.data());
         if (needsMask()) {
             piece.mask.resize(area(window));
-            piece.isRead = piece.isRead &&
-                           readWindow(*from.GetMaskBand(), window, GDT_Byte, piece.mask.data());
+            isRead = isRead && readWindow(*from.GetMaskBand(), window, GDT_Byte, piece.mask.data());
+        }
+        if (!isRead) {
+            session.failToRead(pathOf(from));
         }
     }
 
@@ -287,9 +284,6 @@ class Writer {
     }
 
     void write(int band, const Window& window, Piece& piece) {
-        if (!piece.isRead) {
-            failToRead(*from_.GetRasterBand(band));
-        }
         const Pyxis::ErrorCapture errors;
         bool isWritten = writeWindow(target(band), window, type_, piece.samples.data());
         if (needsMask()) {

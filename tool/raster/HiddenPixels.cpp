@@ -6,7 +6,6 @@
 
 #include "tool/raster/GdalSession.h"
 #include "tool/raster/VirtualRaster.h"
-#include "tool/terminal/Failure.h"
 #include "tool/terminal/Interrupt.h"
 #include "tool/terminal/NumberText.h"
 
@@ -14,6 +13,7 @@ namespace kestms {
 namespace {
 
 std::uint64_t countHidden(GDALRasterBand& band, const std::string& path, double value) {
+    const GdalSession session;
     constexpr int kRows = 64;
     const int width = band.GetXSize();
     std::vector<double> samples(static_cast<std::size_t>(width) * kRows);
@@ -28,7 +28,7 @@ std::uint64_t countHidden(GDALRasterBand& band, const std::string& path, double 
         };
         if (!read(band, samples.data(), GDT_Float64) ||
             !read(*band.GetMaskBand(), mask.data(), GDT_Byte)) {
-            throw Failure(ExitCode::CannotRead, path, "its pixels cannot be read");
+            session.failToRead(path);
         }
         const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(rows);
         for (std::size_t i = 0; i < count; ++i) {
@@ -45,7 +45,6 @@ std::string hiddenPixelsNote(const OutputRaster& raster, const std::string& resa
     VirtualRasterOptions options;
     options.resampling = resampling;
     const VirtualRaster pixels(raster, options);
-    const GdalSession session;
     std::string bands;
     for (std::size_t i = 0; i < raster.bands.size(); ++i) {
         const Band& band = raster.bands[i].band;

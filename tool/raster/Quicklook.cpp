@@ -12,7 +12,6 @@
 
 #include "tool/raster/GdalSession.h"
 #include "tool/raster/VirtualRaster.h"
-#include "tool/terminal/Failure.h"
 #include "tool/terminal/Interrupt.h"
 
 namespace kestms {
@@ -38,12 +37,12 @@ class Channel {
   public:
     Channel(GDALRasterBand& band, const OutputBand& source, const Pyxis::Size& size)
         : values_(static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height)) {
+        const GdalSession session;
         const auto read = [&](GDALRasterBand& from, void* to, GDALDataType type) {
             throwIfInterrupted();
             if (from.RasterIO(GF_Read, 0, 0, from.GetXSize(), from.GetYSize(), to, size.width,
                               size.height, type, 0, 0, nullptr) != CE_None) {
-                throw Failure(ExitCode::CannotRead, source.band.componentPath,
-                              "its pixels cannot be read");
+                session.failToRead(source.band.componentPath);
             }
         };
         read(band, values_.data(), GDT_Float32);
@@ -105,7 +104,6 @@ Channel channelOf(const OutputRaster& raster, const OutputBand& band, const Pyxi
     OutputRaster alone = raster;
     alone.bands = {band};
     const VirtualRaster pixels(alone, {});
-    const GdalSession session;
     return Channel(*pixels.dataset().GetRasterBand(1), band, size);
 }
 

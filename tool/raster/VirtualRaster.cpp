@@ -2,7 +2,9 @@
 
 #include <cpl_minixml.h>
 #include <gdal_frmts.h>
+#include <sys/resource.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <filesystem>
@@ -154,11 +156,25 @@ bool canHold(const Band& band, GDALDataType type, double value) {
     return clamped == FALSE && rounded == FALSE;
 }
 
+/// GDAL keeps the files of 100 sources open, however few the process may have.
+void limitOpenSources() {
+    constexpr const char* kOption = "GDAL_MAX_DATASET_POOL_SIZE";
+    constexpr rlim_t kMost = 100;
+    constexpr rlim_t kLeast = 2;
+    rlimit descriptors{};
+    if (CPLGetConfigOption(kOption, nullptr) == nullptr &&
+        getrlimit(RLIMIT_NOFILE, &descriptors) == 0) {
+        const rlim_t count = std::clamp(descriptors.rlim_cur / 4, kLeast, kMost);
+        CPLSetConfigOption(kOption, std::to_string(count).c_str());
+    }
+}
+
 }  // namespace
 
 VirtualRaster::VirtualRaster(const OutputRaster& raster, const VirtualRasterOptions& options)
     : raster_(raster) {
     GDALRegister_VRT();
+    limitOpenSources();
     const GdalSession session;
     std::vector<ComponentDescription> all;
     ComponentReader components;
