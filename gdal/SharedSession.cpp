@@ -15,10 +15,12 @@ namespace {
 
 /// A message of the tool with the driver's options instead of the tool's.
 std::string inTermsOfGdal(std::string text) {
-    constexpr std::array<std::pair<std::string_view, std::string_view>, 3> kTerms = {{
+    constexpr std::array<std::pair<std::string_view, std::string_view>, 5> kTerms = {{
         {"--scene NAME", "the open option SCENE=NAME"},
         {" (--skip-misfits leaves out what differs)", ""},
         {" (--with-quality takes what fits)", ""},
+        {" (--allow-remote reads it)", ""},
+        {" (--allow-vrt reads it)", ""},
     }};
     for (const auto& [tool, driver] : kTerms) {
         for (std::size_t at = text.find(tool); at != std::string::npos; at = text.find(tool, at)) {

@@ -16,8 +16,10 @@
 namespace {
 
 using fakes::Raster;
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 
 constexpr const char* kScene = "L71026029_02920000609_";
 
@@ -136,6 +138,8 @@ TEST_F(DriverTest, ReportsTheToolsReasonOnce) {
     fakes::writeFile(directory_ / "text.tif", "text");
     const std::string refused = documentOf({path("B10"), directory_ / "other.tif"});
     fakes::writeFile(directory_ / "refused.xml", refused);
+    const std::string far = documentOf({"/vsicurl/http://localhost:9/a.tif", path("B10")});
+    fakes::writeFile(directory_ / "far.xml", far);
     const struct {
         std::string name;
         const char* reason;
@@ -143,11 +147,13 @@ TEST_F(DriverTest, ReportsTheToolsReasonOnce) {
         {"KESTMS:/no/such", "No such file or directory"},
         {"KESTMS:" + directory_ / "refused.xml", "16-bit single channel, the set's is 8-bit"},
         {"KESTMS:" + directory_ / "text.tif", "no known raster format"},
+        {"KESTMS:" + directory_ / "far.xml", "and not named by the user"},
         {"KESTMS:\"" + directory_ / "*.TIF" + "\":7m",
          "no bands of pixel size 7m, but of 30m, 15m"},
     };
     for (const auto& row : rows) {
-        EXPECT_THAT(whyNot(row.name), HasSubstr(row.reason)) << row.name;
+        EXPECT_THAT(whyNot(row.name), AllOf(HasSubstr(row.reason), Not(HasSubstr("--"))))
+            << row.name;
     }
     CPLErrorReset();
     CPLPushErrorHandler(CPLQuietErrorHandler);
@@ -275,8 +281,9 @@ TEST_F(DriverTest, CarriesWhatSetAndComponentsTell) {
     EXPECT_EQ(set->GetRasterBand(1)->GetColorInterpretation(), GCI_BlueBand);
     EXPECT_EQ(set->GetRasterBand(4)->GetColorInterpretation(), GCI_GrayIndex);
     EXPECT_STREQ(set->GetMetadataItem("REFERENCE_NAME"), "L71026029_02920000609");
+    fakes::writeFile(directory_ / (std::string(kScene) + "B40.tfw"), "30\n0\n0\n-30\n0\n0\n");
     const CPLStringList files(set->GetFileList());
-    EXPECT_EQ(files.Count(), 4);
+    EXPECT_EQ(files.Count(), 6);
     EXPECT_TRUE(openRaster(path("B40"))->GetSpatialRef()->IsSame(set->GetSpatialRef()));
 }
 

@@ -28,7 +28,7 @@ std::vector<Component> componentsIn(Context& context, const std::vector<std::str
 std::vector<Component> componentsOf(const Pyxis::FileSpecifier& set);
 
 /// The files of the image at a path, the path itself first: a header's pixels are in other files.
-/// Only the path when no codec reads it.
+/// Those follow that describe or place it and lie beside it.
 std::vector<std::string> filesOf(const std::string& path);
 
 /// A compound specifier that lists the components.
