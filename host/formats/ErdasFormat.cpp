@@ -4,7 +4,19 @@
 
 namespace Pyxis {
 
+namespace {
+
 /// Pixels in a second, larger file are not read: the header may name any file for them.
+Expected<RasterFacts> load(const SourceFile& file, DatasetHandle& handle) {
+    Expected<RasterFacts> facts = loadAllBands(file, handle);
+    if (facts && !handle.opened(0).canReadLastPixel()) {
+        return damaged("cut short, or its pixels are in a second file (.ige), which is not read");
+    }
+    return facts;
+}
+
+}  // namespace
+
 const Format& erdasFormat() {
     static const Format format = {
         .name = "Erdas Imagine",
@@ -19,7 +31,7 @@ const Format& erdasFormat() {
             [](std::string_view head, const std::string& /*path*/) {
                 return head.starts_with("EHFA_HEADER_TAG");
             },
-        .load = loadAllBands,
+        .load = load,
         .describe = describePlace,
     };
     return format;

@@ -144,6 +144,9 @@ TEST_F(OtherFormats, DamagedFilesAndPicturesOfNoPlaceAreRefused) {
         const std::string why = whyNotReadable(fileSpecifier(path));
         EXPECT_FALSE(why.empty() || why.find("/vsi") != std::string::npos) << why;
     }
+    const std::string divided = fakes::writeRaster(directory / "divided.img",
+                                                   {.driver = "HFA", .options = {"USE_SPILL=YES"}});
+    EXPECT_NE(whyNotReadable(fileSpecifier(divided)).find("in a second file"), std::string::npos);
     for (const Case& c : {kCases[4], kCases[5]}) {
         const std::string path = write(c);
         std::filesystem::remove(directory / c.worldFile);
