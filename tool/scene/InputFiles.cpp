@@ -113,13 +113,13 @@ bool InputFiles::areIn(const fs::path& directory) const {
 }
 
 void InputFiles::refuseOutput(const std::string& path, bool overwrite) const {
-    for (const std::string_view ending : kSideFileEndings) {
-        if (path.ends_with(ending) && isInput(path.substr(0, path.size() - ending.size()))) {
-            refuse(path, "the output would become part of an input");
-        }
-    }
     std::error_code error;
     if (!fs::exists(path, error)) {
+        for (const std::string_view ending : kSideFileEndings) {
+            if (path.ends_with(ending) && isInput(path.substr(0, path.size() - ending.size()))) {
+                refuse(path, "the output would become part of an input");
+            }
+        }
         return;
     }
     if (isInput(path)) {
