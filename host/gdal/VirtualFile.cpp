@@ -6,9 +6,12 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <set>
+#include <string_view>
 #include <tuple>
 #include <utility>
 
@@ -62,7 +65,40 @@ std::string archiveOf(const std::string& path) {
     }
 }
 
-using Index = std::shared_ptr<const Expected<std::vector<std::string>>>;
+/// The files of an archive. GDAL compares a name that is not there with all of them.
+class ArchiveNames {
+  public:
+    explicit ArchiveNames(std::vector<std::string> names)
+        : inOrder_(std::move(names)), sorted_(inOrder_.begin(), inOrder_.end()) {}
+
+    const std::vector<std::string>& inOrder() const { return inOrder_; }
+
+    /// Whether a place is one of the files, or in one that may be an archive itself.
+    bool mayHave(std::string_view place) const {
+        std::size_t end = 0;
+        do {
+            end = place.find('/', end + 1);
+            if (sorted_.find(place.substr(0, end)) != sorted_.end()) {
+                return true;
+            }
+        } while (end != place.npos);
+        return false;
+    }
+
+  private:
+    std::vector<std::string> inOrder_;
+    std::set<std::string, std::less<>> sorted_;
+};
+
+using Index = std::shared_ptr<const Expected<ArchiveNames>>;
+
+Expected<ArchiveNames> readIndex(const std::string& archive) {
+    Expected<std::vector<std::string>> names = readArchiveIndex(archive);
+    if (!names) {
+        return names.refusal();
+    }
+    return ArchiveNames(std::move(*names));
+}
 
 /// The indexes of recently read archives; a set needs that of its archive once a component.
 Index indexOf(const std::string& archive, const FileState& state) {
@@ -78,9 +114,7 @@ Index indexOf(const std::string& archive, const FileState& state) {
     if (indexes->size() >= kMostIndexes) {
         indexes->clear();
     }
-    return indexes
-        ->emplace(key, std::make_shared<const Expected<std::vector<std::string>>>(
-                           readArchiveIndex(archive)))
+    return indexes->emplace(key, std::make_shared<const Expected<ArchiveNames>>(readIndex(archive)))
         .first->second;
 }
 
@@ -88,6 +122,7 @@ Index indexOf(const std::string& archive, const FileState& state) {
 struct Archive {
     std::string path;
     FileState state;
+    Index index;
 };
 
 Expected<Archive> readableArchive(const std::string& path) {
@@ -102,7 +137,7 @@ Expected<Archive> readableArchive(const std::string& path) {
     if (!*index && (!isOneFile || index->refusal().kind == Refusal::Kind::Unsafe)) {
         return index->refusal();
     }
-    return Archive{archive, head->state};
+    return Archive{archive, head->state, index};
 }
 
 /// The part of a path that names a place in the archive; empty for the archive as a whole.
@@ -126,6 +161,9 @@ Expected<FileHead> readVirtualHead(const std::string& path, std::size_t most) {
             return archive.refusal();
         }
         state = archive->state;
+        if (*archive->index && !(*archive->index)->mayHave(placeIn(path, archive->path))) {
+            return unreadable("no such file in the archive");
+        }
     }
     VSIStatBufL status;
     if (VSIStatL(path.c_str(), &status) != 0) {
@@ -167,12 +205,13 @@ Expected<std::vector<std::string>> listArchive(const std::string& path) {
     if (!folder.empty() && !folder.ends_with('/')) {
         folder += '/';
     }
-    const Index index = indexOf(archive->path, archive->state);
     std::vector<std::string> files;
-    for (const std::string& name : *index ? **index : std::vector<std::string>()) {
-        if (name.starts_with(folder)) {
-            files.push_back(inside);
-            files.back().append(inside.ends_with('/') ? "" : "/").append(name);
+    if (const Expected<ArchiveNames>& index = *archive->index) {
+        for (const std::string& name : index->inOrder()) {
+            if (name.starts_with(folder)) {
+                files.push_back(inside);
+                files.back().append(inside.ends_with('/') ? "" : "/").append(name);
+            }
         }
     }
     if (files.empty()) {
