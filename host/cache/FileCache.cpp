@@ -1,6 +1,7 @@
 #include "host/cache/FileCache.h"
 
 #include <atomic>
+#include <iterator>
 #include <utility>
 
 #include "host/formats/Formats.h"
@@ -50,11 +51,11 @@ void FileCache::endOperation(std::uint64_t before) {
 
 Expected<RasterPointer> FileCache::open(const Format& format, const std::string& path) {
     const AbsolutePath absolute(path, directory_);
-    if (RasterPointer file = find(*absolute)) {
-        if (std::string_view(file->handle().driver()) != format.driver) {
+    if (const auto known = find(*absolute)) {
+        if (std::string_view(known->first->driver) != format.driver) {
             return notOf(format);
         }
-        return file;
+        return known->second;
     }
     Expected<FileHead> head = headOf(*absolute);
     if (!head) {
@@ -63,13 +64,13 @@ Expected<RasterPointer> FileCache::open(const Format& format, const std::string&
     if (!format.recognise(head->bytes, *absolute)) {
         return notOf(format);
     }
-    return keep(format, loadRaster(format, SourceFile{path, *absolute, std::move(*head)}));
+    return load(format, path, *absolute, std::move(*head));
 }
 
 Expected<RasterPointer> FileCache::open(const std::string& path) {
     const AbsolutePath absolute(path, directory_);
-    if (RasterPointer file = find(*absolute)) {
-        return file;
+    if (const auto known = find(*absolute)) {
+        return known->second;
     }
     Expected<FileHead> head = headOf(*absolute);
     if (!head) {
@@ -80,7 +81,7 @@ Expected<RasterPointer> FileCache::open(const std::string& path) {
         return Refusal{Refusal::Kind::OtherFormat,
                        head->bytes.empty() ? "the file is empty" : "no known raster format"};
     }
-    return keep(*format, loadRaster(*format, SourceFile{path, *absolute, std::move(*head)}));
+    return load(*format, path, *absolute, std::move(*head));
 }
 
 bool FileCache::isFresh(std::uint64_t operation) const {
@@ -105,42 +106,49 @@ Expected<FileHead> FileCache::headOf(const std::string& absolutePath) {
     return head;
 }
 
-RasterPointer FileCache::find(std::string_view absolutePath) {
-    RasterPointer changed;  // outlives the lock: closing takes a while
+std::optional<std::pair<const Format*, Expected<RasterPointer>>> FileCache::find(
+    std::string_view absolutePath) {
+    std::list<Entry> changed;  // outlives the lock: closing takes a while
     const std::lock_guard<std::mutex> lock(mutex_);
     const auto place = places_.find(absolutePath);
     if (place == places_.end()) {
-        return nullptr;
+        return std::nullopt;
     }
     Entry& entry = *place->second;
-    if (isFresh(entry.lookedAt) || !entry.file->handle().hasChanged()) {
+    if (isFresh(entry.lookedAt) || !(*entry.file)->handle().hasChanged()) {
         entry.lookedAt = currentOperation;
         files_.splice(files_.begin(), files_, place->second);
-        return entry.file;
+        return std::pair(entry.format, entry.file);
     }
-    changed = entry.file;
-    files_.erase(place->second);
+    changed.splice(changed.begin(), files_, place->second);
     places_.erase(place);
-    return nullptr;
+    return std::nullopt;
 }
 
-Expected<RasterPointer> FileCache::keep(const Format& format, Expected<RasterPointer> file) {
-    if (!file || !format.mayBeKept ||
-        (changes_ == FileChanges::Notice && !(*file)->handle().isSettled())) {
+bool FileCache::mayBeKept(const Format& format, const Expected<RasterPointer>& file) const {
+    return format.mayBeKept && (changes_ == FileChanges::Ignore
+                                    ? file || file.refusal().kind != Refusal::Kind::Exhausted
+                                    : file && (*file)->handle().isSettled());
+}
+
+Expected<RasterPointer> FileCache::load(const Format& format, const std::string& path,
+                                        const std::string& absolutePath, FileHead head) {
+    Expected<RasterPointer> file =
+        loadRaster(format, SourceFile{path, absolutePath, std::move(head)});
+    if (!mayBeKept(format, file)) {
         return file;
     }
-    RasterPointer forgotten;  // outlives the lock
-    std::list<Entry> own = {{*file, currentOperation}};
+    std::list<Entry> own = {{absolutePath, &format, file, currentOperation}};
+    std::list<Entry> forgotten;  // outlives the lock
     const std::lock_guard<std::mutex> lock(mutex_);
-    const auto [place, added] = places_.emplace((*file)->handle().path(), own.begin());
+    const auto [place, added] = places_.emplace(own.front().absolutePath, own.begin());
     if (!added) {
         return place->second->file;  // another thread was faster
     }
     files_.splice(files_.begin(), own);
     if (files_.size() > kMostFiles) {
-        forgotten = std::move(files_.back().file);
-        places_.erase(forgotten->handle().path());
-        files_.pop_back();
+        places_.erase(files_.back().absolutePath);
+        forgotten.splice(forgotten.begin(), files_, std::prev(files_.end()));
     }
     return file;
 }

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 #include "host/formats/Format.h"
 
@@ -31,12 +32,15 @@ class FileCache {
     static std::uint64_t beginOperation();
     static void endOperation(std::uint64_t before);
 
-    /// An entry takes about a kilobyte; few of the files have open datasets.
+    /// An entry takes about a kilobyte; few of the files have open datasets. Refusals are kept too
+    /// if files do not change.
     static constexpr std::size_t kMostFiles = 16384;
 
   private:
     struct Entry {
-        RasterPointer file;
+        std::string absolutePath;
+        const Format* format;
+        Expected<RasterPointer> file;
         std::uint64_t lookedAt;  ///< the last operation that checked it for changes; 0: none
     };
 
@@ -47,20 +51,25 @@ class FileCache {
         std::uint64_t operation;  ///< in which it was read; 0: none
     };
 
-    RasterPointer find(std::string_view absolutePath);
+    /// What is kept of a file, and its format.
+    std::optional<std::pair<const Format*, Expected<RasterPointer>>> find(
+        std::string_view absolutePath);
     /// Whether what an operation saw holds without another look.
     bool isFresh(std::uint64_t operation) const;
     /// The head of a file. If the process can open no more files, idle ones are closed first.
     Expected<FileHead> headOf(const std::string& absolutePath);
-    /// Caches the file if that is allowed. Returns another thread's file if that was faster.
-    Expected<RasterPointer> keep(const Format& format, Expected<RasterPointer> file);
+    /// Loads a file, and keeps it if that is allowed. Returns another thread's file if that was
+    /// faster.
+    Expected<RasterPointer> load(const Format& format, const std::string& path,
+                                 const std::string& absolutePath, FileHead head);
+    bool mayBeKept(const Format& format, const Expected<RasterPointer>& file) const;
 
     const FileChanges changes_;
     std::string directory_;  ///< the working directory with its slash, if changes are ignored
     std::mutex mutex_;
     std::optional<LastHead> lastHead_;
     std::list<Entry> files_;  // the latest first
-    /// By absolute path, as the working directory may change; the keys point into the files.
+    /// By absolute path, as the working directory may change; the keys point into the entries.
     std::unordered_map<std::string_view, std::list<Entry>::iterator> places_;
 };
 
