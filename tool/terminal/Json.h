@@ -33,7 +33,9 @@ inline Json numberOrWord(double value) {
 /// A document for programs: indented UTF-8; invalid bytes become U+FFFD, and characters that would
 /// control a terminal are escaped.
 inline std::string jsonText(const Json& document) {
-    return printableJson(document.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
+    std::string text = printableJson(document.dump(2, ' ', false, Json::error_handler_t::replace));
+    text += '\n';
+    return text;
 }
 
 inline void writeJson(std::ostream& out, const Json& document) {

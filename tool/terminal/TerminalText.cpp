@@ -110,6 +110,17 @@ std::string encode(char32_t character) {
     return Pyxis::wideToUtf8(units(character));
 }
 
+/// As JSON escapes it.
+std::string escapedUnits(char32_t character) {
+    std::string text;
+    for (const char16_t unit : units(character)) {
+        std::array<char, 8> escaped{};
+        std::snprintf(escaped.data(), escaped.size(), "\\u%04x", unsigned{unit});
+        text += escaped.data();
+    }
+    return text;
+}
+
 }  // namespace
 
 std::string printable(std::string_view utf8) {
@@ -130,19 +141,15 @@ std::string printableName(std::string_view utf8) {
 
 std::string printableJson(std::string_view json) {
     const auto isAscii = [](char c) { return c >= 0 && c < 0x7F; };
-    if (std::all_of(json.begin(), json.end(), isAscii)) {
-        return std::string(json);
-    }
     std::string text;
-    for (const char32_t character : decode(json)) {
-        if (character == '\n' || !isIn(character, kEscaped)) {
-            text += encode(character);
-            continue;
-        }
-        for (const char16_t unit : units(character)) {
-            std::array<char, 8> escaped{};
-            std::snprintf(escaped.data(), escaped.size(), "\\u%04x", unsigned{unit});
-            text += escaped.data();
+    text.reserve(json.size());
+    // Documents are large, and nearly all of them is ASCII.
+    for (auto rest = json.begin(); rest != json.end();) {
+        const auto other = std::find_if_not(rest, json.end(), isAscii);
+        text.append(rest, other);
+        rest = std::find_if(other, json.end(), isAscii);
+        for (const char32_t character : decode({other, rest})) {
+            text += isIn(character, kEscaped) ? escapedUnits(character) : encode(character);
         }
     }
     return text;
