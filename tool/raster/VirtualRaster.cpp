@@ -44,8 +44,10 @@ class SourceWriter {
                      const std::string& name, bool isRelative) const {
         const bool remapped =
             !ofMask && options_.noData && band.band.noData && band.band.noData != options_.noData;
-        const std::string element = remapped ? "ComplexSource" : "SimpleSource";
         const bool resampled = !band.isOnGrid() && options_.resampling != "nearest" && !ofMask;
+        // GDAL turns simple sources that average into ones that go by whole pixels.
+        const bool averaged = resampled && options_.resampling == "average";
+        const std::string element = remapped || averaged ? "ComplexSource" : "SimpleSource";
         const Pyxis::Size size{band.band.width, band.band.height};
         return "<" + element +
                (resampled ? " resampling=\"" + options_.resampling + "\"" : std::string()) +
