@@ -114,12 +114,18 @@ PixelRectangle partOf(const PixelRectangle& extent, const PixelGrid& grid,
     PixelRectangle part = extent;
     if (options.box) {
         const auto& [west, south, east, north] = *options.box;
-        const Pyxis::Point2d a = placeIn(grid, {west, north});
-        const Pyxis::Point2d b = placeIn(grid, {east, south});
-        part.x = std::floor(std::min(a.x, b.x));
-        part.y = std::floor(std::min(a.y, b.y));
-        part.width = std::ceil(std::max(a.x, b.x)) - part.x;
-        part.height = std::ceil(std::max(a.y, b.y)) - part.y;
+        // A grid may be rotated.
+        const Pyxis::Point2d corners[] = {
+            placeIn(grid, {west, north}), placeIn(grid, {east, north}),
+            placeIn(grid, {west, south}), placeIn(grid, {east, south})};
+        const auto [left, right] =
+            std::minmax({corners[0].x, corners[1].x, corners[2].x, corners[3].x});
+        const auto [top, bottom] =
+            std::minmax({corners[0].y, corners[1].y, corners[2].y, corners[3].y});
+        part.x = std::floor(left);
+        part.y = std::floor(top);
+        part.width = std::ceil(right) - part.x;
+        part.height = std::ceil(bottom) - part.y;
     } else if (options.window) {
         const auto& [column, row, width, height] = *options.window;
         part = {extent.x + column, extent.y + row, width, height};
@@ -219,7 +225,7 @@ std::string unitOf(const OGRSpatialReference& system) {
 std::string pixelSizeLabel(const Band& band, const std::string& unit) {
     const PixelGrid grid(band);
     const auto rounded = [](double size) {
-        constexpr double kDigits = 1e4;
+        constexpr double kDigits = 1e5;
         const double scale = kDigits / std::pow(10.0, std::ceil(std::log10(size)));
         return numberText(std::round(size * scale) / scale);
     };
@@ -268,11 +274,14 @@ std::string resamplingNote(const OutputRaster& raster, const std::string& method
         text += (text.empty() ? "" : ", ") + countOf(moved) + " moved by parts of a pixel (" +
                 method + ")";
     }
-    const std::string width = numberText(raster.pixelWidth);
-    const std::string height = numberText(raster.pixelHeight);
-    return text.empty() ? ""
-                        : "one grid of " + (width == height ? width : width + " x " + height) +
-                              " " + unitOf(bands.front().band) + ": " + text;
+    if (text.empty()) {
+        return {};
+    }
+    const std::string width = sizeText(raster.pixelWidth);
+    const std::string height = sizeText(raster.pixelHeight);
+    const std::string unit = unitOf(bands.front().band);
+    return "one grid of " + (width == height ? width : width + " x " + height) +
+           (unit.empty() ? "" : " " + unit) + ": " + text;
 }
 
 }  // namespace kestms

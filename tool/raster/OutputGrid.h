@@ -63,7 +63,7 @@ SharedGrid sharedGrid(const std::vector<const Band*>& bands, const GridOptions& 
 /// "m", "deg", or nothing for another unit.
 std::string unitOf(const OGRSpatialReference& system);
 
-/// How the band's pixel size is written in names: "15m", "60x30m", "0.00025deg". Four digits tell
+/// How the band's pixel size is written in names: "15m", "60x30m", "0.00025deg". Five digits tell
 /// sizes apart that differ for people.
 std::string pixelSizeLabel(const Band& band, const std::string& unit);
 

@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 #include "tests/tool/raster/RasterExports.h"
@@ -99,6 +101,26 @@ TEST_F(RasterExport, BandsAcrossTheGridAreRefused) {
             runTool(joined({"vrt", "-o", directory_ / "out.vrt", "--overwrite"}, files));
         EXPECT_EQ(outcome.code, code) << outcome.err;
         EXPECT_EQ(outcome.err.find("does not lie on the grid") != std::string::npos, code != 0);
+    }
+}
+
+TEST_F(RasterExport, ABoxOnARotatedGridIsWhole) {
+    const fakes::Raster rotated{
+        .width = 40, .height = 40, .transform = {{500000, 26, 15, 4600000, 15, -26}}};
+    const Strings files = {write("a_01.tif", rotated), write("a_02.tif", rotated)};
+    const std::string box = "500700,4599800,501000,4600100";
+    const json info = infoOf({"export", "--bbox", box}, files);
+    std::array<double, 6> grid{};
+    std::array<double, 6> inverse{};
+    std::copy(info["geoTransform"].begin(), info["geoTransform"].end(), grid.begin());
+    ASSERT_TRUE(GDALInvGeoTransform(grid.data(), inverse.data()));
+    for (const double x : {500700, 501000}) {
+        for (const double y : {4599800, 4600100}) {
+            const double column = inverse[0] + x * inverse[1] + y * inverse[2];
+            const double row = inverse[3] + x * inverse[4] + y * inverse[5];
+            EXPECT_TRUE(column >= 0 && column <= info["size"][0]) << x << " " << y;
+            EXPECT_TRUE(row >= 0 && row <= info["size"][1]) << x << " " << y;
+        }
     }
 }
 
