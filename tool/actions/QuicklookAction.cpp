@@ -1,11 +1,14 @@
 #include "tool/raster/Quicklook.h"
 
 #include <algorithm>
+#include <cmath>
+#include <iterator>
 #include <string>
 #include <vector>
 
 #include "tool/actions/RasterActions.h"
 #include "tool/raster/BandSelection.h"
+#include "tool/raster/OutputGrid.h"
 #include "tool/raster/RasterExport.h"
 
 namespace kestms {
@@ -58,6 +61,43 @@ std::vector<Band> bandsToShow(const OpenedSet& set, const QuicklookOptions& opti
     return {grey == bands.end() ? bands.front() : *grey};
 }
 
+/// The bands that an export would take, of which some are shown.
+std::vector<Band> bandsToExport(const OpenedSet& set, const QuicklookOptions& options) {
+    return options.rgb.empty() ? bandsOf(set, options.request) : set.bands();
+}
+
+SharedGrid gridOf(const std::vector<Band>& bands) {
+    std::vector<const Band*> pointers;
+    std::transform(bands.begin(), bands.end(), std::back_inserter(pointers),
+                   [](const Band& band) { return &band; });
+    return sharedGrid(pointers, {});
+}
+
+/// The part to show. A window counts pixels of the grid that all bands share; those shown may have
+/// a coarser one, in whose whole pixels it is.
+GridOptions partOf(const std::vector<Band>& shown, const std::vector<Band>& all,
+                   GridOptions options) {
+    if (!options.window) {
+        return options;
+    }
+    const auto band = std::find_if(all.begin(), all.end(), [&shown](const Band& each) {
+        return each.frame == shown.front().frame;
+    });
+    const PixelRectangle from =
+        gridOf(all).rectangles[static_cast<std::size_t>(band - all.begin())];
+    const PixelRectangle to = gridOf(shown).rectangles.front();
+    constexpr double kNoise = 1e-6;
+    const auto [x, y, width, height] = *options.window;
+    const double across = to.width / from.width;
+    const double down = to.height / from.height;
+    const double left = std::floor(to.x + (x - from.x) * across + kNoise);
+    const double top = std::floor(to.y + (y - from.y) * down + kNoise);
+    const double right = std::ceil(to.x + (x + width - from.x) * across - kNoise);
+    const double bottom = std::ceil(to.y + (y + height - from.y) * down - kNoise);
+    options.window = {left, top, right - left, bottom - top};
+    return options;
+}
+
 }  // namespace
 
 ExitCode drawPicture(Context& context, const QuicklookOptions& options) {
@@ -65,8 +105,9 @@ ExitCode drawPicture(Context& context, const QuicklookOptions& options) {
     refuseStandardOutput(request.output);
     static_cast<void>(pictureFormat(request.output));
     const OpenedSet set = openSet(context, request.inputs);
+    const std::vector<Band> shown = bandsToShow(set, options);
     const std::vector<OutputRaster> rasters =
-        layOut(bandsToShow(set, options), request.output, request.grid);
+        layOut(shown, request.output, partOf(shown, bandsToExport(set, options), request.grid));
     drawQuicklook(rasters.front(), options.size)
         .write(request.output, {context.inputs, request.overwrite});
     return ExitCode::Success;

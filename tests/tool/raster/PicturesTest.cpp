@@ -40,6 +40,28 @@ TEST_F(Pictures, AreOfTheBandsAndFormatAskedFor) {
     EXPECT_EQ(runTool({"quicklook", set, "-o", directory_ / "x.png", "--rgb", "red,nir"}).code, 2);
 }
 
+/// Where the bands shown are coarser than others, a window is the same part as in an export.
+TEST_F(Pictures, AWindowCountsPixelsOfTheFinestGrid) {
+    ASSERT_EQ(runTool({"samples", directory_.path(), "--size", "64"}).code, 0);
+    const std::string set = directory_ / "landsat7/set.xml";
+    const auto picture = [&](const Strings& options) {
+        const std::string path = directory_ / "p.png";
+        const Strings command = {"quicklook", set, "-o", path, "--size", "8", "--overwrite"};
+        EXPECT_EQ(runKestms(joined(command, options)).code, 0);
+        return gdalInfo(path)["bands"];
+    };
+    const nlohmann::json all = runTool({"info", set, "--json"}).json()["bands"];
+    const int fine = all.back()["size"][0];
+    const int coarse = all.front()["size"][0];
+    const int start = fine * 3 / 4;
+    const auto text = [](int first, int size) {
+        return std::to_string(first) + ",0," + std::to_string(size) + "," + std::to_string(size);
+    };
+    EXPECT_EQ(picture({"--window", text(start, 8)}),
+              picture({"--bands", "red,green,blue", "--window",
+                       text(start * coarse / fine, 8 * coarse / fine)}));
+}
+
 /// Each of 251 values once: those at 2 and 98 % are 5 and 245.
 TEST_F(Pictures, AreStretched) {
     const fakes::Raster raster{.width = 251, .height = 1};
