@@ -144,7 +144,7 @@ void commitTogether(const std::vector<std::unique_ptr<OutputFile>>& files) {
                 const bool isWritten = access(written.c_str(), F_OK) == 0;
                 renaming.replace(isWritten ? written : "", file->target_ + ending, keptAs(ending));
             }
-            renaming.replace(file->temporary_, file->target_, keptAs(""));
+            renaming.replace(file->isRemoved_ ? "" : file->temporary_, file->target_, keptAs(""));
         } catch (const std::system_error& why) {
             file->fail(reasonOf(why.code().value()));
         }

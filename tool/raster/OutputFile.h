@@ -34,6 +34,9 @@ class OutputFile {
     /// Replaces the content. Throws a Failure with ExitCode::CannotWrite.
     void write(std::string_view content);
 
+    /// Lets `commitTogether` remove what is there instead.
+    void remove() { isRemoved_ = true; }
+
     /// A Failure with ExitCode::CannotWrite that names the path, for writers that go by name. An
     /// empty reason is one that they do not know.
     [[noreturn]] void fail(const std::string& reason) const;
@@ -45,6 +48,7 @@ class OutputFile {
     std::string target_;  ///< with links resolved
     std::unique_ptr<TemporaryDirectory> directory_;
     std::string temporary_;
+    bool isRemoved_ = false;
 };
 
 /// Gives the files their names, all or none. Existing files keep their permissions. Throws a

@@ -76,23 +76,25 @@ VirtualRasterOptions optionsOf(const ExportRequest& request, VirtualRasterOption
     return options;
 }
 
-/// Keeps a style that the user wrote: no argument has named it.
+/// A style that the user saved stays: no argument has named it.
 void addStyle(const Context& context, const ExportRequest& request, const OutputRaster& raster,
               Files& files) {
     const std::string style = request.withStyle ? layerStyle(raster) : "";
-    if (style.empty()) {
-        return;
-    }
     const std::string path = layerStylePath(raster.path);
     std::error_code error;
     const auto status = std::filesystem::status(path, error);
-    if (std::filesystem::exists(status) &&
+    const bool isThere = std::filesystem::exists(status);
+    if (isThere &&
         (!std::filesystem::is_regular_file(status) || !isOwnLayerStyle(readTextFile(path)))) {
         context.warn(path, "the style that is there stays");
-        return;
+    } else if (isThere || !style.empty()) {
+        files.push_back(std::make_unique<OutputFile>(path, OutputRules{context.inputs, true}));
+        if (style.empty()) {
+            files.back()->remove();  // it is that of the raster before
+        } else {
+            files.back()->write(style);
+        }
     }
-    files.push_back(std::make_unique<OutputFile>(path, OutputRules{context.inputs, true}));
-    files.back()->write(style);
 }
 
 }  // namespace
