@@ -15,6 +15,7 @@ namespace {
 /// Throws a Failure with ExitCode::Usage for what is not one number.
 double numberIn(const std::string& option, std::string_view text) {
     double number = 0;
+    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
     const char* end = text.data() + text.size();
     const auto result = std::from_chars(text.data(), end, number);
     if (result.ec != std::errc() || result.ptr != end) {
@@ -120,8 +121,10 @@ void addRasterOptions(CLI::App& command, ExportRequest& request, const std::stri
         .add_option("--resampling", request.resampling,
                     "nearest (default), bilinear, cubic or average")
         ->check(CLI::IsMember({"nearest", "bilinear", "cubic", "average"}));
-    command.add_option("--nodata", request.noData,
-                       "One no-data value for all bands, in place of their own");
+    command.add_option_function<std::string>(
+        "--nodata",
+        [&request](const std::string& text) { request.noData = numberIn("--nodata", text); },
+        "One no-data value for all bands, in place of their own");
     command.add_flag("--no-style{false}", request.withStyle,
                      "Write no OUT.qml, the layer style for natural colours in QGIS");
     addPartOptions(command, request);

@@ -3,6 +3,7 @@
 #include <fnmatch.h>
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 
 #include "bands/BandTypes.h"
@@ -27,6 +28,37 @@ std::string literally(const std::string& word) {
     return pattern;
 }
 
+std::string trimmed(const std::string& text) {
+    const std::size_t start = text.find_first_not_of(' ');
+    return start == text.npos ? "" : text.substr(start, text.find_last_not_of(' ') + 1 - start);
+}
+
+/// The number in a product's code for a band, with what follows it: "4" for "B4", "SR_B04", "4" or
+/// "band 4", "8A" for "B8A". Empty for other texts.
+std::string numberInCode(const std::string& code) {
+    const std::size_t digit = code.find_first_of("0123456789");
+    constexpr std::array kBefore = {"", "B", "b", "band ", "SR_B", "ST_B"};
+    if (digit == code.npos ||
+        std::find(kBefore.begin(), kBefore.end(), code.substr(0, digit)) == kBefore.end()) {
+        return {};
+    }
+    return code.substr(std::min(code.find_first_not_of('0', digit), code.size() - 1));
+}
+
+/// The code that ends a band's name: "B4" of "Red (B4)".
+std::string codeIn(const std::string& name) {
+    const std::size_t start = name.rfind('(');
+    return start == name.npos || !name.ends_with(')')
+               ? ""
+               : name.substr(start + 1, name.size() - start - 2);
+}
+
+/// People know bands by the numbers of the product.
+bool hasCode(const Band& band, const std::string& word) {
+    const std::string number = numberInCode(codeIn(band.name));
+    return matches(number, literally(numberInCode(word)));
+}
+
 using Matcher = bool (*)(const Band& band, const std::string& word);
 
 /// From the strictest to the loosest; the first that finds bands decides.
@@ -40,7 +72,10 @@ constexpr Matcher kMatchers[] = {
         const std::size_t end = band.commonName.find_first_of("0123456789");
         return matches(band.commonName.substr(0, end), literally(word));
     },
-    [](const Band& band, const std::string& word) { return word == std::to_string(band.number); },
+    hasCode,
+    [](const Band& band, const std::string& word) {
+        return codeIn(band.name).empty() && word == std::to_string(band.number);
+    },
     [](const Band& band, const std::string& word) {
         return word == "#" + std::to_string(band.frame);
     },
@@ -91,7 +126,7 @@ std::vector<std::string> wordsOf(const std::vector<Band>& bands,
         std::size_t start = 0;
         for (std::size_t comma = 0; comma != std::string::npos; start = comma + 1) {
             comma = list.find(',', start);
-            words.push_back(list.substr(start, comma - start));
+            words.push_back(trimmed(list.substr(start, comma - start)));
         }
     }
     return words;
