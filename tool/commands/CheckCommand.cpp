@@ -47,7 +47,7 @@ std::string reportText(const Diagnosis& diagnosis, std::size_t columns) {
     TextTable table({{"File", Align::Left, TextTable::Fit::KeepEnd},
                      {"Frame", Align::Right},
                      {"Verdict", Align::Left},
-                     {"Reason", Align::Left}});
+                     {"Reason", Align::Left, TextTable::Fit::KeepStart}});
     for (std::size_t i = 0; i < diagnosis.components.size(); ++i) {
         const ComponentDiagnosis& each = diagnosis.components[i];
         const bool isReference = diagnosis.reference == i;

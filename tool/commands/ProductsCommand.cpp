@@ -16,6 +16,7 @@ namespace kestms {
 namespace {
 
 using Align = TextTable::Align;
+using Fit = TextTable::Fit;
 using kest::CatalogueBand;
 using kest::Product;
 using Products = std::vector<std::shared_ptr<const Product>>;
@@ -45,15 +46,19 @@ std::string codesOf(const CatalogueBand& band) {
 /// Writes products in the words of one language.
 class ProductWriter {
   public:
-    explicit ProductWriter(std::string language) : language_(std::move(language)) {}
+    /// `columns` is the width of tables.
+    ProductWriter(std::string language, std::size_t columns)
+        : language_(std::move(language)), columns_(columns) {}
 
     std::string list(const Products& products) const {
-        TextTable table({{"Product", Align::Left}, {"Bands", Align::Right}, {"Name", Align::Left}});
+        TextTable table({{"Product", Align::Left},
+                         {"Bands", Align::Right},
+                         {"Name", Align::Left, Fit::KeepStart}});
         for (const auto& product : products) {
             const auto bands = std::count_if(product->bands.begin(), product->bands.end(), isBand);
             table.addRow({product->id, std::to_string(bands), text(product->name)});
         }
-        return table.text();
+        return table.text(columns_);
     }
 
     std::string describe(const Product& product) const {
@@ -111,13 +116,13 @@ class ProductWriter {
 
     std::string bands(const Product& product) const {
         TextTable table({{"Band", Align::Left},
-                         {"Name", Align::Left},
-                         {"Type", Align::Left},
-                         {"Channel", Align::Left},
+                         {"Name", Align::Left, Fit::KeepStart},
+                         {"Type", Align::Left, Fit::LeaveOut},
+                         {"Channel", Align::Left, Fit::LeaveOut},
                          {"Common name", Align::Left},
                          {"Centre", Align::Right},
                          {"Width", Align::Right},
-                         {"Bucket", Align::Left}});
+                         {"Bucket", Align::Left, Fit::KeepStart}});
         for (const CatalogueBand& band : product.bands) {
             const auto& spectrum = band.details.spectrum;
             if (isBand(band)) {
@@ -129,23 +134,26 @@ class ProductWriter {
                               text(product.buckets[band.bucket].name)});
             }
         }
-        return table.text();
+        return table.text(columns_);
     }
 
     std::string layers(const Product& product) const {
         if (std::all_of(product.bands.begin(), product.bands.end(), isBand)) {
             return {};
         }
-        TextTable table({{"Layer", Align::Left}, {"Role", Align::Left}, {"Name", Align::Left}});
+        TextTable table({{"Layer", Align::Left, Fit::KeepStart},
+                         {"Role", Align::Left},
+                         {"Name", Align::Left, Fit::KeepStart}});
         for (const CatalogueBand& band : product.bands) {
             if (!isBand(band)) {
                 table.addRow({codesOf(band), roleOf(band), text(band.name)});
             }
         }
-        return "\n" + table.text();
+        return "\n" + table.text(columns_);
     }
 
     std::string language_;
+    std::size_t columns_;
 };
 
 const Product& productNamed(const Products& products, const std::string& id) {
@@ -173,7 +181,7 @@ Products productsOf(Context& context, const ProductsOptions& options) {
 
 ExitCode products(Context& context, const ProductsOptions& options) {
     const Products known = productsOf(context, options);
-    const ProductWriter writer(context.session().language());
+    const ProductWriter writer(context.session().language(), context.tableColumns());
     const Product* const one = options.id.empty() ? nullptr : &productNamed(known, options.id);
     if (options.json) {
         Json document = documentOf("kestms products", 1);

@@ -60,7 +60,7 @@ std::string pixelSizes(const OpenedSet& set) {
 std::string scenesText(const std::vector<Examined>& scenes, std::size_t columns) {
     using Align = TextTable::Align;
     using Fit = TextTable::Fit;
-    TextTable table({{"Scene"},
+    TextTable table({{"Scene", Align::Left, Fit::KeepStart},
                      {"Product", Align::Left, Fit::KeepStart},
                      {"Date", Align::Left, Fit::LeaveOut},
                      {"Bands", Align::Right},

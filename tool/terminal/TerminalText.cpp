@@ -268,7 +268,8 @@ std::vector<std::size_t> TextTable::widthsFor(std::size_t columns) const {
         }
     }
     for (const Fit fit : {Fit::KeepEnd, Fit::KeepStart}) {
-        for (std::size_t i = 0; i < widths.size() && columns > 0; ++i) {
+        // The first column says what the row is about.
+        for (std::size_t i = widths.size(); i-- > 0 && columns > 0;) {
             const std::size_t whole = tableWidth(widths);
             if (whole > columns && columns_[i].fit == fit) {
                 widths[i] -= std::min(widths[i] - least[i], whole - columns);

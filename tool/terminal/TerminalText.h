@@ -40,7 +40,7 @@ class TextTable {
     enum class Fit {
         Whole,
         KeepEnd,    ///< paths: cells lose their beginning
-        KeepStart,  ///< cells lose their end, after those above
+        KeepStart,  ///< cells lose their end, after those above, the rightmost column first
         LeaveOut,   ///< removed before cells are cut, the leftmost of its kind first
     };
     struct Column {
