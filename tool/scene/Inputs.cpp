@@ -2,6 +2,8 @@
 
 #include <glob.h>
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -10,6 +12,7 @@
 #include <set>
 #include <string_view>
 #include <system_error>
+#include <tuple>
 #include <utility>
 
 #include "codec/strings/BufferText.h"
@@ -244,12 +247,15 @@ class ArgumentReader {
         return components;
     }
 
-    /// The same file and frame twice is rarely intended, as with a glob and a name.
+    /// The same file and frame twice is rarely intended, as with a glob and a name. A document has
+    /// absolute paths, and links have other names.
     void warnOfRepetition(const std::vector<Component>& components) const {
-        std::set<std::pair<std::string, int>> seen;
+        std::set<std::tuple<std::string, dev_t, ino_t, int>> seen;
         for (const Component& each : components) {
-            const std::string path = fs::path(each.path).lexically_normal().string();
-            if (!seen.emplace(path, each.frame).second) {
+            struct stat status {};
+            const bool isPlain = stat(each.path.c_str(), &status) == 0;
+            if (!seen.emplace(isPlain ? "" : each.path, status.st_dev, status.st_ino, each.frame)
+                     .second) {
                 context_.warn(each.path, "given more than once; each makes a band");
             }
         }

@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <set>
 #include <system_error>
 #include <utility>
 
 #include "host/Text.h"
 #include "host/codecs/Places.h"
 #include "pyxis/FileReadDescriptor.h"
+#include "tool/scene/Components.h"
 #include "tool/terminal/Failure.h"
 #include "tool/terminal/Interrupt.h"
 
@@ -53,11 +55,24 @@ bool isRaster(const fs::path& path) {
                Pyxis::fileSpecifier(path.string()), codec) == Pyxis::FormatDecodability::Decodable;
 }
 
+/// The pixels of FAST files are in other files of their kind, which are no rasters of their own.
+void dropPixelFiles(std::vector<std::string>& paths) {
+    std::set<std::string> pixels;
+    for (const std::string& path : paths) {
+        if (lowered(fs::path(path).extension().string()) == ".fst") {
+            const std::vector<std::string> files = filesOf(path);
+            pixels.insert(files.begin() + 1, files.end());
+        }
+    }
+    std::erase_if(paths, [&pixels](const std::string& path) { return pixels.contains(path); });
+}
+
 std::vector<std::string> sorted(std::vector<std::string> paths, const std::string& place,
                                 const char* whyNone) {
     if (paths.empty()) {
         throw Failure(ExitCode::CannotRead, place, whyNone);
     }
+    dropPixelFiles(paths);
     std::sort(paths.begin(), paths.end(), comesBefore);
     return paths;
 }
