@@ -39,10 +39,10 @@ void ComponentBand::addMetadata() {
         return;
     }
     auto domains = facts().domains;
-    kestms::MetadataItems& own = domains[""];
-    for (const auto& [key, value] : facts().fileItems) {
-        own.emplace(key, value);
+    for (const auto& [domain, items] : facts().fileDomains) {
+        domains[domain].insert(items.begin(), items.end());
     }
+    kestms::MetadataItems& own = domains[""];
     if (!band_.commonName.empty()) {
         own["common_name"] = band_.commonName;
     }

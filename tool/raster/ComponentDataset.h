@@ -15,6 +15,7 @@ class ComponentDataset {
     /// Throws a Failure with ExitCode::CannotRead.
     ComponentDataset(const std::string& path, const Pyxis::RasterSource& source);
 
+    GDALDataset& operator*() const { return *dataset_; }
     GDALDataset* operator->() const { return dataset_.get(); }
 
   private:

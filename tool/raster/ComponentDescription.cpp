@@ -21,10 +21,19 @@ namespace {
 constexpr std::array kNotCarried = {"IMAGE_STRUCTURE", "DERIVED_SUBDATASETS", "OVERVIEWS",
                                     "COLOR_PROFILE"};
 
+/// Domains of whole files that speak of positions in them, or of how they are stored.
+constexpr std::array kNotOfOutputs = {"RPC", "GEOLOCATION", "SUBDATASETS", "TRE",
+                                      "CGM", "TEXT",        "ENVI"};
+
 bool isCarried(const std::string& domain) {
     const bool isDocument = domain.starts_with("xml:") || domain.starts_with("json:");
     return !isDocument &&
            std::find(kNotCarried.begin(), kNotCarried.end(), domain) == kNotCarried.end();
+}
+
+bool isCarriedOfFile(const std::string& domain) {
+    return isCarried(domain) && !domain.starts_with("NITF") &&
+           std::find(kNotOfOutputs.begin(), kNotOfOutputs.end(), domain) == kNotOfOutputs.end();
 }
 
 MetadataItems itemsOf(char** list) {
@@ -40,6 +49,18 @@ MetadataItems itemsOf(char** list) {
     return items;
 }
 
+std::map<std::string, MetadataItems> domainsOf(GDALMajorObject& object,
+                                               bool (*isWanted)(const std::string&)) {
+    std::map<std::string, MetadataItems> items;
+    const CPLStringList domains(object.GetMetadataDomainList());
+    for (const std::string& domain : listItems(domains.List())) {
+        if (isWanted(domain)) {
+            items[domain] = itemsOf(object.GetMetadata(domain.c_str()));
+        }
+    }
+    return items;
+}
+
 void readBand(GDALRasterBand& band, ComponentDescription& facts) {
     facts.unit = band.GetUnitType();
     facts.scale = band.GetScale();
@@ -51,14 +72,20 @@ void readBand(GDALRasterBand& band, ComponentDescription& facts) {
     if (const GDALColorTable* table = band.GetColorTable()) {
         facts.colourTable.reset(table->Clone());
     }
-    const CPLStringList domains(band.GetMetadataDomainList());
-    for (const std::string& domain : listItems(domains.List())) {
-        if (isCarried(domain)) {
-            facts.domains[domain] = itemsOf(band.GetMetadata(domain.c_str()));
-        }
-    }
+    facts.domains = domainsOf(band, isCarried);
     const int flags = band.GetMaskFlags();
     facts.hasMask = (flags & GMF_PER_DATASET) != 0 && (flags & GMF_ALPHA) == 0;
+}
+
+void addItems(const std::map<std::string, MetadataItems>& from,
+              bool (*isWanted)(const std::string&), std::map<std::string, MetadataItems>& to) {
+    for (const auto& [domain, items] : from) {
+        for (const auto& [key, value] : items) {
+            if (isWanted(domain)) {
+                to[domain][key] = value;
+            }
+        }
+    }
 }
 
 void addAuxiliary(const AuxiliaryBand& own, ComponentDescription& facts) {
@@ -66,13 +93,10 @@ void addAuxiliary(const AuxiliaryBand& own, ComponentDescription& facts) {
     facts.scale = own.scale.value_or(facts.scale);
     facts.offset = own.offset.value_or(facts.offset);
     facts.categories = own.categories.value_or(facts.categories);
-    for (const auto& [domain, items] : own.domains) {
-        for (const auto& [key, value] : items) {
-            if (isCarried(domain)) {
-                facts.domains[domain][key] = value;
-            }
-        }
+    if (own.colour) {
+        facts.colour = GDALGetColorInterpretationByName(own.colour->c_str());
     }
+    addItems(own.domains, isCarried, facts.domains);
 }
 
 }  // namespace
@@ -98,17 +122,18 @@ class ComponentReader::File {
         : name_(source.prefix + path), auxiliary_(readAuxiliaryFile(path)), dataset_(path, source) {
         std::error_code error;
         hasMaskFile_ = fs::exists(path + ".msk", error);
-        fileItems_ = itemsOf(dataset_->GetMetadata());
+        fileDomains_ = domainsOf(*dataset_, isCarriedOfFile);
+        addItems(auxiliary_.domains, isCarriedOfFile, fileDomains_);
     }
 
     const std::string& name() const { return name_; }
 
     ComponentDescription describe(int band) {
         ComponentDescription facts;
-        facts.fileItems = fileItems_;
+        facts.fileDomains = fileDomains_;
         facts.hasMaskFile = hasMaskFile_;
         readBand(*dataset_->GetRasterBand(band), facts);
-        if (const auto found = auxiliary_.find(band); found != auxiliary_.end()) {
+        if (const auto found = auxiliary_.bands.find(band); found != auxiliary_.bands.end()) {
             addAuxiliary(found->second, facts);
         }
         return facts;
@@ -118,9 +143,9 @@ class ComponentReader::File {
 
   private:
     std::string name_;
-    std::map<int, AuxiliaryBand> auxiliary_;
+    AuxiliaryFile auxiliary_;
     ComponentDataset dataset_;
-    MetadataItems fileItems_;
+    std::map<std::string, MetadataItems> fileDomains_;
     bool hasMaskFile_ = false;
 };
 

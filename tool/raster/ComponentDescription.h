@@ -19,9 +19,9 @@ struct ComponentDescription {
     double offset = 0;
     GDALColorInterp colour = GCI_Undefined;
     std::vector<std::string> categories;
-    std::unique_ptr<GDALColorTable> colourTable;   ///< may be null
-    std::map<std::string, MetadataItems> domains;  ///< of the band; "" is the default one
-    MetadataItems fileItems;                       ///< of the whole file, default domain
+    std::unique_ptr<GDALColorTable> colourTable;       ///< may be null
+    std::map<std::string, MetadataItems> domains;      ///< of the band; "" is the default one
+    std::map<std::string, MetadataItems> fileDomains;  ///< of the whole file
     GDALDataType type = GDT_Unknown;
     Pyxis::Size block;
     bool hasMask = false;      ///< in the file itself

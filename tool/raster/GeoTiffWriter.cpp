@@ -86,6 +86,17 @@ bool hasSignedBytes(GDALRasterBand& band) {
     return type != nullptr && EQUAL(type, "SIGNEDBYTE");
 }
 
+/// All but what GDAL says of the storage of `from`.
+void copyMetadata(GDALMajorObject& from, GDALMajorObject& to) {
+    const CPLStringList domains(from.GetMetadataDomainList());
+    for (const std::string& domain : listItems(domains.List())) {
+        if (domain != "IMAGE_STRUCTURE" && domain != "DERIVED_SUBDATASETS" &&
+            !domain.starts_with("xml:")) {
+            to.SetMetadata(from.GetMetadata(domain.c_str()), domain.c_str());
+        }
+    }
+}
+
 /// The differences between neighbours compress better than the samples.
 const char* predictorFor(GDALDataType type, const std::string& compression) {
     constexpr int kLargestInteger = 32;
@@ -183,8 +194,8 @@ class Writer {
              withUsers ? options_.creationOptions : std::vector<std::string>()) {
             const std::size_t mark = option.find('=');
             const std::string name = option.substr(0, mark);
-            if (EQUAL(name.c_str(), "COMPRESS")) {
-                options.SetNameValue("PREDICTOR", nullptr);  // not every method has one
+            if (EQUAL(name.c_str(), "COMPRESS") || EQUAL(name.c_str(), "NBITS")) {
+                options.SetNameValue("PREDICTOR", nullptr);  // not all of them have one
             }
             options.SetNameValue(name.c_str(), option.substr(mark + 1).c_str());
         }
@@ -196,7 +207,7 @@ class Writer {
         from_.GetGeoTransform(transform.data());
         to_->SetGeoTransform(transform.data());
         to_->SetSpatialRef(from_.GetSpatialRef());
-        to_->SetMetadata(from_.GetMetadata());
+        copyMetadata(from_, *to_);
         for (GDALRasterBand* band : from_.GetBands()) {
             describeBand(*band, target(band->GetBand()));
         }
@@ -216,13 +227,9 @@ class Writer {
         if (*band.GetUnitType() != '\0') {
             copy.SetUnitType(band.GetUnitType());
         }
-        const CPLStringList domains(band.GetMetadataDomainList());
-        for (const std::string& domain : listItems(domains.List())) {
-            if (domain != "IMAGE_STRUCTURE") {
-                copy.SetMetadata(band.GetMetadata(domain.c_str()), domain.c_str());
-            }
-        }
+        copyMetadata(band, copy);
         if (band.GetColorTable() != nullptr) {
+            copy.SetColorInterpretation(GCI_Undefined);
             notes_.push_back(
                 std::string(band.GetDescription()) +
                 ": without its colour table, which a file of several bands cannot have");
@@ -392,6 +399,9 @@ void writeCloudOptimized(const std::string& from, const GeoTiffOptions& settings
     }
 }
 
+/// Options for a georeference beside the file. The file has its own.
+constexpr std::array kBesideFile = {"TFW", "WORLDFILE", "RPB", "RPCTXT", "PROFILE"};
+
 void checkCreationOptions(const GeoTiffOptions& options) {
     const char* name = options.cloudOptimized ? "COG" : "GTiff";
     GDALDriver* driver = GetGDALDriverManager()->GetDriverByName(name);
@@ -403,6 +413,12 @@ void checkCreationOptions(const GeoTiffOptions& options) {
             GDALValidateCreationOptions(driver, list.List()) == FALSE) {
             throw Failure(ExitCode::Usage, "--co " + option,
                           std::string("no creation option of GDAL's driver ") + name);
+        }
+        const std::string key = option.substr(0, option.find('='));
+        if (std::any_of(kBesideFile.begin(), kBesideFile.end(),
+                        [&key](const char* each) { return EQUAL(key.c_str(), each); })) {
+            throw Failure(ExitCode::Usage, "--co " + option,
+                          "the georeference is in the file, not beside it");
         }
     }
 }

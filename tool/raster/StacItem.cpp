@@ -135,8 +135,10 @@ Json eoBand(const Band& band, const std::string& name) {
 }
 
 Json rasterBand(const Band& band, const ComponentDescription& facts, double metresPerUnit) {
-    const auto area = facts.fileItems.find("AREA_OR_POINT");
-    const bool isPoint = area != facts.fileItems.end() && area->second == "Point";
+    const auto items = facts.fileDomains.find("");
+    const bool isPoint = items != facts.fileDomains.end() &&
+                         items->second.contains("AREA_OR_POINT") &&
+                         items->second.at("AREA_OR_POINT") == "Point";
     Json json = {{"data_type", hasSignedBytes(band) ? "int8" : dataTypeWord(facts.type)},
                  {"sampling", isPoint ? "point" : "area"}};
     if (band.noData) {

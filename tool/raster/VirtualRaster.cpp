@@ -113,20 +113,25 @@ void describe(GDALRasterBand& target, const ComponentDescription& facts) {
 }
 
 /// Items of whole files: those that all files share go to the raster, the rest to the bands.
-MetadataItems shareItems(std::vector<ComponentDescription>& all) {
-    MetadataItems shared = all.front().fileItems;
-    for (const ComponentDescription& facts : all) {
-        std::erase_if(shared, [&facts](const auto& item) {
-            const auto own = facts.fileItems.find(item.first);
-            return own == facts.fileItems.end() || own->second != item.second;
-        });
+std::map<std::string, MetadataItems> shareItems(std::vector<ComponentDescription>& all) {
+    std::map<std::string, MetadataItems> shared = all.front().fileDomains;
+    for (auto& [domain, items] : shared) {
+        for (ComponentDescription& facts : all) {
+            const MetadataItems& own = facts.fileDomains[domain];
+            std::erase_if(items, [&own](const auto& item) {
+                const auto same = own.find(item.first);
+                return same == own.end() || same->second != item.second;
+            });
+        }
     }
     // It describes the bands of a component, not of the raster.
-    shared.erase("TIFFTAG_IMAGEDESCRIPTION");
+    shared[""].erase("TIFFTAG_IMAGEDESCRIPTION");
     for (ComponentDescription& facts : all) {
-        for (const auto& [key, value] : facts.fileItems) {
-            if (!shared.contains(key) && key != "AREA_OR_POINT") {
-                facts.domains[""].emplace(key, value);
+        for (const auto& [domain, items] : facts.fileDomains) {
+            for (const auto& [key, value] : items) {
+                if (!shared[domain].contains(key) && key != "AREA_OR_POINT") {
+                    facts.domains[domain].emplace(key, value);
+                }
             }
         }
     }
@@ -191,7 +196,9 @@ VirtualRaster::VirtualRaster(const OutputRaster& raster, const VirtualRasterOpti
     if (!raster.coordinateSystem.empty()) {
         dataset_->SetProjection(xmlText(raster.coordinateSystem).c_str());
     }
-    setMetadata(*dataset_, "", shareItems(all));
+    for (const auto& [domain, items] : shareItems(all)) {
+        setMetadata(*dataset_, domain, items);
+    }
     for (std::size_t i = 0; i < all.size(); ++i) {
         addBand(raster.bands[i], all[i], options);
     }

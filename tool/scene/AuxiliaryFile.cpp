@@ -38,12 +38,13 @@ std::vector<std::string> categoriesIn(const Element& names) {
     return categories;
 }
 
-void readItems(const Document& document, const Element& metadata, AuxiliaryBand& band) {
+void readItems(const Document& document, const Element& metadata,
+               std::map<std::string, MetadataItems>& domains) {
     const std::string domain(document.attribute(&metadata, "domain").value_or(""));
     for (const Element* each = document.child(&metadata, "MDI"); each != nullptr;
          each = each->next()) {
         if (const auto key = document.attribute(each, "key")) {
-            band.domains[domain][std::string(*key)] = each->text();
+            domains[domain][std::string(*key)] = each->text();
         }
     }
 }
@@ -59,10 +60,14 @@ AuxiliaryBand bandIn(const Document& document, const Element& element) {
             band.scale = numberIn<double>(each->text());
         } else if (each->name() == "Offset") {
             band.offset = numberIn<double>(each->text());
+        } else if (each->name() == "NoDataValue") {
+            band.noData = numberIn<double>(each->text());
+        } else if (each->name() == "ColorInterp") {
+            band.colour = each->text();
         } else if (each->name() == "CategoryNames") {
             band.categories = categoriesIn(*each);
         } else if (each->name() == "Metadata") {
-            readItems(document, *each, band);
+            readItems(document, *each, band.domains);
         }
     }
     return band;
@@ -70,7 +75,7 @@ AuxiliaryBand bandIn(const Document& document, const Element& element) {
 
 }  // namespace
 
-std::map<int, AuxiliaryBand> readAuxiliaryFile(const std::string& rasterPath) {
+AuxiliaryFile readAuxiliaryFile(const std::string& rasterPath) {
     std::error_code error;
     const std::string name = rasterPath + ".aux.xml";
     if (!fs::is_regular_file(name, error) || fs::file_size(name, error) > kLargestFile) {
@@ -79,16 +84,20 @@ std::map<int, AuxiliaryBand> readAuxiliaryFile(const std::string& rasterPath) {
     std::ifstream stream(name, std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(stream), {}};
     const std::unique_ptr<Document> document = Document::parse(text);
-    std::map<int, AuxiliaryBand> bands;
+    AuxiliaryFile content;
     if (document->root()->name() != "PAMDataset") {
-        return bands;
+        return content;
+    }
+    for (const Element* each = document->child(document->root(), "Metadata"); each != nullptr;
+         each = each->next()) {
+        readItems(*document, *each, content.domains);
     }
     for (const Element* each = document->child(document->root(), "PAMRasterBand"); each != nullptr;
          each = each->next()) {
         const std::string_view number = document->attribute(each, "band").value_or("");
-        bands.emplace(numberIn<int>(number).value_or(0), bandIn(*document, *each));
+        content.bands.emplace(numberIn<int>(number).value_or(0), bandIn(*document, *each));
     }
-    return bands;
+    return content;
 }
 
 }  // namespace kestms

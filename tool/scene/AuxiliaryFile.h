@@ -16,13 +16,20 @@ struct AuxiliaryBand {
     std::optional<std::string> unit;
     std::optional<double> scale;
     std::optional<double> offset;
+    std::optional<double> noData;
+    std::optional<std::string> colour;  ///< GDAL's word for the colour interpretation
     std::optional<std::vector<std::string>> categories;
     std::map<std::string, MetadataItems> domains;  ///< "" is the default one
 };
 
-/// Reads the descriptions in GDAL's auxiliary file of a raster (".aux.xml"), by band, from 1.
-/// Ignores anything that could lead to another file. Empty when there is no such file, or it is too
-/// large or invalid.
-std::map<int, AuxiliaryBand> readAuxiliaryFile(const std::string& rasterPath);
+/// GDAL's auxiliary file of a raster.
+struct AuxiliaryFile {
+    std::map<int, AuxiliaryBand> bands;            ///< from 1
+    std::map<std::string, MetadataItems> domains;  ///< of the whole raster; "" is the default one
+};
+
+/// Reads the descriptions beside a raster (".aux.xml"). Ignores anything that could lead to another
+/// file. Empty when there is no such file, or it is too large or invalid.
+AuxiliaryFile readAuxiliaryFile(const std::string& rasterPath);
 
 }  // namespace kestms

@@ -91,8 +91,9 @@ std::vector<std::string> distinguishingParts(const std::vector<std::string>& pat
     return names;
 }
 
-void labelBands(const std::vector<Band*>& unknown, const std::vector<std::string>& paths) {
-    if (unknown.empty()) {
+void labelBands(const std::vector<Band*>& bands, const std::vector<std::string>& paths,
+                bool byFileName) {
+    if (bands.empty()) {
         return;
     }
     struct File {
@@ -106,15 +107,15 @@ void labelBands(const std::vector<Band*>& unknown, const std::vector<std::string
         File& file = files[paths[i]];
         file.part = parts[i];
         if (++file.bands == 1) {
-            file.auxiliary = readAuxiliaryFile(paths[i]);
+            file.auxiliary = readAuxiliaryFile(paths[i]).bands;
         }
     }
-    for (Band* band : unknown) {
+    for (Band* band : bands) {
         const File& file = files[band->componentPath];
         const std::string own = ownLabel(*band, file.auxiliary);
         if (!own.empty()) {
             band->name = own;
-        } else if (!file.part.empty()) {
+        } else if (byFileName && !file.part.empty()) {
             band->name = file.part + (file.bands > 1 ? " #" + std::to_string(band->componentFrame)
                                                      : std::string());
         }

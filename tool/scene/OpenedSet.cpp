@@ -7,6 +7,7 @@
 
 #include "bands/NamingScheme.h"
 #include "host/Text.h"
+#include "host/codecs/RasterSource.h"
 #include "properties/KestMultispectralBandNameProperty.h"
 #include "properties/KestMultispectralBandTypeProperty.h"
 #include "properties/KestMultispectralBucketProperty.h"
@@ -15,6 +16,7 @@
 #include "pyxis/FormatCodecGeoCorrelation.h"
 #include "sets/ComponentList.h"
 #include "sets/SetMembership.h"
+#include "tool/scene/AuxiliaryFile.h"
 #include "tool/scene/BandLabels.h"
 #include "tool/scene/Diagnosis.h"
 #include "tool/scene/Inputs.h"
@@ -134,6 +136,27 @@ void readPixelFacts(Pyxis::ReadImageFileFrameInterface& frame, Band& band) {
     }
 }
 
+/// What lies beside the component that was asked about last: bands of one follow each other.
+class LastAuxiliaryFile {
+  public:
+    std::optional<double> noDataOf(const Band& band) {
+        if (path_ != band.componentPath) {
+            path_ = band.componentPath;
+            content_ = readAuxiliaryFile(path_);
+        }
+        if (content_.bands.empty()) {
+            return std::nullopt;
+        }
+        const auto source = Pyxis::rasterSourceOf(Pyxis::fileSpecifier(path_), band.componentFrame);
+        const auto found = content_.bands.find(source ? source->band : 0);
+        return found == content_.bands.end() ? std::nullopt : found->second.noData;
+    }
+
+  private:
+    std::string path_;
+    AuxiliaryFile content_;
+};
+
 void readProperties(Pyxis::ReadImageFileFrameInterface& frame, Band& band, SetDescription& set,
                     SystemText& system) {
     const std::unique_ptr<Pyxis::FormatCodecPropertySetIterator> properties(frame.getProperties());
@@ -207,6 +230,7 @@ void OpenedSet::gatherFiles() {
 void OpenedSet::gatherBands(const KestMultispectralCodec& codec) {
     description_.scheme = codec.getNamingScheme(*image_);
     SystemText system;
+    LastAuxiliaryFile auxiliary;
     for (int i = 0; i < image_->getNumFrames(); ++i) {
         throwIfInterrupted();
         const auto frame = openFrame(i);
@@ -214,6 +238,9 @@ void OpenedSet::gatherBands(const KestMultispectralCodec& codec) {
         band.frame = i;
         readPixelFacts(*frame, band);
         readProperties(*frame, band, description_, system);
+        if (!band.noData) {
+            band.noData = auxiliary.noDataOf(band);
+        }
         codec.getBandDetails(*image_, i, band);
         bands_.push_back(std::move(band));
     }
@@ -221,15 +248,19 @@ void OpenedSet::gatherBands(const KestMultispectralCodec& codec) {
 
 void OpenedSet::labelUnknownBands() {
     std::vector<Band*> unknown;
+    std::vector<Band*> numbered;
     std::vector<std::string> paths;
     for (Band& band : bands_) {
         paths.push_back(band.componentPath);
         if (description_.scheme == kest::SchemeGeneric ||
             band.number == kest::kUnrecognisedNumber) {
             unknown.push_back(&band);
+        } else if (description_.scheme == kest::SchemeNumbered) {
+            numbered.push_back(&band);
         }
     }
-    labelBands(unknown, paths);
+    labelBands(unknown, paths, true);
+    labelBands(numbered, paths, false);  // the number is what their names differ in
 }
 
 void OpenedSet::gatherBuckets() {
