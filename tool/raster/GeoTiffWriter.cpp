@@ -13,6 +13,7 @@
 
 #include "host/gdal/ErrorCapture.h"
 #include "tool/raster/GdalSession.h"
+#include "tool/raster/SmallCache.h"
 #include "tool/raster/StringLists.h"
 #include "tool/raster/XmlText.h"
 #include "tool/terminal/Failure.h"
@@ -20,8 +21,6 @@
 namespace kestms {
 namespace {
 
-/// Of what GDAL keeps of blocks, whatever the size of the scene.
-constexpr GIntBig kBlockCache = 64 << 20;
 /// Of what is read at once; two such buffers are in use.
 constexpr std::size_t kBufferBytes = 32 << 20;
 /// Tiles are 256 pixels high, and most blocks of components divide this.
@@ -108,22 +107,6 @@ const char* predictorFor(GDALDataType type, const std::string& compression) {
     }
     return GDALGetDataTypeSizeBits(type) <= kLargestInteger ? "2" : "1";
 }
-
-/// Keeps GDAL's cache of blocks small, unless the user has set its size.
-class SmallCache {
-  public:
-    SmallCache() {
-        if (CPLGetConfigOption("GDAL_CACHEMAX", nullptr) == nullptr) {
-            GDALSetCacheMax64(std::min(before_, kBlockCache));
-        }
-    }
-    SmallCache(const SmallCache&) = delete;
-    SmallCache& operator=(const SmallCache&) = delete;
-    ~SmallCache() { GDALSetCacheMax64(before_); }
-
-  private:
-    GIntBig before_ = GDALGetCacheMax64();
-};
 
 /// Writes one file: the bands of a virtual raster, and one mask for all where they need it.
 class Writer {

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "tool/raster/GdalSession.h"
+#include "tool/raster/SmallCache.h"
 #include "tool/raster/VirtualRaster.h"
 #include "tool/terminal/Interrupt.h"
 
@@ -111,6 +112,7 @@ Channel channelOf(const OutputRaster& raster, const OutputBand& band, const Pyxi
 
 Picture drawQuicklook(const OutputRaster& raster, int longest) {
     GDALRegister_VRT();
+    const SmallCache cache;
     const Pyxis::Size size = pictureSize(raster.size, longest);
     std::vector<std::future<Channel>> reads;
     reads.reserve(raster.bands.size());
