@@ -34,7 +34,7 @@ TimeSpan timeOf(const StacOptions& options, const std::string& name, const std::
     if (!time) {
         throw options.time.empty()
             ? Failure(ExitCode::Usage, name,
-                      "its date stands in no name and no metadata file; give it with --datetime")
+                      "neither its name nor a metadata file tells its date; give it with --datetime")
             : Failure(ExitCode::Usage, "--datetime",
                       options.time +
                           " is neither a day (2018-06-29), a time "

@@ -92,8 +92,8 @@ void addBandsOption(CLI::App& command, ExportRequest& request, const std::string
     command
         .add_option("--bands", request.bands,
                     "Only these bands, in this order: names, common names (red, nir),\n"
-                    "numbers, #FRAME, or patterns such as '*_B4.TIF', with commas\n"
-                    "between them" +
+                    "numbers of the product (4, B4), #FRAME, or patterns such as\n"
+                    "'*_B4.TIF', with commas between them" +
                         more)
         ->allow_extra_args(false);
 }
