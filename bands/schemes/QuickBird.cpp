@@ -120,13 +120,15 @@ std::string whyGeneric(const BandFile& band) {
     if (!description) {
         return "it has no band list";
     }
-    std::string digits = digitsIn(*description);
-    digits.resize(std::max(digits.size(), kListLength), ' ');
-    if (knownList(digits) != nullptr) {
-        return {};
+    const std::string digits = digitsIn(*description);
+    std::string padded = digits;
+    padded.resize(std::max(digits.size(), kListLength), ' ');
+    if (knownList(padded) == nullptr) {
+        return "its band list is \"" + digits + "\", not 1234, 321, 432 or 1";
     }
-    digits.erase(digits.find_last_not_of(' ') + 1);
-    return "its band list is \"" + digits + "\", not 1234, 321, 432 or 1";
+    return band.frame < static_cast<int>(digits.size())
+               ? ""
+               : "its band list \"" + digits + "\" is shorter than the file's bands";
 }
 
 std::optional<Identity> identify(const BandFile& band) {

@@ -125,6 +125,9 @@ TEST_F(Info, ExplainsTheNamingScheme) {
     };
     const std::string listed = write("q_a.tif", listing("1,"));
     const std::string overlong = write("q_b.tif", listing("1,2,3,4,5"));
+    fakes::Raster two = listing("1,");
+    two.bands = 2;
+    const std::string shortList = write("q_c.tif", two);
     const auto nitf = [&](const char* name, const char* letter) {
         return write(
             name, {.driver = "NITF", .options = {"ICORDS=N", std::string("IREPBAND=") + letter}});
@@ -152,6 +155,10 @@ TEST_F(Info, ExplainsTheNamingScheme) {
         {{listed, overlong},
          "quickbird",
          {overlong + " has a generic name: its band list is \"12345\", not 1234, 321, 432 or 1"}},
+        {{listed, shortList + "#1"},
+         "quickbird",
+         {shortList + "#1 has a generic name: its band list \"1\" is shorter than the "
+                      "file's bands"}},
         {{lettered, odd},
          "nitf",
          {odd + " has a generic name: its band letter is \"X\", not R, G, B, N or M"}},
