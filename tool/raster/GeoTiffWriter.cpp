@@ -6,12 +6,13 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <exception>
 #include <fstream>
 #include <future>
 #include <optional>
 
 #include "host/gdal/ErrorCapture.h"
+#include "tool/raster/CloudOptimized.h"
+#include "tool/raster/CreationOptions.h"
 #include "tool/raster/GdalSession.h"
 #include "tool/raster/SmallCache.h"
 #include "tool/raster/StringLists.h"
@@ -96,18 +97,6 @@ void copyMetadata(GDALMajorObject& from, GDALMajorObject& to) {
     }
 }
 
-/// The differences between neighbours compress better than the samples.
-const char* predictorFor(GDALDataType type, const std::string& compression) {
-    constexpr int kLargestInteger = 32;
-    if (compression == "NONE" || GDALDataTypeIsComplex(type) != FALSE) {
-        return "1";
-    }
-    if (GDALDataTypeIsFloating(type) != FALSE) {
-        return "3";
-    }
-    return GDALGetDataTypeSizeBits(type) <= kLargestInteger ? "2" : "1";
-}
-
 /// Writes one file: the bands of a virtual raster, and one mask for all where they need it.
 class Writer {
   public:
@@ -129,12 +118,16 @@ class Writer {
         }
     }
 
-    std::vector<std::string> write(const std::string& path, bool isWhole,
+    std::vector<std::string> write(const std::string& path, bool withUsers,
                                    const ProgressFunction& progress) {
         const Pyxis::ErrorCapture errors;
         GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("GTiff");
+        CPLStringList options = creationOptions(options_, type_, withUsers);
+        if (hasSignedBytes(first())) {
+            options.SetNameValue("PIXELTYPE", "SIGNEDBYTE");
+        }
         to_.reset(driver->Create(path.c_str(), from_.GetRasterXSize(), from_.GetRasterYSize(),
-                                 from_.GetRasterCount(), type_, creationOptions(isWhole).List()));
+                                 from_.GetRasterCount(), type_, options.List()));
         if (to_) {
             describe();
             copyPixels(progress);
@@ -153,36 +146,6 @@ class Writer {
 
     const std::string& pathOf(GDALRasterBand& band) const {
         return raster_.bands[static_cast<std::size_t>(band.GetBand()) - 1].band.componentPath;
-    }
-
-    CPLStringList creationOptions(bool withUsers) {
-        CPLStringList options;
-        options.SetNameValue("TILED", "YES");
-        options.SetNameValue("COMPRESS", options_.compression.c_str());
-        options.SetNameValue("PREDICTOR", predictorFor(type_, options_.compression));
-        options.SetNameValue("INTERLEAVE", "BAND");
-        options.SetNameValue("BIGTIFF", "IF_SAFER");
-        options.SetNameValue("NUM_THREADS", "ALL_CPUS");
-        if (options_.compression == "DEFLATE") {
-            // In the differences there is little to find for more effort, which takes longer.
-            options.SetNameValue("ZLEVEL", "1");
-        }
-        // Colours are said band by band, not by the file's colour model.
-        options.SetNameValue("PHOTOMETRIC", "MINISBLACK");
-        options.SetNameValue("ALPHA", "NO");
-        if (hasSignedBytes(first())) {
-            options.SetNameValue("PIXELTYPE", "SIGNEDBYTE");
-        }
-        for (const std::string& option :
-             withUsers ? options_.creationOptions : std::vector<std::string>()) {
-            const std::size_t mark = option.find('=');
-            const std::string name = option.substr(0, mark);
-            if (EQUAL(name.c_str(), "COMPRESS") || EQUAL(name.c_str(), "NBITS")) {
-                options.SetNameValue("PREDICTOR", nullptr);  // not all of them have one
-            }
-            options.SetNameValue(name.c_str(), option.substr(mark + 1).c_str());
-        }
-        return options;
     }
 
     void describe() {
@@ -334,77 +297,6 @@ class Writer {
     std::vector<std::uint8_t> mask_;  ///< of the window that is being written
     std::vector<std::string> notes_;
 };
-
-/// Takes a function that throws through GDAL, which knows no exceptions.
-struct Relay {
-    const ProgressFunction& progress;
-    std::exception_ptr thrown;
-
-    static int CPL_STDCALL call(double part, const char* /*message*/, void* self) {
-        auto& relay = *static_cast<Relay*>(self);
-        try {
-            relay.progress(part);
-        } catch (...) {
-            relay.thrown = std::current_exception();
-        }
-        return relay.thrown ? FALSE : TRUE;
-    }
-};
-
-void writeCloudOptimized(const std::string& from, const GeoTiffOptions& settings,
-                         const OutputFile& output, const ProgressFunction& progress) {
-    const Pyxis::ErrorCapture errors;
-    CPLStringList options;
-    options.SetNameValue("COMPRESS", settings.compression.c_str());
-    options.SetNameValue("PREDICTOR", settings.compression == "NONE" ? "NO" : "YES");
-    options.SetNameValue("BIGTIFF", "IF_SAFER");
-    options.SetNameValue("NUM_THREADS", "ALL_CPUS");
-    for (const std::string& option : settings.creationOptions) {
-        const std::size_t mark = option.find('=');
-        options.SetNameValue(option.substr(0, mark).c_str(), option.substr(mark + 1).c_str());
-    }
-    Relay relay{progress, nullptr};
-    GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("COG");
-    const GDALDatasetUniquePtr source(GDALDataset::Open(from.c_str(), GDAL_OF_RASTER));
-    if (driver == nullptr || !source) {
-        output.fail(driver == nullptr ? "this GDAL writes no Cloud Optimized GeoTIFF"
-                                      : errors.message());
-    }
-    GDALDatasetUniquePtr copy(driver->CreateCopy(output.temporaryPath().c_str(), source.get(),
-                                                 FALSE, options.List(), Relay::call, &relay));
-    const bool complete = copy != nullptr;
-    copy.reset();
-    if (relay.thrown) {
-        std::rethrow_exception(relay.thrown);
-    }
-    if (!complete || !errors.message().empty()) {
-        output.fail(errors.message());
-    }
-}
-
-/// Options for a georeference beside the file. The file has its own.
-constexpr std::array kBesideFile = {"TFW", "WORLDFILE", "RPB", "RPCTXT", "PROFILE"};
-
-void checkCreationOptions(const GeoTiffOptions& options) {
-    const char* name = options.cloudOptimized ? "COG" : "GTiff";
-    GDALDriver* driver = GetGDALDriverManager()->GetDriverByName(name);
-    for (const std::string& option : options.creationOptions) {
-        CPLStringList list;
-        list.AddString(option.c_str());
-        const Pyxis::ErrorCapture silence;
-        if (option.find('=') == std::string::npos ||
-            GDALValidateCreationOptions(driver, list.List()) == FALSE) {
-            throw Failure(ExitCode::Usage, "--co " + option,
-                          std::string("no creation option of GDAL's driver ") + name);
-        }
-        const std::string key = option.substr(0, option.find('='));
-        if (std::any_of(kBesideFile.begin(), kBesideFile.end(),
-                        [&key](const char* each) { return EQUAL(key.c_str(), each); })) {
-            throw Failure(ExitCode::Usage, "--co " + option,
-                          "the georeference is in the file, not beside it");
-        }
-    }
-}
 
 /// A TIFF file has no place for names of categories. GDAL looks for them in its auxiliary file.
 void writeCategories(GDALDataset& raster, const std::string& path, const OutputFile& output) {
