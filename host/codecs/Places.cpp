@@ -6,6 +6,7 @@
 
 #include "host/Text.h"
 #include "host/file/FileHead.h"
+#include "host/file/WorldFile.h"
 #include "host/formats/FastSiblings.h"
 #include "host/formats/Formats.h"
 #include "host/raster/Gdal.h"
@@ -56,6 +57,12 @@ Expected<std::vector<std::string>> filesInArchive(const std::string& inside) {
     }
     const Expected<const Gdal*> gdal = Gdal::load();
     return gdal ? (*gdal)->listArchive(inside) : gdal.refusal();
+}
+
+std::vector<std::string> namesBeside(const std::string& raster) {
+    std::vector<std::string> names = worldFilesOf(raster);
+    names.insert(names.begin(), raster + ".aux.xml");
+    return names;
 }
 
 bool isNamedLikeRaster(const std::string& path) {

@@ -30,6 +30,9 @@ PYXIS_CODECS_API Expected<std::vector<std::string>> filesInArchive(const std::st
 /// Whether a file's extension is that of a component format.
 PYXIS_CODECS_API bool isNamedLikeRaster(const std::string& path);
 
+/// The names of files beside a raster that place or describe it, whether they are there or not.
+PYXIS_CODECS_API std::vector<std::string> namesBeside(const std::string& raster);
+
 /// Also looks for files in archives, as the policy allows.
 class PYXIS_CODECS_API ArchiveFileFinder final : public FindFileInterface {
   public:

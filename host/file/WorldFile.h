@@ -6,8 +6,6 @@
 #include <string_view>
 #include <vector>
 
-#include "host/file/Export.h"
-
 namespace Pyxis {
 
 /// The six numbers x0, xColumn, xRow, y0, yColumn, yRow, which map raster positions, in pixels from
@@ -16,7 +14,7 @@ using GeoTransform = std::array<double, 6>;
 
 /// The names that a raster's world file may have, the likeliest first; none for a name without an
 /// extension. For "a.tif" they are a.tfw, a.tifw and a.wld, in lower and upper case.
-PYXIS_CODECS_API std::vector<std::string> worldFilesOf(const std::string& path);
+std::vector<std::string> worldFilesOf(const std::string& path);
 
 /// The transform of the first readable world file beside a raster. Only a regular file of a few
 /// kilobytes counts, so that a pipe cannot block and a huge file costs nothing.

@@ -9,7 +9,6 @@
 #include "host/Text.h"
 #include "host/codecs/Places.h"
 #include "host/codecs/Readability.h"
-#include "host/file/WorldFile.h"
 #include "pyxis/FileReadDescriptor.h"
 #include "sets/ComponentList.h"
 #include "tool/terminal/Failure.h"
@@ -75,8 +74,7 @@ std::vector<std::string> filesOf(const std::string& path) {
     for (int i = 1; image && i < image->getNumFiles(); ++i) {
         files.push_back(Pyxis::toUtf8(image->getFile(i).string()));
     }
-    std::vector<std::string> beside = Pyxis::worldFilesOf(path);
-    beside.insert(beside.begin(), path + ".aux.xml");
+    const std::vector<std::string> beside = Pyxis::namesBeside(path);
     std::copy_if(beside.begin(), beside.end(), std::back_inserter(files),
                  [](const std::string& file) {
                      std::error_code error;
