@@ -37,9 +37,12 @@ std::string trimmed(const std::string& text) {
 /// "band 4", "8A" for "B8A". Empty for other texts.
 std::string numberInCode(const std::string& code) {
     const std::size_t digit = code.find_first_of("0123456789");
-    constexpr std::array kBefore = {"", "B", "b", "band ", "SR_B", "ST_B"};
+    const std::string before = code.substr(0, digit);
+    constexpr std::array kBefore = {"B", "Band", "Band ", "SR_B", "ST_B"};
     if (digit == code.npos ||
-        std::find(kBefore.begin(), kBefore.end(), code.substr(0, digit)) == kBefore.end()) {
+        (!before.empty() && std::none_of(kBefore.begin(), kBefore.end(), [&](const char* each) {
+            return matches(before, each);
+        }))) {
         return {};
     }
     return code.substr(std::min(code.find_first_not_of('0', digit), code.size() - 1));
