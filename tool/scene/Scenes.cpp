@@ -1,7 +1,10 @@
 #include "tool/scene/Scenes.h"
 
+#include <fnmatch.h>
+
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <optional>
 #include <system_error>
@@ -199,6 +202,37 @@ class Sorter {
     std::vector<std::string> loose_;
 };
 
+using SceneMatcher = bool (*)(const Scene& scene, const std::string& name);
+
+bool fits(const std::string& text, const std::string& pattern) {
+    return fnmatch(pattern.c_str(), text.c_str(), FNM_CASEFOLD) == 0;
+}
+
+/// From the strictest to the loosest; the first that finds scenes decides. Products of one day may
+/// have one scene name.
+constexpr SceneMatcher kSceneMatchers[] = {
+    [](const Scene& scene, const std::string& name) { return scene.name == name; },
+    [](const Scene& scene, const std::string& name) { return fits(scene.name, name); },
+    [](const Scene& scene, const std::string& name) {
+        return fits(scene.product, name) || fits(scene.productName, name);
+    },
+    [](const Scene& scene, const std::string& name) {
+        const fs::path folder =
+            scene.files.empty() ? fs::path() : fs::path(scene.files.front()).parent_path();
+        return std::any_of(folder.begin(), folder.end(),
+                           [&name](const fs::path& part) { return fits(part.string(), name); });
+    },
+};
+
+/// The names of scenes with their products, for a message.
+std::string labelsOf(const std::vector<const Scene*>& scenes) {
+    std::string labels;
+    for (const Scene* scene : scenes) {
+        labels += (labels.empty() ? "" : ", ") + scene->name + " of " + scene->product;
+    }
+    return labels;
+}
+
 }  // namespace
 
 std::vector<Scene> scenesAmong(Session& session, const std::vector<std::string>& paths) {
@@ -210,22 +244,28 @@ std::vector<Scene> scenesAmong(Session& session, const std::vector<std::string>&
 }
 
 const Scene& sceneNamed(const std::vector<Scene>& scenes, const std::string& name) {
-    const Scene* found = nullptr;
-    for (const Scene& scene : scenes) {
-        if (scene.name != name || (found != nullptr && scene.product.empty())) {
-            continue;
+    for (const SceneMatcher matches : kSceneMatchers) {
+        std::vector<const Scene*> found;
+        for (const Scene& scene : scenes) {
+            if (matches(scene, name)) {
+                found.push_back(&scene);
+            }
         }
-        if (found != nullptr) {
-            throw Failure(
-                ExitCode::Usage, name,
-                "names several scenes, of " + found->productName + " and of " + scene.productName);
+        const auto isOfProduct = [](const Scene* scene) { return !scene->product.empty(); };
+        if (std::any_of(found.begin(), found.end(), isOfProduct)) {
+            std::erase_if(found, std::not_fn(isOfProduct));
         }
-        found = &scene;
+        if (found.size() > 1 && isOfProduct(found.front())) {
+            throw Failure(ExitCode::Usage, name,
+                          "names several scenes; --scene takes the name of a product or a folder "
+                          "too: " +
+                              labelsOf(found));
+        }
+        if (!found.empty()) {
+            return *found.front();
+        }
     }
-    if (found == nullptr) {
-        throw Failure(ExitCode::Usage, name, "no such scene; there are " + sceneNames(scenes));
-    }
-    return *found;
+    throw Failure(ExitCode::Usage, name, "no such scene; there are " + sceneNames(scenes));
 }
 
 std::string sceneNames(const std::vector<Scene>& scenes) {

@@ -34,8 +34,9 @@ struct Scene {
 /// product in the folder of a scene is set aside there. Every path is in one scene.
 std::vector<Scene> scenesAmong(Session& session, const std::vector<std::string>& paths);
 
-/// The scene of that name, a product's before a folder's. Throws a Failure with ExitCode::Usage
-/// that lists the names when there is none, or several.
+/// The scene of that name, a product's before a folder's; `name` may be a pattern, and the name of a
+/// product or of a folder on the way to a scene. Throws a Failure with ExitCode::Usage that lists
+/// the names when there is none, or several.
 const Scene& sceneNamed(const std::vector<Scene>& scenes, const std::string& name);
 
 /// The names of scenes for a message, with commas, cut after a few.

@@ -72,8 +72,20 @@ TEST_F(Scenes, OneOfSeveralIsChosen) {
     EXPECT_EQ(refused.code, 2);
     EXPECT_EQ(refused.err, "kestms: " + all + ": holds 2 scenes; choose one with --scene NAME: " +
                                kFirst + ", " + kSecond + "\n");
-    EXPECT_EQ(runTool({"info", all, "--scene", kSecond, "--json"}).json()["referenceName"],
-              kSecond);
+    for (const std::string& scene : {kSecond, kSecond.substr(0, 25) + "*", std::string("B")}) {
+        EXPECT_EQ(runTool({"info", all, "--scene", scene, "--json"}).json()["referenceName"],
+                  kSecond);
+    }
+    // Products of one day have one scene name.
+    for (const char* band : {"2", "4"}) {
+        const std::string tile = "all/t/T32TQM_20180629T101031_B0" + std::string(band);
+        std::filesystem::create_directories(directory_ / "all/t");
+        write(tile + ".tif", {.type = GDT_UInt16});
+        write(tile + "_10m.tif", {.type = GDT_UInt16});
+    }
+    EXPECT_THAT(runTool({"info", all, "--scene", "T32*"}).err,
+                HasSubstr("names several scenes; --scene takes the name of a product or a folder"));
+    EXPECT_EQ(runTool({"info", all, "--scene", "*level 2A", "--json"}).json()["bands"].size(), 2U);
     EXPECT_THAT(runTool({"info", all, "--scene", "x"}).err,
                 HasSubstr("x: no such scene; there are " + kFirst));
     const Strings files = {
