@@ -173,7 +173,7 @@ class ArgumentReader {
         }
         const auto before = entries_.size();
         for (const std::string& line : linesOf(text)) {
-            const std::string entry = exists(line) ? line : withoutComment(line);
+            const std::string entry = exists(line) ? line : withoutScheme(withoutComment(line));
             if (!entry.empty()) {
                 readEntry(entry);
             }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <iterator>
 #include <set>
 #include <system_error>
 #include <utility>
@@ -27,6 +28,8 @@ constexpr std::array<std::string_view, 16> kOtherExtensions = {
     ".txt", ".xml", ".vrt", ".png", ".jpg", ".jpeg", ".json", ".md",
     ".ovr", ".msk", ".aux", ".imd", ".tfw", ".prj",  ".htm",  ".html"};
 
+constexpr std::array<std::string_view, 3> kPictureExtensions = {".png", ".jpg", ".jpeg"};
+
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
@@ -41,18 +44,23 @@ bool isHidden(const fs::path& path) {
     return path.filename().string().starts_with('.');
 }
 
+template <std::size_t N>
+bool hasExtension(const fs::path& path, const std::array<std::string_view, N>& extensions) {
+    return std::find(extensions.begin(), extensions.end(), lowered(path.extension().string())) !=
+           extensions.end();
+}
+
+bool isDecodable(const std::string& path) {
+    const Pyxis::ImageFormatCodec* codec = nullptr;
+    return Pyxis::FileReadDescriptor::findImageFileCodec(Pyxis::fileSpecifier(path), codec) ==
+           Pyxis::FormatDecodability::Decodable;
+}
+
 /// A file with the name of a raster is listed even when no codec reads it, so that a damaged one
 /// does not go unnoticed.
 bool isRaster(const fs::path& path) {
-    if (Pyxis::isNamedLikeRaster(path.string())) {
-        return true;
-    }
-    const std::string extension = lowered(path.extension().string());
-    const Pyxis::ImageFormatCodec* codec = nullptr;
-    return std::find(kOtherExtensions.begin(), kOtherExtensions.end(), extension) ==
-               kOtherExtensions.end() &&
-           Pyxis::FileReadDescriptor::findImageFileCodec(
-               Pyxis::fileSpecifier(path.string()), codec) == Pyxis::FormatDecodability::Decodable;
+    return Pyxis::isNamedLikeRaster(path.string()) ||
+           (!hasExtension(path, kOtherExtensions) && isDecodable(path.string()));
 }
 
 /// The pixels of FAST files are in other files of their kind, which are no rasters of their own.
@@ -67,15 +75,38 @@ void dropPixelFiles(std::vector<std::string>& paths) {
     std::erase_if(paths, [&pixels](const std::string& path) { return pixels.contains(path); });
 }
 
-std::vector<std::string> sorted(std::vector<std::string> paths, const std::string& place,
-                                const char* whyNone) {
-    if (paths.empty()) {
-        throw Failure(ExitCode::CannotRead, place, whyNone);
+/// The rasters among the files of a place.
+class RasterFiles {
+  public:
+    void add(const std::string& path) {
+        if (isHidden(path)) {
+            return;
+        }
+        if (isRaster(path)) {
+            rasters_.push_back(path);
+        } else if (hasExtension(path, kPictureExtensions)) {
+            pictures_.push_back(path);
+        }
     }
-    dropPixelFiles(paths);
-    std::sort(paths.begin(), paths.end(), comesBefore);
-    return paths;
-}
+
+    /// In natural order. Throws a Failure when there are none.
+    std::vector<std::string> take(const std::string& place, const char* whyNone) {
+        if (rasters_.empty()) {
+            std::copy_if(pictures_.begin(), pictures_.end(), std::back_inserter(rasters_),
+                         isDecodable);
+        }
+        if (rasters_.empty()) {
+            throw Failure(ExitCode::CannotRead, place, whyNone);
+        }
+        dropPixelFiles(rasters_);
+        std::sort(rasters_.begin(), rasters_.end(), comesBefore);
+        return std::move(rasters_);
+    }
+
+  private:
+    std::vector<std::string> rasters_;
+    std::vector<std::string> pictures_;  ///< beside other rasters they are previews
+};
 
 std::vector<std::string> rasterFilesInArchive(const std::string& archive) {
     const std::string inside = insideOf(archive);
@@ -83,14 +114,12 @@ std::vector<std::string> rasterFilesInArchive(const std::string& archive) {
     if (!files) {
         throw Failure(ExitCode::CannotRead, archive, files.refusal().reason);
     }
-    std::vector<std::string> rasters;
-    for (std::string& file : *files) {
+    RasterFiles rasters;
+    for (const std::string& file : *files) {
         throwIfInterrupted();
-        if (!isHidden(file) && isRaster(file)) {
-            rasters.push_back(std::move(file));
-        }
+        rasters.add(file);
     }
-    return sorted(std::move(rasters), archive, "the archive holds no raster files");
+    return rasters.take(archive, "the archive holds no raster files");
 }
 
 /// Removes and returns the leading digits, without leading zeros.
@@ -145,7 +174,7 @@ std::vector<std::string> rasterFilesBelow(const std::string& directory) {
     if (!fs::is_directory(directory, none)) {
         return rasterFilesInArchive(directory);
     }
-    std::vector<std::string> paths;
+    RasterFiles rasters;
     std::error_code error;
     fs::recursive_directory_iterator entries(directory,
                                              fs::directory_options::skip_permission_denied, error);
@@ -155,15 +184,14 @@ std::vector<std::string> rasterFilesBelow(const std::string& directory) {
         if (isHidden(entries->path()) || entries.depth() >= kDeepestFolder) {
             entries.disable_recursion_pending();
         }
-        if (!isHidden(entries->path()) && entries->is_regular_file(gone) &&
-            isRaster(entries->path())) {
-            paths.push_back(entries->path().string());
+        if (entries->is_regular_file(gone)) {
+            rasters.add(entries->path().string());
         }
     }
     if (error) {
         throw Failure(ExitCode::CannotRead, directory, error.message());
     }
-    return sorted(std::move(paths), directory, "the directory holds no raster files");
+    return rasters.take(directory, "the directory holds no raster files");
 }
 
 }  // namespace kestms

@@ -99,6 +99,20 @@ TEST_F(Scenes, OneOfSeveralIsChosen) {
               2U);
 }
 
+TEST_F(Scenes, PicturesAreRastersWhereThereIsNothingElse) {
+    std::filesystem::create_directory(directory_ / "p");
+    for (const std::string name : {"p/a_01", "p/a_02"}) {
+        write(name + ".png", {.transform = {}, .driver = "PNG"});
+        fakes::writeFile(directory_ / name + ".pgw", "30\n0\n0\n-30\n1015\n1985\n");
+    }
+    write("p/preview.png", {.transform = {}, .driver = "PNG"});
+    std::filesystem::remove(directory_ / "p/preview.png.aux.xml");
+    EXPECT_EQ(runTool({"info", "--json", directory_ / "p"}).json()["bands"].size(), 2U);
+    const Strings rasters = {write("p/b_1.tif"), write("p/b_2.tif")};
+    EXPECT_EQ(runTool({"info", "--json", directory_ / "p"}).json()["bands"],
+              runTool(joined({"info", "--json"}, rasters)).json()["bands"]);
+}
+
 TEST_F(Scenes, OfABandAtSeveralPixelSizesTheOwnIsTaken) {
     const std::string tile = "T32TQM_20180629T012042_";
     const std::string data = "S2A.SAFE/GRANULE/L2A/IMG_DATA/";
@@ -198,7 +212,7 @@ TEST_F(Scenes, OnlyTheUserNamesFilesOnTheNetwork) {
     const Outcome named = runTool({"info", remote, remote, "--json"});
     ASSERT_EQ(named.code, 0) << named.err;
     EXPECT_EQ(named.json()["bands"].size(), 2U);
-    fakes::writeFile(directory_ / "list.txt", "/vsicurl/" + remote + "\n" + (directory_ / "a.tif"));
+    fakes::writeFile(directory_ / "list.txt", remote + "\n" + (directory_ / "a.tif"));
     const std::string list = "@" + (directory_ / "list.txt");
     EXPECT_EQ(runTool({"info", list}).code, 3);
     EXPECT_EQ(runTool({"info", list, "--allow-remote", "--json"}).json()["bands"].size(), 2U);
