@@ -240,9 +240,9 @@ inline const ProductCase kProductCases[] = {
      {"~_BAND0.tif", "~_BAND4.tif"},
      "BAND4 nir multispectral, BAND0 pan panchromatic"},
     {"amazonia-1-wfi",
-     "AMAZONIA_1_WFI_20220811_036_018_L4",
+     "AMAZONIA_1_WFI_20220811_036_018_L4_LEFT",
      "2022-08-11",
-     {"~_LEFT_BAND2.tif", "~_LEFT_BAND1.tif"},
+     {"~_BAND2.tif", "~_BAND1.tif"},
      "BAND1 blue multispectral, BAND2 green multispectral"},
 };
 
