@@ -199,7 +199,7 @@ class ArgumentReader {
             entries_.push_back({component->path, component->frame});
         } else {
             failIfMissing(entry);
-            entries_.push_back({entry});
+            entries_.push_back({entry, {}, true});
         }
     }
 
@@ -294,7 +294,11 @@ Pyxis::FileSpecifier readSet(const std::vector<std::string>& arguments, Context&
 std::vector<Scene> readScenes(const std::vector<std::string>& paths, Context& context) {
     Session& session = context.session();
     std::vector<std::string> files;
-    for (const std::string& path : paths) {
+    for (const std::string& given : paths) {
+        const std::string path = withoutScheme(given);
+        if (Pyxis::kindOfPath(path) == Pyxis::PathKind::Remote) {
+            context.nameRemote(path);
+        }
         const std::vector<std::string> found = rastersAt(path);
         files.insert(files.end(), found.begin(), found.end());
     }
