@@ -174,10 +174,15 @@ std::vector<std::string> rasterFilesBelow(const std::string& directory) {
     if (!fs::is_directory(directory, none)) {
         return rasterFilesInArchive(directory);
     }
+    // A scene may have the name of its folder.
+    const std::string last =
+        (fs::path(directory) / "").lexically_normal().parent_path().filename().string();
+    const bool isNamed = !last.empty() && last != "." && last != "..";
     RasterFiles rasters;
     std::error_code error;
-    fs::recursive_directory_iterator entries(directory,
-                                             fs::directory_options::skip_permission_denied, error);
+    fs::recursive_directory_iterator entries(
+        isNamed ? fs::path(directory) : fs::weakly_canonical(directory, none),
+        fs::directory_options::skip_permission_denied, error);
     for (; !error && entries != fs::recursive_directory_iterator(); entries.increment(error)) {
         throwIfInterrupted();
         std::error_code gone;
