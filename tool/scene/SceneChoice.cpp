@@ -5,8 +5,11 @@
 #include <iterator>
 #include <set>
 
+#include "tool/scene/Components.h"
+#include "tool/scene/OpenedSet.h"
 #include "tool/scene/RasterDirectory.h"
 #include "tool/terminal/Failure.h"
+#include "tool/terminal/Interrupt.h"
 
 namespace fs = std::filesystem;
 
@@ -27,6 +30,18 @@ bool liesDirectlyIn(const Scene& scene, const std::string& folder) {
     return (parent / "").lexically_normal() == (place / "").lexically_normal();
 }
 
+/// What the codec calls a scene; empty if it is no set.
+std::string referenceNameOf(Context& context, const Scene& scene) {
+    throwIfInterrupted();
+    try {
+        const OpenedSet set(context.session(), setOf(componentsIn(context, scene.files)));
+        return set.description().referenceName;
+    } catch (const Failure&) {
+        throwIfInterrupted();
+        return {};
+    }
+}
+
 }  // namespace
 
 template <typename IsNear>
@@ -42,7 +57,7 @@ void SceneChoice::takeScene(const std::string& name, const std::vector<Scene>& s
     choose(isNear);
     choose([](const Scene&) { return true; });
     if (!context_.scene.empty()) {
-        choice = {sceneNamed(scenes, context_.scene)};
+        choice = {chosen(scenes)};
     }
     if (choice.size() > 1) {
         throw Failure(ExitCode::Usage, name,
@@ -58,6 +73,20 @@ void SceneChoice::takeScene(const std::string& name, const std::vector<Scene>& s
         entries_.push_back({path});
     }
     setAside(name, scene.setAside);
+}
+
+/// A scene of no product may go by what the codec calls it, as `kestms scenes` shows it.
+const Scene& SceneChoice::chosen(const std::vector<Scene>& scenes) {
+    if (const Scene* found = findScene(scenes, context_.scene)) {
+        return *found;
+    }
+    for (const Scene& scene : scenes) {
+        if (scene.product.empty() && referenceNameOf(context_, scene) == context_.scene) {
+            return scene;
+        }
+    }
+    throw Failure(ExitCode::Usage, context_.scene,
+                  "no such scene; there are " + sceneNames(scenes));
 }
 
 void SceneChoice::takeFolder(const std::string& folder) {
@@ -87,10 +116,10 @@ void SceneChoice::sortNamedFiles() {
     if (scenes.empty() || scenes.front().product.empty()) {
         return;
     }
-    const Scene* chosen = context_.scene.empty() ? nullptr : &sceneNamed(scenes, context_.scene);
+    const Scene* wanted = context_.scene.empty() ? nullptr : &chosen(scenes);
     std::vector<std::string> names;
     for (const Scene& scene : scenes) {
-        if (chosen != nullptr && &scene != chosen) {
+        if (wanted != nullptr && &scene != wanted) {
             dropNamed(scene.files);
             dropNamed(pathsOf(scene.setAside));
             continue;

@@ -32,6 +32,8 @@ class SceneChoice {
     void sortNamedFiles();
 
   private:
+    /// That which the user named. Throws a Failure with ExitCode::Usage when there is none.
+    const Scene& chosen(const std::vector<Scene>& scenes);
     /// Scenes of products come first, then rasters for which `isNear` holds, then all others.
     template <typename IsNear>
     void takeScene(const std::string& name, const std::vector<Scene>& scenes, IsNear isNear);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <functional>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <system_error>
@@ -58,6 +59,16 @@ bool liesIn(const std::string& path, const std::string& folder) {
     return folder.empty() ? path.find('/') == std::string::npos : path.starts_with(folder + "/");
 }
 
+/// The folder of the ".SAFE" product that a file is part of; empty when it is part of none.
+std::string safeFolderOf(const std::string& path) {
+    for (fs::path outer = path; outer.has_relative_path(); outer = outer.parent_path()) {
+        if (outer.extension() == ".SAFE") {
+            return outer.string();
+        }
+    }
+    return {};
+}
+
 /// The deepest common folder of the files; for a ".SAFE" product its whole folder.
 std::string commonFolder(const std::vector<Member>& members) {
     std::string folder = folderOf(members.front().path);
@@ -66,12 +77,35 @@ std::string commonFolder(const std::vector<Member>& members) {
             folder = folderOf(folder);
         }
     }
-    for (fs::path outer = folder; outer.has_relative_path(); outer = outer.parent_path()) {
-        if (outer.extension() == ".SAFE") {
-            return outer.string();
+    const std::string safe = safeFolderOf(members.front().path);
+    return safe.empty() ? folder : safe;
+}
+
+/// Whether two folders have the same band at the same pixel size.
+bool hasCopies(const std::vector<Member>& members) {
+    std::map<std::pair<const kest::CatalogueBand*, const kest::CatalogueBucket*>, std::string>
+        folders;
+    return std::any_of(members.begin(), members.end(), [&folders](const Member& member) {
+        const std::string folder = folderOf(member.path);
+        const auto [first, isNew] =
+            folders.try_emplace(std::pair(member.band, member.bucket), folder);
+        return member.band->details.role == kest::BandRole::Band && !isNew &&
+               first->second != folder;
+    });
+}
+
+/// A scene for each folder that has files of it.
+std::vector<Gathered> copiesOf(Gathered&& whole) {
+    std::vector<Gathered> copies;
+    std::map<std::string, std::size_t> places;
+    for (const Member& member : whole.members) {
+        const auto [place, isNew] = places.try_emplace(folderOf(member.path), copies.size());
+        if (isNew) {
+            copies.push_back({whole.scene, whole.product, {}, {}});
         }
+        copies[place->second].members.push_back(member);
     }
-    return folder;
+    return copies;
 }
 
 /// Sort key for the files of one band: the product's own pixel size first.
@@ -86,7 +120,7 @@ void sortMembers(Gathered& gathered) {
         return std::tuple_cat(std::tuple(a.band->order), preference(*gathered.product, a)) <
                std::tuple_cat(std::tuple(b.band->order), preference(*gathered.product, b));
     });
-    const kest::CatalogueBand* last = nullptr;
+    const Member* last = nullptr;
     for (const Member& member : members) {
         const kest::BandRole role = member.band->details.role;
         if (role == kest::BandRole::Metadata) {
@@ -96,13 +130,17 @@ void sortMembers(Gathered& gathered) {
             gathered.scene.setAside.push_back({member.path,
                                                std::string(kest::wordOf(kest::kRoleWords, role)),
                                                role != kest::BandRole::Preview});
-        } else if (member.band == last) {
-            gathered.scene.setAside.push_back(
-                {member.path, "same band at another pixel size", false});
+        } else if (last != nullptr && member.band == last->band) {
+            gathered.scene.setAside.push_back({member.path,
+                                               member.bucket == last->bucket
+                                                   ? "same band in another form"
+                                                   : "same band at another pixel size",
+                                               false});
+            continue;
         } else {
             gathered.scene.files.push_back(member.path);
         }
-        last = member.band;
+        last = &member;
     }
 }
 
@@ -123,16 +161,27 @@ class Sorter {
             loose_.push_back(path);
             return;
         }
-        Gathered& gathered = of(*file);
+        Gathered& gathered = of(*file, safeFolderOf(path));
         gathered.members.push_back({path, file->band, file->bucket});
     }
 
     std::vector<Scene> scenes() {
         std::vector<Scene> scenes;
+        std::vector<Gathered> separate;
+        for (Gathered& each : products_) {
+            if (hasCopies(each.members)) {
+                std::vector<Gathered> copies = copiesOf(std::move(each));
+                std::move(copies.begin(), copies.end(), std::back_inserter(separate));
+            } else {
+                separate.push_back(std::move(each));
+            }
+        }
+        products_ = std::move(separate);
         for (Gathered& each : products_) {
             sortMembers(each);
             each.folder = commonFolder(each.members);
         }
+        placeLayers();
         placeLoose();
         for (auto* group : {&products_, &folders_}) {
             for (Gathered& each : *group) {
@@ -143,9 +192,10 @@ class Sorter {
     }
 
   private:
-    Gathered& of(const kest::ProductFile& file) {
+    /// `safe` is the ".SAFE" folder of the file: a product may be there in several editions.
+    Gathered& of(const kest::ProductFile& file, const std::string& safe) {
         const auto [place, isNew] =
-            index_.try_emplace({file.product, file.sceneKey}, products_.size());
+            index_.try_emplace({file.product, file.sceneKey, safe}, products_.size());
         if (isNew) {
             Gathered& gathered = products_.emplace_back();
             gathered.product = file.product;
@@ -174,6 +224,27 @@ class Sorter {
         }
     }
 
+    /// The layers of a product may be named like those of another one: they belong to the scene
+    /// that has bands.
+    void placeLayers() {
+        std::map<std::string, Scene*> owners;
+        for (Gathered& each : products_) {
+            if (!each.scene.files.empty()) {
+                owners.try_emplace(each.folder, &each.scene);
+            }
+        }
+        for (Gathered& each : products_) {
+            Scene* owner =
+                each.scene.files.empty() ? ownerOf(each.members.front().path, owners) : nullptr;
+            if (owner != nullptr) {
+                auto& layers = each.scene.setAside;
+                owner->setAside.insert(owner->setAside.end(), layers.begin(), layers.end());
+                each.members.clear();
+            }
+        }
+        std::erase_if(products_, [](const Gathered& each) { return each.members.empty(); });
+    }
+
     void placeLoose() {
         std::map<std::string, std::size_t> byFolder;
         std::map<std::string, Scene*> owners;
@@ -196,7 +267,7 @@ class Sorter {
 
     Session& session_;
     std::shared_ptr<const kest::ProductCatalogue> catalogue_;
-    std::map<std::pair<const kest::Product*, std::u16string>, std::size_t> index_;
+    std::map<std::tuple<const kest::Product*, std::u16string, std::string>, std::size_t> index_;
     std::vector<Gathered> products_;
     std::vector<Gathered> folders_;
     std::vector<std::string> loose_;
@@ -224,13 +295,28 @@ constexpr SceneMatcher kSceneMatchers[] = {
     },
 };
 
-/// The names of scenes with their products, for a message.
-std::string labelsOf(const std::vector<const Scene*>& scenes) {
-    std::string labels;
-    for (const Scene* scene : scenes) {
-        labels += (labels.empty() ? "" : ", ") + scene->name + " of " + scene->product;
+using Scenes = std::vector<const Scene*>;
+
+/// A scene for a message: its name, and what tells it from others of that name.
+std::string labelOf(const Scene& scene, const Scenes& scenes) {
+    const auto sameName = std::count_if(scenes.begin(), scenes.end(), [&scene](const Scene* each) {
+        return each->name == scene.name;
+    });
+    if (sameName == 1 || scene.files.empty()) {
+        return scene.name;
     }
-    return labels;
+    const std::string safe = safeFolderOf(scene.files.front());
+    return scene.name + " (" + (scene.product.empty() ? "" : scene.product + ", ") +
+           (safe.empty() ? folderOf(scene.files.front()) : safe) + ")";
+}
+
+std::string labelsOf(const Scenes& scenes) {
+    constexpr std::size_t kMostListed = 10;
+    std::string labels;
+    for (std::size_t i = 0; i < std::min(scenes.size(), kMostListed); ++i) {
+        labels += (i == 0 ? "" : ", ") + labelOf(*scenes[i], scenes);
+    }
+    return scenes.size() > kMostListed ? labels + " and others" : labels;
 }
 
 }  // namespace
@@ -243,9 +329,9 @@ std::vector<Scene> scenesAmong(Session& session, const std::vector<std::string>&
     return sorter.scenes();
 }
 
-const Scene& sceneNamed(const std::vector<Scene>& scenes, const std::string& name) {
+const Scene* findScene(const std::vector<Scene>& scenes, const std::string& name) {
     for (const SceneMatcher matches : kSceneMatchers) {
-        std::vector<const Scene*> found;
+        Scenes found;
         for (const Scene& scene : scenes) {
             if (matches(scene, name)) {
                 found.push_back(&scene);
@@ -255,26 +341,24 @@ const Scene& sceneNamed(const std::vector<Scene>& scenes, const std::string& nam
         if (std::any_of(found.begin(), found.end(), isOfProduct)) {
             std::erase_if(found, std::not_fn(isOfProduct));
         }
-        if (found.size() > 1 && isOfProduct(found.front())) {
+        if (found.size() > 1) {
             throw Failure(ExitCode::Usage, name,
                           "names several scenes; --scene takes the name of a product or a folder "
                           "too: " +
                               labelsOf(found));
         }
         if (!found.empty()) {
-            return *found.front();
+            return found.front();
         }
     }
-    throw Failure(ExitCode::Usage, name, "no such scene; there are " + sceneNames(scenes));
+    return nullptr;
 }
 
 std::string sceneNames(const std::vector<Scene>& scenes) {
-    constexpr std::size_t kMostListed = 10;
-    std::string names;
-    for (std::size_t i = 0; i < std::min(scenes.size(), kMostListed); ++i) {
-        names += (i == 0 ? "" : ", ") + scenes[i].name;
-    }
-    return scenes.size() > kMostListed ? names + " and others" : names;
+    Scenes all;
+    std::transform(scenes.begin(), scenes.end(), std::back_inserter(all),
+                   [](const Scene& scene) { return &scene; });
+    return labelsOf(all);
 }
 
 std::string summaryOf(const std::vector<SetAside>& setAside) {

@@ -34,12 +34,13 @@ struct Scene {
 /// product in the folder of a scene is set aside there. Every path is in one scene.
 std::vector<Scene> scenesAmong(Session& session, const std::vector<std::string>& paths);
 
-/// The scene of that name, a product's before a folder's; `name` may be a pattern, and the name of a
-/// product or of a folder on the way to a scene. Throws a Failure with ExitCode::Usage that lists
-/// the names when there is none, or several.
-const Scene& sceneNamed(const std::vector<Scene>& scenes, const std::string& name);
+/// The scene of that name, a product's before a folder's; null without one. `name` may be a
+/// pattern, and the name of a product or of a folder on the way to a scene. Throws a Failure with
+/// ExitCode::Usage that lists them when there are several.
+const Scene* findScene(const std::vector<Scene>& scenes, const std::string& name);
 
-/// The names of scenes for a message, with commas, cut after a few.
+/// The names of scenes for a message, with commas, cut after a few. Where several have one name,
+/// their products and folders tell them apart.
 std::string sceneNames(const std::vector<Scene>& scenes);
 
 /// "3 quality, 7 ancillary"; empty when nothing was set aside.

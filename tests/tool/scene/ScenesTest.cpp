@@ -99,6 +99,33 @@ TEST_F(Scenes, OneOfSeveralIsChosen) {
               2U);
 }
 
+/// Two editions of a Sentinel-2 product, and two folders with one Landsat scene.
+TEST_F(Scenes, CopiesOfASceneAreToldApart) {
+    const std::string tile = "T32TQM_20200101T100319_";
+    for (const std::string& edition : {std::string("N0208"), std::string("N0500")}) {
+        const std::string safe = "two/S2A_MSIL2A_20200101T100319_" + edition + "_T32TQM.SAFE/";
+        for (const std::string& file :
+             {"IMG_DATA/R10m/" + tile + "B02_10m", "IMG_DATA/R10m/" + tile + "B04_10m",
+              "QI_DATA/" + tile + "PVI"}) {
+            std::filesystem::create_directories(
+                std::filesystem::path(directory_ / (safe + file)).parent_path());
+            write(safe + file + ".tif", {.type = GDT_UInt16});
+        }
+    }
+    writeLandsat8("two/x", kFirst);
+    writeLandsat8("two/y", kFirst);
+    const auto scenes = runTool({"scenes", directory_ / "two", "--json"}).json()["scenes"];
+    ASSERT_EQ(scenes.size(), 4U);
+    for (const nlohmann::json& scene : scenes) {
+        EXPECT_EQ(scene["files"].size(), scene["name"] == kFirst ? 3U : 2U);
+    }
+    EXPECT_EQ(scenes[0]["setAside"][0]["reason"], "preview");
+    EXPECT_THAT(runTool({"info", directory_ / "two"}).err, HasSubstr("N0500_T32TQM.SAFE)"));
+    const auto bands = runTool({"info", directory_ / "two", "--scene", "*N0500*", "--json"});
+    EXPECT_THAT(bands.json()["bands"][1]["file"].get<std::string>(), HasSubstr("N0500"));
+    EXPECT_EQ(runTool({"info", directory_ / "two", "--scene", "y"}).code, 0);
+}
+
 TEST_F(Scenes, PicturesAreRastersWhereThereIsNothingElse) {
     std::filesystem::create_directory(directory_ / "p");
     for (const std::string name : {"p/a_01", "p/a_02"}) {
