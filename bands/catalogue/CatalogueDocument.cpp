@@ -20,7 +20,8 @@ using xml::Element;
 
 // Documents within these bounds are read quickly.
 constexpr std::size_t kMaxProducts = 500;
-constexpr std::size_t kMaxBands = 20'000;
+/// Of all products, for each of their file names; and of one band table.
+constexpr std::size_t kMaxCodes = 20'000;
 constexpr std::size_t kMaxFilePatterns = 50;
 constexpr std::size_t kMaxFolders = 8;
 constexpr std::size_t kMaxText = 255;
@@ -75,8 +76,8 @@ std::vector<std::u16string> codesOf(std::u16string_view text) {
 class Reader {
   public:
     Reader(const Document& document, std::vector<std::shared_ptr<const Product>>& products,
-           std::size_t& bandCount)
-        : document_(document), products_(products), bandCount_(bandCount) {}
+           std::size_t& codeCount)
+        : document_(document), products_(products), codeCount_(codeCount) {}
 
     void read() {
         const Element& root = *document_.root();
@@ -281,7 +282,7 @@ class Reader {
 
     /// Reads what may stand in a band table; false for other elements.
     bool readTableChild(const Element& element, Table& table) const {
-        if (table.bands.size() + table.layers.size() > kMaxBands) {
+        if (table.bands.size() + table.layers.size() > kMaxCodes) {
             failAt(element, "is one too many");
         }
         if (element.name() == "bucket") {
@@ -380,13 +381,12 @@ class Reader {
             layer.order = kFirstLayerOrder + static_cast<int>(product.bands.size());
             product.bands.push_back(std::move(layer));
         }
-        bandCount_ += product.bands.size();
         if (product.bands.empty() || product.buckets.empty() || files.empty() ||
             product.name.texts.empty()) {
             fail(context_ + " needs a <name>, a <file>, a <bucket> and a <band>");
         }
-        if (bandCount_ > kMaxBands || files.size() > kMaxFilePatterns) {
-            fail(context_ + " has too many " + (bandCount_ > kMaxBands ? "bands" : "file names"));
+        if (files.size() > kMaxFilePatterns) {
+            fail(context_ + " has too many file names");
         }
         std::vector<std::u16string> codes;
         for (std::size_t band = 0; band < product.bands.size(); ++band) {
@@ -394,6 +394,10 @@ class Reader {
                 codes.push_back(upperCase(code));
                 product.bandOfCode.push_back(band);
             }
+        }
+        codeCount_ += codes.size() * files.size();
+        if (codeCount_ > kMaxCodes) {
+            fail(context_ + " has too many bands");
         }
         Table buckets;
         buckets.buckets = product.buckets;
@@ -420,7 +424,7 @@ class Reader {
 
     const Document& document_;
     std::vector<std::shared_ptr<const Product>>& products_;
-    std::size_t& bandCount_;
+    std::size_t& codeCount_;
     std::map<std::string, LocalText, std::less<>> terms_;
     std::map<std::string, Table, std::less<>> tables_;
     std::string context_;  ///< the current product or band table
@@ -430,7 +434,7 @@ class Reader {
 
 std::string readCatalogue(std::string_view document,
                           std::vector<std::shared_ptr<const Product>>& products,
-                          std::size_t& bandCount) {
+                          std::size_t& codeCount) {
     if (document.size() > kMaxCatalogueDocument) {
         return "is larger than a catalogue may be";
     }
@@ -443,7 +447,7 @@ std::string readCatalogue(std::string_view document,
         return "is not a whole XML document";
     }
     try {
-        Reader(*parsed, products, bandCount).read();
+        Reader(*parsed, products, codeCount).read();
     } catch (const DocumentFault& fault) {
         return fault.reason;
     }

@@ -15,9 +15,9 @@ inline constexpr std::size_t kMaxCatalogueDocument = std::size_t{1} << 20U;
 
 /// Reads a catalogue document (docs/catalogue.md) and adds its products. Returns why it cannot be
 /// used, in one sentence without a full stop that follows the document's name; empty on success.
-/// `bandCount` counts the bands of all products, which share a limit.
+/// `codeCount` counts the codes of all products, for each of their file names; they share a limit.
 std::string readCatalogue(std::string_view document,
                           std::vector<std::shared_ptr<const Product>>& products,
-                          std::size_t& bandCount);
+                          std::size_t& codeCount);
 
 }  // namespace kest

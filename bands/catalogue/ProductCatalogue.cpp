@@ -52,11 +52,11 @@ std::optional<std::string> readDocument(const Pyxis::FileSpecifier& file, std::s
 
 ProductCatalogue::Fault ProductCatalogue::add(std::string_view document) {
     std::vector<std::shared_ptr<const Product>> products = products_;
-    std::size_t bandCount = bandCount_;
-    std::string reason = readCatalogue(document, products, bandCount);
+    std::size_t codeCount = codeCount_;
+    std::string reason = readCatalogue(document, products, codeCount);
     if (reason.empty()) {
         products_ = std::move(products);
-        bandCount_ = bandCount;
+        codeCount_ = codeCount;
     }
     return {std::move(reason)};
 }

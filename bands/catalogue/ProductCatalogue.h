@@ -49,7 +49,7 @@ class ProductCatalogue {
 
   private:
     std::vector<std::shared_ptr<const Product>> products_;
-    std::size_t bandCount_ = 0;
+    std::size_t codeCount_ = 0;
 };
 
 /// Whether a witness of the file's product exists, or the product needs none. `codec` is passed to

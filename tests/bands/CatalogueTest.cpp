@@ -195,6 +195,12 @@ TEST_F(CatalogueTest, BoundsWhatADocumentCanAskFor) {
                     "' bands='t'><name>p</name><file>{band}</file></product>";
     }
     EXPECT_THAT(use(catalogueOf(document)), HasSubstr("product \"20\" has too many bands"));
+    document = "<bands id='t'><bucket id='b' number='0'/>" + bands +
+               "</bands><product id='p' bands='t'><name>p</name>";
+    for (int i = 0; i < 21; ++i) {
+        document += "<file>x" + std::to_string(i) + "{band}</file>";
+    }
+    EXPECT_THAT(use(catalogueOf(document + "</product>")), HasSubstr("too many bands"));
     std::string files;
     for (int i = 0; i < 51; ++i) {
         files += "<file>{band}</file>";
