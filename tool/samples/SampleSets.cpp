@@ -120,6 +120,37 @@ SampleSet landsat7() {
              {kScene + "B80.TIF", {Panchromatic}, kHalfFine}}};
 }
 
+SampleSet landsat9() {
+    const std::string scene = "LC09_L1TP_193026_20250712_20250712_02_T1_";
+    return {"landsat9",
+            "A Landsat 9 product of Collection 2, by the catalogue of products",
+            7680.0,
+            Samples::ElevenBits,
+            {{scene + "B2.TIF", {Blue}, kNormal},
+             {scene + "B3.TIF", {Green}, kNormal},
+             {scene + "B4.TIF", {Red}, kNormal},
+             {scene + "B5.TIF", {NearInfrared}, kNormal},
+             {scene + "B6.TIF", {ShortWave1}, kNormal},
+             {scene + "B7.TIF", {ShortWave2}, kNormal},
+             {scene + "B8.TIF", {Panchromatic}, kHalfFine},
+             {scene + "B10.TIF", {Thermal}, kNormal}}};
+}
+
+SampleSet sentinel2() {
+    const std::string scene = "T32UMB_20250712T102559_";
+    return {"sentinel2",
+            "Bands of a Sentinel-2 level 2A product, by the catalogue of products",
+            5120.0,
+            Samples::ElevenBits,
+            {{scene + "B02_10m.tif", {Blue}, kHalfFine},
+             {scene + "B03_10m.tif", {Green}, kHalfFine},
+             {scene + "B04_10m.tif", {Red}, kHalfFine},
+             {scene + "B08_10m.tif", {NearInfrared}, kHalfFine},
+             {scene + "B8A_20m.tif", {NearInfrared}, kNormal},
+             {scene + "B11_20m.tif", {ShortWave1}, kNormal},
+             {scene + "B12_20m.tif", {ShortWave2}, kNormal}}};
+}
+
 SampleSet numbered() {
     return {"numbered",
             "Files told apart by the two digits at the end of their names",
@@ -192,6 +223,8 @@ std::vector<SampleSet> sampleSets() {
     return {poProduct(),
             poProductNitf(),
             landsat7(),
+            landsat9(),
+            sentinel2(),
             numbered(),
             generic(),
             quickBird("1234", "1, 2, 3, 4", {Blue, Green, Red, NearInfrared}),

@@ -46,6 +46,16 @@ Lines landsat(const std::string& scheme, const Lines& files) {
     return lines;
 }
 
+/// A scene of the catalogue.
+Lines withFiles(const std::string& scene,
+                const std::vector<std::pair<std::string, std::string>>& bands) {
+    Lines lines = {"9 " + scene};
+    for (const auto& [band, file] : bands) {
+        lines.push_back(band + scene + "_" + file + "#0");
+    }
+    return lines;
+}
+
 TEST(Samples, EverySetIsRecognisedBandByBand) {
     const fakes::TempDirectory directory;
     ASSERT_EQ(runTool({"samples", directory.path(), "--size", "8"}).code, 0);
@@ -67,6 +77,27 @@ TEST(Samples, EverySetIsRecognisedBandByBand) {
         {"landsat7-fast",
          landsat("6", {"HRF.FST#0", "HRF.FST#1", "HRF.FST#2", "HRF.FST#3", "HRF.FST#4", "HRF.FST#5",
                        "HTM.FST#0", "HTM.FST#1", "HPN.FST#0"})},
+        {"landsat9",
+         withFiles(
+             "LC09_L1TP_193026_20250712_20250712_02_T1",
+             {{"1 Blue (B2)|blue|blue|0 Reflective bands|", "B2.TIF"},
+              {"2 Green (B3)|green|green|0 Reflective bands|", "B3.TIF"},
+              {"3 Red (B4)|red|red|0 Reflective bands|", "B4.TIF"},
+              {"4 Near infrared (B5)|near-infrared|none|0 Reflective bands|", "B5.TIF"},
+              {"5 Short-wave infrared 1 (B6)|mid-infrared|none|0 Reflective bands|", "B6.TIF"},
+              {"6 Short-wave infrared 2 (B7)|mid-infrared|none|0 Reflective bands|", "B7.TIF"},
+              {"8 Thermal infrared 1 (B10)|thermal-low-gain|none|0 Reflective bands|", "B10.TIF"},
+              {"10 Panchromatic (B8)|panchromatic|none|2 Panchromatic band|", "B8.TIF"}})},
+        {"sentinel2",
+         withFiles(
+             "T32UMB_20250712T102559",
+             {{"1 Blue (B02)|blue|blue|0 10 m bands|", "B02_10m.tif"},
+              {"2 Green (B03)|green|green|0 10 m bands|", "B03_10m.tif"},
+              {"3 Red (B04)|red|red|0 10 m bands|", "B04_10m.tif"},
+              {"7 Near infrared (B08)|near-infrared|none|0 10 m bands|", "B08_10m.tif"},
+              {"8 Near infrared, narrow (B8A)|near-infrared|none|1 20 m bands|", "B8A_20m.tif"},
+              {"11 Short-wave infrared 1 (B11)|mid-infrared|none|1 20 m bands|", "B11_20m.tif"},
+              {"12 Short-wave infrared 2 (B12)|mid-infrared|none|1 20 m bands|", "B12_20m.tif"}})},
         {"numbered",
          {"2 scene", "1 B01|unknown|none|1 Group 1|scene_01.tif#0",
           "2 B02|unknown|none|1 Group 1|scene_02.tif#0",
