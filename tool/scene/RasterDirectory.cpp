@@ -28,7 +28,8 @@ constexpr std::array<std::string_view, 16> kOtherExtensions = {
     ".txt", ".xml", ".vrt", ".png", ".jpg", ".jpeg", ".json", ".md",
     ".ovr", ".msk", ".aux", ".imd", ".tfw", ".prj",  ".htm",  ".html"};
 
-constexpr std::array<std::string_view, 3> kPictureExtensions = {".png", ".jpg", ".jpeg"};
+/// Beside other rasters they are previews, or made of them.
+constexpr std::array<std::string_view, 4> kSecondaryExtensions = {".png", ".jpg", ".jpeg", ".vrt"};
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
@@ -84,15 +85,15 @@ class RasterFiles {
         }
         if (isRaster(path)) {
             rasters_.push_back(path);
-        } else if (hasExtension(path, kPictureExtensions)) {
-            pictures_.push_back(path);
+        } else if (hasExtension(path, kSecondaryExtensions)) {
+            secondary_.push_back(path);
         }
     }
 
     /// In natural order. Throws a Failure when there are none.
     std::vector<std::string> take(const std::string& place, const char* whyNone) {
         if (rasters_.empty()) {
-            std::copy_if(pictures_.begin(), pictures_.end(), std::back_inserter(rasters_),
+            std::copy_if(secondary_.begin(), secondary_.end(), std::back_inserter(rasters_),
                          isDecodable);
         }
         if (rasters_.empty()) {
@@ -105,7 +106,7 @@ class RasterFiles {
 
   private:
     std::vector<std::string> rasters_;
-    std::vector<std::string> pictures_;  ///< beside other rasters they are previews
+    std::vector<std::string> secondary_;  ///< count only where there is nothing else
 };
 
 std::vector<std::string> rasterFilesInArchive(const std::string& archive) {
