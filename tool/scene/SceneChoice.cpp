@@ -8,6 +8,7 @@
 #include "tool/scene/Components.h"
 #include "tool/scene/OpenedSet.h"
 #include "tool/scene/RasterDirectory.h"
+#include "tool/scene/SceneNames.h"
 #include "tool/terminal/Failure.h"
 #include "tool/terminal/Interrupt.h"
 

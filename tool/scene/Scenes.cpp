@@ -1,13 +1,11 @@
 #include "tool/scene/Scenes.h"
 
-#include <fnmatch.h>
-
 #include <algorithm>
 #include <filesystem>
-#include <functional>
 #include <iterator>
 #include <map>
 #include <optional>
+#include <string_view>
 #include <system_error>
 #include <tuple>
 #include <utility>
@@ -36,7 +34,6 @@ struct Gathered {
     Scene scene;
     const kest::Product* product = nullptr;
     std::vector<Member> members;
-    std::string folder;
 };
 
 std::string folderOf(const std::string& path) {
@@ -59,11 +56,14 @@ bool liesIn(const std::string& path, const std::string& folder) {
     return folder.empty() ? path.find('/') == std::string::npos : path.starts_with(folder + "/");
 }
 
+constexpr std::string_view kSafe = ".SAFE";
+
 /// The folder of the ".SAFE" product that a file is part of; empty when it is part of none.
 std::string safeFolderOf(const std::string& path) {
-    for (fs::path outer = path; outer.has_relative_path(); outer = outer.parent_path()) {
-        if (outer.extension() == ".SAFE") {
-            return outer.string();
+    // Nearly all files are part of none.
+    for (std::size_t at = path.find(kSafe); at != path.npos; at = path.find(kSafe, at + 1)) {
+        if (path[at + kSafe.size()] == '/') {
+            return path.substr(0, at + kSafe.size());
         }
     }
     return {};
@@ -101,7 +101,7 @@ std::vector<Gathered> copiesOf(Gathered&& whole) {
     for (const Member& member : whole.members) {
         const auto [place, isNew] = places.try_emplace(folderOf(member.path), copies.size());
         if (isNew) {
-            copies.push_back({whole.scene, whole.product, {}, {}});
+            copies.push_back({whole.scene, whole.product, {}});
         }
         copies[place->second].members.push_back(member);
     }
@@ -179,7 +179,7 @@ class Sorter {
         products_ = std::move(separate);
         for (Gathered& each : products_) {
             sortMembers(each);
-            each.folder = commonFolder(each.members);
+            each.scene.folder = commonFolder(each.members);
         }
         placeLayers();
         placeLoose();
@@ -230,7 +230,7 @@ class Sorter {
         std::map<std::string, Scene*> owners;
         for (Gathered& each : products_) {
             if (!each.scene.files.empty()) {
-                owners.try_emplace(each.folder, &each.scene);
+                owners.try_emplace(each.scene.folder, &each.scene);
             }
         }
         for (Gathered& each : products_) {
@@ -249,7 +249,7 @@ class Sorter {
         std::map<std::string, std::size_t> byFolder;
         std::map<std::string, Scene*> owners;
         for (Gathered& each : products_) {
-            owners.try_emplace(each.folder, &each.scene);
+            owners.try_emplace(each.scene.folder, &each.scene);
         }
         for (const std::string& path : loose_) {
             if (Scene* owner = ownerOf(path, owners)) {
@@ -259,7 +259,9 @@ class Sorter {
             const std::string folder = folderOf(path);
             const auto [place, isNew] = byFolder.try_emplace(folder, folders_.size());
             if (isNew) {
-                folders_.emplace_back().scene.name = folderName(path);
+                Scene& scene = folders_.emplace_back().scene;
+                scene.name = folderName(path);
+                scene.folder = folder;
             }
             folders_[place->second].scene.files.push_back(path);
         }
@@ -273,52 +275,6 @@ class Sorter {
     std::vector<std::string> loose_;
 };
 
-using SceneMatcher = bool (*)(const Scene& scene, const std::string& name);
-
-bool fits(const std::string& text, const std::string& pattern) {
-    return fnmatch(pattern.c_str(), text.c_str(), FNM_CASEFOLD) == 0;
-}
-
-/// From the strictest to the loosest; the first that finds scenes decides. Products of one day may
-/// have one scene name.
-constexpr SceneMatcher kSceneMatchers[] = {
-    [](const Scene& scene, const std::string& name) { return scene.name == name; },
-    [](const Scene& scene, const std::string& name) { return fits(scene.name, name); },
-    [](const Scene& scene, const std::string& name) {
-        return fits(scene.product, name) || fits(scene.productName, name);
-    },
-    [](const Scene& scene, const std::string& name) {
-        const fs::path folder =
-            scene.files.empty() ? fs::path() : fs::path(scene.files.front()).parent_path();
-        return std::any_of(folder.begin(), folder.end(),
-                           [&name](const fs::path& part) { return fits(part.string(), name); });
-    },
-};
-
-using Scenes = std::vector<const Scene*>;
-
-/// A scene for a message: its name, and what tells it from others of that name.
-std::string labelOf(const Scene& scene, const Scenes& scenes) {
-    const auto sameName = std::count_if(scenes.begin(), scenes.end(), [&scene](const Scene* each) {
-        return each->name == scene.name;
-    });
-    if (sameName == 1 || scene.files.empty()) {
-        return scene.name;
-    }
-    const std::string safe = safeFolderOf(scene.files.front());
-    return scene.name + " (" + (scene.product.empty() ? "" : scene.product + ", ") +
-           (safe.empty() ? folderOf(scene.files.front()) : safe) + ")";
-}
-
-std::string labelsOf(const Scenes& scenes) {
-    constexpr std::size_t kMostListed = 10;
-    std::string labels;
-    for (std::size_t i = 0; i < std::min(scenes.size(), kMostListed); ++i) {
-        labels += (i == 0 ? "" : ", ") + labelOf(*scenes[i], scenes);
-    }
-    return scenes.size() > kMostListed ? labels + " and others" : labels;
-}
-
 }  // namespace
 
 std::vector<Scene> scenesAmong(Session& session, const std::vector<std::string>& paths) {
@@ -327,38 +283,6 @@ std::vector<Scene> scenesAmong(Session& session, const std::vector<std::string>&
         sorter.add(path);
     }
     return sorter.scenes();
-}
-
-const Scene* findScene(const std::vector<Scene>& scenes, const std::string& name) {
-    for (const SceneMatcher matches : kSceneMatchers) {
-        Scenes found;
-        for (const Scene& scene : scenes) {
-            if (matches(scene, name)) {
-                found.push_back(&scene);
-            }
-        }
-        const auto isOfProduct = [](const Scene* scene) { return !scene->product.empty(); };
-        if (std::any_of(found.begin(), found.end(), isOfProduct)) {
-            std::erase_if(found, std::not_fn(isOfProduct));
-        }
-        if (found.size() > 1) {
-            throw Failure(ExitCode::Usage, name,
-                          "names several scenes; --scene takes the name of a product or a folder "
-                          "too: " +
-                              labelsOf(found));
-        }
-        if (!found.empty()) {
-            return found.front();
-        }
-    }
-    return nullptr;
-}
-
-std::string sceneNames(const std::vector<Scene>& scenes) {
-    Scenes all;
-    std::transform(scenes.begin(), scenes.end(), std::back_inserter(all),
-                   [](const Scene& scene) { return &scene; });
-    return labelsOf(all);
 }
 
 std::string summaryOf(const std::vector<SetAside>& setAside) {

@@ -24,6 +24,7 @@ struct Scene {
     std::string product;             ///< its id in the catalogue; empty when no product is known
     std::string productName;         ///< for people
     std::string name;                ///< the scene's; the folder's when no product is known
+    std::string folder;              ///< that holds it; of a ".SAFE" product the whole
     std::string date;                ///< "2018-06-29"; empty when the name has none
     std::vector<std::string> files;  ///< of the bands, in their order
     std::vector<SetAside> setAside;
@@ -33,15 +34,6 @@ struct Scene {
 /// files in `paths`. If a band has several pixel sizes, the product's own is used. A raster of no
 /// product in the folder of a scene is set aside there. Every path is in one scene.
 std::vector<Scene> scenesAmong(Session& session, const std::vector<std::string>& paths);
-
-/// The scene of that name, a product's before a folder's; null without one. `name` may be a
-/// pattern, and the name of a product or of a folder on the way to a scene. Throws a Failure with
-/// ExitCode::Usage that lists them when there are several.
-const Scene* findScene(const std::vector<Scene>& scenes, const std::string& name);
-
-/// The names of scenes for a message, with commas, cut after a few. Where several have one name,
-/// their products and folders tell them apart.
-std::string sceneNames(const std::vector<Scene>& scenes);
 
 /// "3 quality, 7 ancillary"; empty when nothing was set aside.
 std::string summaryOf(const std::vector<SetAside>& setAside);
