@@ -1,43 +1,39 @@
 #include "tool/raster/LayerStyle.h"
 
-#include <algorithm>
 #include <array>
 #include <filesystem>
-
-#include "bands/BandTypes.h"
 
 namespace kestms {
 namespace {
 
-using kest::BandAssignment;
-
 struct Channel {
-    BandAssignment assignment;
+    GDALColorInterp colour;
     const char* word;
 };
 
 /// Other programs leave comments out when they save a style.
 constexpr const char* kMark = "<!-- written by kestms -->";
 
-constexpr std::array kChannels = {Channel{BandAssignment::RedChannel, "red"},
-                                  Channel{BandAssignment::GreenChannel, "green"},
-                                  Channel{BandAssignment::BlueChannel, "blue"}};
+constexpr std::array kChannels = {Channel{GCI_RedBand, "red"}, Channel{GCI_GreenBand, "green"},
+                                  Channel{GCI_BlueBand, "blue"}};
 
 /// Counted from 1; 0 for none.
-std::ptrdiff_t bandFor(const OutputRaster& raster, BandAssignment channel) {
-    const auto found =
-        std::find_if(raster.bands.begin(), raster.bands.end(),
-                     [channel](const OutputBand& each) { return each.band.assignment == channel; });
-    return found == raster.bands.end() ? 0 : found - raster.bands.begin() + 1;
+int bandOf(GDALDataset& raster, GDALColorInterp colour) {
+    for (GDALRasterBand* band : raster.GetBands()) {
+        if (band->GetColorInterpretation() == colour) {
+            return band->GetBand();
+        }
+    }
+    return 0;
 }
 
 }  // namespace
 
-std::string layerStyle(const OutputRaster& raster) {
+std::string layerStyle(GDALDataset& raster) {
     std::string bands;
     std::string stretches;
-    for (const auto& [assignment, word] : kChannels) {
-        const std::ptrdiff_t band = bandFor(raster, assignment);
+    for (const auto& [colour, word] : kChannels) {
+        const int band = bandOf(raster, colour);
         if (band == 0) {
             return {};
         }

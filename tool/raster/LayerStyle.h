@@ -1,15 +1,15 @@
 #pragma once
 
+#include <gdal_priv.h>
+
 #include <string>
 #include <string_view>
 
-#include "tool/raster/OutputGrid.h"
-
 namespace kestms {
 
-/// The layer style (QML) that makes QGIS show the raster in the colours of its display channels;
-/// empty for a raster without bands for all three.
-std::string layerStyle(const OutputRaster& raster);
+/// The layer style (QML) that makes QGIS show the raster's red, green and blue bands in these
+/// colours; empty for a raster without one of them.
+std::string layerStyle(GDALDataset& raster);
 
 /// Whether a style is one that this program wrote, and nobody has saved since.
 bool isOwnLayerStyle(std::string_view style);

@@ -43,11 +43,17 @@ std::vector<std::string> requestNotes(const OutputRaster& raster, const ExportRe
     return notes;
 }
 
-std::vector<Note> writeAll(const Context& context, const ExportRequest& request,
-                           const VirtualRasterOptions& options,
-                           const std::vector<OutputRaster>& rasters, const Files& files,
-                           const RasterWriter& write) {
+/// What is to be done once the rasters are written.
+struct Written {
     std::vector<Note> notes;
+    std::vector<std::string> styles;  ///< of each raster; may be empty
+};
+
+Written writeAll(const Context& context, const ExportRequest& request,
+                 const VirtualRasterOptions& options, const std::vector<OutputRaster>& rasters,
+                 const Files& files, const RasterWriter& write) {
+    Written written;
+    std::vector<Note>& notes = written.notes;
     ProgressBar bar(context.err, !context.quiet && isTerminal(context.err));
     for (std::size_t i = 0; i < rasters.size(); ++i) {
         const auto count = static_cast<double>(rasters.size());
@@ -64,8 +70,9 @@ std::vector<Note> writeAll(const Context& context, const ExportRequest& request,
         for (const std::string& text : write(rasters[i], pixels, *files[i], progress)) {
             notes.push_back({rasters[i].path, text});
         }
+        written.styles.push_back(request.withStyle ? layerStyle(pixels.dataset()) : "");
     }
-    return notes;
+    return written;
 }
 
 VirtualRasterOptions optionsOf(const ExportRequest& request, VirtualRasterOptions::Paths paths) {
@@ -77,9 +84,8 @@ VirtualRasterOptions optionsOf(const ExportRequest& request, VirtualRasterOption
 }
 
 /// A style that the user saved stays: no argument has named it.
-void addStyle(const Context& context, const ExportRequest& request, const OutputRaster& raster,
+void addStyle(const Context& context, const OutputRaster& raster, const std::string& style,
               Files& files) {
-    const std::string style = request.withStyle ? layerStyle(raster) : "";
     const std::string path = layerStylePath(raster.path);
     std::error_code error;
     const auto status = std::filesystem::status(path, error);
@@ -128,12 +134,12 @@ void exportRasters(Context& context, const ExportRequest& request, OutputFormat 
     const VirtualRasterOptions options = optionsOf(
         request, format == OutputFormat::VirtualRaster ? VirtualRasterOptions::Paths::Relative
                                                        : VirtualRasterOptions::Paths::Absolute);
-    const std::vector<Note> notes = writeAll(context, request, options, rasters, files, write);
-    for (const OutputRaster& raster : rasters) {
-        addStyle(context, request, raster, files);
+    const Written written = writeAll(context, request, options, rasters, files, write);
+    for (std::size_t i = 0; i < rasters.size(); ++i) {
+        addStyle(context, rasters[i], written.styles[i], files);
     }
     commitTogether(files);
-    for (const Note& note : notes) {
+    for (const Note& note : written.notes) {
         context.warn(note.path, note.text);
     }
     for (const OutputRaster& raster : rasters) {

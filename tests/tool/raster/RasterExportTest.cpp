@@ -475,6 +475,17 @@ TEST_F(RasterExport, AStyleShowsNaturalColours) {
     infoOf({"vrt", "--order", "display"}, set);
     EXPECT_THAT(fakes::readFile(directory_ / "out.qml"),
                 HasSubstr("redBand=\"1\" greenBand=\"2\" blueBand=\"3\""));
+    // As their components say, if the set does not know.
+    Strings coloured;
+    for (const GDALColorInterp colour : {GCI_BlueBand, GCI_GreenBand, GCI_RedBand}) {
+        coloured.push_back(write("c" + std::to_string(colour) + ".tif"));
+        change(coloured.back(), [colour](GDALDataset& file) {
+            file.GetRasterBand(1)->SetColorInterpretation(colour);
+        });
+    }
+    infoOf({"vrt"}, coloured);
+    EXPECT_THAT(fakes::readFile(directory_ / "out.qml"), HasSubstr("Band=\"1\""));
+    infoOf({"vrt"}, set);
     fakes::writeFile(directory_ / "own.qml", "mine");
     const Outcome kept = runTool({"vrt", set[0], "-o", directory_ / "own.vrt", "--overwrite"});
     EXPECT_THAT(kept.err, HasSubstr("own.qml: the style that is there stays\n"));
