@@ -1,6 +1,7 @@
 #include "tool/scene/OpenedSet.h"
 
 #include <cerrno>
+#include <filesystem>
 #include <set>
 #include <system_error>
 #include <utility>
@@ -246,16 +247,28 @@ void OpenedSet::gatherBands(const KestMultispectralCodec& codec) {
     }
 }
 
+namespace {
+
+/// One file of a numbered set may end in something else ("SCL"), which is no number of a band.
+bool endsInNumber(const std::string& path) {
+    const std::string name = std::filesystem::path(path).stem().string();
+    return !name.empty() && name.back() >= '0' && name.back() <= '9';
+}
+
+}  // namespace
+
 void OpenedSet::labelUnknownBands() {
     std::vector<Band*> unknown;
     std::vector<Band*> numbered;
     std::vector<std::string> paths;
     for (Band& band : bands_) {
         paths.push_back(band.componentPath);
+        const bool isNumbered = description_.scheme == kest::SchemeNumbered;
         if (description_.scheme == kest::SchemeGeneric ||
-            band.number == kest::kUnrecognisedNumber) {
+            band.number == kest::kUnrecognisedNumber ||
+            (isNumbered && !endsInNumber(band.componentPath))) {
             unknown.push_back(&band);
-        } else if (description_.scheme == kest::SchemeNumbered) {
+        } else if (isNumbered) {
             numbered.push_back(&band);
         }
     }

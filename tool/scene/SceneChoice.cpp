@@ -65,7 +65,7 @@ void SceneChoice::takeScene(const std::string& name, const std::vector<Scene>& s
                       "holds " + std::to_string(choice.size()) +
                           " scenes; choose one with --scene NAME: " + sceneNames(choice));
     }
-    const Scene& scene = choice.front();
+    const Scene& scene = taken_.emplace_back(choice.front());
     if (scene.files.empty() && !context_.withQuality) {
         throw Failure(ExitCode::NotDecodable, name,
                       "holds no bands, but " + summaryOf(scene.setAside));
@@ -114,23 +114,31 @@ void SceneChoice::sortNamedFiles() {
         }
     }
     const std::vector<Scene> scenes = scenesAmong(context_.session(), paths);
-    if (scenes.empty() || scenes.front().product.empty()) {
-        return;
+    if (!scenes.empty() && !scenes.front().product.empty()) {
+        sortNamedScenes(scenes);
+    } else if (!taken_.empty() && !taken_.front().product.empty()) {
+        for (const std::string& path : paths) {
+            context_.warn(path, "is part of no scene, but " + taken_.front().name + " is one");
+        }
     }
+    if (taken_.size() > 1 && std::any_of(taken_.begin(), taken_.end(), [](const Scene& scene) {
+            return !scene.product.empty();
+        })) {
+        context_.note("files of " + std::to_string(taken_.size()) +
+                      " scenes are given: " + sceneNames(taken_));
+    }
+}
+
+void SceneChoice::sortNamedScenes(const std::vector<Scene>& scenes) {
     const Scene* wanted = context_.scene.empty() ? nullptr : &chosen(scenes);
-    std::vector<std::string> names;
     for (const Scene& scene : scenes) {
         if (wanted != nullptr && &scene != wanted) {
             dropNamed(scene.files);
             dropNamed(pathsOf(scene.setAside));
             continue;
         }
-        names.push_back(scene.name);
+        taken_.push_back(scene);
         sortScene(scene);
-    }
-    if (names.size() > 1) {
-        context_.note("files of " + std::to_string(names.size()) +
-                      " scenes are given: " + sceneNames(scenes));
     }
 }
 

@@ -37,6 +37,7 @@ class SceneChoice {
     /// Scenes of products come first, then rasters for which `isNear` holds, then all others.
     template <typename IsNear>
     void takeScene(const std::string& name, const std::vector<Scene>& scenes, IsNear isNear);
+    void sortNamedScenes(const std::vector<Scene>& scenes);
     void sortScene(const Scene& scene);
     void dropNamed(const std::vector<std::string>& files);
     /// Reports in one line what is left out, unless the user includes it.
@@ -44,6 +45,7 @@ class SceneChoice {
 
     Context& context_;
     std::vector<InputEntry>& entries_;
+    std::vector<Scene> taken_;
 };
 
 }  // namespace kestms

@@ -114,6 +114,14 @@ auto preference(const kest::Product& product, const Member& member) {
     return std::tuple(other, member.bucket->number);
 }
 
+/// By its extension: ".tfw", ".j2w", ".wld".
+bool isWorldFile(const std::string& path) {
+    const std::string extension = fs::path(path).extension().string();
+    constexpr std::size_t kShortest = 4;
+    return extension.size() >= kShortest && (extension.back() == 'w' || extension.back() == 'W' ||
+                                             extension == ".wld" || extension == ".WLD");
+}
+
 void sortMembers(Gathered& gathered) {
     auto& members = gathered.members;
     std::stable_sort(members.begin(), members.end(), [&](const Member& a, const Member& b) {
@@ -123,6 +131,10 @@ void sortMembers(Gathered& gathered) {
     const Member* last = nullptr;
     for (const Member& member : members) {
         const kest::BandRole role = member.band->details.role;
+        if (isWorldFile(member.path)) {
+            gathered.scene.setAside.push_back({member.path, "world file", false});
+            continue;
+        }
         if (role == kest::BandRole::Metadata) {
             continue;
         }

@@ -175,6 +175,12 @@ TEST_F(RasterExport, ABandOfNoProductIsCalledWhatItsComponentCallsIt) {
     EXPECT_EQ(namesIn(infoOf({"vrt", "--bands", "beside"}, files)), Strings{"beside"});
 }
 
+/// One of a numbered set may have no number.
+TEST_F(RasterExport, ABandWithoutANumberIsNotCalledByOne) {
+    const Strings files = {write("B02.tif"), write("B03.tif"), write("SCL.tif")};
+    EXPECT_EQ(namesIn(infoOf({"vrt"}, files)), (Strings{"SCL", "B02", "B03"}));
+}
+
 TEST_F(RasterExport, BandsAreChosenNamedAndOrdered) {
     ASSERT_EQ(runTool({"samples", directory_.path(), "--size", "8"}).code, 0);
     const Strings set = {directory_ / "landsat7/set.xml"};

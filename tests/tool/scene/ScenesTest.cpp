@@ -88,6 +88,12 @@ TEST_F(Scenes, OneOfSeveralIsChosen) {
     EXPECT_EQ(runTool({"info", all, "--scene", "*level 2A", "--json"}).json()["bands"].size(), 2U);
     EXPECT_THAT(runTool({"info", all, "--scene", "x"}).err,
                 HasSubstr("x: no such scene; there are " + kFirst));
+    EXPECT_THAT(runTool({"info", all + "/a", all + "/b"}).err,
+                HasSubstr("files of 2 scenes are given: " + kFirst + ", " + kSecond));
+    EXPECT_THAT(runTool({"info", folder, write("dem.tif", {.type = GDT_UInt16})}).err,
+                HasSubstr("dem.tif: is part of no scene, but " + kFirst + " is one"));
+    fakes::writeFile(folder + "/" + kFirst + "_SR_B2.TFW", "30\n0\n0\n-30\n0\n0\n");
+    EXPECT_THAT(runTool({"info", folder + "/*_SR_B*"}).err, HasSubstr("set aside: 1 world file"));
     const Strings files = {
         folder + "/" + kFirst + "_SR_B2.TIF", folder + "/" + kFirst + "_SR_B4.TIF",
         all + "/b/" + kSecond + "_SR_B2.TIF", all + "/b/" + kSecond + "_QA_PIXEL.TIF"};
