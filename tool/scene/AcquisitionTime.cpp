@@ -1,6 +1,7 @@
 #include "tool/scene/AcquisitionTime.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <chrono>
 #include <filesystem>
@@ -75,21 +76,35 @@ std::optional<TimeSpan> parseOne(std::string_view text) {
                    : std::nullopt;
 }
 
-/// "20180629T000241" in a name, if it is of that day.
+/// "20180629" and "2018180", the year with the day in it.
+std::array<std::string, 2> compactForms(std::string_view day) {
+    using namespace std::chrono;
+    const std::string year(day.substr(0, 4));
+    const std::string month(day.substr(5, 2));
+    const auto first = std::chrono::year(numberAt(day, 0, 4)) / January / 1;
+    const auto date = std::chrono::year(numberAt(day, 0, 4)) /
+                      static_cast<int>(numberAt(day, 5, 2)) / static_cast<int>(numberAt(day, 8, 2));
+    const auto number = (sys_days(date) - sys_days(first)).count() + 1;
+    std::string ofYear = std::to_string(number);
+    ofYear.insert(0, 3 - std::min<std::size_t>(ofYear.size(), 3), '0');
+    return {year + month + std::string(day.substr(8, 2)), year + ofYear};
+}
+
+/// "20180629T000241" or "2018180T000241" in a name, if it is of that day.
 std::optional<TimeSpan> fromName(std::string_view name, const std::string& day) {
-    std::string compact = day;
-    std::erase(compact, '-');
-    compact += 'T';
-    const std::size_t found = name.find(compact);
-    if (day.empty() || found == std::string_view::npos) {
+    if (!isDay(day)) {
         return std::nullopt;
     }
-    const std::string_view digits = name.substr(found + compact.size()).substr(0, 6);
-    if (!looksLike(digits, "000000")) {
-        return std::nullopt;
+    for (const std::string& compact : compactForms(day)) {
+        const std::size_t found = name.find(compact + "T");
+        const std::string_view digits =
+            found == name.npos ? "" : name.substr(found + compact.size() + 1).substr(0, 6);
+        if (looksLike(digits, "000000")) {
+            const auto pair = [&](std::size_t from) { return std::string(digits.substr(from, 2)); };
+            return instant(day, pair(0) + ":" + pair(2) + ":" + pair(4));
+        }
     }
-    const auto pair = [digits](std::size_t from) { return std::string(digits.substr(from, 2)); };
-    return instant(day, pair(0) + ":" + pair(2) + ":" + pair(4));
+    return std::nullopt;
 }
 
 std::string_view unquoted(std::string_view value) {

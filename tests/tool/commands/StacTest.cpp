@@ -178,6 +178,8 @@ TEST(AcquisitionTime, IsWhatTheTextSays) {
     }
     EXPECT_EQ(acquisitionTime("T56JMM_20180629T000241", "2018-06-29", {})->start,
               "2018-06-29T00:02:41Z");
+    EXPECT_EQ(acquisitionTime("HLS.S30.T32TQM.2018032T000241.v2.0", "2018-02-01", {})->start,
+              "2018-02-01T00:02:41Z");
     EXPECT_EQ(acquisitionTime("A_20180629T990241", "2018-06-29", {})->start,
               "2018-06-29T00:00:00Z");
     EXPECT_FALSE(acquisitionTime("A_20180629T000241", "", {}));
