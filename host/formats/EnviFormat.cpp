@@ -1,3 +1,4 @@
+#include <charconv>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -34,7 +35,9 @@ Expected<RasterFacts> load(const SourceFile& file, DatasetHandle& handle) {
         return facts;
     }
     // GDAL invents missing pixels.
+    const std::string offset = handle.opened(0).item("header_offset", "ENVI").value_or("0");
     std::uint64_t needed = 0;
+    std::from_chars(offset.data(), offset.data() + offset.size(), needed);
     for (const FrameFacts& frame : facts->frames) {
         needed += static_cast<std::uint64_t>(frame.width) *
                   static_cast<std::uint64_t>(frame.height) *

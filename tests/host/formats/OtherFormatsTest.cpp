@@ -144,6 +144,11 @@ TEST_F(OtherFormats, DamagedFilesAndPicturesOfNoPlaceAreRefused) {
         const std::string why = whyNotReadable(fileSpecifier(path));
         EXPECT_FALSE(why.empty() || why.find("/vsi") != std::string::npos) << why;
     }
+    const std::string shifted = write(kCases[6]);  // an ENVI file, its pixels further on
+    std::string header = fakes::readFile(directory / "e.hdr");
+    header.replace(header.find("header offset = 0"), 17, "header offset = 9");
+    fakes::writeFile(directory / "e.hdr", header);
+    EXPECT_EQ(whyNotReadable(fileSpecifier(shifted)), "shorter than its header says");
     const std::string divided = fakes::writeRaster(directory / "divided.img",
                                                    {.driver = "HFA", .options = {"USE_SPILL=YES"}});
     EXPECT_NE(whyNotReadable(fileSpecifier(divided)).find("in a second file"), std::string::npos);
