@@ -23,6 +23,8 @@ constexpr std::size_t kMaxProducts = 500;
 /// Of all products, for each of their file names; and of one band table.
 constexpr std::size_t kMaxCodes = 20'000;
 constexpr std::size_t kMaxFilePatterns = 50;
+constexpr std::size_t kMaxLanguages = 30;
+constexpr std::size_t kMaxBuckets = 50;
 constexpr std::size_t kMaxFolders = 8;
 constexpr std::size_t kMaxText = 255;
 constexpr double kMaxMicrometres = 1000.0;
@@ -177,6 +179,10 @@ class Reader {
 
     void addName(const Element& element, LocalText& names) const {
         allow(element, {"language"});
+        // All that refer to a term hold its names.
+        if (names.texts.size() == kMaxLanguages) {
+            failAt(element, "is one too many");
+        }
         std::u16string name = wide(text(element));
         if (name.size() > kMaxText) {
             failAt(element, "is too long");
@@ -220,6 +226,9 @@ class Reader {
 
     void readBucket(const Element& element, Table& table) const {
         allow(element, {"id", "number", "term"});
+        if (table.buckets.size() == kMaxBuckets) {
+            failAt(element, "is one too many");
+        }
         const std::string id(required(element, "id"));
         if (bucketOf(table, id) < table.buckets.size()) {
             failAt(element, "has an \"id\" for the second time");

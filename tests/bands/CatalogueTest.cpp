@@ -201,6 +201,12 @@ TEST_F(CatalogueTest, BoundsWhatADocumentCanAskFor) {
         document += "<file>x" + std::to_string(i) + "{band}</file>";
     }
     EXPECT_THAT(use(catalogueOf(document + "</product>")), HasSubstr("too many bands"));
+    std::string names;
+    for (int i = 0; i < 31; ++i) {
+        names += "<name language='" + std::to_string(i) + "'>t</name>";
+    }
+    EXPECT_THAT(use(catalogueOf("<term id='t'>" + names + "</term>")),
+                HasSubstr("<name> is one too many"));
     std::string files;
     for (int i = 0; i < 51; ++i) {
         files += "<file>{band}</file>";
