@@ -204,8 +204,10 @@ void addProductsCommand(CLI::App& app, Context& context) {
     CLI::App* command = app.add_subcommand("products", "Show the products that are known");
     auto options = std::make_shared<ProductsOptions>();
     command->add_option("PRODUCT", options->id, "Show the file names and bands of this one");
-    command->add_option("--check", options->check,
-                        "Read this catalogue alone, and fail with the reason when it has a fault");
+    command
+        ->add_option("--check", options->check,
+                     "Read this catalogue alone, and fail with the reason when it has a fault")
+        ->check([](const std::string& file) { return file.empty() ? "names no file" : ""; });
     command->add_flag("--json", options->json, "Write JSON");
     command->footer(
         "Examples:\n"
