@@ -89,10 +89,17 @@ void addItems(const std::map<std::string, MetadataItems>& from,
 }
 
 void addAuxiliary(const AuxiliaryBand& own, ComponentDescription& facts) {
-    facts.unit = own.unit.value_or(facts.unit);
-    facts.scale = own.scale.value_or(facts.scale);
-    facts.offset = own.offset.value_or(facts.offset);
-    facts.categories = own.categories.value_or(facts.categories);
+    // The file's own go before, as in GDAL.
+    if (facts.unit.empty()) {
+        facts.unit = own.unit.value_or("");
+    }
+    if (facts.scale == 1 && facts.offset == 0) {
+        facts.scale = own.scale.value_or(1);
+        facts.offset = own.offset.value_or(0);
+    }
+    if (facts.categories.empty()) {
+        facts.categories = own.categories.value_or(std::vector<std::string>());
+    }
     if (own.colour) {
         facts.colour = GDALGetColorInterpretationByName(own.colour->c_str());
     }

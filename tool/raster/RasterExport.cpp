@@ -93,7 +93,7 @@ void addStyle(const Context& context, const OutputRaster& raster, const std::str
     if (isThere &&
         (!std::filesystem::is_regular_file(status) || !isOwnLayerStyle(readTextFile(path)))) {
         context.warn(path, "the style that is there stays");
-    } else if (isThere || !style.empty()) {
+    } else if (!style.empty() || (isThere && std::filesystem::exists(raster.path, error))) {
         files.push_back(std::make_unique<OutputFile>(path, OutputRules{context.inputs, true}));
         if (style.empty()) {
             files.back()->remove();  // it is that of the raster before

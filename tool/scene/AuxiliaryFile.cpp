@@ -1,5 +1,6 @@
 #include "tool/scene/AuxiliaryFile.h"
 
+#include <bit>
 #include <charconv>
 #include <cstdint>
 #include <filesystem>
@@ -28,6 +29,26 @@ std::optional<Number> numberIn(std::string_view text) {
     Number number{};
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     return error == std::errc() ? std::optional(number) : std::nullopt;
+}
+
+/// The number whose bytes are written in hexadecimal digits, the least significant one first. GDAL
+/// adds them where its decimal digits do not suffice.
+std::optional<double> numberOfBytes(std::string_view digits) {
+    constexpr int kBase = 16;
+    std::uint64_t bits = 0;
+    if (digits.size() != 2 * sizeof bits) {
+        return std::nullopt;
+    }
+    for (std::size_t i = 0; i < sizeof bits; ++i) {
+        std::uint8_t byte = 0;
+        const char* const start = digits.data() + 2 * i;
+        const auto [end, error] = std::from_chars(start, start + 2, byte, kBase);
+        if (error != std::errc() || end != start + 2) {
+            return std::nullopt;
+        }
+        bits |= std::uint64_t{byte} << (8 * i);
+    }
+    return std::bit_cast<double>(bits);
 }
 
 std::vector<std::string> categoriesIn(const Element& names) {
@@ -61,7 +82,11 @@ AuxiliaryBand bandIn(const Document& document, const Element& element) {
         } else if (each->name() == "Offset") {
             band.offset = numberIn<double>(each->text());
         } else if (each->name() == "NoDataValue") {
-            band.noData = numberIn<double>(each->text());
+            const auto bytes = document.attribute(each, "le_hex_equiv");
+            band.noData = bytes ? numberOfBytes(*bytes) : std::nullopt;
+            if (!band.noData) {
+                band.noData = numberIn<double>(each->text());
+            }
         } else if (each->name() == "ColorInterp") {
             band.colour = each->text();
         } else if (each->name() == "CategoryNames") {

@@ -65,9 +65,10 @@ std::string ownLabel(const Band& band, const std::map<int, AuxiliaryBand>& auxil
         return {};
     }
     const auto beside = auxiliary.find(source->band);
-    const std::string label = beside == auxiliary.end()
+    const bool hasOwn = !source->label.empty() && !isCount(source->label);
+    const std::string label = hasOwn || beside == auxiliary.end()
                                   ? source->label
-                                  : beside->second.description.value_or(source->label);
+                                  : beside->second.description.value_or("");
     return isCount(label) ? std::string() : label;
 }
 

@@ -239,8 +239,8 @@ void OpenedSet::gatherBands(const KestMultispectralCodec& codec) {
         band.frame = i;
         readPixelFacts(*frame, band);
         readProperties(*frame, band, description_, system);
-        if (!band.noData) {
-            band.noData = auxiliary.noDataOf(band);
+        if (const auto beside = auxiliary.noDataOf(band)) {
+            band.noData = beside;  // before the file's own, as in GDAL
         }
         codec.getBandDetails(*image_, i, band);
         bands_.push_back(std::move(band));

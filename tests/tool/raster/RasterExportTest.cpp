@@ -260,7 +260,8 @@ TEST_F(RasterExport, WhatLiesBesideAComponentDescribesIt) {
     const Strings files = {write("a_01.tif"), write("a_02.tif")};
     fakes::writeFile(files[1] + ".aux.xml",
                      "<PAMDataset><Metadata><MDI key=\"FILE\">z</MDI></Metadata>"
-                     "<PAMRasterBand band=\"1\"><NoDataValue>62</NoDataValue><ColorInterp>Green"
+                     "<PAMRasterBand band=\"1\"><NoDataValue le_hex_equiv=\"0000000000004F40\">"
+                     "61.9</NoDataValue><ColorInterp>Green"
                      "</ColorInterp><Description>beside</Description></PAMRasterBand>"
                      "</PAMDataset>");
     EXPECT_EQ(runTool({"info", "--json", files[0], files[1]}).json()["bands"][1]["noData"], 62);
@@ -456,7 +457,8 @@ TEST_F(RasterExport, CreationOptionsGoBeforeOurs) {
     EXPECT_EQ(image({"--cog", "--co", "COMPRESS=LZW"})["COMPRESSION"], "LZW");
     EXPECT_EQ(image({"--cog"})["LAYOUT"], "COG");
     EXPECT_EQ(image({"--co", "NBITS=7"})["COMPRESSION"], "DEFLATE");
-    for (const char* wrong : {"NONE", "NO_SUCH=1", "TFW=YES", "profile=BASELINE"}) {
+    for (const char* wrong :
+         {"NONE", "NO_SUCH=1", "TFW=YES", "profile=BASELINE", "compress=WEBP"}) {
         const Strings command = {"export", "--co", wrong, "-o", directory_ / "x.tif"};
         EXPECT_EQ(runTool(joined(command, files)).code, 2) << wrong;
     }
