@@ -31,7 +31,6 @@ struct Relay {
 void writeCloudOptimized(const std::string& from, const GeoTiffOptions& settings,
                          const OutputFile& output, const ProgressFunction& progress) {
     const Pyxis::ErrorCapture errors;
-    CPLStringList options = cloudCreationOptions(settings);
     Relay relay{progress, nullptr};
     GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("COG");
     const GDALDatasetUniquePtr source(GDALDataset::Open(from.c_str(), GDAL_OF_RASTER));
@@ -39,6 +38,8 @@ void writeCloudOptimized(const std::string& from, const GeoTiffOptions& settings
         output.fail(driver == nullptr ? "this GDAL writes no Cloud Optimized GeoTIFF"
                                       : errors.message());
     }
+    const CPLStringList options =
+        cloudCreationOptions(settings, source->GetRasterBand(1)->GetRasterDataType());
     GDALDatasetUniquePtr copy(driver->CreateCopy(output.temporaryPath().c_str(), source.get(),
                                                  FALSE, options.List(), Relay::call, &relay));
     const bool complete = copy != nullptr;

@@ -56,6 +56,11 @@ void checkCreationOptions(const GeoTiffOptions& options) {
             throw Failure(ExitCode::Usage, "--co " + option,
                           std::string("no creation option of GDAL's driver ") + name);
         }
+        if (const char* method = list.FetchNameValue("COMPRESS");
+            method != nullptr && EQUAL(method, "WEBP")) {
+            throw Failure(ExitCode::Usage, "--co " + option,
+                          "is for pictures of three or four bands of bytes");
+        }
         const std::string key = option.substr(0, option.find('='));
         if (std::any_of(kBesideFile.begin(), kBesideFile.end(),
                         [&key](const char* each) { return EQUAL(key.c_str(), each); })) {
@@ -86,10 +91,11 @@ CPLStringList creationOptions(const GeoTiffOptions& settings, GDALDataType type,
     return options;
 }
 
-CPLStringList cloudCreationOptions(const GeoTiffOptions& settings) {
+CPLStringList cloudCreationOptions(const GeoTiffOptions& settings, GDALDataType type) {
     CPLStringList options;
     options.SetNameValue("COMPRESS", settings.compression.c_str());
-    options.SetNameValue("PREDICTOR", settings.compression == "NONE" ? "NO" : "YES");
+    const bool differs = settings.compression != "NONE" && GDALDataTypeIsComplex(type) == FALSE;
+    options.SetNameValue("PREDICTOR", differs ? "YES" : "NO");
     options.SetNameValue("BIGTIFF", "IF_SAFER");
     options.SetNameValue("NUM_THREADS", "ALL_CPUS");
     addUsers(settings, options);

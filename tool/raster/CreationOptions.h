@@ -16,6 +16,6 @@ void checkCreationOptions(const GeoTiffOptions& options);
 CPLStringList creationOptions(const GeoTiffOptions& options, GDALDataType type, bool withUsers);
 
 /// The same for its driver of Cloud Optimized GeoTIFF files.
-CPLStringList cloudCreationOptions(const GeoTiffOptions& options);
+CPLStringList cloudCreationOptions(const GeoTiffOptions& options, GDALDataType type);
 
 }  // namespace kestms
