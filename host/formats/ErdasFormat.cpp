@@ -3,7 +3,6 @@
 #include "host/formats/Formats.h"
 
 namespace Pyxis {
-
 namespace {
 
 /// Pixels in a second, larger file are not read: the header may name any file for them.
