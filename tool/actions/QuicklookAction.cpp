@@ -61,11 +61,6 @@ std::vector<Band> bandsToShow(const OpenedSet& set, const QuicklookOptions& opti
     return {grey == bands.end() ? bands.front() : *grey};
 }
 
-/// The bands that an export would take, of which some are shown.
-std::vector<Band> bandsToExport(const OpenedSet& set, const QuicklookOptions& options) {
-    return options.rgb.empty() ? bandsOf(set, options.request) : set.bands();
-}
-
 SharedGrid gridOf(const std::vector<Band>& bands) {
     std::vector<const Band*> pointers;
     std::transform(bands.begin(), bands.end(), std::back_inserter(pointers),
@@ -75,11 +70,14 @@ SharedGrid gridOf(const std::vector<Band>& bands) {
 
 /// The part to show. A window counts pixels of the grid that all bands share; those shown may have
 /// a coarser one, in whose whole pixels it is.
-GridOptions partOf(const std::vector<Band>& shown, const std::vector<Band>& all,
-                   GridOptions options) {
+GridOptions partOf(const std::vector<Band>& shown, const OpenedSet& set,
+                   const QuicklookOptions& asked) {
+    GridOptions options = asked.request.grid;
     if (!options.window) {
         return options;
     }
+    // The bands that an export would take.
+    const std::vector<Band> all = asked.rgb.empty() ? bandsOf(set, asked.request) : set.bands();
     const auto band = std::find_if(all.begin(), all.end(), [&shown](const Band& each) {
         return each.frame == shown.front().frame;
     });
@@ -107,7 +105,7 @@ ExitCode drawPicture(Context& context, const QuicklookOptions& options) {
     const OpenedSet set = openSet(context, request.inputs);
     const std::vector<Band> shown = bandsToShow(set, options);
     const std::vector<OutputRaster> rasters =
-        layOut(shown, request.output, partOf(shown, bandsToExport(set, options), request.grid));
+        layOut(shown, request.output, partOf(shown, set, options));
     drawQuicklook(rasters.front(), options.size)
         .write(request.output, {context.inputs, request.overwrite});
     return ExitCode::Success;
