@@ -25,12 +25,6 @@ constexpr std::array kNotCarried = {"IMAGE_STRUCTURE", "DERIVED_SUBDATASETS", "O
 constexpr std::array kNotOfOutputs = {"RPC", "GEOLOCATION", "SUBDATASETS", "TRE",
                                       "CGM", "TEXT",        "ENVI"};
 
-bool isCarried(const std::string& domain) {
-    const bool isDocument = domain.starts_with("xml:") || domain.starts_with("json:");
-    return !isDocument &&
-           std::find(kNotCarried.begin(), kNotCarried.end(), domain) == kNotCarried.end();
-}
-
 bool isCarriedOfFile(const std::string& domain) {
     return isCarried(domain) && !domain.starts_with("NITF") &&
            std::find(kNotOfOutputs.begin(), kNotOfOutputs.end(), domain) == kNotOfOutputs.end();
@@ -49,9 +43,8 @@ MetadataItems itemsOf(char** list) {
     return items;
 }
 
-std::map<std::string, MetadataItems> domainsOf(GDALMajorObject& object,
-                                               bool (*isWanted)(const std::string&)) {
-    std::map<std::string, MetadataItems> items;
+MetadataDomains domainsOf(GDALMajorObject& object, bool (*isWanted)(const std::string&)) {
+    MetadataDomains items;
     const CPLStringList domains(object.GetMetadataDomainList());
     for (const std::string& domain : listItems(domains.List())) {
         if (isWanted(domain)) {
@@ -77,8 +70,8 @@ void readBand(GDALRasterBand& band, ComponentDescription& facts) {
     facts.hasMask = (flags & GMF_PER_DATASET) != 0 && (flags & GMF_ALPHA) == 0;
 }
 
-void addItems(const std::map<std::string, MetadataItems>& from,
-              bool (*isWanted)(const std::string&), std::map<std::string, MetadataItems>& to) {
+void addItems(const MetadataDomains& from, bool (*isWanted)(const std::string&),
+              MetadataDomains& to) {
     for (const auto& [domain, items] : from) {
         for (const auto& [key, value] : items) {
             if (isWanted(domain)) {
@@ -107,6 +100,12 @@ void addAuxiliary(const AuxiliaryBand& own, ComponentDescription& facts) {
 }
 
 }  // namespace
+
+bool isCarried(const std::string& domain) {
+    const bool isDocument = domain.starts_with("xml:") || domain.starts_with("json:");
+    return !isDocument &&
+           std::find(kNotCarried.begin(), kNotCarried.end(), domain) == kNotCarried.end();
+}
 
 void addSetFacts(const Band& band, ComponentDescription& facts) {
     // A single-band file always has grey, which means nothing.
@@ -152,7 +151,7 @@ class ComponentReader::File {
     std::string name_;
     AuxiliaryFile auxiliary_;
     ComponentDataset dataset_;
-    std::map<std::string, MetadataItems> fileDomains_;
+    MetadataDomains fileDomains_;
     bool hasMaskFile_ = false;
 };
 

@@ -19,14 +19,17 @@ struct ComponentDescription {
     double offset = 0;
     GDALColorInterp colour = GCI_Undefined;
     std::vector<std::string> categories;
-    std::unique_ptr<GDALColorTable> colourTable;       ///< may be null
-    std::map<std::string, MetadataItems> domains;      ///< of the band; "" is the default one
-    std::map<std::string, MetadataItems> fileDomains;  ///< of the whole file
+    std::unique_ptr<GDALColorTable> colourTable;  ///< may be null
+    MetadataDomains domains;                      ///< of the band
+    MetadataDomains fileDomains;                  ///< of the whole file
     GDALDataType type = GDT_Unknown;
     Pyxis::Size block;
     bool hasMask = false;      ///< in the file itself
     bool hasMaskFile = false;  ///< beside it; GDAL could open it as any format, so nobody reads it
 };
+
+/// Whether metadata of a domain apply to a copy: not those about storage or other files.
+bool isCarried(const std::string& domain);
 
 /// Completes what the component says of the band with what the set knows: its colour, its
 /// wavelengths.

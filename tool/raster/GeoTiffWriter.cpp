@@ -12,6 +12,7 @@
 
 #include "host/gdal/ErrorCapture.h"
 #include "tool/raster/CloudOptimized.h"
+#include "tool/raster/ComponentDescription.h"
 #include "tool/raster/CreationOptions.h"
 #include "tool/raster/GdalSession.h"
 #include "tool/raster/SmallCache.h"
@@ -90,8 +91,7 @@ bool hasSignedBytes(GDALRasterBand& band) {
 void copyMetadata(GDALMajorObject& from, GDALMajorObject& to) {
     const CPLStringList domains(from.GetMetadataDomainList());
     for (const std::string& domain : listItems(domains.List())) {
-        if (domain != "IMAGE_STRUCTURE" && domain != "DERIVED_SUBDATASETS" &&
-            !domain.starts_with("xml:")) {
+        if (isCarried(domain)) {
             to.SetMetadata(from.GetMetadata(domain.c_str()), domain.c_str());
         }
     }

@@ -113,8 +113,8 @@ void describe(GDALRasterBand& target, const ComponentDescription& facts) {
 }
 
 /// Items of whole files: those that all files share go to the raster, the rest to the bands.
-std::map<std::string, MetadataItems> shareItems(std::vector<ComponentDescription>& all) {
-    std::map<std::string, MetadataItems> shared = all.front().fileDomains;
+MetadataDomains shareItems(std::vector<ComponentDescription>& all) {
+    MetadataDomains shared = all.front().fileDomains;
     for (auto& [domain, items] : shared) {
         for (ComponentDescription& facts : all) {
             const MetadataItems& own = facts.fileDomains[domain];

@@ -59,8 +59,7 @@ std::vector<std::string> categoriesIn(const Element& names) {
     return categories;
 }
 
-void readItems(const Document& document, const Element& metadata,
-               std::map<std::string, MetadataItems>& domains) {
+void readItems(const Document& document, const Element& metadata, MetadataDomains& domains) {
     const std::string domain(document.attribute(&metadata, "domain").value_or(""));
     for (const Element* each = document.child(&metadata, "MDI"); each != nullptr;
          each = each->next()) {

@@ -9,6 +9,8 @@ namespace kestms {
 
 /// Metadata items of one domain, by key.
 using MetadataItems = std::map<std::string, std::string>;
+/// By domain; "" is the default one.
+using MetadataDomains = std::map<std::string, MetadataItems>;
 
 /// The description of a band in an auxiliary file.
 struct AuxiliaryBand {
@@ -19,13 +21,13 @@ struct AuxiliaryBand {
     std::optional<double> noData;
     std::optional<std::string> colour;  ///< GDAL's word for the colour interpretation
     std::optional<std::vector<std::string>> categories;
-    std::map<std::string, MetadataItems> domains;  ///< "" is the default one
+    MetadataDomains domains;
 };
 
 /// GDAL's auxiliary file of a raster.
 struct AuxiliaryFile {
-    std::map<int, AuxiliaryBand> bands;            ///< from 1
-    std::map<std::string, MetadataItems> domains;  ///< of the whole raster; "" is the default one
+    std::map<int, AuxiliaryBand> bands;  ///< from 1
+    MetadataDomains domains;             ///< of the whole raster
 };
 
 /// Reads the descriptions beside a raster (".aux.xml"). Ignores anything that could lead to another
