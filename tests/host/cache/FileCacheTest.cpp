@@ -61,6 +61,7 @@ TEST(FileCacheThatIgnoresChanges, AnswersOfARunFitTogether) {
     EXPECT_EQ(codecOf(paths.front()), nullptr);
     for (int i = 0; i < 80; ++i) {
         const std::string& path = paths[static_cast<std::size_t>(i) + 1];
+        EXPECT_NE(codecOf(path), nullptr);  // a helper may still be opening it
         fakes::writeRaster(path, {.type = GDT_UInt16});
         const Opened opened(path);
         EXPECT_EQ(opened.frame->frameOp6(), 8);
