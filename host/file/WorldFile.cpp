@@ -64,6 +64,7 @@ std::vector<std::string> worldFilesOf(const std::string& path) {
     for (const std::string& each : extensions) {
         names.push_back(path.substr(0, dot + 1) + each);
         names.push_back(path.substr(0, dot + 1) + capitals(each));
+        names.push_back(path.substr(0, dot + 1) + capitals(each.substr(0, 1)) + each.substr(1));
     }
     return names;
 }

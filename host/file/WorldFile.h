@@ -13,7 +13,7 @@ namespace Pyxis {
 using GeoTransform = std::array<double, 6>;
 
 /// The names that a raster's world file may have, the likeliest first; none for a name without an
-/// extension. For "a.tif" they are a.tfw, a.tifw and a.wld, in lower and upper case.
+/// extension. For "a.tif" they are a.tfw, a.tifw and a.wld, each also as a.TFW and a.Tfw.
 std::vector<std::string> worldFilesOf(const std::string& path);
 
 /// The transform of the first readable world file beside a raster. Only a regular file of a few

@@ -11,17 +11,19 @@ namespace Pyxis {
 namespace {
 
 /// The header file of a file of pixels; empty when there is none. "a.img" may have a.hdr or
-/// a.img.hdr.
+/// a.img.hdr, the extension also in capitals.
 std::string headerOf(const std::string& path) {
     constexpr std::uint64_t kMostBytes = 1U << 20U;
     const std::size_t dot = path.rfind('.');
     const bool hasExtension = dot != std::string::npos && path.find('/', dot) == std::string::npos;
     for (const std::string& stem : {hasExtension ? path.substr(0, dot) : path, path}) {
-        std::string name = stem + ".hdr";
-        const Expected<FileHead> head = readHead(name);
-        if (name != path && head && head->bytes.starts_with("ENVI") &&
-            head->state.size <= kMostBytes) {
-            return name;
+        for (const char* const extension : {".hdr", ".HDR", ".Hdr"}) {
+            std::string name = stem + extension;
+            const Expected<FileHead> head = readHead(name);
+            if (name != path && head && head->bytes.starts_with("ENVI") &&
+                head->state.size <= kMostBytes) {
+                return name;
+            }
         }
     }
     return {};

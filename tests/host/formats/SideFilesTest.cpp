@@ -63,6 +63,7 @@ TEST_F(SideFiles, WorldFilesPlaceARasterAsGdalDoes) {
         {"tifw", " 30,5 \n0\n0\n-30,5\n1015,25\n1985\nseventh\n"},
         {"wld", "+0.5\t\n0\n0\n0.5\n-7\n8\n"},
         {"WLD", "0\n-2\n3\n0\n7\n8\n"},
+        {"Tfw", "30\n0\n0\n-30\n1015\n1985\n"},
         {"tfx", "30\n0\n0\n-30\n1015\n1985\n", false},
         {"tfw", "", false},
         {"tfw", "30\n0\n0\n-30\n1015\n", false},
