@@ -58,7 +58,7 @@ class KEST_API KestMultispectralCodec : public Pyxis::ImageFormatCodec {
     /// Sets the catalogue of products, which names sets that the other naming schemes do not, for
     /// the whole process: a document, or the documents that a compound specifier lists. An empty
     /// specifier removes it. False, with the reason in English and no catalogue, when a document
-    /// cannot be used. Opened images keep their names.
+    /// cannot be used; the reason is empty when memory fails. Opened images keep their names.
     bool setProductCatalogue(const Pyxis::FileSpecifier& file,
                              Pyxis::StringBuffer* reason = nullptr);
     /// Details of the band of frame `frame`, beyond its properties: common name, spectrum, role,

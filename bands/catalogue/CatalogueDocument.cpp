@@ -9,8 +9,10 @@
 
 #include "bands/AsciiText.h"
 #include "bands/BandWords.h"
+#include "bands/catalogue/WellFormed.h"
 #include "codec/strings/BufferText.h"
 #include "sets/xml/XmlDocument.h"
+#include "sets/xml/XmlUtf16.h"
 
 namespace kest {
 namespace {
@@ -113,6 +115,11 @@ class Reader {
         for (const xml::Attribute& each : element) {
             if (std::find(names.begin(), names.end(), each.name) == names.end()) {
                 failAt(element, "has an unknown attribute " + quoted(each.name));
+            }
+            if (std::any_of(element.begin(), &each, [&each](const xml::Attribute& earlier) {
+                    return earlier.name == each.name;
+                })) {
+                failAt(element, quoted(each.name) + " is there for the second time");
             }
         }
     }
@@ -447,11 +454,13 @@ std::string readCatalogue(std::string_view document,
     if (document.size() > kMaxCatalogueDocument) {
         return "is larger than a catalogue may be";
     }
-    // Entities could make a small document large; no catalogue needs them.
-    if (document.find("<!DOCTYPE") != document.npos) {
-        return "has a document type, which a catalogue does without";
+    const std::string text =
+        xml::isUtf16(document) ? xml::utf16ToUtf8(document) : std::string(document);
+    // No document type: entities could make a small document large, and no catalogue needs them.
+    if (std::string reason = whyNotWellFormed(text); !reason.empty()) {
+        return reason;
     }
-    const std::unique_ptr<Document> parsed = Document::parse(document);
+    const std::unique_ptr<Document> parsed = Document::parse(text);
     if (!parsed->isComplete()) {
         return "is not a whole XML document";
     }

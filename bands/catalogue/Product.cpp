@@ -15,7 +15,17 @@ constexpr std::u16string_view kSeparators = u"/\\";
 constexpr std::u16string_view kSeparators = u"/";
 #endif
 
+/// The path without the extension that compression added.
+std::u16string_view uncompressed(std::u16string_view path) {
+    constexpr std::u16string_view kEnding = u".gz";
+    const std::size_t size = path.size() - std::min(kEnding.size(), path.size());
+    return path.starts_with(u"/vsigzip/") && equalIgnoringCase(path.substr(size), kEnding)
+               ? path.substr(0, size)
+               : path;
+}
+
 std::u16string comparableText(std::u16string_view path) {
+    path = uncompressed(path);
     const std::size_t nameStart = path.find_last_of(kSeparators) + 1;
     const std::size_t dot = path.find_last_of(u'.');
     std::u16string text =
@@ -86,6 +96,11 @@ std::u16string_view LocalText::in(std::string_view language) const {
         }
     }
     return texts.empty() ? std::u16string_view() : texts.front().second;
+}
+
+std::u16string_view ProductFile::witnessFolder() const {
+    const std::u16string_view base = witnessBase;
+    return base.substr(0, base.find_last_of(kSeparators) + 1);
 }
 
 ProductPath::ProductPath(std::u16string_view path)

@@ -48,7 +48,8 @@ struct FilePattern {
     std::optional<std::size_t> bucket;  ///< overrides the band's
 };
 
-/// A file's path, prepared once for the patterns of all products.
+/// A file's path, prepared once for the patterns of all products. A compressed file ("/vsigzip/")
+/// has the name of what is in it.
 class ProductPath {
   public:
     /// `path` must outlive the object.
@@ -78,6 +79,9 @@ struct ProductFile {
     std::string date;  ///< "2018-06-29"; empty when the name has none
     /// A path in the folder where a witness of the product would be.
     std::u16string witnessBase;
+
+    /// The folder of `witnessBase`; empty for the current one.
+    std::u16string_view witnessFolder() const;
 };
 
 /// A product of a satellite's ground segment, by the names of its files.

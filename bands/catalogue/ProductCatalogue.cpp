@@ -1,5 +1,7 @@
 #include "bands/catalogue/ProductCatalogue.h"
 
+#include <algorithm>
+
 #include "bands/FileName.h"
 #include "bands/catalogue/CatalogueDocument.h"
 #include "codec/strings/BufferText.h"
@@ -17,18 +19,19 @@ std::shared_ptr<const ProductCatalogue>& current() {
 
 /// Whether all paths are files of one scene of the product.
 bool isOneScene(const Product& product, const std::vector<std::u16string>& paths,
-                const Pyxis::ImageFormatCodec* codec, Pyxis::FindFileInterface* finder) {
-    std::optional<ProductFile> first;
+                Witnesses& witnesses) {
+    std::vector<ProductFile> files;
+    files.reserve(paths.size());
     for (const std::u16string& path : paths) {
         std::optional<ProductFile> file = product.match(path);
-        if (!file || (first && file->sceneKey != first->sceneKey)) {
+        if (!file || (!files.empty() && file->sceneKey != files.front().sceneKey)) {
             return false;
         }
-        if (!first) {
-            first = std::move(file);
-        }
+        files.push_back(std::move(*file));
     }
-    return first && isWitnessed(*first, finder, codec);
+    return !files.empty() &&
+           std::all_of(files.begin(), files.end(),
+                       [&witnesses](const ProductFile& file) { return witnesses.confirm(file); });
 }
 
 /// The bytes of a document; nothing when it cannot be read or is too large.
@@ -89,26 +92,37 @@ std::vector<ProductFile> ProductCatalogue::filesNamed(std::u16string_view path) 
 std::shared_ptr<const Product> ProductCatalogue::productOf(const std::vector<std::u16string>& paths,
                                                            const Pyxis::ImageFormatCodec* codec,
                                                            Pyxis::FindFileInterface* finder) const {
+    Witnesses witnesses(finder, codec);
     for (const auto& product : products_) {
-        if (isOneScene(*product, paths, codec, finder)) {
+        if (isOneScene(*product, paths, witnesses)) {
             return product;
         }
     }
     return nullptr;
 }
 
-bool isWitnessed(const ProductFile& file, Pyxis::FindFileInterface* finder,
-                 const Pyxis::ImageFormatCodec* codec) {
+bool Witnesses::confirm(const ProductFile& file) {
+    if (file.product->witnesses.empty() || finder_ == nullptr) {
+        return file.product->witnesses.empty();
+    }
+    const auto [known, isNew] =
+        answers_.try_emplace({file.product, std::u16string(file.witnessFolder())}, false);
+    if (isNew) {
+        known->second = exists(file);
+    }
+    return known->second;
+}
+
+bool Witnesses::exists(const ProductFile& file) const {
     const auto plain = [](std::u16string_view path) {
         return Pyxis::FileSpecifier(wideBuffer(path), Pyxis::FileSpecifier::Type::PlainFile);
     };
-    for (const std::u16string& witness : file.product->witnesses) {
-        Pyxis::FileSpecifier found = plain(witness);
-        if (finder != nullptr && finder->findFile(codec, plain(file.witnessBase), found, found)) {
-            return true;
-        }
-    }
-    return file.product->witnesses.empty();
+    const Pyxis::FileSpecifier base = plain(file.witnessBase);
+    const auto& names = file.product->witnesses;
+    return std::any_of(names.begin(), names.end(), [&](const std::u16string& name) {
+        Pyxis::FileSpecifier found = plain(name);
+        return finder_->findFile(codec_, base, found, found);
+    });
 }
 
 std::shared_ptr<const ProductCatalogue> currentCatalogue() {

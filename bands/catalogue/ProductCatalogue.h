@@ -1,9 +1,11 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "bands/catalogue/Product.h"
@@ -16,7 +18,7 @@ namespace kest {
 /// All known products, in the order of trial. To find the scene that a file belongs to:
 ///
 ///     for (const ProductFile& file : catalogue.filesNamed(path)) {
-///         if (isWitnessed(file, finder, codec)) {
+///         if (witnesses.confirm(file)) {
 ///             // file.product->id, file.scene, file.date, file.band->details.role, ...
 ///         }
 ///     }
@@ -42,7 +44,7 @@ class ProductCatalogue {
     std::vector<ProductFile> filesNamed(std::u16string_view path) const;
 
     /// The first product that all paths match as files of one scene; null without one. A product
-    /// with witnesses needs one of them; without a `finder` none is found.
+    /// with witnesses needs one beside every file; without a `finder` none is found.
     std::shared_ptr<const Product> productOf(const std::vector<std::u16string>& paths,
                                              const Pyxis::ImageFormatCodec* codec,
                                              Pyxis::FindFileInterface* finder) const;
@@ -52,10 +54,23 @@ class ProductCatalogue {
     std::size_t codeCount_ = 0;
 };
 
-/// Whether a witness of the file's product exists, or the product needs none. `codec` is passed to
-/// the finder and may be null.
-bool isWitnessed(const ProductFile& file, Pyxis::FindFileInterface* finder,
-                 const Pyxis::ImageFormatCodec* codec);
+/// Looks for the witnesses of products, once in each folder.
+class Witnesses {
+  public:
+    /// `finder` and `codec`, which is passed to it, may be null.
+    Witnesses(Pyxis::FindFileInterface* finder, const Pyxis::ImageFormatCodec* codec)
+        : finder_(finder), codec_(codec) {}
+
+    /// Whether the file has a witness, or its product needs none.
+    bool confirm(const ProductFile& file);
+
+  private:
+    bool exists(const ProductFile& file) const;
+
+    Pyxis::FindFileInterface* finder_;
+    const Pyxis::ImageFormatCodec* codec_;
+    std::map<std::pair<const Product*, std::u16string>, bool> answers_;  ///< by folder
+};
 
 /// The catalogue in use; null when there is none. Process-wide and without a lock, like the texts.
 std::shared_ptr<const ProductCatalogue> currentCatalogue();

@@ -36,11 +36,25 @@ const std::string kDocument = R"(<?xml version="1.0"?>
     <file>{band}</file>
     <witness>meta.xml</witness>
   </product>
+  <product id="three" bands="sensor">
+    <name>Product three</name>
+    <file>[s##]_{band}</file>
+    <witness>meta.xml</witness>
+  </product>
 </catalogue>
 )";
 
 std::string catalogueOf(const std::string& content) {
     return "<catalogue version=\"1\">" + content + "</catalogue>";
+}
+
+/// ASCII with a byte-order mark in front.
+std::string utf16(std::string_view text) {
+    std::string wide = "\xFF\xFE";
+    for (const char c : text) {
+        wide += {c, '\0'};
+    }
+    return wide;
 }
 
 class CatalogueTest : public testing::Test {
@@ -107,6 +121,8 @@ TEST_F(CatalogueTest, NamesTheBandsOfASceneOfAProduct) {
     }
     // The catalogue does not change files of two scenes, nor a file of no product.
     EXPECT_EQ(open({paths[1], "/a/one_20200102_b1.tif"}).substr(0, 1), "1");
+    EXPECT_EQ(open({"/vsigzip//a/one_20200101_b1.tif.gz", paths[1]}).substr(0, 1), "9");
+    EXPECT_EQ(open({"/a/one_20200101_b1.tif.gz", paths[1]}).substr(0, 1), "1");
     EXPECT_EQ(open({paths[1], "/a/one_20200101_b9.tif"}).substr(0, 1), "1");
     EXPECT_EQ(open({"/po_1_red_0.tif", "/po_1_grn_0.tif"}).substr(0, 1), "3");
     codec_.setProductCatalogue({});
@@ -118,9 +134,18 @@ TEST_F(CatalogueTest, AsksForAWitnessThroughTheFinder) {
     const std::vector<std::string> paths{"/x/Scene/R10m/B2.jp2", "/x/Scene/R10m/B1.jp2"};
     world_.events.clear();
     EXPECT_EQ(open(paths).substr(0, 8), "9 Scene:");
-    EXPECT_THAT(world_.events, testing::Contains("find meta.xml by /x/Scene/R10m"));
+    EXPECT_THAT(world_.events, testing::Contains("find meta.xml by /x/Scene/R10m").Times(1));
     EXPECT_EQ(open(paths, false).substr(0, 1), "1");
     EXPECT_EQ(open({"B2.jp2", "B1.jp2"}).substr(0, 6), "9 two:");
+    // Each folder needs its own.
+    const std::vector<std::string> apart{"/x/s01_B1.tif", "/x/s01_QA.tif", "/y/s01_B2.tif"};
+    EXPECT_EQ(open(apart).substr(0, 6), "9 s01:");
+    int asked = 0;
+    world_.fail = [&asked](std::string_view call) {
+        return call == "findFile" && ++asked == 2 ? fakes::Fault::Fail : fakes::Fault::None;
+    };
+    EXPECT_EQ(open(apart).substr(0, 1), "1");
+    EXPECT_EQ(asked, 2);
 }
 
 TEST_F(CatalogueTest, TellsWhyADocumentCannotBeUsed) {
@@ -131,7 +156,21 @@ TEST_F(CatalogueTest, TellsWhyADocumentCannotBeUsed) {
     const std::pair<std::string, std::string> cases[] = {
         {"", "is not a whole XML document"},
         {kDocument.substr(0, kDocument.size() - 30), "is not a whole XML document"},
-        {"<!DOCTYPE catalogue []>" + kDocument, "has a document type"},
+        {"<!DOCTYPE catalogue []>" + kDocument, "line 1: a document type"},
+        {utf16("<!DOCTYPE catalogue []>" + catalogueOf("")), "line 1: a document type"},
+        {kDocument + "more", "line 27: text outside the root element"},
+        {catalogueOf("") + "<![CDATA[more]]>", "text outside the root element"},
+        {catalogueOf("\n<!-- caf\xE9 -->"), "line 2: bytes that are not UTF-8"},
+        {catalogueOf("<!-- \xED\xA0\x80 -->"), "bytes that are not UTF-8"},
+        {catalogueOf("\x01"), "line 1: a control character"},
+        {catalogueOf("a & b"), "line 1: \"&\" without a known reference"},
+        {catalogueOf("<term id='&uuml;'/>"), "without a known reference"},
+        {catalogueOf("&#1;"), "without a known reference"},
+        {catalogueOf("]]>"), "outside a CDATA section"},
+        {catalogueOf("<term id=a/>"), "an attribute without a value in quotes"},
+        {catalogueOf("<term id='<'/>"), "\"<\" in an attribute"},
+        {catalogueOf("<term id='a'id='b'/>"), "without a blank between"},
+        {catalogueOf("<term id='a' id='b'/>"), "\"id\" is there for the second time"},
         {"<storage/>", "is not a catalogue"},
         {"<catalogue version='2'/>", "another version than 1"},
         {std::string((std::size_t{1} << 20U) + 1, ' '), "is larger than a catalogue may be"},
@@ -166,6 +205,11 @@ TEST_F(CatalogueTest, TellsWhyADocumentCannotBeUsed) {
         EXPECT_THAT(use(document), HasSubstr(reason));
         EXPECT_EQ(kest::currentCatalogue(), nullptr);
     }
+    const std::string good =
+        "<!-- <!DOCTYPE a> & --><term id='a'><name><![CDATA[<!DOCTYPE a> & b]]> &#228;\xC3\xA4"
+        "</name></term>";
+    EXPECT_EQ(use("\xEF\xBB\xBF" + catalogueOf(good) + "\n<!-- end -->\n"), "");
+    EXPECT_EQ(use(utf16(catalogueOf("<term id = 'a' ><name>a</name></term >"))), "");
     for (const char* attributes :
          {"code='B1'", "type='mauve'", "channel='grey'", "centre='-1' width='1'", "order='1000'",
           "term='none'", "code='a|'", "centre='nan' width='1'"}) {

@@ -159,16 +159,18 @@ void sortMembers(Gathered& gathered) {
 /// Sorts files into scenes of products, and the rest by folder.
 class Sorter {
   public:
-    explicit Sorter(Session& session) : session_(session), catalogue_(kest::currentCatalogue()) {}
+    explicit Sorter(Session& session)
+        : session_(session),
+          catalogue_(kest::currentCatalogue()),
+          witnesses_(&session.finder(), &session.codec()) {}
 
     void add(const std::string& path) {
         throwIfInterrupted();
         const std::u16string wide = Pyxis::utf8ToWide(path);
         const auto files =
             catalogue_ ? catalogue_->filesNamed(wide) : std::vector<kest::ProductFile>();
-        const auto file = std::find_if(files.begin(), files.end(), [&](const auto& each) {
-            return kest::isWitnessed(each, &session_.finder(), &session_.codec());
-        });
+        const auto file = std::find_if(files.begin(), files.end(),
+                                       [&](const auto& each) { return witnesses_.confirm(each); });
         if (file == files.end()) {
             loose_.push_back(path);
             return;
@@ -281,6 +283,7 @@ class Sorter {
 
     Session& session_;
     std::shared_ptr<const kest::ProductCatalogue> catalogue_;
+    kest::Witnesses witnesses_;
     std::map<std::tuple<const kest::Product*, std::u16string, std::string>, std::size_t> index_;
     std::vector<Gathered> products_;
     std::vector<Gathered> folders_;
