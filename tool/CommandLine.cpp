@@ -6,6 +6,7 @@
 #include <iostream>
 #include <memory>
 #include <new>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -133,8 +134,9 @@ std::unique_ptr<CLI::App> commandLine(Context& context) {
 int run(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err) {
     Context context(in, out, err);
     context.takesRemoteNames = true;
-    const InterruptGuard guard(TemporaryDirectory::removeAll);
+    std::optional<InterruptGuard> guard;
     try {
+        guard.emplace(TemporaryDirectory::removeAll);
         return runParsed(argc, argv, context);
     } catch (const Failure& failure) {
         // An interrupted wait looks like a file that cannot be read.

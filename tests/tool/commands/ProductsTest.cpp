@@ -3,6 +3,7 @@
 
 #include <fstream>
 
+#include "tests/tool/Process.h"
 #include "tests/tool/RunTool.h"
 
 namespace kestms {
@@ -79,6 +80,23 @@ TEST_F(Products, AreListedDescribedAndChecked) {
     EXPECT_EQ(checked.err, "kestms: " + mine + ": <product> lacks \"id\"\n");
     EXPECT_EQ(runTool({"--products", mine, "products"}).code, 3);
     EXPECT_EQ(runTool({"--products", directory_ / "none.xml", "products"}).code, 3);
+    writeCatalogue("hls-l30");
+    EXPECT_EQ(runTool({"--products", mine, "products"}).err,
+              "kestms: " + mine +
+                  ": product \"hls-l30\" is there for the second time with the shipped catalogue "
+                  "(--no-products leaves that out)\n");
+}
+
+TEST_F(Products, WithoutMemoryForThemThereIsAWord) {
+    for (int kilobytes = 12'000; kilobytes < 24'000; kilobytes += 500) {
+        const Outcome outcome = Process({"sh", "-c",
+                                         "ulimit -v " + std::to_string(kilobytes) + "; exec " +
+                                             fakes::kTool + " products"})
+                                    .wait();
+        EXPECT_THAT(outcome.err,
+                    testing::Not(testing::AnyOf("kestms: \n", HasSubstr("terminate"))));
+        EXPECT_NE(outcome.code, 3);
+    }
 }
 
 }  // namespace
