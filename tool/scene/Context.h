@@ -51,8 +51,8 @@ class Context {
     std::set<std::string> layers;
     /// The inputs of the command.
     InputFiles inputs;
-    /// Whether the command lists layers of the scene (quality, masks, angles) beside the set, then
-    /// those outside it.
+    /// Whether the command lists layers of the scene (quality, masks, angles) and pictures beside
+    /// the set, then those outside it.
     bool listsLayers = false;
     std::vector<SetAside> layersAside;
     /// Whether files may change while the program runs.

@@ -100,7 +100,7 @@ std::vector<std::string> filesMatching(const std::string& pattern) {
         glob(pattern.c_str(), GLOB_NOSORT, nullptr, &found) == 0) {
         for (std::size_t i = 0; i < found.gl_pathc; ++i) {
             if (isPlaceToLook(found.gl_pathv[i])) {
-                const auto below = rasterFilesBelow(found.gl_pathv[i]);
+                const auto below = rasterFilesBelow(found.gl_pathv[i]).rasters;
                 files.insert(files.end(), below.begin(), below.end());
             } else {
                 files.emplace_back(found.gl_pathv[i]);
@@ -113,9 +113,11 @@ std::vector<std::string> filesMatching(const std::string& pattern) {
 }
 
 /// The rasters at a path of `kestms scenes`.
-std::vector<std::string> rastersAt(const std::string& path) {
+std::vector<std::string> rastersAt(const std::string& path, const Context& context) {
     if (isPlaceToLook(path)) {
-        return rasterFilesBelow(path);
+        FolderContents contents = rasterFilesBelow(path);
+        noteArchives(context, path, contents.archives);
+        return std::move(contents.rasters);
     }
     std::vector<std::string> files =
         exists(path) || isVirtual(path) ? std::vector<std::string>{path} : filesMatching(path);
@@ -196,7 +198,7 @@ class ArgumentReader {
             scenes_.takeGlob(entry, matches);
         } else if (const auto component = withFrame(entry)) {
             failIfMissing(component->path);
-            entries_.push_back({component->path, component->frame});
+            entries_.push_back({component->path, component->frame, true});
         } else {
             failIfMissing(entry);
             entries_.push_back({entry, {}, true});
@@ -221,7 +223,7 @@ class ArgumentReader {
             throw Failure(ExitCode::CannotRead, name, fault);
         } else {
             // A glob also matches a product's XML files.
-            entries_.push_back({name});
+            entries_.push_back({name, {}, true});
         }
     }
 
@@ -299,7 +301,7 @@ std::vector<Scene> readScenes(const std::vector<std::string>& paths, Context& co
         if (Pyxis::kindOfPath(path) == Pyxis::PathKind::Remote) {
             context.nameRemote(path);
         }
-        const std::vector<std::string> found = rastersAt(path);
+        const std::vector<std::string> found = rastersAt(path, context);
         files.insert(files.end(), found.begin(), found.end());
     }
     return scenesAmong(session, files);

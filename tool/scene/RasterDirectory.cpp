@@ -76,11 +76,20 @@ void dropPixelFiles(std::vector<std::string>& paths) {
     std::erase_if(paths, [&pixels](const std::string& path) { return pixels.contains(path); });
 }
 
+std::string unopened(std::size_t archives) {
+    return std::to_string(archives) + (archives == 1 ? " archive" : " archives") +
+           " (name one to look into it)";
+}
+
 /// The rasters among the files of a place.
 class RasterFiles {
   public:
     void add(const std::string& path) {
         if (isHidden(path)) {
+            return;
+        }
+        if (!Pyxis::insideOfArchive(path).empty()) {
+            ++archives_;
             return;
         }
         if (isRaster(path)) {
@@ -91,25 +100,28 @@ class RasterFiles {
     }
 
     /// In natural order. Throws a Failure when there are none.
-    std::vector<std::string> take(const std::string& place, const char* whyNone) {
+    FolderContents take(const std::string& place, const char* whyNone) {
         if (rasters_.empty()) {
             std::copy_if(secondary_.begin(), secondary_.end(), std::back_inserter(rasters_),
                          isDecodable);
         }
         if (rasters_.empty()) {
-            throw Failure(ExitCode::CannotRead, place, whyNone);
+            throw Failure(
+                ExitCode::CannotRead, place,
+                archives_ == 0 ? whyNone : std::string(whyNone) + ", but " + unopened(archives_));
         }
         dropPixelFiles(rasters_);
         std::sort(rasters_.begin(), rasters_.end(), comesBefore);
-        return std::move(rasters_);
+        return {std::move(rasters_), archives_};
     }
 
   private:
+    std::size_t archives_ = 0;
     std::vector<std::string> rasters_;
     std::vector<std::string> secondary_;  ///< count only where there is nothing else
 };
 
-std::vector<std::string> rasterFilesInArchive(const std::string& archive) {
+FolderContents rasterFilesInArchive(const std::string& archive) {
     const std::string inside = insideOf(archive);
     Pyxis::Expected<std::vector<std::string>> files = Pyxis::filesInArchive(inside);
     if (!files) {
@@ -170,7 +182,7 @@ bool isPlaceToLook(const std::string& path) {
     return fs::is_directory(path, error) || !insideOf(path).empty();
 }
 
-std::vector<std::string> rasterFilesBelow(const std::string& directory) {
+FolderContents rasterFilesBelow(const std::string& directory) {
     std::error_code none;
     if (!fs::is_directory(directory, none)) {
         return rasterFilesInArchive(directory);
@@ -198,6 +210,12 @@ std::vector<std::string> rasterFilesBelow(const std::string& directory) {
         throw Failure(ExitCode::CannotRead, directory, error.message());
     }
     return rasters.take(directory, "the directory holds no raster files");
+}
+
+void noteArchives(const Context& context, const std::string& folder, std::size_t archives) {
+    if (archives > 0) {
+        context.warn(folder, "not looked into: " + unopened(archives));
+    }
 }
 
 }  // namespace kestms

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "tool/scene/Context.h"
 
 namespace kestms {
 
@@ -16,10 +19,18 @@ std::string insideOf(const std::string& path);
 /// Whether a path is a directory or an archive, or a folder in one.
 bool isPlaceToLook(const std::string& path);
 
+struct FolderContents {
+    std::vector<std::string> rasters;
+    std::size_t archives = 0;  ///< archives in it, which nobody has looked into
+};
+
 /// The paths of the raster files in a place to look and the folders below it, in natural order:
 /// regular files with the extension of a raster, and others that a registered codec reads. Skips
 /// hidden files and directories, and does not follow links to directories. Throws a Failure with
 /// ExitCode::CannotRead when the place cannot be read or has none.
-std::vector<std::string> rasterFilesBelow(const std::string& directory);
+FolderContents rasterFilesBelow(const std::string& directory);
+
+/// Reports in one line that archives in a folder were not looked into; nothing without any.
+void noteArchives(const Context& context, const std::string& folder, std::size_t archives);
 
 }  // namespace kestms

@@ -17,6 +17,8 @@ namespace fs = std::filesystem;
 namespace kestms {
 namespace {
 
+using Strings = std::vector<std::string>;
+
 std::vector<std::string> pathsOf(const std::vector<SetAside>& files) {
     std::vector<std::string> paths;
     std::transform(files.begin(), files.end(), std::back_inserter(paths),
@@ -73,7 +75,15 @@ void SceneChoice::takeScene(const std::string& name, const std::vector<Scene>& s
     for (const std::string& path : scene.files) {
         entries_.push_back({path});
     }
-    setAside(name, scene.setAside);
+    std::vector<SetAside> aside = scene.setAside;
+    if (!scene.product.empty() && context_.scene.empty()) {
+        for (const Scene& other : scenes) {
+            for (const std::string& path : other.product.empty() ? other.files : Strings()) {
+                aside.push_back({path, kPartOfNoScene, false});
+            }
+        }
+    }
+    setAside(name, aside);
 }
 
 /// A scene of no product may go by what the codec calls it, as `kestms scenes` shows it.
@@ -91,7 +101,9 @@ const Scene& SceneChoice::chosen(const std::vector<Scene>& scenes) {
 }
 
 void SceneChoice::takeFolder(const std::string& folder) {
-    takeScene(folder, scenesAmong(context_.session(), rasterFilesBelow(folder)),
+    const FolderContents contents = rasterFilesBelow(folder);
+    noteArchives(context_, folder, contents.archives);
+    takeScene(folder, scenesAmong(context_.session(), contents.rasters),
               [&folder](const Scene& scene) { return liesDirectlyIn(scene, folder); });
 }
 
@@ -108,8 +120,10 @@ void SceneChoice::takeGlob(const std::string& pattern, const std::vector<std::st
 
 void SceneChoice::sortNamedFiles() {
     std::vector<std::string> paths;
+    std::set<std::string> seen;
     for (const InputEntry& entry : entries_) {
-        if (entry.isNamed) {
+        // A file may be there with several frames.
+        if (entry.isNamed && seen.insert(entry.path).second) {
             paths.push_back(entry.path);
         }
     }
@@ -151,28 +165,37 @@ void SceneChoice::sortScene(const Scene& scene) {
             aside.push_back(each);
         }
     }
-    dropNamed(pathsOf(aside));
-    setAside(scene.name, aside);
+    const std::vector<InputEntry> dropped = dropNamed(pathsOf(aside));
+    setAside(scene.name, aside, dropped);
 }
 
-void SceneChoice::dropNamed(const std::vector<std::string>& files) {
-    const std::set<std::string> dropped(files.begin(), files.end());
-    std::erase_if(entries_, [&dropped](const InputEntry& entry) {
-        return entry.isNamed && dropped.count(entry.path) > 0;
-    });
+std::vector<InputEntry> SceneChoice::dropNamed(const std::vector<std::string>& files) {
+    const std::set<std::string> unwanted(files.begin(), files.end());
+    const auto first =
+        std::stable_partition(entries_.begin(), entries_.end(), [&unwanted](const auto& entry) {
+            return !entry.isNamed || unwanted.count(entry.path) == 0;
+        });
+    std::vector<InputEntry> dropped(first, entries_.end());
+    entries_.erase(first, entries_.end());
+    return dropped;
 }
 
-void SceneChoice::setAside(const std::string& name, const std::vector<SetAside>& files) {
+void SceneChoice::setAside(const std::string& name, const std::vector<SetAside>& files,
+                           const std::vector<InputEntry>& named) {
     std::vector<SetAside> left;
     bool hasLayers = false;
     for (const SetAside& each : files) {
         hasLayers = hasLayers || each.isLayer;
         if (each.isLayer && context_.withQuality) {
             context_.layers.insert(each.path);
-            entries_.push_back({each.path});
+            const auto isThis = [&each](const InputEntry& one) { return one.path == each.path; };
+            std::copy_if(named.begin(), named.end(), std::back_inserter(entries_), isThis);
+            if (std::none_of(named.begin(), named.end(), isThis)) {
+                entries_.push_back({each.path});
+            }
         } else {
             context_.inputs.addRaster(each.path);
-            const bool isListed = each.isLayer && context_.listsLayers;
+            const bool isListed = (each.isLayer || each.reason == kPreview) && context_.listsLayers;
             (isListed ? context_.layersAside : left).push_back(each);
         }
     }

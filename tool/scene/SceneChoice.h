@@ -13,7 +13,7 @@ namespace kestms {
 struct InputEntry {
     std::string path;
     std::optional<int> frame = {};  ///< none: all
-    bool isNamed = false;           ///< as a whole file, by itself
+    bool isNamed = false;           ///< by itself
 };
 
 /// Decides which files of scenes become components, and says in one line what is left out.
@@ -39,9 +39,12 @@ class SceneChoice {
     void takeScene(const std::string& name, const std::vector<Scene>& scenes, IsNear isNear);
     void sortNamedScenes(const std::vector<Scene>& scenes);
     void sortScene(const Scene& scene);
-    void dropNamed(const std::vector<std::string>& files);
-    /// Reports in one line what is left out, unless the user includes it.
-    void setAside(const std::string& name, const std::vector<SetAside>& files);
+    /// Removes and returns the entries of these files that the user named.
+    std::vector<InputEntry> dropNamed(const std::vector<std::string>& files);
+    /// Reports in one line what is left out, unless the user includes it: then with the frames of
+    /// `named`.
+    void setAside(const std::string& name, const std::vector<SetAside>& files,
+                  const std::vector<InputEntry>& named = {});
 
     Context& context_;
     std::vector<InputEntry>& entries_;

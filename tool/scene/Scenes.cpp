@@ -1,7 +1,9 @@
 #include "tool/scene/Scenes.h"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
+#include <functional>
 #include <iterator>
 #include <map>
 #include <optional>
@@ -10,6 +12,7 @@
 #include <tuple>
 #include <utility>
 
+#include "bands/AsciiText.h"
 #include "bands/BandWords.h"
 #include "bands/catalogue/ProductCatalogue.h"
 #include "host/Text.h"
@@ -114,6 +117,12 @@ auto preference(const kest::Product& product, const Member& member) {
     return std::tuple(other, member.bucket->number);
 }
 
+constexpr const char* kMetadata = "metadata";
+constexpr const char* kSameBandInAnotherForm = "same band in another form";
+constexpr const char* kSameBandAtAnotherSize = "same band at another pixel size";
+constexpr const char* kSameLayerInAnotherForm = "same layer in another form";
+constexpr const char* kSameLayerAtAnotherSize = "same layer at another pixel size";
+
 /// By its extension: ".tfw", ".j2w", ".wld".
 bool isWorldFile(const std::string& path) {
     const std::string extension = fs::path(path).extension().string();
@@ -122,33 +131,59 @@ bool isWorldFile(const std::string& path) {
                                              extension == ".wld" || extension == ".WLD");
 }
 
+/// Of a ".SAFE" product: "MSK_DETFOO_B02.jp2".
+bool isMaskOfProduct(const std::string& path) {
+    return fs::path(path).filename().string().starts_with("MSK_") && !safeFolderOf(path).empty();
+}
+
+/// By its extension: what producers write beside rasters for people and programs to read.
+bool isMetadataFile(const std::string& path) {
+    constexpr std::array<std::u16string_view, 5> kExtensions = {u".xml", u".txt", u".json",
+                                                                u".html", u".htm"};
+    const std::u16string extension = Pyxis::utf8ToWide(fs::path(path).extension().string());
+    return std::any_of(kExtensions.begin(), kExtensions.end(), [&extension](auto each) {
+        return kest::equalIgnoringCase(extension, each);
+    });
+}
+
+/// Why a file is set aside that has the band or layer of another one.
+const char* repetitionOf(const Member& member, const Member& first) {
+    const bool isBand = member.band->details.role == kest::BandRole::Band;
+    return member.bucket == first.bucket
+               ? (isBand ? kSameBandInAnotherForm : kSameLayerInAnotherForm)
+           : isBand ? kSameBandAtAnotherSize
+                    : kSameLayerAtAnotherSize;
+}
+
 void sortMembers(Gathered& gathered) {
     auto& members = gathered.members;
     std::stable_sort(members.begin(), members.end(), [&](const Member& a, const Member& b) {
         return std::tuple_cat(std::tuple(a.band->order), preference(*gathered.product, a)) <
                std::tuple_cat(std::tuple(b.band->order), preference(*gathered.product, b));
     });
+    std::vector<SetAside>& aside = gathered.scene.setAside;
     const Member* last = nullptr;
     for (const Member& member : members) {
         const kest::BandRole role = member.band->details.role;
+        const std::string word(kest::wordOf(kest::kRoleWords, role));
         if (isWorldFile(member.path)) {
-            gathered.scene.setAside.push_back({member.path, "world file", false});
+            aside.push_back({member.path, "world file", false});
             continue;
         }
         if (role == kest::BandRole::Metadata) {
+            aside.push_back({member.path, word, false});
+            continue;
+        }
+        if (isMetadataFile(member.path)) {
+            aside.push_back({member.path, kMetadata, false});
+            continue;
+        }
+        if (last != nullptr && member.band == last->band) {
+            aside.push_back({member.path, repetitionOf(member, *last), false});
             continue;
         }
         if (role != kest::BandRole::Band) {
-            gathered.scene.setAside.push_back({member.path,
-                                               std::string(kest::wordOf(kest::kRoleWords, role)),
-                                               role != kest::BandRole::Preview});
-        } else if (last != nullptr && member.band == last->band) {
-            gathered.scene.setAside.push_back({member.path,
-                                               member.bucket == last->bucket
-                                                   ? "same band in another form"
-                                                   : "same band at another pixel size",
-                                               false});
-            continue;
+            aside.push_back({member.path, word, role != kest::BandRole::Preview});
         } else {
             gathered.scene.files.push_back(member.path);
         }
@@ -260,14 +295,28 @@ class Sorter {
     }
 
     void placeLoose() {
-        std::map<std::string, std::size_t> byFolder;
         std::map<std::string, Scene*> owners;
         for (Gathered& each : products_) {
             owners.try_emplace(each.scene.folder, &each.scene);
         }
+        // Metadata of a folder without a product go with its rasters.
+        std::stable_partition(loose_.begin(), loose_.end(), std::not_fn(isMetadataFile));
+        std::map<std::string, std::size_t> byFolder;
         for (const std::string& path : loose_) {
-            if (Scene* owner = ownerOf(path, owners)) {
-                owner->setAside.push_back({path, kPartOfNoScene, false});
+            const bool isMetadata = isMetadataFile(path);
+            Scene* owner = ownerOf(path, owners);
+            if (owner == nullptr && isMetadata) {  // of a product, above the folders of its bands
+                const auto below = std::find_if(owners.begin(), owners.end(), [&](auto& each) {
+                    return liesIn(each.first, folderOf(path));
+                });
+                owner = below != owners.end() ? below->second : nullptr;
+            }
+            if (owner != nullptr) {
+                owner->setAside.push_back({path,
+                                           isMetadata              ? kMetadata
+                                           : isMaskOfProduct(path) ? "mask"
+                                                                   : kPartOfNoScene,
+                                           false});
                 continue;
             }
             const std::string folder = folderOf(path);
@@ -277,7 +326,12 @@ class Sorter {
                 scene.name = folderName(path);
                 scene.folder = folder;
             }
-            folders_[place->second].scene.files.push_back(path);
+            Scene& scene = folders_[place->second].scene;
+            if (isMetadata && !scene.files.empty() && !isMetadataFile(scene.files.front())) {
+                scene.setAside.push_back({path, kMetadata, false});
+            } else {
+                scene.files.push_back(path);
+            }
         }
     }
 

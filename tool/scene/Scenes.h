@@ -12,6 +12,9 @@ namespace kestms {
 /// The reason for a raster beside a scene.
 inline constexpr const char* kPartOfNoScene = "part of no scene";
 
+/// The reason for a picture that comes with a scene.
+inline constexpr const char* kPreview = "preview";
+
 /// A raster that is not offered to the codec.
 struct SetAside {
     std::string path;

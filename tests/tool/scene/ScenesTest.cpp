@@ -105,6 +105,43 @@ TEST_F(Scenes, OneOfSeveralIsChosen) {
               2U);
 }
 
+TEST_F(Scenes, FramesAndMetadataThatAreNamedAreSortedToo) {
+    const std::string prefix = writeLandsat8("scene", kFirst) + "/" + kFirst;
+    fakes::writeFile(prefix + "_MTL.txt", "END");
+    fakes::writeFile(directory_ / "MTD_MSIL2A.xml", "<product/>");
+    const Strings files = {prefix + "_QA_PIXEL.TIF#0", prefix + "_SR_B4.TIF#0",
+                           prefix + "_SR_B2.TIF#0"};
+    EXPECT_THAT(runTool(joined({"info"}, files)).err, HasSubstr(": set aside: 1 quality ("));
+    EXPECT_EQ(runTool(joined({"info", "--json", "--with-quality"}, files)).json()["bands"].size(),
+              3U);
+    EXPECT_EQ(runTool({"info", files[1], files[1], files[2], "--json"}).json()["bands"].size(), 3U);
+    fakes::writeFile(prefix + "_thumb_small.jpeg", "");
+    const Strings all = {prefix + "_SR_B2.TIF",         prefix + "_SR_B4.TIF",
+                         prefix + "_MTL.txt",           prefix + "_MTL.xml",
+                         directory_ / "MTD_MSIL2A.xml", prefix + "_thumb_small.jpeg"};
+    EXPECT_THAT(runTool(joined({"info"}, all)).err,
+                testing::EndsWith(kFirst + ": set aside: 3 metadata, 1 preview\n"));
+    const auto scenes = runTool(joined({"scenes", "--json"}, all)).json()["scenes"];
+    ASSERT_EQ(scenes.size(), 1U);
+    EXPECT_EQ(scenes[0]["setAside"].size(), 4U);
+}
+
+TEST_F(Scenes, WhatElseIsInAFolderIsMentioned) {
+    writeLandsat8("all/scene", kFirst);
+    std::filesystem::create_directories(directory_ / "all/other");
+    write("all/other/dem.tif");
+    fakes::writeFile(directory_ / "all/other/a.ZIP", "PK");
+    const std::string all = directory_ / "all";
+    const std::string archives = all + ": not looked into: 1 archive (name one to look into it)\n";
+    EXPECT_EQ(runTool({"info", all}).err, "kestms: " + archives + "kestms: " + all +
+                                              ": set aside: 2 quality, 1 part of no scene "
+                                              "(--with-quality takes what fits)\n");
+    EXPECT_THAT(runTool({"scenes", all}).err, HasSubstr(archives));
+    std::filesystem::remove(directory_ / "all/other/dem.tif");
+    EXPECT_THAT(runTool({"info", all + "/other"}).err,
+                HasSubstr("holds no raster files, but 1 archive ("));
+}
+
 /// Two editions of a Sentinel-2 product, and two folders with one Landsat scene.
 TEST_F(Scenes, CopiesOfASceneAreToldApart) {
     const std::string tile = "T32TQM_20200101T100319_";
@@ -150,7 +187,8 @@ TEST_F(Scenes, OfABandAtSeveralPixelSizesTheOwnIsTaken) {
     const std::string tile = "T32TQM_20180629T012042_";
     const std::string data = "S2A.SAFE/GRANULE/L2A/IMG_DATA/";
     for (const char* name :
-         {"R20m/B02_20m", "R10m/B02_10m", "R20m/B8A_20m", "R60m/B8A_60m", "R10m/TCI_10m"}) {
+         {"R20m/B02_20m", "R10m/B02_10m", "R20m/B8A_20m", "R60m/B8A_60m", "R10m/TCI_10m",
+          "R20m/AOT_20m", "R10m/AOT_10m", "R60m/SCL_60m", "R20m/SCL_20m"}) {
         const std::string path = name;
         std::filesystem::create_directories(directory_ / (data + path.substr(0, 4)));
         write(data + path.substr(0, 5) + tile + path.substr(5) + ".tif", {.type = GDT_UInt16});
@@ -171,9 +209,15 @@ TEST_F(Scenes, OfABandAtSeveralPixelSizesTheOwnIsTaken) {
     for (const auto& file : scenes[0]["setAside"]) {
         reasons.push_back(file["reason"]);
     }
-    EXPECT_THAT(reasons, testing::UnorderedElementsAre("same band at another pixel size",
-                                                       "same band at another pixel size", "preview",
-                                                       "part of no scene"));
+    EXPECT_THAT(reasons, testing::UnorderedElementsAre(
+                             "same band at another pixel size", "same band at another pixel size",
+                             "preview", "ancillary", "mask", "same layer at another pixel size",
+                             "same layer at another pixel size", "mask"));
+    const Outcome layers = runTool({"info", directory_.path(), "--with-quality", "--json"});
+    EXPECT_THAT(bandNames(layers),
+                ElementsAre("Blue (B02)", HasSubstr("B8A"), "Aerosol optical thickness",
+                            "Scene classification"));
+    EXPECT_THAT(layers.json()["bands"][3]["file"].get<std::string>(), HasSubstr("SCL_20m"));
 }
 
 TEST_F(Scenes, ListWhatIsThereAndWhyItIsNoSet) {
