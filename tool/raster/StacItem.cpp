@@ -242,7 +242,10 @@ class Assets {
             json["type"] = type->type;
         }
         const bool isData = file.role == kest::BandRole::Band;
-        json["roles"] = {isData ? "data" : kest::wordOf(kest::kRoleWords, file.role)};
+        const bool isView = file.role == kest::BandRole::Preview;
+        json["roles"] = {isData   ? "data"
+                         : isView ? "overview"  // STAC's word for a picture in true colour
+                                  : kest::wordOf(kest::kRoleWords, file.role)};
         if (!file.bands.empty()) {
             describeBands(file.bands, key, isData, json);
         }

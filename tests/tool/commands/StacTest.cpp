@@ -45,6 +45,14 @@ class Stac : public InDirectory {
     const std::string item_ = directory_ / "item.json";
 };
 
+TEST_F(Stac, ListsThePicturesOfAScene) {
+    for (const char* band : {"B02", "B04", "TCI"}) {
+        write("T32TQM_20180629T101031_" + std::string(band) + ".tif", {.type = GDT_UInt16});
+    }
+    ASSERT_EQ(stac({"-o", item_}).code, 0);
+    EXPECT_EQ(itemAt("item.json")["assets"]["TCI"]["roles"], json({"overview"}));
+}
+
 TEST_F(Stac, DescribesEveryFileOfAScene) {
     writeScene();
     fakes::writeFile(directory_ / (kScene + "_MTL.txt"),
