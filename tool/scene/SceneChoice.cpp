@@ -183,9 +183,8 @@ std::vector<InputEntry> SceneChoice::dropNamed(const std::vector<std::string>& f
 void SceneChoice::setAside(const std::string& name, const std::vector<SetAside>& files,
                            const std::vector<InputEntry>& named) {
     std::vector<SetAside> left;
-    bool hasLayers = false;
+    bool canTake = false;
     for (const SetAside& each : files) {
-        hasLayers = hasLayers || each.isLayer;
         if (each.isLayer && context_.withQuality) {
             context_.layers.insert(each.path);
             const auto isThis = [&each](const InputEntry& one) { return one.path == each.path; };
@@ -197,10 +196,10 @@ void SceneChoice::setAside(const std::string& name, const std::vector<SetAside>&
             context_.inputs.addRaster(each.path);
             const bool isListed = (each.isLayer || each.reason == kPreview) && context_.listsLayers;
             (isListed ? context_.layersAside : left).push_back(each);
+            canTake = canTake || (each.isLayer && !isListed);
         }
     }
     if (!left.empty()) {
-        const bool canTake = hasLayers && !context_.withQuality;
         context_.warn(name, "set aside: " + summaryOf(left) +
                                 (canTake ? " (--with-quality takes what fits)" : ""));
     }

@@ -131,6 +131,15 @@ bool isWorldFile(const std::string& path) {
                                              extension == ".wld" || extension == ".WLD");
 }
 
+/// By its name: that of the scene with the extension of a picture.
+bool isPictureOf(const Scene& scene, const std::string& path) {
+    const fs::path file = path;
+    const std::u16string extension = Pyxis::utf8ToWide(file.extension().string());
+    return file.stem() == scene.name && (kest::equalIgnoringCase(extension, u".jpg") ||
+                                         kest::equalIgnoringCase(extension, u".jpeg") ||
+                                         kest::equalIgnoringCase(extension, u".png"));
+}
+
 /// Of a ".SAFE" product: "MSK_DETFOO_B02.jp2".
 bool isMaskOfProduct(const std::string& path) {
     return fs::path(path).filename().string().starts_with("MSK_") && !safeFolderOf(path).empty();
@@ -294,6 +303,13 @@ class Sorter {
         std::erase_if(products_, [](const Gathered& each) { return each.members.empty(); });
     }
 
+    static const char* reasonFor(const std::string& path, const Scene& owner, bool isMetadata) {
+        return isMetadata                 ? kMetadata
+               : isMaskOfProduct(path)    ? "mask"
+               : isPictureOf(owner, path) ? kPreview
+                                          : kPartOfNoScene;
+    }
+
     void placeLoose() {
         std::map<std::string, Scene*> owners;
         for (Gathered& each : products_) {
@@ -312,11 +328,7 @@ class Sorter {
                 owner = below != owners.end() ? below->second : nullptr;
             }
             if (owner != nullptr) {
-                owner->setAside.push_back({path,
-                                           isMetadata              ? kMetadata
-                                           : isMaskOfProduct(path) ? "mask"
-                                                                   : kPartOfNoScene,
-                                           false});
+                owner->setAside.push_back({path, reasonFor(path, *owner, isMetadata), false});
                 continue;
             }
             const std::string folder = folderOf(path);

@@ -116,14 +116,16 @@ TEST_F(Scenes, FramesAndMetadataThatAreNamedAreSortedToo) {
               3U);
     EXPECT_EQ(runTool({"info", files[1], files[1], files[2], "--json"}).json()["bands"].size(), 3U);
     fakes::writeFile(prefix + "_thumb_small.jpeg", "");
-    const Strings all = {prefix + "_SR_B2.TIF",         prefix + "_SR_B4.TIF",
-                         prefix + "_MTL.txt",           prefix + "_MTL.xml",
-                         directory_ / "MTD_MSIL2A.xml", prefix + "_thumb_small.jpeg"};
+    fakes::writeFile(prefix + ".jpg", "");
+    const Strings all = {
+        prefix + "_SR_B2.TIF", prefix + "_SR_B4.TIF",         prefix + "_MTL.txt",
+        prefix + "_MTL.xml",   directory_ / "MTD_MSIL2A.xml", prefix + "_thumb_small.jpeg",
+        prefix + ".jpg"};
     EXPECT_THAT(runTool(joined({"info"}, all)).err,
-                testing::EndsWith(kFirst + ": set aside: 3 metadata, 1 preview\n"));
+                testing::EndsWith(kFirst + ": set aside: 3 metadata, 2 preview\n"));
     const auto scenes = runTool(joined({"scenes", "--json"}, all)).json()["scenes"];
     ASSERT_EQ(scenes.size(), 1U);
-    EXPECT_EQ(scenes[0]["setAside"].size(), 4U);
+    EXPECT_EQ(scenes[0]["setAside"].size(), 5U);
 }
 
 TEST_F(Scenes, WhatElseIsInAFolderIsMentioned) {
