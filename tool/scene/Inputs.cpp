@@ -8,6 +8,7 @@
 #include <array>
 #include <charconv>
 #include <filesystem>
+#include <iterator>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -121,6 +122,10 @@ std::vector<std::string> rastersAt(const std::string& path, const Context& conte
     }
     std::vector<std::string> files =
         exists(path) || isVirtual(path) ? std::vector<std::string>{path} : filesMatching(path);
+    if (const auto component = files.empty() ? withFrame(path) : std::nullopt;
+        component && (exists(component->path) || isVirtual(component->path))) {
+        files = {component->path};
+    }
     if (files.empty()) {
         throw Failure(ExitCode::CannotRead, path, whyNotReadable(path));
     }
@@ -296,13 +301,15 @@ Pyxis::FileSpecifier readSet(const std::vector<std::string>& arguments, Context&
 std::vector<Scene> readScenes(const std::vector<std::string>& paths, Context& context) {
     Session& session = context.session();
     std::vector<std::string> files;
+    std::set<std::string> seen;
     for (const std::string& given : paths) {
         const std::string path = withoutScheme(given);
         if (Pyxis::kindOfPath(path) == Pyxis::PathKind::Remote) {
             context.nameRemote(path);
         }
         const std::vector<std::string> found = rastersAt(path, context);
-        files.insert(files.end(), found.begin(), found.end());
+        std::copy_if(found.begin(), found.end(), std::back_inserter(files),
+                     [&seen](const std::string& file) { return seen.insert(file).second; });
     }
     return scenesAmong(session, files);
 }

@@ -151,7 +151,12 @@ void SceneChoice::sortNamedScenes(const std::vector<Scene>& scenes) {
             dropNamed(pathsOf(scene.setAside));
             continue;
         }
-        taken_.push_back(scene);
+        const bool hasRasters =
+            !scene.files.empty() || std::any_of(scene.setAside.begin(), scene.setAside.end(),
+                                                [](const SetAside& each) { return each.isLayer; });
+        if (hasRasters) {  // otherwise metadata of another scene that is given
+            taken_.push_back(scene);
+        }
         sortScene(scene);
     }
 }

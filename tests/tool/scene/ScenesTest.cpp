@@ -123,6 +123,13 @@ TEST_F(Scenes, FramesAndMetadataThatAreNamedAreSortedToo) {
         prefix + ".jpg"};
     EXPECT_THAT(runTool(joined({"info"}, all)).err,
                 testing::EndsWith(kFirst + ": set aside: 3 metadata, 2 preview\n"));
+    EXPECT_THAT(runTool({"info", directory_ / "scene", prefix + "_MTL.txt"}).err,
+                testing::Not(HasSubstr("2 scenes")));
+    EXPECT_EQ(
+        runTool(joined({"scenes", "--json"}, joined(files, {files[1], prefix + "_SR_B2.TIF"})))
+            .json()["scenes"][0]["files"]
+            .size(),
+        2U);
     const auto scenes = runTool(joined({"scenes", "--json"}, all)).json()["scenes"];
     ASSERT_EQ(scenes.size(), 1U);
     EXPECT_EQ(scenes[0]["setAside"].size(), 5U);
