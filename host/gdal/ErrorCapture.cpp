@@ -8,11 +8,12 @@ namespace Pyxis {
 namespace {
 
 void keepMessage(CPLErr severity, CPLErrorNum /*number*/, const char* message) {
-    if (severity < CE_Failure || message == nullptr) {
+    if (severity < CE_Warning || message == nullptr) {
         return;
     }
+    auto& last = *static_cast<ErrorCapture::Messages*>(CPLGetErrorHandlerUserData());
     try {
-        *static_cast<std::string*>(CPLGetErrorHandlerUserData()) = message;
+        (severity == CE_Warning ? last.warning : last.error) = message;
     } catch (const std::exception&) {
         // An exception must not pass through GDAL's C code; the message is lost.
     }
@@ -21,7 +22,7 @@ void keepMessage(CPLErr severity, CPLErrorNum /*number*/, const char* message) {
 }  // namespace
 
 ErrorCapture::ErrorCapture() {
-    CPLPushErrorHandlerEx(keepMessage, &message_);
+    CPLPushErrorHandlerEx(keepMessage, &last_);
 }
 
 ErrorCapture::~ErrorCapture() {

@@ -7,7 +7,7 @@
 namespace Pyxis {
 
 /// Captures GDAL's messages on this thread for its lifetime, so that nothing is printed, and keeps
-/// the last error. Captures nest and end in reverse order.
+/// the last error and the last warning. Captures nest and end in reverse order.
 class PYXIS_CODECS_API ErrorCapture {
   public:
     ErrorCapture();
@@ -16,10 +16,17 @@ class PYXIS_CODECS_API ErrorCapture {
     ~ErrorCapture();
 
     /// The last error's message; empty when there was none. Warnings do not count.
-    const std::string& message() const { return message_; }
+    const std::string& message() const { return last_.error; }
+    /// The last warning; empty when there was none.
+    const std::string& warning() const { return last_.warning; }
+
+    struct Messages {
+        std::string error;
+        std::string warning;
+    };
 
   private:
-    std::string message_;
+    Messages last_;
 };
 
 }  // namespace Pyxis

@@ -128,6 +128,7 @@ class Writer {
         }
         to_.reset(driver->Create(path.c_str(), from_.GetRasterXSize(), from_.GetRasterYSize(),
                                  from_.GetRasterCount(), type_, options.List()));
+        noteWarning(errors);
         if (to_) {
             describe();
             copyPixels(progress);
@@ -258,6 +259,16 @@ class Writer {
         }
         if (!isWritten) {
             output_.fail(errors.message());
+        }
+        noteWarning(errors);
+    }
+
+    /// Of creation options: NBITS may clip pixels.
+    void noteWarning(const Pyxis::ErrorCapture& messages) {
+        const std::string note = "GDAL warns: " + output_.withGivenName(messages.warning());
+        if (!messages.warning().empty() &&
+            std::find(notes_.begin(), notes_.end(), note) == notes_.end()) {
+            notes_.push_back(note);
         }
     }
 

@@ -116,13 +116,17 @@ void OutputFile::write(std::string_view content) {
     }
 }
 
-void OutputFile::fail(const std::string& reason) const {
-    std::string words = reason.empty() ? "write failed" : reason;  // GDAL's name the temporary file
+std::string OutputFile::withGivenName(std::string words) const {
     for (std::size_t at = 0; !temporary_.empty() && (at = words.find(temporary_, at)) != words.npos;
          at += given_.size()) {
         words.replace(at, temporary_.size(), given_);
     }
-    throw Failure(ExitCode::CannotWrite, given_, words);
+    return words;
+}
+
+void OutputFile::fail(const std::string& reason) const {
+    throw Failure(ExitCode::CannotWrite, given_,
+                  reason.empty() ? "write failed" : withGivenName(reason));
 }
 
 void commitTogether(const std::vector<std::unique_ptr<OutputFile>>& files) {

@@ -37,6 +37,9 @@ class OutputFile {
     /// Lets `commitTogether` remove what is there instead.
     void remove() { isRemoved_ = true; }
 
+    /// A message of such a writer, with the path in place of the name under which it wrote.
+    std::string withGivenName(std::string words) const;
+
     /// A Failure with ExitCode::CannotWrite that names the path, for writers that go by name. An
     /// empty reason is one that they do not know.
     [[noreturn]] void fail(const std::string& reason) const;
