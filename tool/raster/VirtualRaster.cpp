@@ -152,6 +152,13 @@ void replaceSource(CPLXMLNode* band, const std::string& source) {
     }
 }
 
+/// GDAL writes 16 digits: the largest number, rounded up, would be infinite.
+void replaceNoData(CPLXMLNode* band, double value) {
+    if (CPLGetXMLNode(band, "NoDataValue") != nullptr) {
+        CPLSetXMLValue(band, "NoDataValue", numberText(value).c_str());
+    }
+}
+
 bool canHold(const Band& band, GDALDataType type, double value) {
     if (hasSignedBytes(band)) {  // of which the type says nothing
         using Limits = std::numeric_limits<std::int8_t>;
@@ -274,6 +281,7 @@ std::string VirtualRaster::text() const {
     for (CPLXMLNode* node = CPLGetXMLNode(document.get(), "=VRTDataset")->psChild; node != nullptr;
          node = node->psNext) {
         if (EQUAL(node->pszValue, "VRTRasterBand")) {
+            replaceNoData(node, dataset_->GetBands()[index]->GetNoDataValue());
             replaceSource(node, sources_[index]);
             replaceSource(CPLGetXMLNode(node, "MaskBand.VRTRasterBand"), maskSources_[index]);
             ++index;
