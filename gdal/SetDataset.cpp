@@ -12,6 +12,7 @@
 #include "gdal/ComponentBand.h"
 #include "host/gdal/ErrorCapture.h"
 #include "tool/raster/BandSelection.h"
+#include "tool/raster/DisplayChannels.h"
 #include "tool/raster/OutputGrid.h"
 #include "tool/scene/Words.h"
 #include "tool/terminal/Failure.h"

@@ -8,6 +8,7 @@
 
 #include "tool/actions/RasterActions.h"
 #include "tool/raster/BandSelection.h"
+#include "tool/raster/DisplayChannels.h"
 #include "tool/raster/OutputGrid.h"
 #include "tool/raster/RasterExport.h"
 
@@ -49,6 +50,7 @@ std::vector<Band> bandsToShow(const OpenedSet& set, const QuicklookOptions& opti
     if (!options.request.bands.empty() && (bands.size() == 1 || bands.size() == kChannels)) {
         return bands;
     }
+    assignDisplayChannels(bands);
     std::vector<Band> colours = bandsFor(
         bands,
         {BandAssignment::RedChannel, BandAssignment::GreenChannel, BandAssignment::BlueChannel});
@@ -108,6 +110,9 @@ ExitCode drawPicture(Context& context, const QuicklookOptions& options) {
         layOut(shown, request.output, partOf(shown, set, options));
     drawQuicklook(rasters.front(), options.size)
         .write(request.output, {context.inputs, request.overwrite});
+    if (const std::string note = cutNote(rasters.front()); !note.empty()) {
+        context.warn(request.output, note);
+    }
     return ExitCode::Success;
 }
 

@@ -62,6 +62,19 @@ bool hasCode(const Band& band, const std::string& word) {
     return matches(number, literally(numberInCode(word)));
 }
 
+/// "6" for the bands 6L and 6H.
+bool hasCodeBeforeLetter(const Band& band, const std::string& word) {
+    const std::string number = numberInCode(codeIn(band.name));
+    return matches(number.substr(0, number.find_first_not_of("0123456789")),
+                   literally(numberInCode(word)));
+}
+
+/// "B61" or "SR_B?" for what ends the file's name after an underscore.
+bool endsFileName(const Band& band, const std::string& pattern) {
+    const std::string name = "_" + std::filesystem::path(band.componentPath).stem().string();
+    return !pattern.empty() && matches(name, "*_" + pattern);
+}
+
 using Matcher = bool (*)(const Band& band, const std::string& word);
 
 /// From the strictest to the loosest; the first that finds bands decides.
@@ -76,14 +89,17 @@ constexpr Matcher kMatchers[] = {
         return matches(band.commonName.substr(0, end), literally(word));
     },
     hasCode,
+    hasCodeBeforeLetter,
     [](const Band& band, const std::string& word) {
         return codeIn(band.name).empty() && word == std::to_string(band.number);
     },
     [](const Band& band, const std::string& word) {
         return word == "#" + std::to_string(band.frame);
     },
+    [](const Band& band, const std::string& word) { return endsFileName(band, literally(word)); },
     [](const Band& band, const std::string& word) {
-        return matches(band.name, word) || matches(band.commonName, word) ||
+        return matches(codeIn(band.name), word) || endsFileName(band, word) ||
+               matches(band.name, word) || matches(band.commonName, word) ||
                matches(std::filesystem::path(band.componentPath).filename().string(), word);
     },
 };
@@ -168,25 +184,6 @@ void renameBands(std::vector<Band>& bands, const std::vector<std::string>& names
             bands[index].name = name.substr(mark + 1);
         }
     }
-}
-
-void putInDisplayOrder(std::vector<Band>& bands) {
-    using kest::BandAssignment;
-    const auto place = [](const Band& band) {
-        switch (band.assignment) {
-            case BandAssignment::RedChannel:
-                return 0;
-            case BandAssignment::GreenChannel:
-                return 1;
-            case BandAssignment::BlueChannel:
-                return 2;
-            case BandAssignment::NotAssigned:
-                break;
-        }
-        return 3;
-    };
-    std::stable_sort(bands.begin(), bands.end(),
-                     [&place](const Band& a, const Band& b) { return place(a) < place(b); });
 }
 
 }  // namespace kestms

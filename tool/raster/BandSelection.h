@@ -21,7 +21,4 @@ std::vector<Band> selectBands(const std::vector<Band>& bands,
 /// Gives bands names of the user's, each as "BAND=TEXT". Throws as `selectBands` does.
 void renameBands(std::vector<Band>& bands, const std::vector<std::string>& names);
 
-/// Puts the bands for red, green and blue first, the others after them as they were.
-void putInDisplayOrder(std::vector<Band>& bands);
-
 }  // namespace kestms

@@ -54,16 +54,6 @@ PixelRectangle rectangleOf(const Band& band, const PixelGrid& grid) {
     return rectangle;
 }
 
-Pyxis::RasterSource sourceOf(const Band& band) {
-    throwIfInterrupted();
-    const auto source =
-        Pyxis::rasterSourceOf(Pyxis::fileSpecifier(band.componentPath), band.componentFrame);
-    if (!source) {
-        throw Failure(ExitCode::CannotRead, band.componentPath, "the band cannot be opened");
-    }
-    return *source;
-}
-
 bool hasPixelSize(const Band& band, double size) {
     const PixelGrid grid(band);
     return std::abs(grid.pixelWidth() - size) <= kPositionStep * size &&
@@ -108,9 +98,9 @@ PixelRectangle extended(const PixelRectangle& all, const PixelRectangle& own, co
     return {left, top, right - left, bottom - top};
 }
 
-/// The requested part of the extent, in whole pixels.
-PixelRectangle partOf(const PixelRectangle& extent, const PixelGrid& grid,
-                      const GridOptions& options) {
+/// The requested part, in whole pixels. It may reach beyond the extent.
+PixelRectangle requestedPart(const PixelRectangle& extent, const PixelGrid& grid,
+                             const GridOptions& options) {
     PixelRectangle part = extent;
     if (options.box) {
         const auto& [west, south, east, north] = *options.box;
@@ -130,13 +120,14 @@ PixelRectangle partOf(const PixelRectangle& extent, const PixelGrid& grid,
         const auto& [column, row, width, height] = *options.window;
         part = {extent.x + column, extent.y + row, width, height};
     }
-    const bool meets = part.width >= 1 && part.height >= 1 && part.x < extent.x + extent.width &&
-                       part.y < extent.y + extent.height && part.x + part.width > extent.x &&
-                       part.y + part.height > extent.y;
-    if (!meets) {
-        throw Failure(ExitCode::Usage, "the part asked for holds nothing of the scene");
-    }
     return part;
+}
+
+PixelRectangle intersection(const PixelRectangle& a, const PixelRectangle& b) {
+    const double left = std::max(a.x, b.x);
+    const double top = std::max(a.y, b.y);
+    return {left, top, std::min(a.x + a.width, b.x + b.width) - left,
+            std::min(a.y + a.height, b.y + b.height) - top};
 }
 
 OutputRaster rasterOf(const std::vector<const Band*>& bands, const std::string& path,
@@ -151,6 +142,7 @@ OutputRaster rasterOf(const std::vector<const Band*>& bands, const std::string& 
         raster.bands.push_back({*bands[i], shared.rectangles[i], sourceOf(*bands[i])});
     }
     raster.size = shared.size;
+    raster.isCut = shared.isCut;
     raster.geoTransform = shared.geoTransform;
     return raster;
 }
@@ -178,6 +170,16 @@ std::string countOf(std::ptrdiff_t bands) {
 
 }  // namespace
 
+Pyxis::RasterSource sourceOf(const Band& band) {
+    throwIfInterrupted();
+    const auto source =
+        Pyxis::rasterSourceOf(Pyxis::fileSpecifier(band.componentPath), band.componentFrame);
+    if (!source) {
+        throw Failure(ExitCode::CannotRead, band.componentPath, "the band cannot be opened");
+    }
+    return *source;
+}
+
 bool OutputBand::hasOtherPixelSize() const {
     return std::abs(rectangle.width - band.width) > kPositionStep * band.width ||
            std::abs(rectangle.height - band.height) > kPositionStep * band.height;
@@ -202,7 +204,11 @@ SharedGrid sharedGrid(const std::vector<const Band*>& bands, const GridOptions& 
     for (std::size_t i = 0; i < bands.size(); ++i) {
         extent = extended(extent, rectangles[i], *bands[i]);
     }
-    const PixelRectangle part = partOf(extent, grid, options);
+    const PixelRectangle requested = requestedPart(extent, grid, options);
+    const PixelRectangle part = intersection(requested, extent);
+    if (!(part.width >= 1 && part.height >= 1)) {
+        throw Failure(ExitCode::Usage, "the part asked for holds nothing of the scene");
+    }
     if (!(part.width < kLargestSide && part.height < kLargestSide)) {
         throw Failure(ExitCode::Usage, "the raster would have more pixels than fit into a file");
     }
@@ -214,6 +220,7 @@ SharedGrid sharedGrid(const std::vector<const Band*>& bands, const GridOptions& 
             {static_cast<int>(part.width), static_cast<int>(part.height)},
             grid.geoTransform(part.x, part.y),
             base,
+            part.width < requested.width || part.height < requested.height,
             std::move(rectangles)};
 }
 
@@ -256,6 +263,10 @@ std::vector<OutputRaster> layOut(const std::vector<Band>& bands, const std::stri
         rasters.push_back(rasterOf(group.bands, withLabel(path, group.label), options));
     }
     return rasters;
+}
+
+std::string cutNote(const OutputRaster& raster) {
+    return raster.isCut ? "the part asked for is cut off where the scene ends" : "";
 }
 
 std::string resamplingNote(const OutputRaster& raster, const std::string& method) {

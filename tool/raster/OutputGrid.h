@@ -44,8 +44,12 @@ struct OutputRaster {
     std::string coordinateSystem;  ///< WKT; may be empty
     double pixelWidth = 0;         ///< in units of the coordinate system
     double pixelHeight = 0;
+    bool isCut = false;  ///< `box` or `window` reached beyond the scene
     std::vector<OutputBand> bands;
 };
+
+/// Where GDAL finds a band's samples. Throws a Failure with ExitCode::CannotRead.
+Pyxis::RasterSource sourceOf(const Band& band);
 
 /// The grid that bands share, and where each of them lies on it.
 struct SharedGrid {
@@ -53,11 +57,12 @@ struct SharedGrid {
     Pyxis::Size size;
     std::array<double, 6> geoTransform{};
     std::size_t base = 0;                    ///< the band that gave the grid
+    bool isCut = false;                      ///< `box` or `window` reached beyond the extent
     std::vector<PixelRectangle> rectangles;  ///< one for each band
 };
 
 /// The grid of the base band, extended in whole pixels where another reaches beyond it by a pixel
-/// of its own or more; or what `box` or `window` cut out. Throws a Failure as `layOut` does.
+/// of its own or more; or the part of it in `box` or `window`. Throws a Failure as `layOut` does.
 SharedGrid sharedGrid(const std::vector<const Band*>& bands, const GridOptions& options);
 
 /// "m", "deg", or nothing for another unit.
@@ -73,6 +78,9 @@ std::string pixelSizeLabel(const Band& band, const std::string& unit);
 /// one that GDAL cannot find, ExitCode::Usage for a part that holds nothing or a raster too large.
 std::vector<OutputRaster> layOut(const std::vector<Band>& bands, const std::string& path,
                                  const GridOptions& options);
+
+/// Says that the part asked for reaches beyond the scene; empty if it does not.
+std::string cutNote(const OutputRaster& raster);
 
 /// One line that says which bands are resampled or moved by the grid; empty when none is.
 std::string resamplingNote(const OutputRaster& raster, const std::string& method);

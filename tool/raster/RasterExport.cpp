@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "tool/raster/BandSelection.h"
+#include "tool/raster/DisplayChannels.h"
 #include "tool/raster/HiddenPixels.h"
 #include "tool/raster/LayerStyle.h"
 #include "tool/scene/InputText.h"
@@ -35,7 +36,7 @@ struct Note {
 
 /// What the request does to the pixels.
 std::vector<std::string> requestNotes(const OutputRaster& raster, const ExportRequest& request) {
-    std::vector<std::string> notes = {resamplingNote(raster, request.resampling)};
+    std::vector<std::string> notes = {resamplingNote(raster, request.resampling), cutNote(raster)};
     if (request.noData) {
         notes.push_back(hiddenPixelsNote(raster, request.resampling, *request.noData));
     }
@@ -83,23 +84,35 @@ VirtualRasterOptions optionsOf(const ExportRequest& request, VirtualRasterOption
     return options;
 }
 
-/// A style that the user saved stays: no argument has named it.
+/// Whether a style may be replaced with its raster. One that the user saved stays, since no
+/// argument has named it; so does that of another raster with the same name but for the extension.
+bool mayReplaceStyle(const std::string& path, const std::string& raster, const std::string& style) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) {
+        return false;
+    }
+    const std::string existing = readTextFile(path);
+    return isOwnLayerStyle(existing) &&
+           (existing == style || std::filesystem::exists(raster, error));
+}
+
 void addStyle(const Context& context, const OutputRaster& raster, const std::string& style,
               Files& files) {
     const std::string path = layerStylePath(raster.path);
     std::error_code error;
-    const auto status = std::filesystem::status(path, error);
-    const bool isThere = std::filesystem::exists(status);
-    if (isThere &&
-        (!std::filesystem::is_regular_file(status) || !isOwnLayerStyle(readTextFile(path)))) {
+    const bool isThere = std::filesystem::exists(path, error);
+    if (isThere && !mayReplaceStyle(path, raster.path, style)) {
         context.warn(path, "the style that is there stays");
-    } else if (!style.empty() || (isThere && std::filesystem::exists(raster.path, error))) {
-        files.push_back(std::make_unique<OutputFile>(path, OutputRules{context.inputs, true}));
-        if (style.empty()) {
-            files.back()->remove();  // it is that of the raster before
-        } else {
-            files.back()->write(style);
-        }
+        return;
+    }
+    if (style.empty() && !isThere) {
+        return;
+    }
+    files.push_back(std::make_unique<OutputFile>(path, OutputRules{context.inputs, true}));
+    if (style.empty()) {
+        files.back()->remove();  // it is that of the raster before
+    } else {
+        files.back()->write(style);
     }
 }
 
