@@ -12,7 +12,7 @@ struct Channel {
 };
 
 /// Other programs leave comments out when they save a style.
-constexpr const char* kMark = "<!-- written by kestms -->";
+constexpr const char* kMark = "<!-- written by kestms";
 
 constexpr std::array kChannels = {Channel{GCI_RedBand, "red"}, Channel{GCI_GreenBand, "green"},
                                   Channel{GCI_BlueBand, "blue"}};
@@ -45,7 +45,7 @@ std::string layerStyle(GDALDataset& raster) {
                      word + "ContrastEnhancement>\n";
     }
     return "<!DOCTYPE qgis PUBLIC 'http://mrcc.com/qgis.dtd' 'SYSTEM'>\n" + std::string(kMark) +
-           "\n"
+           ", which replaces it with its raster; without this line it stays -->\n"
            "<qgis version=\"3.16\" styleCategories=\"Symbology\">\n"
            "  <pipe>\n"
            "    <rasterrenderer type=\"multibandcolor\" opacity=\"1\" alphaBand=\"-1\"" +

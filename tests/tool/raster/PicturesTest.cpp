@@ -38,6 +38,12 @@ TEST_F(Pictures, AreOfTheBandsAndFormatAskedFor) {
     EXPECT_EQ(picture("p.jpg", {})["driverShortName"], "JPEG");
     EXPECT_EQ(picture("p.webp", {})["driverShortName"], "WEBP");
     EXPECT_EQ(runTool({"quicklook", set, "-o", directory_ / "x.png", "--rgb", "red,nir"}).code, 2);
+    // Of a set that knows no channels, those of its components: here bands 3, 2 and 1.
+    const std::string coloured = directory_ / "coloured.vrt";
+    EXPECT_EQ(runTool({"vrt", set, "-o", coloured}).code, 0);
+    const std::string own = directory_ / "c.png";
+    EXPECT_EQ(runKestms({"quicklook", "--allow-vrt", coloured, "-o", own, "--size", "32"}).code, 0);
+    EXPECT_EQ(sum(gdalInfo(own), 0), sum(natural, 0));
 }
 
 /// Where the bands shown are coarser than others, a window is the same part as in an export.

@@ -198,6 +198,8 @@ TEST_F(RasterExport, BandsAreChosenNamedAndOrdered) {
         {{"--bands", "B4,6h,b07"}, {nir, high, short2}},
         {{"--bands", "swir,lwir"}, {short1, short2, low, high}},
         {{"--bands", "*_B6?.TIF"}, {low, high}},
+        {{"--bands", "6,B62"}, {low, high}},
+        {{"--bands", "B61,B[12]0"}, {low, blue, "Green (band 2)"}},
         {{"--bands", "RED,thermal*"}, {red, low, high}},
         {{"--bands", "blue,red,nir", "--order", "display"}, {red, blue, nir}},
         {{"--bands", "red,nir", "--name", "nir=N, i=r", "--name", "4=x"}, {red, "x"}},
@@ -329,7 +331,9 @@ TEST_F(RasterExport, CreationOptionsGoBeforeOurs) {
     EXPECT_EQ(image({"--co", "COMPRESS=LZW", "--co", "interleave=PIXEL"})["INTERLEAVE"], "PIXEL");
     EXPECT_EQ(image({"--cog", "--co", "COMPRESS=LZW"})["COMPRESSION"], "LZW");
     EXPECT_EQ(image({"--cog"})["LAYOUT"], "COG");
+    EXPECT_EQ(said_, "");
     EXPECT_EQ(image({"--co", "NBITS=7"})["COMPRESSION"], "DEFLATE");
+    EXPECT_THAT(said_, HasSubstr((directory_ / "out.tif, band 1: One or more pixels clipped")));
     for (const char* wrong :
          {"NONE", "NO_SUCH=1", "TFW=YES", "profile=BASELINE", "compress=WEBP"}) {
         const Strings command = {"export", "--co", wrong, "-o", directory_ / "x.tif"};
@@ -366,6 +370,11 @@ TEST_F(RasterExport, AStyleShowsNaturalColours) {
     }
     infoOf({"vrt"}, coloured);
     EXPECT_THAT(fakes::readFile(directory_ / "out.qml"), HasSubstr("Band=\"1\""));
+    EXPECT_EQ(infoOf({"vrt", "--order", "display"}, coloured)["bands"][0]["description"],
+              "c" + std::to_string(GCI_RedBand));
+    // Another raster of the same name.
+    const Outcome second = runTool({"export", set[0], "-o", directory_ / "out.tif"});
+    EXPECT_THAT(second.err, HasSubstr("out.qml: the style that is there stays\n"));
     infoOf({"vrt"}, set);
     fakes::writeFile(directory_ / "own.qml", "mine");
     const Outcome kept = runTool({"vrt", set[0], "-o", directory_ / "own.vrt", "--overwrite"});

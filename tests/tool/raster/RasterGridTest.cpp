@@ -141,6 +141,8 @@ TEST_F(RasterExport, GridsAndPartsAreThoseAskedFor) {
         {{"--resolution", "7.5"}, 7.5, {80, 80}, 500000},
         {{"--bbox", "500031,4599900,500100,4599970"}, 15, {5, 5}, 500030},
         {{"--window", "2,3,10,9"}, 15, {10, 9}, 500030},
+        {{"--window", "2,3,1000,9"}, 15, {38, 9}, 500030},
+        {{"--bbox", "0,0,500031,9e6"}, 15, {3, 40}, 500000},
         {{"--bands", "2"}, 30, {20, 20}, 500000},
     };
     for (const auto& [options, size, pixels, left] : cases) {
