@@ -28,11 +28,15 @@ struct MemoryFault {
 };
 
 inline thread_local MemoryFault memoryFault;
+/// Allocated by this thread, less what it freed.
+inline thread_local long blocksInUse = 0;
 
 }  // namespace fakes
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return fakes::memoryFault.failsNow() ? nullptr : std::malloc(size == 0 ? 1 : size);
+    void* memory = fakes::memoryFault.failsNow() ? nullptr : std::malloc(size == 0 ? 1 : size);
+    fakes::blocksInUse += memory != nullptr ? 1 : 0;
+    return memory;
 }
 void* operator new(std::size_t size) {
     if (void* memory = operator new(size, std::nothrow)) {
@@ -42,8 +46,9 @@ void* operator new(std::size_t size) {
 }
 // Inlined, they look to a compiler as if they did not match `operator new`.
 [[gnu::noinline]] void operator delete(void* memory) noexcept {
+    fakes::blocksInUse -= memory != nullptr ? 1 : 0;
     std::free(memory);
 }
 [[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
+    operator delete(memory);
 }
