@@ -112,9 +112,14 @@ class Host {
         if (!input_.flag()) {
             return fakes::property<fakes::Geo>(place());
         }
-        fakes::GeoTiff geo(place());
-        geo.upperLeft.x = number() - 1;
-        geo.lowerRight.y = number() - 1;
+        const fakes::GeoFacts facts = place();
+        fakes::GeoTiff geo(facts);
+        const double right = facts.originX + facts.width * facts.pixelX;
+        const double top = facts.originY + facts.height * facts.pixelY;
+        geo.upperLeft = {facts.originX + number() - 1, top};
+        geo.upperRight = {right, top};
+        geo.lowerLeft = {facts.originX, facts.originY};
+        geo.lowerRight = {right, facts.originY + number() - 1};
         return fakes::property<fakes::GeoTiff>(geo);
     }
 

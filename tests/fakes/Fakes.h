@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstring>
 #include <functional>
 #include <map>
 #include <memory>
@@ -24,15 +23,11 @@ namespace fakes {
 
 /// How a host call fails, if it does: with its usual failure, with another one, or with an
 /// exception.
-class Fault {
-  public:
-    enum Kind { None, Fail, FailOtherwise, Throw };
-    Fault(Kind kind) : kind_(kind) {}                  // NOLINT: made to be converted
-    Fault(bool fails) : kind_(fails ? Fail : None) {}  // NOLINT: made to be converted
-    operator Kind() const { return kind_; }
-
-  private:
-    Kind kind_;
+struct Fault {
+    enum Kind { None, Fail, FailOtherwise, Throw } kind;
+    Fault(Kind how) : kind(how) {}                    // NOLINT: made to be converted
+    Fault(bool fails) : kind(fails ? Fail : None) {}  // NOLINT: made to be converted
+    operator Kind() const { return kind; }
 };
 
 /// What happened, in order, and how many host objects are alive.
@@ -138,7 +133,6 @@ struct GeoFacts {
     double pixelX = 1.0;
     double pixelY = 1.0;
     double scaleX = 1.0;
-    double scaleY = 1.0;
     double rotation = 0.0;
     std::int32_t width = 100;
     std::int32_t height = 100;
@@ -160,9 +154,7 @@ class GeoBase : public Base {
         size = {asked().pixelX, facts_.pixelY};
     }
     void getRotation(double& radians) const override { radians = asked().rotation; }
-    void getUnitScale(Pyxis::Vector2d& scale) const override {
-        scale = {asked().scaleX, facts_.scaleY};
-    }
+    void getUnitScale(Pyxis::Vector2d& scale) const override { scale = {asked().scaleX, 1.0}; }
     void getCoordinateSystem(Pyxis::StringBuffer& text) const override {
         text = Pyxis::toWideBuffer(asked().system);
     }
@@ -190,25 +182,17 @@ class Geo : public GeoBase<Pyxis::FormatCodecGeoCorrelation> {
     Geo* clone() const override { return new Geo(*this); }
 };
 
-/// Corners of an upright raster by the facts, each moved by an offset of its own.
+/// Its corners are those that are set here, whatever the facts.
 class GeoTiff : public GeoBase<GeoTiffCorrelation> {
   public:
     using GeoBase::GeoBase;
     GeoTiff* clone() const override { return new GeoTiff(*this); }
-    Pyxis::Point2d getUpperLeft() const override { return at(0, facts_.height, upperLeft); }
-    Pyxis::Point2d getUpperRight() const override {
-        return at(facts_.width, facts_.height, upperRight);
-    }
-    Pyxis::Point2d getLowerLeft() const override { return at(0, 0, lowerLeft); }
-    Pyxis::Point2d getLowerRight() const override { return at(facts_.width, 0, lowerRight); }
+    Pyxis::Point2d getUpperLeft() const override { return upperLeft; }
+    Pyxis::Point2d getUpperRight() const override { return upperRight; }
+    Pyxis::Point2d getLowerLeft() const override { return lowerLeft; }
+    Pyxis::Point2d getLowerRight() const override { return lowerRight; }
 
     Pyxis::Point2d upperLeft, upperRight, lowerLeft, lowerRight;
-
-  private:
-    Pyxis::Point2d at(double u, double v, const Pyxis::Point2d& offset) const {
-        return {facts_.originX + u * facts_.pixelX + offset.x,
-                facts_.originY + v * facts_.pixelY + offset.y};
-    }
 };
 
 using PropertyPointer = std::shared_ptr<const Pyxis::FormatCodecPropertyInterface>;
@@ -273,10 +257,7 @@ class Frame : public Pyxis::ReadImageFileFrameInterface {
           facts_(std::move(facts)),
           index_(index),
           lifetime_(world, "delete frame", std::move(image)) {}
-    bool frameOp1(int level) override {
-        world_.note("frameOp1 " + std::to_string(level));
-        return level == 0 && !world_.fails("frameOp1");
-    }
+    bool frameOp1(int level) override { return level == 0 && !world_.fails("frameOp1"); }
     int getFrameIndex() const override { return index_; }
     void frameOp3(std::int32_t* width, std::int32_t* height) override {
         world_.mayThrow("frameOp3");

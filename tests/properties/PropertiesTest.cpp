@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <cstring>
 
 #include "properties/KestMultispectralBandNameProperty.h"
 #include "properties/KestMultispectralBandTypeProperty.h"

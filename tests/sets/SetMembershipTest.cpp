@@ -68,8 +68,8 @@ TEST_F(MeasureTest, TakesTheCornersThatATiffKnows) {
     ASSERT_EQ(measure({fakes::property<fakes::GeoTiff>(geo),
                        fakes::property<fakes::Geo>(fakes::GeoFacts{})}),
               Verdict::Accepted);
-    EXPECT_EQ(data_.upperRight.x, 107.0);
-    EXPECT_EQ(data_.upperRight.y, 108.0);
+    EXPECT_EQ(data_.upperRight.x, 7.0);
+    EXPECT_EQ(data_.upperRight.y, 8.0);
 }
 
 TEST_F(MeasureTest, TellsWhatIsMissing) {
