@@ -1,6 +1,5 @@
 #include <cpl_conv.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <atomic>
 #include <cmath>

@@ -2,7 +2,6 @@
 
 #include <execinfo.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <link.h>
 #include <sys/stat.h>
 

@@ -1,6 +1,5 @@
 #include <cpl_vsi.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include "host/codecs/Places.h"

@@ -1,5 +1,4 @@
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 
 #include "tests/host/formats/Opened.h"

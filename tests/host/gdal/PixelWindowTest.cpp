@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <cstring>
 
 #include "tests/host/formats/Opened.h"

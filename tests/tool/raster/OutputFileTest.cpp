@@ -1,7 +1,6 @@
 #include "tool/raster/OutputFile.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 

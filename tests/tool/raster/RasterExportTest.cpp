@@ -1,6 +1,5 @@
 #include <gdal_priv.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <gdal_priv.h>
-#include <gtest/gtest.h>
 
 #include <string>
 #include <utility>
