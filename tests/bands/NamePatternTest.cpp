@@ -20,11 +20,9 @@ std::string match(const std::string& pattern, const std::string& name) {
     if (!found) {
         return "no";
     }
-    const auto text = [](std::u16string_view part) {
-        return part.empty() ? "-" : Pyxis::wideToUtf8(part);
-    };
-    return text(found->scene.value_or(u"")) + " " + text(kCodes[found->code]) + " " +
-           text(found->date);
+    return Pyxis::wideToUtf8(std::u16string(found->scene.value_or(u"-")) + u" " +
+                             kCodes[found->code] + u" " +
+                             std::u16string(found->date.empty() ? u"-" : found->date));
 }
 
 }  // namespace
