@@ -4,6 +4,7 @@
 
 #include <array>
 
+#include "codec/KestMultispectralFormatCodecApiVersion.h"
 #include "sets/SetJudge.h"
 #include "tests/fakes/Fakes.h"
 #include "tests/fakes/Resources.h"
@@ -26,6 +27,8 @@ TEST(CodecTest, TellsWhatItIs) {
     EXPECT_NE(build, 99U);
     codec.getApiVersionInfo(major, minor);
     EXPECT_TRUE(major == 6 && minor == 0);
+    EXPECT_EQ(KestMultispectralCodecApiVersion()->majorVersion(), 6);
+    EXPECT_EQ(KestMultispectralCodecApiVersion()->minorVersion(), 0);
     EXPECT_THAT((std::array{static_cast<int>(codec.codecCapability()),
                             static_cast<int>(codec.getFormatDecodabilityType()),
                             static_cast<int>(codec.getFormatOrganization()),

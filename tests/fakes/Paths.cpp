@@ -3,7 +3,6 @@
 namespace fakes {
 
 const char* const kResources = KEST_RESOURCES;
-const char* const kModule = KEST_MODULE;
 const char* const kTool = KEST_TOOL;
 
 }  // namespace fakes

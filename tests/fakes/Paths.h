@@ -6,7 +6,6 @@ namespace fakes {
 // compiled tests are the same in every tree.
 
 extern const char* const kResources;  ///< folder of the texts
-extern const char* const kModule;     ///< the plug-in
 extern const char* const kTool;       ///< the program kestms
 
 }  // namespace fakes

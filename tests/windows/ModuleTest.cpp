@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "codec/KestMultispectralCodec.h"
+#include "codec/KestMultispectralFormatCodecApiVersion.h"
 #include "platform/Platform.h"
 #include "properties/KestMultispectralBandNameProperty.h"
 #include "tests/fakes/Fakes.h"
@@ -43,6 +44,7 @@ TEST(ModuleTest, IsShippedWithTheFourNumbersOfTheProject) {
 /// The program acts as the host: each side casts and frees the other's objects, and exceptions of a
 /// host codec end in the module.
 TEST(ModuleTest, SharesObjectsCastsAndExceptionsWithTheHost) {
+    EXPECT_EQ(KestMultispectralCodecApiVersion()->majorVersion(), 6);
     fakes::World world;
     {
         fakes::NitfCodec nitf(world);
@@ -50,11 +52,9 @@ TEST(ModuleTest, SharesObjectsCastsAndExceptionsWithTheHost) {
         nitf.add("C:\\data/b.ntf", fakes::bandFrame());
         const KestMultispectralCodec codec;
         const Pyxis::FileSpecifier set(
-            Pyxis::toWideBuffer("<storage version=\"1.00\"><image>"
-                                "<component><data><file path=\"C:\\data\\a.ntf\" frame=\"0\"/>"
-                                "</data></component>"
-                                "<component><data><file path=\"C:\\data/b.ntf\" frame=\"0\"/>"
-                                "</data></component></image></storage>"),
+            Pyxis::toWideBuffer("<s><image><component><data><file path='C:\\data\\a.ntf'/></data>"
+                                "</component><component><data><file path='C:\\data/b.ntf'/></data>"
+                                "</component></image></s>"),
             Pyxis::FileSpecifier::Type::Compound);
         EXPECT_EQ(codec.isDecodableFile(set, nullptr), Pyxis::FormatDecodability::Decodable);
         const std::unique_ptr<Pyxis::ReadImageFileInterface> image(codec.openImage(&set));
