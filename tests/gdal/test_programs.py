@@ -29,6 +29,7 @@ def test_gdalinfo_describes_the_set(how, scene, document, run):
     name = {"document": document, "folder": f"KESTMS:{scene}", "pattern": f"KESTMS:{scene}/*.TIF"}
     told = json.loads(run("gdalinfo", "-json", name[how]))
     assert told["driverShortName"] == "KESTMS"
+    assert told["metadata"][""]["REFERENCE_NAME"] == "L71026029_02920000609"
     assert told["size"] == [99, 79]
     assert told["geoTransform"] == [500007.5, 15, 0, 4599992.5, 0, -15]
     assert [band["description"] for band in told["bands"]] == DESCRIPTIONS
@@ -36,6 +37,11 @@ def test_gdalinfo_describes_the_set(how, scene, document, run):
         "Blue", "Green", "Red", "Undefined", "Gray",
     ]
     assert {band["noDataValue"] for band in told["bands"]} == {65535}
+    parts = told["metadata"]["SUBDATASETS"]
+    quoted = str(name[how]).removeprefix("KESTMS:")
+    assert [parts[f"SUBDATASET_{i}_NAME"] for i in (1, 2)] == [
+        f'KESTMS:"{quoted}":30m', f'KESTMS:"{quoted}":15m',
+    ]
     assert told["bands"][0]["metadata"][""]["wavelength"] == "0.485"
     assert told["bands"][3]["metadata"][""]["common_name"] == "nir"
     files = {str(scene / component_name(code)) for code in NAMES}
@@ -146,7 +152,7 @@ def test_open_options_choose_scene_bands_and_catalogue(run, tmp_path):
 def test_reasons_are_those_of_the_tool(scene, run):
     for name, reason in {
         f"KESTMS:{scene}/none": "No such file or directory",
-        f'KESTMS:"{scene}":20m': "has no bands of pixel size 20m, but of 30m, 15m",
+        f'KESTMS:"{scene}/*.TIF":20m': "has no bands of pixel size 20m, but of 30m, 15m",
     }.items():
         ended = subprocess.run(["gdalinfo", name], capture_output=True, text=True, check=False)
         assert ended.returncode == 1

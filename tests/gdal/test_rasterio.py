@@ -25,6 +25,8 @@ def test_bands_and_places(document):
         assert raster.tags(4)["common_name"] == "nir"
         assert raster.tags(4, ns="IMAGERY")["CENTRAL_WAVELENGTH_UM"] == "0.835"
         assert [name.rsplit(":", 1)[1] for name in raster.subdatasets] == ["30m", "15m"]
+    with rasterio.open(f"KESTMS:{document}:15m") as part:
+        assert (part.count, part.subdatasets) == (1, [])
 
 
 @pytest.mark.parametrize("window", [Window(0, 0, 99, 79), Window(17, 3, 1, 40), Window(98, 78, 1, 1)])
