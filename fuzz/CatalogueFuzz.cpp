@@ -1,5 +1,5 @@
-// The product catalogue: any document is read or refused with a reason, and paths, one a choice of
-// bytes, are matched against what was read. What a match answers is part of the path.
+// The product catalogue: any document is read, or refused with a reason. Then paths, made from its
+// patterns or taken from the input, are matched with it; what a match returns is part of the path.
 
 #include <algorithm>
 #include <string>
@@ -16,7 +16,7 @@ using fuzz::require;
 using kest::Product;
 using kest::ProductFile;
 
-/// A path that comes close to what the pattern takes: its signs filled in, its other parts left.
+/// A path close to what the pattern matches: its placeholders filled in, the rest unchanged.
 std::u16string pathLike(const std::string& pattern, fuzz::Input& input) {
     std::string path;
     for (std::size_t i = 0; i < pattern.size(); ++i) {

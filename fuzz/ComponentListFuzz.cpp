@@ -1,5 +1,5 @@
-// The component list: a text of any character type, with any bytes, is counted, read and extended.
-// The three functions and the parsed list agree, and what was appended is read back.
+// The component list: a text of any bytes and any character type is counted, read and extended. The
+// three functions and the parsed list agree, and what was appended is read back.
 
 #include <limits>
 #include <optional>
@@ -58,7 +58,7 @@ void checkReading(const FileSpecifier& spec) {
     }
 }
 
-/// The text as the list that it becomes when something is appended.
+/// The list that the text becomes when a component is appended.
 FileSpecifier asExtended(const FileSpecifier& spec) {
     Pyxis::StringBuffer narrow;
     Pyxis::StringBuffer::convertString(spec.string(), narrow, Pyxis::CharacterType::Narrow);
@@ -90,7 +90,7 @@ void checkAppending(const FileSpecifier& spec, fuzz::Input& input) {
     checkReading(extended);
 }
 
-/// A list that is built is the list to which the same was appended.
+/// Building a list and appending to one give the same list.
 void checkBuilding(fuzz::Input& input) {
     kest::ComponentListBuilder builder;
     FileSpecifier appended;

@@ -1,4 +1,4 @@
-// The administrative record of a FAST header, as it lies on the disk.
+// The administrative record of a FAST header, as a file holds it.
 
 #include <string>
 

@@ -28,7 +28,7 @@ class AnyBandFile : public FASTBandFilenameProperty {
     AnyBandFile* clone() const override { return new AnyBandFile(*this); }
 };
 
-/// Component codecs of every kind, whose files answer what an input chooses. Without choices a
+/// Component codecs of every kind, whose files answer what the input chooses. Without choices a
 /// file is a good component.
 class Host {
   public:
@@ -66,7 +66,7 @@ class Host {
         }
     }
 
-    /// From now on host calls fail or throw as the input has it.
+    /// From now on host calls fail or throw when the input chooses so.
     void letCallsFail() {
         world.fail = [this](std::string_view) {
             static constexpr fakes::Fault::Kind kFaults[] = {fakes::Fault::Fail,
@@ -123,7 +123,7 @@ class Host {
         return fakes::property<fakes::GeoTiff>(geo);
     }
 
-    /// What band identification asks for, by the codec: the image description or the band letter.
+    /// What band identification reads from the codec: the image description or the band letter.
     fakes::PropertyPointer description(const char* name) {
         static constexpr std::string_view kTexts[] = {"{\n  bandList = \n(\n1,\n2,\n3,\n4\n)}",
                                                       "{\n  bandList = \n(3, 2, 1)}",
@@ -180,7 +180,7 @@ class Host {
     fakes::Codec other_{world};
 };
 
-/// The texts of one language, for the life of the program: they are read once.
+/// Loads the texts of one language, once for the life of the program.
 inline void loadTexts() {
     static const fakes::TextsFrom texts(fakes::stringModule("en"));
 }

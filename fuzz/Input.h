@@ -10,7 +10,7 @@
 
 namespace fuzz {
 
-/// Ends the run when an answer is not what it must be.
+/// Aborts the run unless the condition holds.
 inline void require(bool holds, const char* what) {
     if (!holds) {
         std::fprintf(stderr, "Does not hold: %s\n", what);
@@ -18,8 +18,8 @@ inline void require(bool holds, const char* what) {
     }
 }
 
-/// An input is a text, and behind its first record separator (0x1E) the choices. Seeds can so be
-/// written by hand: a text alone makes every choice the first one, which is the ordinary case.
+/// An input is a text, then a record separator (0x1E), then the choices. This way seeds can be
+/// written by hand: with a text alone every choice is the first one, the ordinary case.
 class Input {
   public:
     Input(const std::uint8_t* data, std::size_t size)
@@ -46,13 +46,13 @@ class Input {
     /// The next choice, 0 to `count` - 1.
     std::size_t below(std::size_t count) { return static_cast<std::uint8_t>(byte()) % count; }
     bool flag() { return below(2) != 0; }
-    /// Happens once in a while.
+    /// True for one choice in eight.
     bool rarely() { return below(8) == 7; }
     template <typename Value, std::size_t kCount>
     const Value& oneOf(const Value (&values)[kCount]) {
         return values[below(kCount)];
     }
-    /// The next up to 255 bytes.
+    /// The next bytes, at most 255; the choice before them is their number.
     std::string_view bytes() {
         const std::string_view taken = choices_.substr(0, below(256));
         choices_.remove_prefix(taken.size());

@@ -1,5 +1,5 @@
-// What the plug-in reads out of file names and of what the component codecs tell: naming scheme,
-// band, bucket, reference name and metadata text file, for any names. A line of the text is a file.
+// What the plug-in derives from file names and component codecs: naming scheme, band, bucket,
+// reference name and metadata text file. Each line of the text is the name of a file.
 
 #include <algorithm>
 #include <cstdio>
@@ -116,7 +116,7 @@ void checkFileName(const FileSpecifier& file) {
     require(list == nullptr || std::string_view(list.get()).size() == 4, "a list of four places");
 }
 
-/// The scheme follows from the components' kinds and numbers.
+/// The scheme follows from the kinds and trailing numbers of the components.
 void checkScheme(const FileSpecifier& spec) {
     const kest::ComponentList components(spec);
     const std::vector<kest::ComponentKind> kinds = kest::classifyComponents(components);
@@ -137,7 +137,7 @@ void checkScheme(const FileSpecifier& spec) {
             "the scheme of the kinds");
 }
 
-/// A pattern that printf knows, too, gives the same text.
+/// Where printf accepts a pattern, its text is the same.
 void checkPattern(fuzz::Input& input) {
     const std::string_view around = input.bytes();
     const int value = input.integer();

@@ -1,4 +1,4 @@
-// The file header and the image subheader of a NITF file, as they lie on the disk.
+// The file header and an image subheader of a NITF file, as the file holds them.
 
 #include "fuzz/Input.h"
 #include "host/formats/NitfSubheader.h"

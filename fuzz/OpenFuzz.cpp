@@ -1,6 +1,6 @@
-// The whole way of a set through the plug-in, over component codecs that answer what the input
-// chooses: recognised, purified, opened, cloned, read, and given back in any order that a host may
-// choose. The text is the set's component list, or a file a line.
+// A set in the plug-in, over component codecs that answer what the input chooses: it is recognised,
+// purified, opened, cloned, read and closed in any order that a host may choose. The text is the
+// component list of the set, or the name of a file on each line.
 
 #include <memory>
 #include <string>
@@ -29,7 +29,7 @@ using Pyxis::FormatDecodability;
 constexpr int kMostComponents = 10;
 constexpr int kMostSteps = 32;
 
-/// What a property of the plug-in's answers.
+/// Reads a property of the plug-in.
 void readProperty(const Pyxis::FormatCodecPropertyInterface& property) {
     require(!property.getName().isZero(), "a property has a name");
     Pyxis::StringBuffer text;
@@ -55,13 +55,13 @@ void readProperty(const Pyxis::FormatCodecPropertyInterface& property) {
     }
 }
 
-/// An image and its frames, which go before it.
+/// An image and its frames, which are deleted first.
 struct OpenedSet {
     std::unique_ptr<Pyxis::ReadImageFileInterface> image;
     std::vector<std::unique_ptr<Pyxis::ReadImageFileFrameInterface>> frames;
 };
 
-/// A host at work: what it has opened, and whether its codecs are faithful.
+/// A host: what it has opened, and whether its codecs are faithful, that is never fail.
 class Session {
   public:
     explicit Session(fuzz::Input& input) : input_(input), host_(input) {
@@ -162,7 +162,7 @@ class Session {
         checkBands(dynamic_cast<const KestMultispectralReadFile&>(image));
     }
 
-    /// The queries by band tell what the records do.
+    /// Queries by band return what the records hold.
     static void checkQueries(const KestMultispectralReadFile& set, int index) {
         const kest::BandRecord& band = set.band(index);
         kest::BandType type{};
@@ -266,7 +266,7 @@ class Session {
         sets_.push_back(std::move(twin));
     }
 
-    /// What the codec tells of itself does not change.
+    /// The codec's description of itself never changes.
     void askForIdentity() {
         unsigned int major = 0;
         unsigned int minor = 0;
@@ -291,7 +291,7 @@ class Session {
         require(text.isZero(), "no extension");
     }
 
-    /// Whether the codec knows a name: its own, and any other.
+    /// Looks up names of properties: the codec's own, and any other.
     void askForProperty() {
         using Identifier = Pyxis::FormatCodecPropertyInterface::PropertyIdentifier;
         const int id = static_cast<int>(input_.below(8)) - 1;

@@ -1,5 +1,5 @@
-// The string-resource text file: parsed, written again, parsed again; and loaded from a file, as
-// the plug-in does, with every text asked for.
+// The string-resource file: parsed, written, and parsed again; then loaded as the plug-in loads it,
+// and every text requested.
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -18,7 +18,7 @@ namespace {
 using fuzz::require;
 using kest::platform::StringTable;
 
-/// A regular file without a name, which every run fills anew.
+/// An unnamed regular file, refilled by every run.
 class ScratchFile {
   public:
     ScratchFile() : descriptor_(::memfd_create("fuzz", MFD_CLOEXEC)) {}

@@ -10,8 +10,8 @@
 
 namespace fuzz {
 
-/// The bytes, as they are, in a character type of the input's choice, narrow first; or, as wide
-/// text, converted from UTF-8.
+/// A buffer of the bytes, in a character type that the input chooses (narrow by default), or
+/// converted from UTF-8 to wide text.
 inline Pyxis::StringBuffer bufferFrom(std::string_view bytes, Input& input) {
     using Pyxis::CharacterType;
     static constexpr CharacterType kTypes[] = {
@@ -25,7 +25,7 @@ inline Pyxis::StringBuffer bufferFrom(std::string_view bytes, Input& input) {
             kTypes[choice]};
 }
 
-/// The characters of a wide buffer; it must end with its only terminator.
+/// The characters of a wide buffer, whose only terminator must be at its end.
 inline std::u16string wellFormed(const Pyxis::StringBuffer& buffer) {
     require(buffer.type() == Pyxis::CharacterType::Wide, "the text is wide");
     require(buffer.numDataBytes() >= 2 && buffer.numDataBytes() % 2 == 0, "whole characters");

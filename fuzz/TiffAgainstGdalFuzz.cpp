@@ -1,5 +1,6 @@
-// The first directory of a TIFF file, read here and by GDAL: what the reader knows is GDAL's
-// answer. Inputs are mutated field by field, as most bytes of a file are none of its directory.
+// The first directory of a TIFF file, read by the host and by GDAL: what the host claims to know is
+// GDAL's answer. Inputs are mutated field by field, because few bytes of a file belong to its
+// directory.
 
 #include <gdal_frmts.h>
 #include <gdal_priv.h>
@@ -23,7 +24,7 @@ namespace {
 
 using fuzz::require;
 
-/// Of what is read first, so that some values are within it and some are not.
+/// How much is read first: some values are within it and some are not.
 constexpr std::size_t kHeadBytes = 200;
 
 /// A file in memory that has a path.
@@ -51,7 +52,7 @@ GDALDatasetUniquePtr openWithGdal() {
                                                   drivers, nullptr, siblings));
 }
 
-/// GDAL keeps the system apart when it reads the tie points as ground control points.
+/// GDAL returns the system separately when it reads the tie points as ground control points.
 const OGRSpatialReference* systemOf(GDALDataset& dataset) {
     return dataset.GetGCPCount() > 0 ? dataset.GetGCPSpatialRef() : dataset.GetSpatialRef();
 }
@@ -67,8 +68,8 @@ std::string textOf(const OGRSpatialReference* system) {
     return found;
 }
 
-/// A file of one pixel with nothing but the fields that make a system key: "II" or "MM", then
-/// TAG=SIZE:BYTES of each.
+/// A file of one pixel with only the fields of a system key, which is "II" or "MM" and then
+/// TAG=SIZE:BYTES for each field.
 std::string fileOfKey(std::string_view key) {
     const bool bigEndian = key.substr(0, 2) == "MM";
     const auto number = [bigEndian](std::size_t value, std::size_t width) {
@@ -149,7 +150,7 @@ void compareWhatMayBe(const Pyxis::KnownFacts& known, GDALDataset& dataset) {
     }
 }
 
-/// The registered system that stands for GDAL's when the reader gives its code.
+/// The registered system of a code that the host returns is the one that GDAL found.
 void compareCode(int code, const OGRSpatialReference* found) {
     OGRSpatialReference system;
     if (system.importFromEPSG(code) == OGRERR_NONE && system.IsProjected() != 0 &&
@@ -232,7 +233,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         compareWhatMayBe(known, *dataset);
         std::array<double, 6> transform{};
         const bool isPlaced = dataset->GetGeoTransform(transform.data()) == CE_None;
-        require(!known.transform ||  // to the bit, as there are numbers that are none
+        require(!known.transform ||  // by bits: NaN is not equal to itself
                     (isPlaced &&
                      std::memcmp(known.transform->data(), transform.data(), sizeof transform) == 0),
                 "the same place");

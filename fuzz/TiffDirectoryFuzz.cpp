@@ -1,4 +1,4 @@
-// The first directory of a TIFF file, as it lies on the disk, within the bytes read first.
+// The first directory of a TIFF file, as far as the bytes read first hold it.
 
 #include <cmath>
 

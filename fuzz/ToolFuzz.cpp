@@ -1,4 +1,4 @@
-// The tool, run in this process in a folder of small files, with every command.
+// Runs every command of the tool in this process, on a folder of small files.
 
 #include <cpl_minixml.h>
 #include <gdal_priv.h>
@@ -21,7 +21,7 @@ namespace {
 
 using fuzz::require;
 
-/// What an input may take: the tool's own bounds of 1 s and 256 MB, and room for the sanitizers.
+/// Limits of a run: those of the tool, 1 s and 256 MB, with room for the sanitizers.
 constexpr double kMostSeconds = 5;
 constexpr std::ptrdiff_t kMostBytes = 256 << 20;
 
@@ -73,7 +73,7 @@ void countFreed(const volatile void* block) {
     }
 }
 
-/// A folder of its own for the tool to work in.
+/// A temporary folder for the tool to work in.
 class Folder {
   public:
     Folder() { require(mkdtemp(path_.data()) != nullptr, "a folder"); }
@@ -93,7 +93,7 @@ class Folder {
     std::string path_ = "/dev/shm/kestms-fuzz-XXXXXX";
 };
 
-/// The process works in a folder for as long as this lives; the fuzzer needs its own again.
+/// Changes the working directory for its lifetime; the fuzzer needs its own back.
 class WorkingIn {
   public:
     explicit WorkingIn(const std::string& folder) : before_(std::filesystem::current_path()) {
@@ -107,7 +107,7 @@ class WorkingIn {
     std::filesystem::path before_;
 };
 
-/// Files of an input: the number of a name, the length in two bytes, the content.
+/// Writes the files of an input: for each the index of its name, two bytes of length, its content.
 void writeFiles(std::string_view bytes) {
     while (bytes.size() > 3) {
         const auto at = [&bytes](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };

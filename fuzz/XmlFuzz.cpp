@@ -1,5 +1,5 @@
-// The XML tree: parse, walk, write, parse again, edit, and all of it once more. What was written
-// parses back to the same tree.
+// The XML tree: parse, walk, write, parse again, edit, then walk and write again. What was written
+// parses to the same tree.
 
 #include <algorithm>
 #include <cstring>
@@ -18,8 +18,7 @@ using fuzz::require;
 using kest::xml::Document;
 using kest::xml::Element;
 
-/// Entities can grow a document far beyond what a run has time for; the bounds on that have tests
-/// of their own.
+/// Entities can make a document longer than a run has time for; XmlDocumentTest checks the limits.
 constexpr std::size_t kLargestWritten = std::size_t{1} << 18U;
 
 /// `top` and everything below it, in document order.
@@ -42,7 +41,7 @@ std::vector<const Element*> elementsOf(const Element* top) {
     }
 }
 
-/// All chains of the children tell the same of them.
+/// All chains of the children agree.
 void checkChildren(const Document& document, const Element& parent) {
     std::map<std::string_view, std::vector<const Element*>> byName;
     std::size_t offset = 0;
@@ -173,7 +172,7 @@ std::string nameFrom(fuzz::Input& input) {
     return name;
 }
 
-/// Does something to one element; answers an element that was cut out.
+/// Changes one element; returns an element that was cut out, or null.
 Element* edit(Document& document, Element* element, fuzz::Input& input) {
     switch (input.below(6)) {
         case 0:
