@@ -12,6 +12,7 @@
 #include "host/codecs/Places.h"
 #include "pyxis/FileReadDescriptor.h"
 #include "tool/scene/Components.h"
+#include "tool/scene/FileExtension.h"
 #include "tool/terminal/Failure.h"
 #include "tool/terminal/Interrupt.h"
 
@@ -31,24 +32,14 @@ constexpr std::array<std::string_view, 16> kOtherExtensions = {
 /// Beside other rasters they are previews, or made of them.
 constexpr std::array<std::string_view, 4> kSecondaryExtensions = {".png", ".jpg", ".jpeg", ".vrt"};
 
+constexpr std::array<std::string_view, 1> kFastHeader = {".fst"};
+
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-std::string lowered(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-    return text;
-}
-
 bool isHidden(const fs::path& path) {
     return path.filename().string().starts_with('.');
-}
-
-template <std::size_t N>
-bool hasExtension(const fs::path& path, const std::array<std::string_view, N>& extensions) {
-    return std::find(extensions.begin(), extensions.end(), lowered(path.extension().string())) !=
-           extensions.end();
 }
 
 bool isDecodable(const std::string& path) {
@@ -68,7 +59,7 @@ bool isRaster(const fs::path& path) {
 void dropPixelFiles(std::vector<std::string>& paths) {
     std::set<std::string> pixels;
     for (const std::string& path : paths) {
-        if (lowered(fs::path(path).extension().string()) == ".fst") {
+        if (hasExtension(path, kFastHeader)) {
             const std::vector<std::string> files = filesOf(path);
             pixels.insert(files.begin() + 1, files.end());
         }

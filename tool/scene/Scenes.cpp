@@ -12,10 +12,10 @@
 #include <tuple>
 #include <utility>
 
-#include "bands/AsciiText.h"
 #include "bands/BandWords.h"
 #include "bands/catalogue/ProductCatalogue.h"
 #include "host/Text.h"
+#include "tool/scene/FileExtension.h"
 #include "tool/scene/RasterDirectory.h"
 #include "tool/terminal/Failure.h"
 #include "tool/terminal/Interrupt.h"
@@ -133,11 +133,8 @@ bool isWorldFile(const std::string& path) {
 
 /// By its name: that of the scene with the extension of a picture.
 bool isPictureOf(const Scene& scene, const std::string& path) {
-    const fs::path file = path;
-    const std::u16string extension = Pyxis::utf8ToWide(file.extension().string());
-    return file.stem() == scene.name && (kest::equalIgnoringCase(extension, u".jpg") ||
-                                         kest::equalIgnoringCase(extension, u".jpeg") ||
-                                         kest::equalIgnoringCase(extension, u".png"));
+    constexpr std::array<std::string_view, 3> kExtensions = {".jpg", ".jpeg", ".png"};
+    return fs::path(path).stem() == scene.name && hasExtension(path, kExtensions);
 }
 
 /// Of a ".SAFE" product: "MSK_DETFOO_B02.jp2".
@@ -147,12 +144,9 @@ bool isMaskOfProduct(const std::string& path) {
 
 /// By its extension: what producers write beside rasters for people and programs to read.
 bool isMetadataFile(const std::string& path) {
-    constexpr std::array<std::u16string_view, 5> kExtensions = {u".xml", u".txt", u".json",
-                                                                u".html", u".htm"};
-    const std::u16string extension = Pyxis::utf8ToWide(fs::path(path).extension().string());
-    return std::any_of(kExtensions.begin(), kExtensions.end(), [&extension](auto each) {
-        return kest::equalIgnoringCase(extension, each);
-    });
+    constexpr std::array<std::string_view, 5> kExtensions = {".xml", ".txt", ".json", ".html",
+                                                             ".htm"};
+    return hasExtension(path, kExtensions);
 }
 
 /// Why a file is set aside that has the band or layer of another one.
@@ -174,16 +168,11 @@ void sortMembers(Gathered& gathered) {
     const Member* last = nullptr;
     for (const Member& member : members) {
         const kest::BandRole role = member.band->details.role;
-        const std::string word(kest::wordOf(kest::kRoleWords, role));
         if (isWorldFile(member.path)) {
             aside.push_back({member.path, "world file", false});
             continue;
         }
-        if (role == kest::BandRole::Metadata) {
-            aside.push_back({member.path, word, false});
-            continue;
-        }
-        if (isMetadataFile(member.path)) {
+        if (role == kest::BandRole::Metadata || isMetadataFile(member.path)) {
             aside.push_back({member.path, kMetadata, false});
             continue;
         }
@@ -192,7 +181,8 @@ void sortMembers(Gathered& gathered) {
             continue;
         }
         if (role != kest::BandRole::Band) {
-            aside.push_back({member.path, word, role != kest::BandRole::Preview});
+            aside.push_back({member.path, std::string(kest::wordOf(kest::kRoleWords, role)),
+                             role != kest::BandRole::Preview});
         } else {
             gathered.scene.files.push_back(member.path);
         }
