@@ -1,6 +1,8 @@
 #include "tool/raster/DisplayChannels.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 
 #include "tool/raster/ComponentDescription.h"
 #include "tool/raster/OutputGrid.h"
@@ -10,32 +12,29 @@ namespace {
 
 using kest::BandAssignment;
 
+struct Channel {
+    GDALColorInterp colour;
+    BandAssignment assignment;
+};
+
+/// In the order of display.
+constexpr std::array kChannels = {Channel{GCI_RedBand, BandAssignment::RedChannel},
+                                  Channel{GCI_GreenBand, BandAssignment::GreenChannel},
+                                  Channel{GCI_BlueBand, BandAssignment::BlueChannel}};
+
 BandAssignment channelOf(GDALColorInterp colour) {
-    switch (colour) {
-        case GCI_RedBand:
-            return BandAssignment::RedChannel;
-        case GCI_GreenBand:
-            return BandAssignment::GreenChannel;
-        case GCI_BlueBand:
-            return BandAssignment::BlueChannel;
-        default:
-            return BandAssignment::NotAssigned;
-    }
+    const auto found =
+        std::find_if(kChannels.begin(), kChannels.end(),
+                     [colour](const Channel& each) { return each.colour == colour; });
+    return found == kChannels.end() ? BandAssignment::NotAssigned : found->assignment;
 }
 
-/// The place of a channel among red, green, blue and the rest.
-int orderOf(const Band& band) {
-    switch (band.assignment) {
-        case BandAssignment::RedChannel:
-            return 0;
-        case BandAssignment::GreenChannel:
-            return 1;
-        case BandAssignment::BlueChannel:
-            return 2;
-        case BandAssignment::NotAssigned:
-            break;
-    }
-    return 3;
+/// The place of the band's channel in the table, or after it.
+std::ptrdiff_t orderOf(const Band& band) {
+    return std::find_if(
+               kChannels.begin(), kChannels.end(),
+               [&band](const Channel& each) { return each.assignment == band.assignment; }) -
+           kChannels.begin();
 }
 
 }  // namespace
