@@ -85,7 +85,8 @@ VirtualRasterOptions optionsOf(const ExportRequest& request, VirtualRasterOption
 }
 
 /// Whether a style may be replaced with its raster. One that the user saved stays, since no
-/// argument has named it; so does that of another raster with the same name but for the extension.
+/// argument has named it. Beside a new output, one of ours is that of a raster with another
+/// extension.
 bool mayReplaceStyle(const std::string& path, const std::string& raster, const std::string& style) {
     std::error_code error;
     if (!std::filesystem::is_regular_file(path, error)) {
