@@ -3,67 +3,45 @@
 #include "host/codecs/RasterSource.h"
 #include "host/codecs/Readability.h"
 #include "tests/host/formats/Opened.h"
+#include "tests/host/tiff/TiffFile.h"
 
 namespace {
 
 using namespace Pyxis;
 using testing::HasSubstr;
 
-class Claims : public OnFiles {
-  protected:
-    struct Field {
-        int tag;
-        unsigned value;
-    };
-
-    /// A TIFF file of eight bits a sample whose directory claims what it likes.
-    std::string claiming(const std::vector<Field>& fields, std::size_t pixelBytes) const {
-        std::string bytes("II\x2a\0\x10\0\0\0\0\0\0\0\0\0\0\0", 16);
-        const auto number = [&bytes](unsigned value, int size) {
-            for (int i = 0; i < size; ++i) {
-                bytes += static_cast<char>(value >> 8 * i);
-            }
-        };
-        number(static_cast<unsigned>(fields.size()), 2);
-        for (const Field& field : fields) {
-            number(static_cast<unsigned>(field.tag), 2);
-            number(4, 2);  // 32 bits
-            number(1, 4);
-            number(field.value, 4);
-        }
-        number(0, 4);
-        fakes::writeFile(directory / "claims.tif", bytes + std::string(pixelBytes, '\0'));
-        return directory / "claims.tif";
-    }
-};
+class Claims : public OnFiles {};
 
 TEST_F(Claims, OutOfProportionToTheFileAreRefused) {
+    using Fields = std::vector<std::pair<std::uint16_t, double>>;
     struct Case {
-        std::vector<Field> fields;
+        Fields fields;
         const char* reason;
         std::size_t pixelBytes = 64;
     };
-    constexpr unsigned kMany = 2147483647;
-    const std::vector<Field> bits = {{258, 8}, {259, 1}, {262, 1}};
-    const auto with = [&bits](std::vector<Field> size, const std::vector<Field>& blocks) {
-        size.insert(size.end(), bits.begin(), bits.end());
-        size.insert(size.end(), blocks.begin(), blocks.end());
-        return size;
-    };
+    constexpr double kMany = 2147483647;
     const Case cases[] = {
-        {with({{256, 1}, {257, 1}}, {{273, 0}, {277, 65535}, {278, 1}, {279, 0}}),
-         "claims 65535 bands in a file of 194"},
-        {with({{256, 1}, {257, 1}}, {{273, 130}, {277, 4097}, {278, 1}, {279, 4097}}),
-         "claims 4097 bands; at most 4096 are read", 4097},
-        {with({{256, kMany}, {257, 1}}, {{273, 8}, {277, 1}, {278, 1}, {279, 8}}),
+        // A strip at the start of the file: places count from the pixels.
+        {{{256, 1}, {257, 1}, {273, -122}, {277, 65535}, {278, 1}, {279, 0}},
+         "claims 65535 bands in a file of 186"},
+        {{{256, 1}, {257, 1}, {273, 0}, {277, 4097}, {278, 1}, {279, 4097}},
+         "claims 4097 bands; at most 4096 are read",
+         4097},
+        {{{256, kMany}, {257, 1}, {273, 0}, {277, 1}, {278, 1}, {279, 8}},
          "claims a block of 2147483647 bytes"},
-        {with({{256, kMany}, {257, 1}}, {{273, 8}, {277, 1}, {278, 1}, {279, 8000}}), "cut short"},
-        {with({{256, 9000}, {257, 9000}},
-              {{277, 1}, {322, 16384}, {323, 16384}, {324, 0}, {325, 0}}),
+        {{{256, kMany}, {257, 1}, {273, 0}, {277, 1}, {278, 1}, {279, 8000}}, "cut short"},
+        {{{256, 9000}, {257, 9000}, {277, 1}, {322, 16384}, {323, 16384}, {324, 0}, {325, 0}},
          "claims a block of 268435456 bytes"},
     };
     for (const Case& c : cases) {
-        const std::string path = claiming(c.fields, c.pixelBytes);
+        const std::string path = directory / "claims.tif";
+        std::vector<fakes::TiffField> fields = {{258, 4, {8}}, {259, 4, {1}}, {262, 4, {1}}};
+        for (const auto& [tag, value] : c.fields) {
+            fields.push_back({tag, 4, {value}});
+        }
+        std::sort(fields.begin(), fields.end(),
+                  [](const auto& one, const auto& next) { return one.tag < next.tag; });
+        fakes::writeFile(path, fakes::tiffBytes(fields, std::string(c.pixelBytes, '\0')));
         EXPECT_EQ(codecOf(path), nullptr) << c.reason;
         EXPECT_THAT(whyNotReadable(fileSpecifier(path)), HasSubstr(c.reason));
     }

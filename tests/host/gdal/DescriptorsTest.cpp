@@ -1,4 +1,3 @@
-#include <fcntl.h>
 #include <sys/resource.h>
 
 #include "tests/host/formats/Opened.h"
@@ -23,25 +22,14 @@ class DescriptorLimit {
     struct rlimit before_ {};
 };
 
-/// Uses all remaining descriptors of the process.
-class NoDescriptorLeft {
-  public:
-    NoDescriptorLeft() {
-        for (int one = open("/dev/null", O_RDONLY); one >= 0; one = open("/dev/null", O_RDONLY)) {
-            taken_.push_back(one);
-        }
-    }
-    NoDescriptorLeft(const NoDescriptorLeft&) = delete;
-    NoDescriptorLeft& operator=(const NoDescriptorLeft&) = delete;
-    ~NoDescriptorLeft() {
-        for (const int one : taken_) {
-            close(one);
-        }
-    }
-
-  private:
-    std::vector<int> taken_;
-};
+/// All remaining descriptors of the process.
+std::vector<std::ifstream> allDescriptors() {
+    std::vector<std::ifstream> taken;
+    do {
+        taken.emplace_back("/dev/null");
+    } while (taken.back().is_open());
+    return taken;
+}
 
 class Descriptors : public OnFiles {
   protected:
@@ -64,7 +52,7 @@ TEST_F(Descriptors, WhenThereAreNoneIdleFilesAreClosed) {
     const Opened notYetRead(plain);
     const auto open = openFiles(6);
     ASSERT_EQ(openBelow(directory.path()).size(), 6U);
-    const NoDescriptorLeft none;
+    const auto taken = allDescriptors();
     EXPECT_FALSE(notYetRead.pixels().empty());
     EXPECT_FALSE(Opened(other).pixels().empty());
     EXPECT_FALSE(open.front()->pixels().empty());
