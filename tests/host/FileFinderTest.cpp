@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-
 #include "host/DirectoryFileFinder.h"
 #include "tests/fakes/Resources.h"
 

@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <array>
 #include <cmath>
 #include <cstring>
 #include <limits>
