@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <vector>
-
 #include "codec/KestMultispectralCodec.h"
 #include "codec/KestMultispectralFormatCodecApiVersion.h"
 #include "platform/Platform.h"

@@ -1,11 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <map>
+#include <sstream>
 #include <string>
 
 #include "codec/KestMultispectralCodec.h"
 #include "platform/Platform.h"
+#include "platform/posix/StringTable.h"
 #include "tests/windows/Modules.h"
 
 namespace {
@@ -35,26 +36,6 @@ TEST(TextModuleTest, CutsAt255CharactersAndSwitchesWhileLoaded) {
     EXPECT_EQ(name(), "");
 }
 
-/// The texts of a file as the other system reads them.
-std::map<unsigned int, std::u16string> textsIn(const fs::path& path) {
-    std::map<unsigned int, std::u16string> texts;
-    std::ifstream file(path);
-    for (std::string line; std::getline(file, line);) {
-        if (line.empty() || line.front() == '#') {
-            continue;
-        }
-        std::size_t end = 0;
-        const auto id = static_cast<unsigned int>(std::stoul(line, &end));
-        std::string text = line.substr(end + 1);
-        for (std::size_t at = 0; (at = text.find('\\', at)) != std::string::npos; ++at) {
-            const char escape = text[at + 1];
-            text.replace(at, 2, 1, escape == 'n' ? '\n' : escape == 't' ? '\t' : escape);
-        }
-        texts[id] = Pyxis::utf8ToWide(text);
-    }
-    return texts;
-}
-
 TEST(TextModuleTest, HoldsEveryTextOfItsLanguage) {
     int languages = 0;
     for (const fs::directory_entry& entry : fs::directory_iterator(KEST_RESOURCES)) {
@@ -63,7 +44,9 @@ TEST(TextModuleTest, HoldsEveryTextOfItsLanguage) {
         const auto module =
             kest::platform::StringModule::load(Pyxis::toWideBuffer(Pyxis::wideToUtf8(path)));
         ASSERT_TRUE(module) << name;
-        const auto texts = textsIn(entry.path());
+        std::ostringstream file;
+        file << std::ifstream(entry.path()).rdbuf();
+        const auto texts = kest::platform::parseStringTable(file.str());  // as the other system
         EXPECT_GE(texts.size(), 30U) << name;
         for (const auto& [id, text] : texts) {
             std::array<char16_t, 256> buffer{};
