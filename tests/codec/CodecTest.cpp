@@ -154,18 +154,13 @@ TEST_F(CodecSetTest, OneWalkSettlesTheAnswerAndJudgesTheRest) {
     }
 }
 
-/// A codec that is asked first and throws for every file.
-struct ThrowingCodec : fakes::Codec {
-    using fakes::Codec::Codec;
-    Pyxis::FormatDecodability isDecodableFile(const Pyxis::FileSpecifier&,
-                                              Pyxis::FindFileInterface*) const override {
-        throw 42;
-    }
-};
-
 TEST(CodecThatThrowsTest, DoesNotReadTheComponent) {
-    fakes::World world;
-    const ThrowingCodec throwing(world);
+    fakes::World broken, world;
+    broken.fail = [](std::string_view) { return fakes::Fault::Throw; };
+    fakes::Codec throwing(broken);  // is asked first
+    for (const char* path : {"/x", "/a01.tif", "/b02.tif", "/y"}) {
+        throwing.add(path, bandFrame());
+    }
     fakes::Codec host(world);
     host.add("/a01.tif", bandFrame());
     host.add("/b02.tif", bandFrame());

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iostream>
-#include <map>
 #include <set>
 
 #include "codec/KestMultispectralCodec.h"

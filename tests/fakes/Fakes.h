@@ -137,7 +137,7 @@ struct GeoFacts {
     std::int32_t width = 100;
     std::int32_t height = 100;
     int code = 0;  ///< 0: none
-    std::string system;
+    std::string system = {};
     const World* world = nullptr;  ///< hears of each question, if there is one
 };
 

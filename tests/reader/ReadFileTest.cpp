@@ -48,12 +48,13 @@ class ReadFileTest : public testing::Test {
     }
 
     /// Adds files of one frame, and returns their set.
-    Pyxis::FileSpecifier add(const std::vector<std::string>& paths,
-                             const FrameFacts& frame = bandFrame()) {
-        for (const std::string& path : paths) {
+    Pyxis::FileSpecifier add(const std::vector<std::pair<std::string, FrameFacts>>& files) {
+        kest::ComponentListBuilder list;
+        for (const auto& [path, frame] : files) {
             codec_.add(path, frame);
+            list.append(Pyxis::fileSpecifier(path), 0);
         }
-        return setOf(paths);
+        return list.specifier();
     }
 
     fakes::TextsFrom texts_{fakes::stringModule("numbers")};
@@ -62,14 +63,11 @@ class ReadFileTest : public testing::Test {
 };
 
 TEST_F(ReadFileTest, BandsAndBucketsAreSortedAndStayTogether) {
-    kest::ComponentListBuilder list;
-    for (const auto& [band, pixelSize] : {std::pair("B80", 0.5), std::pair("B30", 1.0),
-                                          std::pair("B61", 2.0), std::pair("B10", 1.0)}) {
-        const std::string path = "/L71195025_02520010730_" + std::string(band) + ".TIF";
-        codec_.add(path, bandFrame(pixelSize));
-        list.append(Pyxis::fileSpecifier(path), 0);
-    }
-    const KestMultispectralReadFile file = open(list.specifier());
+    const KestMultispectralReadFile file =
+        open(add({{"/L71195025_02520010730_B80.TIF", bandFrame(0.5)},
+                  {"/L71195025_02520010730_B30.TIF", bandFrame(1.0)},
+                  {"/L71195025_02520010730_B61.TIF", bandFrame(2.0)},
+                  {"/L71195025_02520010730_B10.TIF", bandFrame(1.0)}}));
     EXPECT_EQ(file.setKind(), 5);
     EXPECT_THAT(bandsOf(file), ElementsAre("3 0 1 0", "1 0 0 2", "2 1 0 6", "0 2 0 8"));
     EXPECT_EQ(file.bucket(0).bandCount, 2);
@@ -91,18 +89,14 @@ TEST_F(ReadFileTest, BandsShareTheFirstBucketWithinTheToleranceOfTheirPixelSize)
     } rows[] = {{1.0, 2.0, 0},          {1.0 + 0.9e-5, 2.0 - 0.9e-5, 0}, {1.0 + 1.1e-5, 2.0, 1},
                 {1.0, 2.0 - 1.1e-5, 2}, {1.0 + 0.5e-5, 2.0, 0},          {kNone, 2.0, 3},
                 {kNone, 2.0, 4}};
-    kest::ComponentListBuilder list;
+    std::vector<std::pair<std::string, FrameFacts>> files;
     for (const auto& row : rows) {
-        const std::string path = "/band" + std::to_string(10 + list.count());
-        fakes::GeoFacts facts;
-        facts.pixelX = row.x;
-        facts.pixelY = row.y;
+        const fakes::GeoFacts facts{.pixelX = row.x, .pixelY = row.y};
         FrameFacts frame;
         frame.properties.push_back(fakes::property<fakes::Geo>(facts));
-        codec_.add(path, frame);
-        list.append(Pyxis::fileSpecifier(path), 0);
+        files.emplace_back("/band" + std::to_string(10 + files.size()), frame);
     }
-    const KestMultispectralReadFile file = open(list.specifier());
+    const KestMultispectralReadFile file = open(add(files));
     ASSERT_EQ(file.getNumFrames(), 7);
     for (int i = 0; i < 7; ++i) {
         EXPECT_EQ(file.getBandBucketIndex(i), rows[i].bucket) << i;
@@ -110,14 +104,13 @@ TEST_F(ReadFileTest, BandsShareTheFirstBucketWithinTheToleranceOfTheirPixelSize)
 }
 
 TEST_F(ReadFileTest, BandsOfOneNumberKeepTheirOrder) {
-    kest::ComponentListBuilder list;
+    std::vector<std::pair<std::string, FrameFacts>> files;
     for (int i = 0; i < 60; ++i) {
-        const std::string path =
-            "/L7" + std::to_string(1000000 + i) + "_12345678901_" + (i % 2 == 0 ? "MTL" : "B40");
-        codec_.add(path, bandFrame(1.0 + i));
-        list.append(Pyxis::fileSpecifier(path), 0);
+        files.emplace_back(
+            "/L7" + std::to_string(1000000 + i) + "_12345678901_" + (i % 2 == 0 ? "MTL" : "B40"),
+            bandFrame(1.0 + i));
     }
-    const KestMultispectralReadFile file = open(list.specifier());
+    const KestMultispectralReadFile file = open(add(files));
     ASSERT_EQ(file.getNumFrames(), 60);
     for (int i = 0; i < 60; ++i) {
         EXPECT_EQ(file.band(i).componentIndex, i < 30 ? 2 * i + 1 : 2 * (i - 30));
@@ -140,7 +133,7 @@ TEST_F(ReadFileTest, BandsAreNamedByTheirOrdinalWhileTheFrameIsOpen) {
 
 TEST_F(ReadFileTest, ComponentsAfterAGapTakeTheCodecOfTheirPlace) {
     fakes::NitfCodec other(world_);
-    add({"/a01.tif", "/c03.tif", "/d04.tif"});
+    add({{"/a01.tif", bandFrame()}, {"/c03.tif", bandFrame()}, {"/d04.tif", bandFrame()}});
     other.add("/d04.tif", bandFrame());
     KestMultispectralReadFile file =
         open(setOf({"/a01.tif", "/unreadable", "/c03.tif", "/d04.tif"}));
@@ -160,7 +153,7 @@ TEST_F(ReadFileTest, ComponentsAfterAGapTakeTheCodecOfTheirPlace) {
 TEST_F(ReadFileTest, SetsWithoutUsableComponentsHaveNoFrames) {
     FrameFacts noGeo;
     noGeo.properties.push_back(fakes::property<fakes::PlainProperty>("other"));
-    const KestMultispectralReadFile file = open(add({"/noGeo"}, noGeo));
+    const KestMultispectralReadFile file = open(add({{"/noGeo", noGeo}}));
     EXPECT_EQ(file.getNumFiles(), 1);
     EXPECT_EQ(file.getNumFrames(), 0);
     for (const Pyxis::FileSpecifier& empty :
@@ -201,15 +194,16 @@ TEST_F(ReadFileTest, OnlyFastComponentsAreSearchedPastTheirGeoCorrelation) {
     frame.properties.insert(frame.properties.begin(),
                             fakes::property<fakes::PlainProperty>("cannot be handed out"));
     frame.properties.push_back(fakes::property<fakes::FastBandFile>("other_77.tif"));
-    EXPECT_THAT(bandsOf(open(add({"/a01.tif"}, frame))), ElementsAre("0 0 0 1"));
+    EXPECT_THAT(bandsOf(open(add({{"/a01.tif", frame}}))), ElementsAre("0 0 0 1"));
     EXPECT_EQ(opened, 2);
 }
 
 TEST_F(ReadFileTest, MetadataTextFileNeedsAProductSetAndAFinderThatFindsIt) {
     fakes::Finder finder(world_, "/found.txt");
-    const auto product = add({"/po_12_red_0000000.tif", "/po_12_pan_0000000.tif"});
+    const auto product =
+        add({{"/po_12_red_0000000.tif", bandFrame()}, {"/po_12_pan_0000000.tif", bandFrame()}});
     EXPECT_EQ(open(product).getNumFiles(), 2);
-    EXPECT_EQ(open(add({"/po_12_pan_0000000.ntf"}), &finder).getNumFiles(), 1);
+    EXPECT_EQ(open(add({{"/po_12_pan_0000000.ntf", bandFrame()}}), &finder).getNumFiles(), 1);
     KestMultispectralReadFile file = open(product, &finder);
     EXPECT_THAT(world_.events,
                 testing::Contains("find po_12_metadata.txt by /po_12_red_0000000.tif"));
@@ -222,8 +216,8 @@ TEST_F(ReadFileTest, MetadataTextFileNeedsAProductSetAndAFinderThatFindsIt) {
 TEST_F(ReadFileTest, FramesAndPropertySetsStandOnTheirOwn) {
     FrameFacts facts = bandFrame();
     facts.properties.push_back(fakes::property<fakes::PlainProperty>("<18109>"));
-    auto file =
-        std::make_unique<KestMultispectralReadFile>(open(add({"/a01.tif", "/b02.tif"}, facts)));
+    auto file = std::make_unique<KestMultispectralReadFile>(
+        open(add({{"/a01.tif", facts}, {"/b02.tif", facts}})));
     Frame first(file->openFrame(0));
     Frame second(file->openFrame(1));
     Properties one(second->getProperties());
