@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstring>
+#include <sstream>
 
 #include "properties/KestMultispectralBandNameProperty.h"
 #include "properties/KestMultispectralBandTypeProperty.h"
@@ -24,41 +25,38 @@ using testing::ElementsAre;
 
 /// All attributes of a property, value included.
 std::string describe(const Interface& property) {
-    std::string text = toUtf8(property.getName()) + "|" + toUtf8(property.getDescription());
-    for (const int number :
-         {static_cast<int>(property.getIdentifier()), static_cast<int>(property.getDataType()),
-          static_cast<int>(property.getUsage()), static_cast<int>(property.getLevel()),
-          int{property.isRequired()}, int{property.isContextSensitive()},
-          static_cast<int>(dynamic_cast<const KestMultispectralProperty&>(property)
-                               .multispectralPropertyId())}) {
-        text += "|" + std::to_string(number);
-    }
+    std::ostringstream text;
+    text << toUtf8(property.getName()) << '|' << toUtf8(property.getDescription());
+    const auto& own = dynamic_cast<const KestMultispectralProperty&>(property);
+    const auto add = [&text](auto... numbers) {
+        ((text << '|' << static_cast<int>(numbers)), ...);
+    };
+    add(property.getIdentifier(), property.getDataType(), property.getUsage(), property.getLevel(),
+        property.isRequired(), property.isContextSensitive(), own.multispectralPropertyId());
     Pyxis::StringBuffer value;
     Pyxis::FileSpecifier file;
     if (const auto* string = dynamic_cast<const Pyxis::FormatCodecStringProperty*>(&property)) {
         string->getValue(value);
-        text += "|" + std::to_string(string->maximumStringBytes()) + "|" +
-                std::to_string(static_cast<int>(string->getStringType()));
+        add(string->maximumStringBytes(), string->getStringType());
     }
     if (const auto* bucket = dynamic_cast<const KestMultispectralBucketProperty*>(&property)) {
         bucket->getBucketName(value);
-        text += "|" + std::to_string(bucket->getBucketNum()) + "|" +
-                std::to_string(bucket->getNumBuckets());
+        add(bucket->getBucketNum(), bucket->getNumBuckets());
     }
     if (const auto* name = dynamic_cast<const KestMultispectralBandNameProperty*>(&property)) {
         name->getBandName(value);
         name->getFile(file);
-        text += "|" + std::to_string(name->getBandIndex()) + "|" + std::to_string(name->getFrame());
+        add(name->getBandIndex(), name->getFrame());
     }
     if (const auto* type = dynamic_cast<const KestMultispectralBandTypeProperty*>(&property)) {
-        text += "|" + std::to_string(static_cast<int>(type->bandType())) + "|" +
-                std::to_string(static_cast<int>(type->bandAssignment()));
+        add(type->bandType(), type->bandAssignment());
     }
     if (const auto* metadata =
             dynamic_cast<const KestMultispectralMetadataTextFileProperty*>(&property)) {
-        text += metadata->getMetadataFile(file) ? "|valid" : "|invalid";
+        add(metadata->getMetadataFile(file));
     }
-    return text + "|" + toUtf8(value) + "|" + toUtf8(file.string());
+    text << '|' << toUtf8(value) << '|' << toUtf8(file.string());
+    return text.str();
 }
 
 TEST(PropertiesTest, TellWhatTheyWereMadeOfAndSoDoTheirClones) {
@@ -79,7 +77,7 @@ TEST(PropertiesTest, TellWhatTheyWereMadeOfAndSoDoTheirClones) {
                                                   kest::BandAssignment::BlueChannel),
             "<18116>|<18117>|0|9|1|1|0|0|3|10|3||"},
         Row{new KestMultispectralMetadataTextFileProperty(file),
-            "<18113>|<18114>|0|1|1|3|0|0|4|2147483647|1|invalid||/none.tif"}};
+            "<18113>|<18114>|0|1|1|3|0|0|4|2147483647|1|0||/none.tif"}};
     for (const Row& row : rows) {
         std::unique_ptr<Interface> original(row.property);
         EXPECT_EQ(describe(*original), row.told);
