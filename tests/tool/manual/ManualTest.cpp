@@ -48,24 +48,13 @@ std::string completed(const std::string& script, const std::string& words) {
     return {buffer.data(), size};
 }
 
-TEST(ManualTest, TakesWhatTheParserKnows) {
-    const CommandText program = commandLineOfAllKinds();
-    ASSERT_EQ(program.commands.size(), 2U);
-    const CommandText& pack = program.commands.front();
-    EXPECT_EQ(pack.arguments, "FILE...");
-    ASSERT_EQ(pack.options.size(), 3U);  // --help among them
-    EXPECT_THAT(pack.options[1].names, testing::ElementsAre("-c", "--compress"));
-    EXPECT_THAT(pack.options[1].choices, testing::ElementsAre("lzw", "zstd"));
-    EXPECT_EQ(pack.options[1].value, "lzw|zstd");
-    EXPECT_EQ(pack.options[2].value, "");
-}
-
 TEST(ManualTest, PagesEscapeTextAndMakeSectionsOfFooters) {
     const CommandText program = commandLineOfAllKinds();
     const std::string page = commandPage(program, program.commands.front(), "7.8");
     for (const char* part : {
              ".TH KESTMS\\-PACK 1 \"\" \"kestms 7.8\"",
              "kestms\\-pack \\- Pack it's contents\n",
+             "[\\fIOPTIONS\\fR] \\fIFILE...\\fR\n",
              "of two, C:\\edir.\n",
              "\n\\&.start with a dot\n",
              ".TP\n\\fB\\-c\\fR, \\fB\\-\\-compress\\fR \\fIlzw|zstd\\fR\nHow\n",
@@ -81,20 +70,17 @@ TEST(ManualTest, PagesEscapeTextAndMakeSectionsOfFooters) {
 
 TEST(ManualTest, BashCompletesCommandsOptionsAndValues) {
     const std::string script = bashCompletion(commandLineOfAllKinds());
-    struct Case {
-        const char* typed;
-        const char* expected;
+    const std::pair<const char*, const char*> cases[] = {
+        {"kestms ''", "pack list -h --help --language"},
+        {"kestms p", "pack"},
+        {"kestms --language de pack --f", "--fast"},
+        {"kestms pack --compress ''", "lzw zstd"},
+        {"kestms pack x.tif -c z", "zstd"},
+        {"kestms pack ''", ""},  // a file
+        {"kestms list --f", ""},
     };
-    for (const Case& one : {
-             Case{"kestms ''", "pack list -h --help --language"},
-             Case{"kestms p", "pack"},
-             Case{"kestms --language de pack --f", "--fast"},
-             Case{"kestms pack --compress ''", "lzw zstd"},
-             Case{"kestms pack x.tif -c z", "zstd"},
-             Case{"kestms pack ''", ""},  // a file
-             Case{"kestms list --f", ""},
-         }) {
-        EXPECT_EQ(completed(script, one.typed), one.expected) << one.typed;
+    for (const auto& [typed, expected] : cases) {
+        EXPECT_EQ(completed(script, typed), expected) << typed;
     }
 }
 
