@@ -18,13 +18,19 @@
 
 namespace fakes {
 
+inline sockaddr_in localAddress(int port) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
+    return address;
+}
+
 /// A local socket that counts connections.
 class Listener {
   public:
     Listener() : socket_(socket(AF_INET, SOCK_STREAM, 0)) {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        sockaddr_in address = localAddress(0);
         socklen_t size = sizeof address;
         auto* plain = reinterpret_cast<sockaddr*>(&address);
         if (bind(socket_, plain, size) != 0 || listen(socket_, 4) != 0 ||
@@ -81,12 +87,9 @@ class WebServer {
     }
     bool answers() const {
         const int client = socket(AF_INET, SOCK_STREAM, 0);
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        address.sin_port = htons(static_cast<std::uint16_t>(port_));
+        const sockaddr_in address = localAddress(port_);
         const bool answers =
-            connect(client, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+            connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
         close(client);
         return answers;
     }

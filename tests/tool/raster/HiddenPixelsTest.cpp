@@ -1,9 +1,6 @@
-#include <gdal_priv.h>
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <cstdint>
-#include <utility>
 
 #include "tests/tool/raster/RasterExports.h"
 
@@ -16,19 +13,16 @@ using nlohmann::json;
 using testing::HasSubstr;
 
 TEST_F(RasterExport, PixelsWithoutDataStaySo) {
-    const auto withNoData = [this](const std::string& name, double value) {
-        const std::string path = write(name, {.type = GDT_Int16});
-        change(path, [value](GDALDataset& file) { file.GetRasterBand(1)->SetNoDataValue(value); });
-        return path;
-    };
+    const fakes::Raster raster{.type = GDT_Int16};
     // Samples (7x + 13y + 31) % 251 - 120: -82 is at 1, 0 and -69 at 1, 1.
-    const Strings files = {withNoData("a_01.tif", -82), withNoData("a_02.tif", -69)};
+    const Strings files = {withNoData(write("a_01.tif", raster), -82),
+                           withNoData(write("a_02.tif", raster), -69)};
     const json masked = infoOf({"export"}, files);
     EXPECT_THAT(said_, HasSubstr("different no-data values: one mask shows where all"));
     EXPECT_EQ(masked["bands"][0]["mask"]["flags"], json{"PER_DATASET"});
-    const std::vector<double> mask = gdalPixels(directory_ / "out.tif", 1, {"-b", "mask"});
-    EXPECT_EQ(mask.at(12 * 8 + 1), 0);
-    EXPECT_EQ(std::count(mask.begin() + 12 * 8, mask.end(), 0), 2);
+    const std::vector<double> mask = maskOf(directory_ / "out.tif", 12 * 8);
+    EXPECT_EQ(mask.at(1), 0);
+    EXPECT_EQ(std::count(mask.begin(), mask.end(), 0), 2);
     for (const char* command : {"vrt", "export"}) {
         const json one = infoOf({command, "--nodata", "1234"}, files);
         const std::string output = one["description"];
@@ -50,9 +44,8 @@ TEST_F(RasterExport, PixelsWithoutDataStaySo) {
 }
 
 TEST_F(RasterExport, ANoDataValueThatSamplesCannotHaveIsLeftOut) {
-    const auto withNoData = [this](const fakes::Raster& raster, const std::string& value) {
-        const std::string path = write("a_01.tif", raster);
-        change(path, [](GDALDataset& file) { file.GetRasterBand(1)->SetNoDataValue(100); });
+    const auto valued = [this](const fakes::Raster& raster, const std::string& value) {
+        const std::string path = withNoData(write("a_01.tif", raster), 100);
         std::string bytes = fakes::readFile(path);
         // GDAL would clamp the value.
         bytes.replace(bytes.rfind("100"), value.size(), value);
@@ -64,7 +57,7 @@ TEST_F(RasterExport, ANoDataValueThatSamplesCannotHaveIsLeftOut) {
     const fakes::Raster shorts{.type = GDT_Int16};
     for (const auto& [raster, value] :
          {std::pair(bytes, "-99"), {bytes, "nan"}, {words, "0.5"}, {shorts, "9e9"}}) {
-        const Strings files = withNoData(raster, value);
+        const Strings files = valued(raster, value);
         for (const char* command : {"vrt", "export"}) {
             const json written = infoOf({command}, files);
             EXPECT_THAT(said_, HasSubstr("is left out, since its samples cannot have it")) << value;
@@ -79,30 +72,27 @@ TEST_F(RasterExport, ANoDataValueThatSamplesCannotHaveIsLeftOut) {
     }
 }
 
+/// Hides the pixels that one more mask hides.
+void hide(std::vector<double>& all, const std::vector<double>& mask) {
+    std::transform(all.begin(), all.end(), mask.begin(), all.begin(),
+                   [](double a, double b) { return std::min(a, b); });
+}
+
 /// Several windows, the last ones cut off by the edges.
 TEST_F(RasterExport, LargeRastersAreCopiedInParts) {
     const fakes::Raster raster{.width = 300, .height = 1300, .type = GDT_UInt16};
-    const Strings files = {write("a_01.tif", raster), write("a_02.tif", raster),
-                           write("a_03.tif", raster)};
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        change(files[i], [i](GDALDataset& file) {
-            file.GetRasterBand(1)->SetNoDataValue(static_cast<double>(i));
-        });
-    }
+    Strings files;
     std::vector<double> hidden(300 * 1300, 255);
-    for (const std::string& file : files) {
-        const std::vector<double> own = gdalPixels(file, 1, {"-b", "mask"});
-        std::transform(hidden.begin(), hidden.end(), own.end() - 300 * 1300, hidden.begin(),
-                       [](double a, double b) { return std::min(a, b); });
+    for (int i = 0; i < 3; ++i) {
+        files.push_back(withNoData(write("a_0" + std::to_string(i + 1) + ".tif", raster), i));
+        hide(hidden, maskOf(files.back(), hidden.size()));
     }
     for (const Strings& how : {Strings{}, {"--co", "INTERLEAVE=PIXEL"}, {"--cog"}}) {
         const json made = infoOf(joined({"export"}, how), files);
         for (std::size_t i = 0; i < files.size(); ++i) {
             EXPECT_EQ(made["bands"][i]["checksum"], gdalInfo(files[i])["bands"][0]["checksum"]);
         }
-        const std::vector<double> mask =
-            gdalPixels(directory_ / "out.tif", 1, {"-b", "mask", "-co", "INTERLEAVE=BSQ"});
-        EXPECT_EQ(std::vector<double>(mask.end() - 300 * 1300, mask.end()), hidden);
+        EXPECT_EQ(maskOf(directory_ / "out.tif", hidden.size()), hidden);
     }
 }
 
@@ -129,17 +119,14 @@ TEST_F(RasterExport, MasksAndWhatIsNotCoveredAreKept) {
     EXPECT_THAT(said_, HasSubstr("the bands have masks: one mask"));
     std::vector<double> all(41 * 8, 255);
     for (int band = 1; band <= 3; ++band) {
-        const std::vector<double> own =
-            gdalPixels(directory_ / "out.vrt", band, {"-b", "mask," + std::to_string(band)});
-        const std::vector<double> mask(own.end() - 41 * 8, own.end());
+        const std::vector<double> mask =
+            maskOf(directory_ / "out.vrt", all.size(), "mask," + std::to_string(band));
         EXPECT_EQ(mask[0] == 0, band == 2);
         EXPECT_EQ(mask[5 * 41 + 5] == 0, band == 3);
         EXPECT_EQ(mask[40] == 0, band != 2);
-        std::transform(all.begin(), all.end(), mask.begin(), all.begin(),
-                       [](double a, double b) { return std::min(a, b); });
+        hide(all, mask);
     }
-    const std::vector<double> written = gdalPixels(directory_ / "out.tif", 1, {"-b", "mask"});
-    EXPECT_EQ(std::vector<double>(written.end() - 41 * 8, written.end()), all);
+    EXPECT_EQ(maskOf(directory_ / "out.tif", all.size()), all);
 }
 
 }  // namespace

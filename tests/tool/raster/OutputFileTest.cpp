@@ -4,9 +4,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <chrono>
 #include <csignal>
-#include <thread>
 
 #include "tests/fakes/Paths.h"
 #include "tests/tool/Process.h"
@@ -123,6 +121,14 @@ TEST(OutputFile, ALaterRunClearsWhatADeadProcessLeft) {
 }
 
 /// A set whose export takes some time.
+/// What limits a process before it starts.
+auto limitedTo(decltype(RLIMIT_FSIZE) what, rlim_t most) {
+    return [what, most] {
+        const rlimit limit{most, most};
+        setrlimit(what, &limit);
+    };
+}
+
 class WritingProcess : public InDirectory {
   protected:
     WritingProcess() {
@@ -132,8 +138,13 @@ class WritingProcess : public InDirectory {
         before_ = namesIn(directory_);
     }
 
-    Strings command(const std::string& output) const {
-        return joined({fakes::kTool, "export", "-o", output}, files_);
+    Strings command() const {
+        return joined({fakes::kTool, "export", "-o", directory_ / "out.tif"}, files_);
+    }
+    void awaitOutput() const {
+        while (namesIn(directory_) == before_) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
     }
 
     Strings files_;
@@ -142,10 +153,8 @@ class WritingProcess : public InDirectory {
 
 TEST_F(WritingProcess, LeavesNothingBehindWhenItIsToldToStop) {
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
-        Process process(command(directory_ / "out.tif"));
-        while (namesIn(directory_) == before_) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
+        Process process(command());
+        awaitOutput();
         process.signal(number);
         process.signal(number);  // as people do
         const Outcome outcome = process.wait();
@@ -156,11 +165,8 @@ TEST_F(WritingProcess, LeavesNothingBehindWhenItIsToldToStop) {
 }
 
 TEST_F(WritingProcess, HeedsLimitsAndSignalsThatItsParentIgnores) {
-    const auto limit = [] {
-        const rlimit small{100000, 100000};
-        setrlimit(RLIMIT_FSIZE, &small);
-    };
-    const Outcome full = Process(command(directory_ / "out.tif"), limit).wait();
+    const auto limit = limitedTo(RLIMIT_FSIZE, 100000);
+    const Outcome full = Process(command(), limit).wait();
     EXPECT_EQ(full.code, 4) << full.err;
     EXPECT_THAT(full.err, HasSubstr("out.tif: "));
     EXPECT_EQ(namesIn(directory_), before_);
@@ -168,10 +174,8 @@ TEST_F(WritingProcess, HeedsLimitsAndSignalsThatItsParentIgnores) {
     EXPECT_EQ(samples.code, 4);
     EXPECT_THAT(samples.err, AllOf(HasSubstr("new/samples"), Not(HasSubstr(".kestms-"))));
     EXPECT_EQ(namesIn(directory_), before_);
-    Process background(command(directory_ / "out.tif"), [] { signal(SIGINT, SIG_IGN); });
-    while (namesIn(directory_) == before_) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
+    Process background(command(), [] { signal(SIGINT, SIG_IGN); });
+    awaitOutput();
     background.signal(SIGINT);
     EXPECT_EQ(background.wait().code, 0);
 }
@@ -180,17 +184,12 @@ TEST(StarvedProcess, NeverWritesFewerBands) {
     const fakes::TempDirectory directory;
     Strings files;
     for (int i = 10; i < 40; ++i) {
-        const std::string name = "b_" + std::to_string(i) + ".tif";
-        files.push_back(fakes::writeRaster(directory / name));
+        files.push_back(fakes::writeRaster(directory / ("b_" + std::to_string(i) + ".tif")));
     }
     const std::string output = directory / "out.tif";
     for (rlim_t descriptors = 6; descriptors < 48; descriptors += 2) {
-        const auto limit = [descriptors] {
-            const rlimit few{descriptors, descriptors};
-            setrlimit(RLIMIT_NOFILE, &few);
-        };
-        const Strings command = {"export", "-o", output, "--overwrite"};
-        const Outcome outcome = runKestms(joined(command, files), limit);
+        const Outcome outcome = runKestms(joined({"export", "-o", output, "--overwrite"}, files),
+                                          limitedTo(RLIMIT_NOFILE, descriptors));
         if (outcome.err.find("memory cannot be printed") != std::string::npos) {
             continue;  // a sanitizer needs a pipe to inspect objects, and none is left
         }

@@ -1,11 +1,7 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <csignal>
-#include <filesystem>
-#include <sstream>
-#include <utility>
 
 #include "tests/tool/Process.h"
 #include "tool/terminal/Failure.h"
@@ -79,10 +75,10 @@ TEST_F(Outputs, AnOutputNeverReplacesAnInput) {
     fs::create_directory(own);
     const Strings pair = {write("own/v1.tif"), write("own/v2.tif")};
     fakes::writeFile(own + "damaged.tif", fakes::readFile(pair[0]).substr(0, 300));
-    for (const char* name : {"v1.tfw", "v1.tifw", "v2.wld", "v1.tif.aux.xml", "v2.tif.ovr",
-                             "v1.TIF.msk", "v1.aux", "MTL.txt", "v1.xml", "old.vrt"}) {
-        fakes::writeFile(own + name, "<text/>");
-    }
+    const char* const sideFiles[] = {"v1.tfw",         "v1.tifw",    "v2.wld",
+                                     "v1.tif.aux.xml", "v2.tif.ovr", "v1.TIF.msk",
+                                     "v1.aux",         "MTL.txt",    "v1.xml"};
+    fakes::writeFile(own + "old.vrt", "<text/>");
     const std::string list = directory_ / "list";
     fakes::writeFile(list, pair[0] + "\n" + pair[1] + "\n" + own + "damaged.tif\n");
     const std::string document = directory_ / "damaged.xml";
@@ -98,8 +94,8 @@ TEST_F(Outputs, AnOutputNeverReplacesAnInput) {
         {{"@" + list}, own + "damaged.tif"},
         {pair, pair[1]},
     };
-    for (const auto& name : {"v1.tfw", "v1.tifw", "v2.wld", "v1.tif.aux.xml", "v2.tif.ovr",
-                             "v1.TIF.msk", "v1.aux", "MTL.txt", "v1.xml"}) {
+    for (const char* name : sideFiles) {
+        fakes::writeFile(own + name, "<text/>");
         cases.emplace_back(pair, own + name);
     }
     for (const auto& [inputs, output] : cases) {

@@ -1,5 +1,3 @@
-#include <filesystem>
-
 #include "tests/tool/raster/RasterExports.h"
 
 namespace kestms {

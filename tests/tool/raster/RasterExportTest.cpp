@@ -1,11 +1,7 @@
-#include <gdal_priv.h>
 #include <gmock/gmock.h>
 
-#include <algorithm>
-#include <filesystem>
 #include <map>
 #include <tuple>
-#include <utility>
 
 #include "tests/tool/raster/RasterExports.h"
 #include "tool/scene/InputText.h"
@@ -153,12 +149,9 @@ TEST_F(RasterExport, ComponentsOfEveryFormatAreHandedOn) {
 TEST_F(RasterExport, ABandOfNoProductIsCalledWhatItsComponentCallsIt) {
     const Strings files = {write("s_named.tif"), write("s_beside.tif"), write("s_counted.tif"),
                            write("s_plain.tif")};
-    const auto call = [](const std::string& file, const char* name) {
-        change(file,
-               [name](GDALDataset& raster) { raster.GetRasterBand(1)->SetDescription(name); });
-    };
-    call(files[0], "cover < 1");
-    call(files[2], "Layer_1");
+    for (const auto& [file, name] : {std::pair(files[0], "cover < 1"), {files[2], "Layer_1"}}) {
+        change(file, [&](GDALDataset& raster) { raster.GetRasterBand(1)->SetDescription(name); });
+    }
     fakes::writeFile(files[1] + ".aux.xml",
                      "<PAMDataset><PAMRasterBand band=\"1\"><Description>beside"
                      "</Description></PAMRasterBand></PAMDataset>");
@@ -183,13 +176,11 @@ TEST_F(RasterExport, ABandWithoutANumberIsNotCalledByOne) {
 TEST_F(RasterExport, BandsAreChosenNamedAndOrdered) {
     ASSERT_EQ(runTool({"samples", directory_.path(), "--size", "8"}).code, 0);
     const Strings set = {directory_ / "landsat7/set.xml"};
-    const std::string blue = "Blue (band 1)";
-    const std::string red = "Red (band 3)";
-    const std::string nir = "Near infrared (band 4)";
-    const std::string short1 = "Short-wave infrared 1 (band 5)";
-    const std::string short2 = "Short-wave infrared 2 (band 7)";
-    const std::string low = "Thermal infrared, low gain (band 6L)";
-    const std::string high = "Thermal infrared, high gain (band 6H)";
+    const std::string blue = "Blue (band 1)", red = "Red (band 3)", nir = "Near infrared (band 4)",
+                      short1 = "Short-wave infrared 1 (band 5)",
+                      short2 = "Short-wave infrared 2 (band 7)",
+                      low = "Thermal infrared, low gain (band 6L)",
+                      high = "Thermal infrared, high gain (band 6H)";
     const std::pair<Strings, Strings> cases[] = {
         {{"--bands", "nir,red,Blue (band 1)"}, {nir, red, blue}},
         {{"--bands", low, "--bands", "red"}, {low, red}},
@@ -210,9 +201,7 @@ TEST_F(RasterExport, BandsAreChosenNamedAndOrdered) {
               (Strings{red, "a,b=c"}));
     for (const Strings& wrong :
          {Strings{"--bands", "purple"}, {"--bands", "red,"}, {"--name", "red"}}) {
-        const Outcome outcome =
-            runTool(joined({"vrt", set[0], "-o", directory_ / "none.vrt"}, wrong));
-        EXPECT_EQ(outcome.code, 2);
+        EXPECT_EQ(runTool(joined({"vrt", set[0], "-o", directory_ / "none.vrt"}, wrong)).code, 2);
     }
 }
 
@@ -271,11 +260,8 @@ TEST_F(RasterExport, WhatLiesBesideAComponentDescribesIt) {
         EXPECT_EQ(band["description"], "beside");
         EXPECT_EQ(band["colorInterpretation"], "Green");
         EXPECT_EQ(band["metadata"][""]["FILE"], "z");
-        if (command == std::string("vrt")) {
-            EXPECT_EQ(band["noDataValue"], 62);
-        } else {
-            EXPECT_EQ(band["mask"]["flags"], json{"PER_DATASET"});
-        }
+        EXPECT_TRUE(command == std::string("vrt") ? band["noDataValue"] == 62
+                                                  : band["mask"]["flags"] == json{"PER_DATASET"});
     }
 }
 

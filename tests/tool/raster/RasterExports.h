@@ -1,10 +1,5 @@
 #pragma once
 
-#include <gdal_priv.h>
-
-#include <string>
-#include <utility>
-
 #include "tests/tool/Process.h"
 
 namespace kestms {
@@ -17,6 +12,18 @@ class RasterExport : public InDirectory {
     static void change(const std::string& path, Change change) {
         const GDALDatasetUniquePtr file(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE));
         change(*file);
+    }
+    /// Gives a raster's first band a no-data value, and returns its path.
+    static std::string withNoData(const std::string& path, double value) {
+        change(path, [value](GDALDataset& file) { file.GetRasterBand(1)->SetNoDataValue(value); });
+        return path;
+    }
+    /// The last `size` pixels of a mask that is read behind other bands.
+    static std::vector<double> maskOf(const std::string& raster, std::size_t size,
+                                      const std::string& mask = "mask") {
+        const std::vector<double> all =
+            gdalPixels(raster, 1, {"-b", mask, "-co", "INTERLEAVE=BSQ"});
+        return {all.end() - static_cast<std::ptrdiff_t>(size), all.end()};
     }
 
     nlohmann::json infoOf(Strings command, const Strings& files) {

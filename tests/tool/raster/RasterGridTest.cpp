@@ -1,9 +1,4 @@
-#include <gdal_priv.h>
 #include <gmock/gmock.h>
-
-#include <algorithm>
-#include <array>
-#include <utility>
 
 #include "tests/tool/raster/RasterExports.h"
 #include "tool/scene/InputText.h"
