@@ -4,7 +4,6 @@
 #include <atomic>
 #include <cmath>
 #include <cstdlib>
-#include <filesystem>
 #include <random>
 #include <thread>
 
