@@ -39,40 +39,38 @@ class NamingSchemeTest : public testing::Test {
 
 TEST_F(NamingSchemeTest, DecidesForTheWholeSet) {
     const std::string scene = "/l71026029_02920000609_";
-    const struct {
-        std::vector<std::string> paths;
-        int scheme;
-    } cases[] = {{{}, kest::SchemeNone},
-                 {{"/scene"}, kest::SchemeNumbered},
-                 {{"/scene_a", "/scene_b"}, kest::SchemeGeneric},
-                 {{"/scene_01.tif", "/scene_02.tif"}, kest::SchemeNumbered},
-                 {{"/b101", "/b201"}, kest::SchemeGeneric},
-                 {{"/x", "/y01", "/z02"}, kest::SchemeNumbered},
-                 {{"/a00", "/a99", "/1", "/b99"}, kest::SchemeGeneric},
-                 {{scene + "b10.TIF", scene + "B61.tif", scene + "b80"}, kest::SchemeLandsat7},
-                 {{scene + "hrf.fst", scene + "HTM.FST"}, kest::SchemeLandsat7Fast},
-                 {{scene + "b10.tif", scene + "b20.fst"}, kest::SchemeNumbered},
-                 {{scene + "hrf.fst", scene + "b20.tif", scene + "htm.fst"}, kest::SchemeGeneric},
-                 {{"/po_1_red_00.tif", "/PO_1_GRN_00.tif"}, kest::SchemePoProduct},
-                 {{"/po_1_red_00.ntf", "/po_1_blu_00.NTF"}, kest::SchemePoProductNitf},
-                 {{"/po_1_red_00.ntf", "/po_1_blu_00.tif"}, kest::SchemeGeneric},
-                 {{"/qb.tif", "/list.tif", "/bare.tif"}, kest::SchemeQuickBird},
-                 {{"/qb.tif", "/other.tif"}, kest::SchemeGeneric},
-                 {{"/qb.tif", "/short.tif"}, kest::SchemeGeneric},
-                 {{"/qb.tif", "/plain.tif"}, kest::SchemeGeneric},
-                 {{"/a.ntf", "/qb.tif"}, kest::SchemeGeneric},
-                 {{"/a.ntf", "/a.ntf"}, kest::SchemeNitf}};
-    for (const auto& test : cases) {
-        SCOPED_TRACE(testing::PrintToString(test.paths));
+    const std::pair<std::vector<std::string>, int> cases[] = {
+        {{}, kest::SchemeNone},
+        {{"/scene"}, kest::SchemeNumbered},
+        {{"/scene_a", "/scene_b"}, kest::SchemeGeneric},
+        {{"/scene_01.tif", "/scene_02.tif"}, kest::SchemeNumbered},
+        {{"/b101", "/b201"}, kest::SchemeGeneric},
+        {{"/x", "/y01", "/z02"}, kest::SchemeNumbered},
+        {{"/a00", "/a99", "/1", "/b99"}, kest::SchemeGeneric},
+        {{scene + "b10.TIF", scene + "B61.tif", scene + "b80"}, kest::SchemeLandsat7},
+        {{scene + "hrf.fst", scene + "HTM.FST"}, kest::SchemeLandsat7Fast},
+        {{scene + "b10.tif", scene + "b20.fst"}, kest::SchemeNumbered},
+        {{scene + "hrf.fst", scene + "b20.tif", scene + "htm.fst"}, kest::SchemeGeneric},
+        {{"/po_1_red_00.tif", "/PO_1_GRN_00.tif"}, kest::SchemePoProduct},
+        {{"/po_1_red_00.ntf", "/po_1_blu_00.NTF"}, kest::SchemePoProductNitf},
+        {{"/po_1_red_00.ntf", "/po_1_blu_00.tif"}, kest::SchemeGeneric},
+        {{"/qb.tif", "/list.tif", "/bare.tif"}, kest::SchemeQuickBird},
+        {{"/qb.tif", "/other.tif"}, kest::SchemeGeneric},
+        {{"/qb.tif", "/short.tif"}, kest::SchemeGeneric},
+        {{"/qb.tif", "/plain.tif"}, kest::SchemeGeneric},
+        {{"/a.ntf", "/qb.tif"}, kest::SchemeGeneric},
+        {{"/a.ntf", "/a.ntf"}, kest::SchemeNitf}};
+    for (const auto& [paths, scheme] : cases) {
+        SCOPED_TRACE(testing::PrintToString(paths));
         bool asked = false;
         world_.fail = [&asked](std::string_view) {
             asked = true;
             return false;
         };
-        EXPECT_EQ(kest::getNamingScheme(setOf(test.paths)), test.scheme);
+        EXPECT_EQ(kest::getNamingScheme(setOf(paths)), scheme);
         // Codecs are asked only when names do not suffice.
-        EXPECT_TRUE(!asked || test.scheme == kest::SchemeGeneric ||
-                    test.scheme == kest::SchemeQuickBird || test.scheme == kest::SchemeNitf);
+        EXPECT_TRUE(!asked || scheme == kest::SchemeGeneric || scheme == kest::SchemeQuickBird ||
+                    scheme == kest::SchemeNitf);
     }
 }
 

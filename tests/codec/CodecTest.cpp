@@ -83,13 +83,12 @@ TEST_F(CodecSetTest, AnswersByTheNumberOfComponentsThatFit) {
         Pyxis::toWideBuffer("<storage><image><component><data><file path='/a01.tif'/></data>"
                             "</component><component/><component/></image></storage>"),
         Pyxis::FileSpecifier::Type::Compound);
-    struct Row {
+    const struct {
         Pyxis::FileSpecifier set;
         int decodability;
         bool purifies;
         Pyxis::FileSpecifier purified;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {Pyxis::fileSpecifier("/a01.tif"), 1, false, {}},
         {{}, 1, false, {}},
         {setOf({"/a01.tif"}), 1, false, {}},
@@ -107,7 +106,7 @@ TEST_F(CodecSetTest, AnswersByTheNumberOfComponentsThatFit) {
         // The frame does not exist: neither component can be measured.
         {setOf({"/a01.tif", "/b02.tif"}, 1), 3, true, setOf({"/a01.tif", "/b02.tif"}, 1)},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(toUtf8(row.set.string()));
         EXPECT_EQ(static_cast<int>(codec_.isDecodableFile(row.set, nullptr)), row.decodability);
         Pyxis::FileSpecifier set = row.set;

@@ -33,7 +33,6 @@ bool loads() {
     return loaded;
 }
 
-/// The texts of a module by id, empty ones left out.
 std::map<unsigned int, std::string> textsOf(std::string_view language) {
     const fakes::TextsFrom module(fakes::stringModule(language));
     std::map<unsigned int, std::string> texts;

@@ -103,7 +103,6 @@ class Lifetime {
         --world_.alive;
         world_.note(ending_);
     }
-    /// For the objects made from this one.
     const std::shared_ptr<int>& parts() const { return parts_; }
 
   private:
@@ -113,7 +112,6 @@ class Lifetime {
     std::shared_ptr<int> parts_ = std::make_shared<int>(0);
 };
 
-/// A property with only a name.
 class PlainProperty : public Pyxis::FormatCodecPropertyInterface {
   public:
     explicit PlainProperty(std::string_view name) { nameText() = Pyxis::toWideBuffer(name); }
@@ -197,7 +195,6 @@ class GeoTiff : public GeoBase<GeoTiffCorrelation> {
 
 using PropertyPointer = std::shared_ptr<const Pyxis::FormatCodecPropertyInterface>;
 
-/// The answers of a frame.
 struct FrameFacts {
     std::int32_t model = 0;
     std::int32_t bits = 8;
@@ -207,7 +204,6 @@ struct FrameFacts {
     std::vector<PropertyPointer> properties;
 };
 
-/// The content of a file.
 struct FileFacts {
     bool cannotOpen = false;  ///< `openImage` returns null
     std::vector<FrameFacts> frames;
@@ -350,7 +346,6 @@ class BasicCodec : public Base {
     explicit BasicCodec(World& world) : world_(world), registration_(*this) {}
 
     void add(const std::string& path, FileFacts facts) { files_[path] = std::move(facts); }
-    /// A file of one frame.
     void add(const std::string& path, FrameFacts facts) {
         files_[path] = FileFacts{false, {std::move(facts)}};
     }

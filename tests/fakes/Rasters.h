@@ -79,7 +79,6 @@ inline std::vector<std::string> namesIn(const TempDirectory& directory) {
     return names;
 }
 
-/// Writes a raster and returns its path.
 inline std::string writeRaster(const std::string& path, const Raster& raster = {}) {
     GDALAllRegister();
     CPLStringList options;

@@ -40,7 +40,6 @@ std::string whyNot(const std::string& name) {
     return dataset ? "" : CPLGetLastErrorMsg();
 }
 
-/// Changes a file, and closes it.
 template <typename Change>
 void changeRaster(const std::string& name, Change change) {
     const auto file = GDALDatasetUniquePtr(GDALDataset::Open(name.c_str(), GDAL_OF_UPDATE));
@@ -118,10 +117,7 @@ std::string documentOf(const std::vector<std::string>& paths) {
 TEST_F(DriverTest, RecognisesSetsByContentAndPrefix) {
     writeScene();
     const std::string set = documentOf({path("B10"), path("B20")});
-    const struct {
-        std::string content;
-        bool isSet;
-    } rows[] = {
+    const std::pair<std::string, bool> rows[] = {
         {set, true},
         {"\xEF\xBB\xBF" + set, true},
         {"<?xml version=\"1.0\"?>\n<!-- a set -->\n" + set, true},
@@ -130,12 +126,11 @@ TEST_F(DriverTest, RecognisesSetsByContentAndPrefix) {
         {"text <storage><image>", false},
         {"", false},
     };
-    for (const auto& row : rows) {
+    for (const auto& [content, isSet] : rows) {
         const std::string file = directory_ / "any.name";
-        fakes::writeFile(file, row.content);
+        fakes::writeFile(file, content);
         GDALDriver* driver = GDALDriver::FromHandle(GDALIdentifyDriver(file.c_str(), nullptr));
-        EXPECT_EQ(driver != nullptr && EQUAL(driver->GetDescription(), "KESTMS"), row.isSet)
-            << row.content;
+        EXPECT_EQ(driver != nullptr && EQUAL(driver->GetDescription(), "KESTMS"), isSet) << content;
     }
     fakes::writeFile(directory_ / "set.xml", set);
     EXPECT_EQ(openRaster(directory_ / "set.xml")->GetRasterCount(), 2);

@@ -18,10 +18,7 @@ TEST(FileFinderTest, LooksBesideTheBaseFileAndNowhereElse) {
     fs::create_directory(directory / "PO_1_METADATA.TXT");
     fs::create_symlink(directory / "nowhere", directory / "po_1_metadata.TXT");
 #endif
-    const struct {
-        fs::path name;
-        bool found;
-    } rows[] = {
+    const std::pair<fs::path, bool> rows[] = {
         {"PO_1_Metadata.txt", true},
         {"po_1_metadata.TXT", true},
         {"elsewhere/PO_1_Metadata.txt", true},
@@ -32,13 +29,13 @@ TEST(FileFinderTest, LooksBesideTheBaseFileAndNowhereElse) {
         {"elsewhere/", false},
         {"", false},
     };
-    for (const auto& row : rows) {
-        Pyxis::FileSpecifier file = Pyxis::fileSpecifier(row.name.string());
+    for (const auto& [name, isFound] : rows) {
+        Pyxis::FileSpecifier file = Pyxis::fileSpecifier(name.string());
         const Pyxis::FileSpecifier base = Pyxis::fileSpecifier((directory / "a.tif").string());
-        EXPECT_EQ(Pyxis::DirectoryFileFinder().findFile(nullptr, base, file, file), row.found)
-            << row.name;
+        EXPECT_EQ(Pyxis::DirectoryFileFinder().findFile(nullptr, base, file, file), isFound)
+            << name;
         const fs::path found = Pyxis::toUtf8(file.string());
-        EXPECT_TRUE(row.found ? fs::equivalent(found, wanted) : found == row.name) << found;
+        EXPECT_TRUE(isFound ? fs::equivalent(found, wanted) : found == name) << found;
     }
     fs::remove_all(directory);
 }

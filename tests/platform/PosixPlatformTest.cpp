@@ -26,10 +26,7 @@ TEST(PosixPlatformTest, TextsAreReleasedWithACodecAndComeAgainForTheOthers) {
 }
 
 TEST(PosixPlatformTest, ReadsTextsOfAnyContent) {
-    const struct {
-        std::string_view file;
-        platform::StringTable texts;
-    } cases[] = {
+    const std::pair<std::string_view, platform::StringTable> cases[] = {
         {"", {}},
         {"# 1 comment\n1 one\n2\ttwo words\n", {{1, u"one"}, {2, u"two words"}}},
         {"\xEF\xBB\xBF"
@@ -41,8 +38,8 @@ TEST(PosixPlatformTest, ReadsTextsOfAnyContent) {
         {std::string_view("1 a\0b\n\0\n2 c", 11), {{1, u"a"}, {2, u"c"}}},
         {"1 \xC3\xBC\xE8\xB5\xA4\xF0\x9F\x9B\xB0", {{1, u"\u00FC\u8D64\U0001F6F0"}}},
         {"1 \xFF\xC0\x80\xED\xA0\x80\xC3", {{1, std::u16string(7, u'\uFFFD')}}}};
-    for (const auto& test : cases) {
-        EXPECT_EQ(platform::parseStringTable(test.file), test.texts) << test.file;
+    for (const auto& [file, texts] : cases) {
+        EXPECT_EQ(platform::parseStringTable(file), texts) << file;
     }
 }
 
@@ -85,17 +82,15 @@ TEST(PosixPlatformTest, ReadsFilesThatGrowAndShrinkMeanwhile) {
 // A buffer counts its bytes with an int, and the size of a file has only 32 bits.
 TEST(PosixPlatformTest, TakesTextsThatABufferCanCount) {
     const fakes::TempFile temp("metadata", "abc");
-    const struct {
-        std::uintmax_t size;
-        int bytes;
-    } cases[] = {{3, 4}, {0x7FFFFFFF, 0}, {0xFFFFFFFF, 0}, {0x100000003, 4}};
-    for (const auto& test : cases) {
-        std::filesystem::resize_file(temp.path(), test.size);
+    const std::pair<std::uintmax_t, int> cases[] = {
+        {3, 4}, {0x7FFFFFFF, 0}, {0xFFFFFFFF, 0}, {0x100000003, 4}};
+    for (const auto& [size, bytes] : cases) {
+        std::filesystem::resize_file(temp.path(), size);
         const KestMultispectralMetadataTextFileProperty property(Pyxis::fileSpecifier(temp.path()));
         Pyxis::StringBuffer value;
         property.getValue(value);
-        EXPECT_EQ(value.numDataBytes(), test.bytes) << test.size;
-        EXPECT_EQ(property.isValid(), test.bytes != 0) << test.size;
+        EXPECT_EQ(value.numDataBytes(), bytes) << size;
+        EXPECT_EQ(property.isValid(), bytes != 0) << size;
     }
     EXPECT_THROW(kest::narrowBuffer({"", 0x7FFFFFFF}), std::length_error);
     EXPECT_THROW(kest::wideBuffer({u"", 0x3FFFFFFF}), std::length_error);

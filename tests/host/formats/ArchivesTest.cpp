@@ -18,7 +18,6 @@ class Archives : public OnFiles {
     Archives() { StandardCodecs::allow({.archives = true}); }
     ~Archives() override { StandardCodecs::allow({}); }
 
-    /// A zip archive with these members.
     std::string zip(const char* name,
                     const std::vector<std::pair<std::string, std::string>>& members) const {
         const std::string path = directory / name;
@@ -38,7 +37,6 @@ class Archives : public OnFiles {
         const auto files = filesInArchive(insideOfArchive(archive));
         return files ? "" : files.refusal().reason;
     }
-    /// A member of a tar archive with its header.
     static std::string tarMember(const std::string& name, const std::string& content,
                                  char type = '0') {
         std::string block(512, '\0');
@@ -120,12 +118,7 @@ TEST_F(Archives, HostileOnesAreRefusedWithAReason) {
         deep += "d/";
     }
     const std::string whole = fakes::readFile(zip("whole.zip", {{"a.tif", tif}}));
-    struct Case {
-        const char* name;
-        std::string bytes;
-        const char* reason;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, std::string, const char*> cases[] = {
         {"many.tar", many, "holds more than 20000 entries"},
         {"deep.tar", tarMember(deep, tif), "a name of too many folders"},
         {"long.tar", tarMember("x", std::string(2000, 'n'), 'L') + tarMember("y", tif),
@@ -138,9 +131,9 @@ TEST_F(Archives, HostileOnesAreRefusedWithAReason) {
          whole.substr(0, whole.find("PK\1")) + "XX" + whole.substr(whole.find("PK\1") + 2),
          "damaged"},
     };
-    for (const Case& c : cases) {
-        fakes::writeFile(directory / c.name, c.bytes);
-        EXPECT_THAT(whyNotListed(directory / c.name), HasSubstr(c.reason)) << c.name;
+    for (const auto& [name, bytes, reason] : cases) {
+        fakes::writeFile(directory / name, bytes);
+        EXPECT_THAT(whyNotListed(directory / name), HasSubstr(reason)) << name;
     }
     ASSERT_EQ(mkfifo((directory / "pipe.zip").c_str(), 0600), 0);
     EXPECT_EQ(whyNotListed(directory / "pipe.zip"), "not a regular file");

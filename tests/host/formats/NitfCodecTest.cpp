@@ -53,14 +53,13 @@ TEST_F(NitfCodec, ImageSegmentsFollowOneAnother) {
 }
 
 TEST_F(NitfCodec, LengthsInHeadersNeedNotBeRight) {
-    struct Case {
+    const struct {
         const char* name;
         const char* compression;
         int fileLength, imageLength;  // excess of the lengths in the header
         std::size_t lost;             // bytes at the end
         bool isWhole;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"file", "IC=NC", 3, 0, 0, true},
         {"file and image", "IC=NC", 3, 3, 0, true},
         {"last pixel lost", "IC=NC", 0, 0, 1, false},
@@ -70,7 +69,7 @@ TEST_F(NitfCodec, LengthsInHeadersNeedNotBeRight) {
     };
     const GDALDatasetUniquePtr source(
         GDALDataset::Open(fakes::writeRaster(directory / "source.tif").c_str()));
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         const std::string path = directory / "lengths.ntf";
         const char* const options[] = {c.compression, nullptr};

@@ -51,12 +51,11 @@ TEST_F(SideFiles, AreNotOpenedWhateverTheyName) {
 }
 
 TEST_F(SideFiles, WorldFilesPlaceARasterAsGdalDoes) {
-    struct Case {
+    const struct {
         const char* name;
         std::string text;
         bool isRead = true;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"tfw", "30\n0\n0\n-30\n1015\n1985\n"},
         {"TFW", "3e1\r\n1.5\r\n-2.5\r\n-30\r\n1015.25\r\n1985.5"},
         {"tifw", " 30,5 \n0\n0\n-30,5\n1015,25\n1985\nseventh\n"},
@@ -72,7 +71,7 @@ TEST_F(SideFiles, WorldFilesPlaceARasterAsGdalDoes) {
         {"tfw", "thirty\n0\n0\n-30\n1015\n1985\n", false},
         {"tfw", "30\n0\n0\n-30\n1015\n1985\n" + std::string(5000, ' '), false},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(std::string(c.name) + " " + c.text.substr(0, 30));
         const fakes::TempDirectory own;
         const std::string path = fakes::writeRaster(own / "lost.tif", {.transform = {}, .epsg = 0});

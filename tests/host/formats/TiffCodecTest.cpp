@@ -14,11 +14,10 @@ using namespace Pyxis;
 class TiffCodec : public OnFiles {};
 
 TEST_F(TiffCodec, FramesShowLayoutAndPixelsOfTheirBands) {
-    struct Case {
+    const struct {
         fakes::Raster raster;
         std::int32_t model = 0, bits = 0, format = 0;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {{.bands = 3}, 0, 8, 1},
         {{.palette = true}, 1, 8, 1},
         {{.type = GDT_UInt16, .options = {"TILED=YES", "BIGTIFF=YES"}}, 0, 16, 1},
@@ -28,7 +27,7 @@ TEST_F(TiffCodec, FramesShowLayoutAndPixelsOfTheirBands) {
         {{.type = GDT_Float32}, 4, 32, 4},
         {{.type = GDT_Float64}, 4, 64, 4},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(GDALGetDataTypeName(c.raster.type));
         const std::string path = fakes::writeRaster(directory / "raster.tif", c.raster);
         const Opened all(path);
@@ -71,14 +70,13 @@ Corners cornersByFormula(const FormatCodecGeoCorrelation& geo) {
 }
 
 TEST_F(TiffCodec, CornersComeFromTheGeotransformAsInOtherFormats) {
-    struct Case {
+    const struct {
         const char* name;
         const char* driver;
         std::array<double, 6> transform;
         double pixelX, pixelY;
         bool formulaHolds;  // origin, size and rotation cannot express a shear
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"upright", "GTiff", {500000, 30, 0, 4600000, 0, -20}, 30, 20, true},
         {"rotated", "GTiff", {100, 3, 4, 200, 4, -3}, 5, 5, true},
         {"mirrored", "GTiff", {100, 3, 0, 200, 0, 3}, 3, 3, true},
@@ -89,7 +87,7 @@ TEST_F(TiffCodec, CornersComeFromTheGeotransformAsInOtherFormats) {
         {"skewed", "NITF", {500000, 240, 100, 4600000, 70, -250}, 250, 269.258, false},
         {"one more", "NITF", {500000, 300, 200, 4600000, 400, -150}, 500, 250, false},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(std::string(c.driver) + " " + c.name);
         const bool isTiff = c.driver == std::string("GTiff");
         fakes::Raster raster{.transform = c.transform, .driver = c.driver};

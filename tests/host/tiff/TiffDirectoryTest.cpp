@@ -169,10 +169,7 @@ TEST_F(TiffDirectory, ReadsStatisticsAsGdalDoes) {
     const auto valued = [&minimum](const std::string& value) {
         return std::string(minimum).replace(minimum.find("-2.5e1"), 6, value);
     };
-    const struct {
-        std::string items;
-        bool isPlain;
-    } cases[] = {
+    const std::pair<std::string, bool> cases[] = {
         {maximum + minimum, true},
         {minimum, true},
         {"", true},
@@ -185,12 +182,12 @@ TEST_F(TiffDirectory, ReadsStatisticsAsGdalDoes) {
         {"  <Item name=\"STATISTICS_MINIMUM\" sample=\"0\" role=\"scale\">4</Item>\n", false},
         {"  <Item name=\"OVERVIEW_FILE\" domain=\"OVERVIEWS\">a.ovr</Item>\n", false},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.items);
-        const std::string text = "<GDALMetadata>\n" + c.items + "</GDALMetadata>\n";
+    for (const auto& [items, isPlain] : cases) {
+        SCOPED_TRACE(items);
+        const std::string text = "<GDALMetadata>\n" + items + "</GDALMetadata>\n";
         expectAsGdal(write({{42112, 2, fakes::codesOf(text + '\0')},
                             fakes::keyDirectory(fakes::systemKeys(32632))}),
-                     c.isPlain);
+                     isPlain);
     }
 }
 
@@ -250,11 +247,10 @@ TEST_F(TiffDirectory, DoesNotTakeOneSystemForAnother) {
         keys.push_back({static_cast<double>(key), 0, 1, static_cast<double>(second)});
         return Fields{fakes::keyDirectory(keys)};
     };
-    struct Case {
+    const struct {
         const char* name;
         Fields first, second;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"plain", directoryOf(32632, 3), directoryOf(32633, 3)},
         {"signed keys", directoryOf(32632, 8), directoryOf(32633, 8)},
         {"long keys", directoryOf(32632, 4), directoryOf(32633, 4)},
@@ -267,7 +263,7 @@ TEST_F(TiffDirectory, DoesNotTakeOneSystemForAnother) {
         {"corners, then centres", twice(32632, 2, 1025), twice(32633, 2, 1025)},
         {"compound", directoryOf(5556, 3), directoryOf(5555, 3)},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         const std::string first = write(c.first);
         const std::string second = write(c.second);
@@ -311,14 +307,13 @@ TEST_F(TiffDirectory, ReadsFilesWhosePixelsAreAllThere) {
     const fakes::TiffField keys = fakes::keyDirectory(fakes::systemKeys(32632));
     const fakes::TiffField fullStrips{279, 4, {36, 36, 36}};
     const fakes::TiffField packed{259, 3, {8}};  // but the pixels are not
-    struct Case {
+    const struct {
         const char* name;
         std::vector<fakes::TiffField> fields;
         bool directoryLast;
         std::size_t lost;  // bytes at the end
         bool isWhole;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"last strip said to be full", {keys, fullStrips}, false, 0, true},
         {"last pixel lost", {keys, fullStrips}, false, 1, false},
         {"packed strip said to be longer", {keys, fullStrips, packed}, false, 0, false},
@@ -327,7 +322,7 @@ TEST_F(TiffDirectory, ReadsFilesWhosePixelsAreAllThere) {
         {"lengths of strips lost", {keys}, true, 120, false},
         {"places of strips lost", {keys}, true, 130, false},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         const std::string path = directory / "cut.tif";
         const std::string bytes =

@@ -105,7 +105,6 @@ inline std::vector<TiffField> rasterFields(const std::vector<TiffField>& own) {
     return fields;
 }
 
-/// The pixels of such a raster.
 inline std::string rasterPixels() {
     std::string pixels;
     for (int i = 0; i < 96; ++i) {

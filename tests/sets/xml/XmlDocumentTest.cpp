@@ -37,12 +37,8 @@ std::string entities(std::string_view first, int count, int references) {
     return text;
 }
 
-struct RewriteCase {
-    std::string_view parsed;
-    std::string_view written;
-};
-
-constexpr RewriteCase kRewriteCases[] = {
+/// What is parsed, and what is written of it.
+constexpr std::pair<std::string_view, std::string_view> kRewriteCases[] = {
     // Markup.
     {"<a><b x='1'/><c></c></a>", "<a><b x=\"1\"></b><c></c></a>"},
     {"<a>one<b/></a>\n", "<a>one<b></b></a>"},
@@ -108,16 +104,13 @@ constexpr RewriteCase kRewriteCases[] = {
 };
 
 TEST(XmlDocumentTest, WritesWhatWasRead) {
-    for (const RewriteCase& each : kRewriteCases) {
-        EXPECT_EQ(rewritten(each.parsed), each.written) << each.parsed;
+    for (const auto& [parsed, written] : kRewriteCases) {
+        EXPECT_EQ(rewritten(parsed), written) << parsed;
     }
 }
 
 TEST(XmlDocumentTest, ReadsAsFarAsTheFirstFault) {
-    const struct {
-        std::string_view written;
-        std::vector<std::string_view> parsed;
-    } cases[] = {
+    const std::pair<std::string_view, std::vector<std::string_view>> cases[] = {
         {"", {"", "no markup", "< a/>", "<!DOCTYPE a [<a/>", "\xFE\xFF"}},
         {"<a></a>",
          {"<a/><b/>", "<a><b x='1></b></a>", "<a><b/ ></a>", "<a><!-- x -- y --></a>",
@@ -125,9 +118,9 @@ TEST(XmlDocumentTest, ReadsAsFarAsTheFirstFault) {
           "\xFE\xFF\0<\0a\0/\0>"sv}},
         {"<a><b></b></a>", {"<a><b/>", "<a><b></a>", "<a><b/><c", "<a><b/></a\0>"sv}},
     };
-    for (const auto& each : cases) {
-        for (const std::string_view parsed : each.parsed) {
-            EXPECT_EQ(rewritten(parsed), each.written) << parsed;
+    for (const auto& [written, texts] : cases) {
+        for (const std::string_view parsed : texts) {
+            EXPECT_EQ(rewritten(parsed), written) << parsed;
         }
     }
 }

@@ -120,7 +120,6 @@ TEST(OutputFile, ALaterRunClearsWhatADeadProcessLeft) {
     }
 }
 
-/// A set whose export takes some time.
 /// What limits a process before it starts.
 auto limitedTo(decltype(RLIMIT_FSIZE) what, rlim_t most) {
     return [what, most] {
@@ -129,6 +128,7 @@ auto limitedTo(decltype(RLIMIT_FSIZE) what, rlim_t most) {
     };
 }
 
+/// A set whose export takes some time.
 class WritingProcess : public InDirectory {
   protected:
     WritingProcess() {

@@ -13,7 +13,6 @@ namespace fs = std::filesystem;
 using nlohmann::json;
 using testing::HasSubstr;
 
-/// Two image segments in one file.
 std::string writeSegments(const std::string& path) {
     for (const char* what : {"NUMI=2", "APPEND_SUBDATASET=YES"}) {
         fakes::writeRaster(path, {.driver = "NITF", .options = {what, "IREPBAND=R", "ICORDS=N"}});
@@ -55,7 +54,6 @@ void expectSame(const json& written, const json& band, const json& source, const
     }
 }
 
-/// The descriptions of the bands of a written raster.
 Strings namesIn(const json& info) {
     Strings names;
     for (const json& band : info["bands"]) {

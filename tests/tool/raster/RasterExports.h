@@ -7,7 +7,6 @@ namespace kestms {
 /// Writes rasters of sets by the tool, and reads them back by GDAL's programs.
 class RasterExport : public InDirectory {
   protected:
-    /// Opens a file for changes.
     template <typename Change>
     static void change(const std::string& path, Change change) {
         const GDALDatasetUniquePtr file(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE));

@@ -24,12 +24,7 @@ TEST(TerminalText, EscapesWhatWouldSteerATerminal) {
 }
 
 TEST(TerminalText, EscapesReasonsAndDropsARepeatedName) {
-    struct Case {
-        std::string file;
-        std::string reason;
-        const char* message;
-    };
-    const Case cases[] = {
+    const std::array<const char*, 3> cases[] = {
         {"a.tif", "is empty", "a.tif: is empty"},
         {"", "is empty", "'': is empty"},
         {"d/a.tif", "d/a.tif: cannot read", "d/a.tif: cannot read"},
@@ -37,8 +32,8 @@ TEST(TerminalText, EscapesReasonsAndDropsARepeatedName) {
         {"a\x1b.tif", "a\x1b.tif: no \xFF", "a\\x1b.tif: no \\xff"},
         {"a", "abc: x", "a: abc: x"},
     };
-    for (const Case& each : cases) {
-        EXPECT_EQ(fileMessage(each.file, each.reason), each.message);
+    for (const auto& [file, reason, message] : cases) {
+        EXPECT_EQ(fileMessage(file, reason), message);
     }
     EXPECT_STREQ(Failure(ExitCode::Usage, "bad \x1b[2J").what(), "bad \\x1b[2J");
 }
