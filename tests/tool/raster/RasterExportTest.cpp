@@ -148,7 +148,9 @@ TEST_F(RasterExport, ABandOfNoProductIsCalledWhatItsComponentCallsIt) {
     const Strings files = {write("s_named.tif"), write("s_beside.tif"), write("s_counted.tif"),
                            write("s_plain.tif")};
     for (const auto& [file, name] : {std::pair(files[0], "cover < 1"), {files[2], "Layer_1"}}) {
-        change(file, [&](GDALDataset& raster) { raster.GetRasterBand(1)->SetDescription(name); });
+        change(file, [called = name](GDALDataset& raster) {
+            raster.GetRasterBand(1)->SetDescription(called);
+        });
     }
     fakes::writeFile(files[1] + ".aux.xml",
                      "<PAMDataset><PAMRasterBand band=\"1\"><Description>beside"

@@ -56,6 +56,14 @@ TEST(Samples, EverySetIsRecognisedBandByBand) {
         EXPECT_EQ(runTool({"check", set}).code, 0) << name;
     }
     EXPECT_EQ(fakes::namesIn(directory).size(), std::size(cases) + 1);
+    const auto landsat = runTool({"info", directory / "landsat7/set.xml", "--json"}).json();
+    Strings types;
+    for (const auto& band : landsat["bands"]) {
+        types.push_back(band["type"]);
+    }
+    EXPECT_EQ(types,
+              (Strings{"blue", "green", "red", "near-infrared", "mid-infrared", "mid-infrared",
+                       "thermal-low-gain", "thermal-high-gain", "panchromatic"}));
 }
 
 }  // namespace
