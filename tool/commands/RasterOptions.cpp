@@ -34,12 +34,23 @@ std::array<double, 4> fourNumbers(const std::string& option, std::string_view te
             break;
         }
         numbers[count] = numberIn(option, text.substr(0, comma));
+        if (!std::isfinite(numbers[count])) {
+            throw Failure(ExitCode::Usage, option, "takes finite numbers");
+        }
         text.remove_prefix(more ? comma + 1 : text.size());
     }
     if (count != numbers.size() || !text.empty()) {
         throw Failure(ExitCode::Usage, option, "takes four numbers with commas between them");
     }
     return numbers;
+}
+
+std::array<double, 4> boxIn(std::string_view text) {
+    const std::array<double, 4> box = fourNumbers("--bbox", text);
+    if (box[0] > box[2] || box[1] > box[3]) {
+        throw Failure(ExitCode::Usage, "--bbox", "takes XMIN,YMIN,XMAX,YMAX: the least first");
+    }
+    return box;
 }
 
 void requireWholePixels(const std::array<double, 4>& window) {
@@ -57,8 +68,8 @@ void setResolution(GridOptions& grid, const std::string& word) {
     }
     grid.resolution = GridOptions::Resolution::Given;
     grid.pixelSize = numberIn("--resolution", word);
-    if (!(grid.pixelSize > 0)) {
-        throw Failure(ExitCode::Usage, "--resolution", "a pixel size is more than 0");
+    if (!(grid.pixelSize > 0) || !std::isfinite(grid.pixelSize)) {
+        throw Failure(ExitCode::Usage, "--resolution", "a pixel size is a finite number above 0");
     }
 }
 
@@ -73,8 +84,7 @@ void addFileOptions(CLI::App& command, ExportRequest& request, const std::string
 
 void addPartOptions(CLI::App& command, ExportRequest& request) {
     auto* box = command.add_option_function<std::string>(
-        "--bbox",
-        [&request](const std::string& text) { request.grid.box = fourNumbers("--bbox", text); },
+        "--bbox", [&request](const std::string& text) { request.grid.box = boxIn(text); },
         "Only the part inside XMIN,YMIN,XMAX,YMAX, in units of the coordinate\n"
         "system, enlarged to whole pixels");
     command
@@ -84,7 +94,8 @@ void addPartOptions(CLI::App& command, ExportRequest& request) {
                 request.grid.window = fourNumbers("--window", text);
                 requireWholePixels(*request.grid.window);
             },
-            "Only COLUMN,ROW,WIDTH,HEIGHT, in pixels of the grid")
+            "Only COLUMN,ROW,WIDTH,HEIGHT, in pixels of the grid that all these\n"
+            "bands share")
         ->excludes(box);
 }
 

@@ -15,6 +15,10 @@ namespace {
 /// Options for a georeference beside the file. The file has its own.
 constexpr std::array kBesideFile = {"TFW", "WORLDFILE", "RPB", "RPCTXT", "PROFILE"};
 
+std::string compressionOf(const GeoTiffOptions& settings) {
+    return settings.compression.value_or("DEFLATE");
+}
+
 /// The differences between neighbours compress better than the samples.
 const char* predictorFor(GDALDataType type, const std::string& compression) {
     constexpr int kLargestInteger = 32;
@@ -47,6 +51,10 @@ void addUsers(const GeoTiffOptions& settings, CPLStringList& options) {
 void checkCreationOptions(const GeoTiffOptions& options) {
     const char* name = options.cloudOptimized ? "COG" : "GTiff";
     GDALDriver* driver = GetGDALDriverManager()->GetDriverByName(name);
+    CPLStringList before;
+    if (options.compression) {
+        before.SetNameValue("COMPRESS", options.compression->c_str());
+    }
     for (const std::string& option : options.creationOptions) {
         CPLStringList list;
         list.AddString(option.c_str());
@@ -56,12 +64,17 @@ void checkCreationOptions(const GeoTiffOptions& options) {
             throw Failure(ExitCode::Usage, "--co " + option,
                           std::string("no creation option of GDAL's driver ") + name);
         }
-        if (const char* method = list.FetchNameValue("COMPRESS");
-            method != nullptr && EQUAL(method, "WEBP")) {
+        const std::string key = option.substr(0, option.find('='));
+        const std::string value = option.substr(key.size() + 1);
+        if (const char* other = before.FetchNameValue(key.c_str())) {
+            throw Failure(ExitCode::Usage, "--co " + option,
+                          std::string("is given as ") + other + " already");
+        }
+        before.SetNameValue(key.c_str(), value.c_str());
+        if (EQUAL(key.c_str(), "COMPRESS") && EQUAL(value.c_str(), "WEBP")) {
             throw Failure(ExitCode::Usage, "--co " + option,
                           "is for pictures of three or four bands of bytes");
         }
-        const std::string key = option.substr(0, option.find('='));
         if (std::any_of(kBesideFile.begin(), kBesideFile.end(),
                         [&key](const char* each) { return EQUAL(key.c_str(), each); })) {
             throw Failure(ExitCode::Usage, "--co " + option,
@@ -73,12 +86,13 @@ void checkCreationOptions(const GeoTiffOptions& options) {
 CPLStringList creationOptions(const GeoTiffOptions& settings, GDALDataType type, bool withUsers) {
     CPLStringList options;
     options.SetNameValue("TILED", "YES");
-    options.SetNameValue("COMPRESS", settings.compression.c_str());
-    options.SetNameValue("PREDICTOR", predictorFor(type, settings.compression));
+    const std::string compression = compressionOf(settings);
+    options.SetNameValue("COMPRESS", compression.c_str());
+    options.SetNameValue("PREDICTOR", predictorFor(type, compression));
     options.SetNameValue("INTERLEAVE", "BAND");
     options.SetNameValue("BIGTIFF", "IF_SAFER");
     options.SetNameValue("NUM_THREADS", "ALL_CPUS");
-    if (settings.compression == "DEFLATE") {
+    if (compression == "DEFLATE") {
         // In the differences there is little to find for more effort, which takes longer.
         options.SetNameValue("ZLEVEL", "1");
     }
@@ -93,8 +107,9 @@ CPLStringList creationOptions(const GeoTiffOptions& settings, GDALDataType type,
 
 CPLStringList cloudCreationOptions(const GeoTiffOptions& settings, GDALDataType type) {
     CPLStringList options;
-    options.SetNameValue("COMPRESS", settings.compression.c_str());
-    const bool differs = settings.compression != "NONE" && GDALDataTypeIsComplex(type) == FALSE;
+    const std::string compression = compressionOf(settings);
+    options.SetNameValue("COMPRESS", compression.c_str());
+    const bool differs = compression != "NONE" && GDALDataTypeIsComplex(type) == FALSE;
     options.SetNameValue("PREDICTOR", differs ? "YES" : "NO");
     options.SetNameValue("BIGTIFF", "IF_SAFER");
     options.SetNameValue("NUM_THREADS", "ALL_CPUS");

@@ -7,8 +7,8 @@
 
 namespace kestms {
 
-/// Throws a Failure with ExitCode::Usage for an option that GDAL does not know, or that would put
-/// what belongs into the file beside it.
+/// Throws a Failure with ExitCode::Usage for an option that GDAL does not know, that is given
+/// twice, or that would put what belongs into the file beside it.
 void checkCreationOptions(const GeoTiffOptions& options);
 
 /// For GDAL's GeoTIFF driver and samples of a type: ours, and with `withUsers` the user's in their

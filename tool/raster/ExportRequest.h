@@ -35,7 +35,7 @@ struct ExportRequest {
 };
 
 struct GeoTiffOptions {
-    std::string compression = "DEFLATE";  ///< GDAL's name; one that loses nothing
+    std::optional<std::string> compression;  ///< GDAL's name; one that loses nothing
     bool cloudOptimized = false;
     std::vector<std::string> creationOptions;  ///< GDAL's, as NAME=VALUE; they go before ours
 };

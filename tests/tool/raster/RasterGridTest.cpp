@@ -147,18 +147,33 @@ TEST_F(RasterExport, GridsAndPartsAreThoseAskedFor) {
             EXPECT_EQ(info["size"], pixels);
         }
     }
-    const Strings wrong[] = {{"--bbox", "1,2,3,4"},           {"--bbox", "1,2,3"},
-                             {"--bbox", "1,2,3,4,5"},         {"--bbox", "1,2,x,4"},
-                             {"--resolution", "-3"},          {"--resolution", "fine"},
-                             {"--resolution", "1e-9"},        {"--window", "40,0,5,5"},
-                             {"--window", "0,0,0,5"},         {"--nodata", "x"},
-                             {"--split", "--resolution", "3"}};
+    const Strings wrong[] = {{"--bbox", "1,2,3,4"},
+                             {"--bbox", "1,2,3"},
+                             {"--bbox", "1,2,3,4,5"},
+                             {"--bbox", "1,2,x,4"},
+                             {"--resolution", "-3"},
+                             {"--resolution", "fine"},
+                             {"--resolution", "1e-9"},
+                             {"--window", "40,0,5,5"},
+                             {"--window", "0,0,0,5"},
+                             {"--nodata", "x"},
+                             {"--split", "--resolution", "3"},
+                             {"--bbox", "500060,0,500030,9e6"},
+                             {"--bbox", "nan,0,500060,9e6"},
+                             {"--window", "5,5,-2,3"},
+                             {"--co", "TILED=YES", "--co", "tiled=NO"},
+                             {"--co", "COMPRESS=LZW", "--compress", "NONE"}};
     for (const Strings& options : wrong) {
         const Strings command = joined({"export", "-o", directory_ / "none.tif"}, files);
         EXPECT_EQ(runTool(joined(command, options)).code, 2) << options[1];
     }
-    EXPECT_EQ(linesOf(runTool(joined({"vrt", "--split", "-o", directory_ / "s.vrt"}, files)).out),
-              (Strings{directory_ / "s_15m.vrt", directory_ / "s_30m.vrt"}));
+    // In whole pixels of each file.
+    const Strings split = {"vrt", "--split", "--window", "2,5,3,4", "-o", directory_ / "s.vrt"};
+    const Strings names = {directory_ / "s_15m.vrt", directory_ / "s_30m.vrt"};
+    EXPECT_EQ(linesOf(runTool(joined(split, files)).out), names);
+    EXPECT_EQ(gdalInfo(names[0])["geoTransform"], (json{500030, 15, 0, 4599925, 0, -15}));
+    EXPECT_EQ(gdalInfo(names[1])["geoTransform"], (json{500030, 30, 0, 4599940, 0, -30}));
+    EXPECT_EQ(gdalInfo(names[1])["size"], (json{2, 3}));
 }
 
 }  // namespace
