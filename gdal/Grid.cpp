@@ -30,7 +30,7 @@ Grid gridOf(const std::vector<Band>& bands) {
     for (const Band& band : bands) {
         all.push_back(&band);
     }
-    const kestms::SharedGrid shared = kestms::sharedGrid(all, {});
+    const kestms::SharedGrid shared = kestms::sharedGrid(all, {}, {});
     Grid grid;
     grid.finest = shared.base;
     grid.size = shared.size;

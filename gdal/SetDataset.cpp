@@ -130,7 +130,7 @@ void SetDataset::takePixelSize(const std::string& label) {
 
 void SetDataset::arrange(CSLConstList options) {
     if (const char* names = CSLFetchNameValue(options, "BANDS")) {
-        chosen_ = kestms::selectBands(chosen_, kestms::wordsOf(chosen_, {names}));
+        chosen_ = kestms::selectBands(std::move(chosen_), {names}).bands;
     }
     if (EQUAL(CSLFetchNameValueDef(options, "ORDER", "number"), "display")) {
         kestms::putInDisplayOrder(chosen_);

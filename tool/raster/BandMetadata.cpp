@@ -1,21 +1,15 @@
 #include "tool/raster/BandMetadata.h"
 
+#include "tool/raster/DisplayChannels.h"
 #include "tool/terminal/NumberText.h"
 
 namespace kestms {
 
-using kest::BandAssignment;
-
 GDALColorInterp colourOf(const Band& band) {
-    switch (band.assignment) {
-        case BandAssignment::RedChannel:
-            return GCI_RedBand;
-        case BandAssignment::GreenChannel:
-            return GCI_GreenBand;
-        case BandAssignment::BlueChannel:
-            return GCI_BlueBand;
-        case BandAssignment::NotAssigned:
-            break;
+    for (const auto& [assignment, colour] : kDisplayChannels) {
+        if (band.assignment == assignment) {
+            return colour;
+        }
     }
     return band.type == kest::BandType::Panchromatic ? GCI_GrayIndex : GCI_Undefined;
 }

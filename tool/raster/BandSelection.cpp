@@ -5,8 +5,10 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <utility>
 
-#include "bands/BandTypes.h"
+#include "bands/BandWords.h"
+#include "tool/raster/DisplayChannels.h"
 #include "tool/terminal/Failure.h"
 
 namespace kestms {
@@ -69,10 +71,30 @@ bool hasCodeBeforeLetter(const Band& band, const std::string& word) {
                    literally(numberInCode(word)));
 }
 
+/// What a code with "*" and "?" finds: "B?" the bands 1 to 9.
+bool hasCodeLike(const Band& band, const std::string& pattern) {
+    const std::string code = codeIn(band.name);
+    const std::string number = numberInCode(code);
+    return matches(code, pattern) || (!number.empty() && matches("B" + number, pattern));
+}
+
 /// "B61" or "SR_B?" for what ends the file's name after an underscore.
 bool endsFileName(const Band& band, const std::string& pattern) {
     const std::string name = "_" + std::filesystem::path(band.componentPath).stem().string();
     return !pattern.empty() && matches(name, "*_" + pattern);
+}
+
+/// "61" for a file that ends with "_B61".
+bool endsFileNameWithNumber(const Band& band, const std::string& word) {
+    const std::string name = "_" + std::filesystem::path(band.componentPath).stem().string();
+    return matches(numberInCode(name.substr(name.rfind('_') + 1)), literally(numberInCode(word)));
+}
+
+/// "red" for a band of an unknown product whose file says that it is shown in red.
+bool hasColour(const Band& band, const std::string& word) {
+    return band.commonName.empty() && band.assignment != kest::BandAssignment::NotAssigned &&
+           matches(std::string(kest::wordOf(kest::kChannelWords, band.assignment)),
+                   literally(word));
 }
 
 using Matcher = bool (*)(const Band& band, const std::string& word);
@@ -88,6 +110,7 @@ constexpr Matcher kMatchers[] = {
         const std::size_t end = band.commonName.find_first_of("0123456789");
         return matches(band.commonName.substr(0, end), literally(word));
     },
+    hasColour,
     hasCode,
     hasCodeBeforeLetter,
     [](const Band& band, const std::string& word) {
@@ -97,9 +120,10 @@ constexpr Matcher kMatchers[] = {
         return word == "#" + std::to_string(band.frame);
     },
     [](const Band& band, const std::string& word) { return endsFileName(band, literally(word)); },
+    endsFileNameWithNumber,
     [](const Band& band, const std::string& word) {
-        return matches(codeIn(band.name), word) || endsFileName(band, word) ||
-               matches(band.name, word) || matches(band.commonName, word) ||
+        return hasCodeLike(band, word) || endsFileName(band, word) || matches(band.name, word) ||
+               matches(band.commonName, word) ||
                matches(std::filesystem::path(band.componentPath).filename().string(), word);
     },
 };
@@ -126,6 +150,7 @@ std::vector<std::size_t> findOrFail(const std::vector<Band>& bands, const std::s
         std::string names;
         for (const Band& band : bands) {
             names += (names.empty() ? "" : ", ") + band.name;
+            names += band.commonName.empty() ? "" : " = " + band.commonName;
         }
         throw Failure(ExitCode::Usage, word, "no band is called that; there are " + names);
     }
@@ -151,23 +176,24 @@ std::vector<std::string> wordsOf(const std::vector<Band>& bands,
     return words;
 }
 
-std::vector<Band> selectBands(const std::vector<Band>& bands,
-                              const std::vector<std::string>& words) {
+SelectedBands selectBands(std::vector<Band> bands, const std::vector<std::string>& words) {
     if (words.empty()) {
-        return bands;
+        return {std::move(bands), {}};
     }
-    std::vector<std::size_t> order;
+    assignDisplayChannels(bands);
+    SelectedBands selected;
+    std::vector<bool> isThere(bands.size());
     for (const std::string& word : wordsOf(bands, words)) {
+        const std::size_t before = selected.bands.size();
         for (const std::size_t index : findOrFail(bands, word)) {
-            if (std::find(order.begin(), order.end(), index) == order.end()) {
-                order.push_back(index);
+            if (!isThere[index]) {
+                isThere[index] = true;
+                selected.bands.push_back(bands[index]);
             }
         }
-    }
-    std::vector<Band> selected;
-    selected.reserve(order.size());
-    for (const std::size_t index : order) {
-        selected.push_back(bands[index]);
+        if (selected.bands.size() == before && word.find_first_of("*?[") == word.npos) {
+            selected.repeated.push_back(word);
+        }
     }
     return selected;
 }

@@ -1,7 +1,6 @@
 #include "tool/raster/DisplayChannels.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 
 #include "tool/raster/ComponentDescription.h"
@@ -12,29 +11,19 @@ namespace {
 
 using kest::BandAssignment;
 
-struct Channel {
-    GDALColorInterp colour;
-    BandAssignment assignment;
-};
-
-/// In the order of display.
-constexpr std::array kChannels = {Channel{GCI_RedBand, BandAssignment::RedChannel},
-                                  Channel{GCI_GreenBand, BandAssignment::GreenChannel},
-                                  Channel{GCI_BlueBand, BandAssignment::BlueChannel}};
-
 BandAssignment channelOf(GDALColorInterp colour) {
     const auto found =
-        std::find_if(kChannels.begin(), kChannels.end(),
-                     [colour](const Channel& each) { return each.colour == colour; });
-    return found == kChannels.end() ? BandAssignment::NotAssigned : found->assignment;
+        std::find_if(kDisplayChannels.begin(), kDisplayChannels.end(),
+                     [colour](const DisplayChannel& each) { return each.colour == colour; });
+    return found == kDisplayChannels.end() ? BandAssignment::NotAssigned : found->assignment;
 }
 
 /// The place of the band's channel in the table, or after it.
 std::ptrdiff_t orderOf(const Band& band) {
     return std::find_if(
-               kChannels.begin(), kChannels.end(),
-               [&band](const Channel& each) { return each.assignment == band.assignment; }) -
-           kChannels.begin();
+               kDisplayChannels.begin(), kDisplayChannels.end(),
+               [&band](const DisplayChannel& each) { return each.assignment == band.assignment; }) -
+           kDisplayChannels.begin();
 }
 
 }  // namespace

@@ -1,21 +1,27 @@
 #include "tool/raster/LayerStyle.h"
 
-#include <array>
 #include <filesystem>
+
+#include "bands/BandWords.h"
+#include "tool/raster/DisplayChannels.h"
+#include "tool/raster/XmlText.h"
 
 namespace kestms {
 namespace {
 
-struct Channel {
-    GDALColorInterp colour;
-    const char* word;
-};
+constexpr std::string_view kEndOfMark = " -->\n";
 
 /// Other programs leave comments out when they save a style.
-constexpr const char* kMark = "<!-- written by kestms";
-
-constexpr std::array kChannels = {Channel{GCI_RedBand, "red"}, Channel{GCI_GreenBand, "green"},
-                                  Channel{GCI_BlueBand, "blue"}};
+std::string markFor(const std::string& path) {
+    std::string name = xmlText(std::filesystem::path(path).filename().string());
+    // A comment cannot hold two hyphens.
+    for (std::size_t at = 0; (at = name.find("--", at)) != name.npos;) {
+        name.replace(at, 2, "- -");
+    }
+    return "<!-- written by kestms for " + name +
+           ", which replaces it with that file; without this line it stays" +
+           std::string(kEndOfMark);
+}
 
 /// Counted from 1; 0 for none.
 int bandOf(GDALDataset& raster, GDALColorInterp colour) {
@@ -29,23 +35,23 @@ int bandOf(GDALDataset& raster, GDALColorInterp colour) {
 
 }  // namespace
 
-std::string layerStyle(GDALDataset& raster) {
+std::string layerStyle(GDALDataset& raster, const std::string& path) {
     std::string bands;
     std::string stretches;
-    for (const auto& [colour, word] : kChannels) {
+    for (const auto& [channel, colour] : kDisplayChannels) {
+        const std::string word(kest::wordOf(kest::kChannelWords, channel));
         const int band = bandOf(raster, colour);
         if (band == 0) {
             return {};
         }
-        bands += std::string(" ") + word + "Band=\"" + std::to_string(band) + "\"";
+        bands += " " + word + "Band=\"" + std::to_string(band) + "\"";
         // The limits are placeholders: QGIS computes them from the visible pixels.
         stretches += std::string("      <") + word +
                      "ContrastEnhancement><minValue>0</minValue><maxValue>255</maxValue>"
                      "<algorithm>StretchToMinimumMaximum</algorithm></" +
                      word + "ContrastEnhancement>\n";
     }
-    return "<!DOCTYPE qgis PUBLIC 'http://mrcc.com/qgis.dtd' 'SYSTEM'>\n" + std::string(kMark) +
-           ", which replaces it with its raster; without this line it stays -->\n"
+    return "<!DOCTYPE qgis PUBLIC 'http://mrcc.com/qgis.dtd' 'SYSTEM'>\n" + markFor(path) +
            "<qgis version=\"3.16\" styleCategories=\"Symbology\">\n"
            "  <pipe>\n"
            "    <rasterrenderer type=\"multibandcolor\" opacity=\"1\" alphaBand=\"-1\"" +
@@ -61,8 +67,16 @@ std::string layerStyle(GDALDataset& raster) {
            "</qgis>\n";
 }
 
-bool isOwnLayerStyle(std::string_view style) {
-    return style.find(kMark) != std::string_view::npos;
+bool isLayerStyleOf(std::string_view style, const std::string& path) {
+    return style.find(markFor(path)) != style.npos;
+}
+
+bool showTheSame(std::string_view style, std::string_view other) {
+    const auto content = [](std::string_view text) {
+        const std::size_t mark = text.find(kEndOfMark);
+        return text.substr(mark == text.npos ? 0 : mark);
+    };
+    return content(style) == content(other);
 }
 
 std::string layerStylePath(const std::string& raster) {

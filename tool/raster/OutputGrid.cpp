@@ -19,6 +19,7 @@ namespace {
 
 /// The most that a corner may lie off an upright rectangle, in pixels.
 constexpr double kMostSlant = 0.5;
+constexpr const char* kHoldsNothing = "the part asked for holds nothing of the scene";
 constexpr double kLargestSide = std::numeric_limits<int>::max();
 /// Positions are kept to this part of a pixel, exactly representable, so that what was computed
 /// from corners does not differ from a whole pixel by the noise of the last digit.
@@ -98,29 +99,22 @@ PixelRectangle extended(const PixelRectangle& all, const PixelRectangle& own, co
     return {left, top, right - left, bottom - top};
 }
 
-/// The requested part, in whole pixels. It may reach beyond the extent.
-PixelRectangle requestedPart(const PixelRectangle& extent, const PixelGrid& grid,
-                             const GridOptions& options) {
-    PixelRectangle part = extent;
-    if (options.box) {
-        const auto& [west, south, east, north] = *options.box;
-        // A grid may be rotated.
-        const Pyxis::Point2d corners[] = {
-            placeIn(grid, {west, north}), placeIn(grid, {east, north}),
-            placeIn(grid, {west, south}), placeIn(grid, {east, south})};
-        const auto [left, right] =
-            std::minmax({corners[0].x, corners[1].x, corners[2].x, corners[3].x});
-        const auto [top, bottom] =
-            std::minmax({corners[0].y, corners[1].y, corners[2].y, corners[3].y});
-        part.x = std::floor(left);
-        part.y = std::floor(top);
-        part.width = std::ceil(right) - part.x;
-        part.height = std::ceil(bottom) - part.y;
-    } else if (options.window) {
-        const auto& [column, row, width, height] = *options.window;
-        part = {extent.x + column, extent.y + row, width, height};
-    }
-    return part;
+/// The upright rectangle in a grid, which may be rotated, that holds the part.
+PixelRectangle rectangleOf(const ScenePart& part, const PixelGrid& grid) {
+    const Pyxis::Point2d corners[] = {placeIn(grid, part[0]), placeIn(grid, part[1]),
+                                      placeIn(grid, part[2]), placeIn(grid, part[3])};
+    const auto [left, right] =
+        std::minmax({corners[0].x, corners[1].x, corners[2].x, corners[3].x});
+    const auto [top, bottom] =
+        std::minmax({corners[0].y, corners[1].y, corners[2].y, corners[3].y});
+    return {left, top, right - left, bottom - top};
+}
+
+PixelRectangle wholePixels(const PixelRectangle& rectangle) {
+    const double left = std::floor(rectangle.x);
+    const double top = std::floor(rectangle.y);
+    return {left, top, std::ceil(rectangle.x + rectangle.width) - left,
+            std::ceil(rectangle.y + rectangle.height) - top};
 }
 
 PixelRectangle intersection(const PixelRectangle& a, const PixelRectangle& b) {
@@ -130,9 +124,16 @@ PixelRectangle intersection(const PixelRectangle& a, const PixelRectangle& b) {
             std::min(a.y + a.height, b.y + b.height) - top};
 }
 
+/// Parts of a pixel are lost where pixel sizes differ; they are not worth a word.
+bool reachesBeyond(const PixelRectangle& part, const PixelRectangle& extent) {
+    return extent.x - part.x >= 1 || extent.y - part.y >= 1 ||
+           part.x + part.width - (extent.x + extent.width) >= 1 ||
+           part.y + part.height - (extent.y + extent.height) >= 1;
+}
+
 OutputRaster rasterOf(const std::vector<const Band*>& bands, const std::string& path,
-                      const GridOptions& options) {
-    const SharedGrid shared = sharedGrid(bands, options);
+                      const GridOptions& options, const std::optional<ScenePart>& part) {
+    const SharedGrid shared = sharedGrid(bands, options, part);
     OutputRaster raster;
     raster.path = path;
     raster.coordinateSystem = bands.front()->georeference->coordinateSystem;
@@ -189,7 +190,33 @@ bool OutputBand::isOnGrid() const {
     return !hasOtherPixelSize() && isWhole(rectangle.x) && isWhole(rectangle.y);
 }
 
-SharedGrid sharedGrid(const std::vector<const Band*>& bands, const GridOptions& options) {
+std::optional<ScenePart> requestedPart(const std::vector<Band>& bands, const GridOptions& options) {
+    if (options.box) {
+        const auto& [west, south, east, north] = *options.box;
+        return ScenePart{{{west, north}, {east, north}, {west, south}, {east, south}}};
+    }
+    if (!options.window) {
+        return {};
+    }
+    const auto& [column, row, width, height] = *options.window;
+    if (!(width >= 1 && height >= 1)) {
+        throw Failure(ExitCode::Usage, kHoldsNothing);
+    }
+    std::vector<const Band*> all;
+    for (const Band& band : bands) {
+        all.push_back(&band);
+    }
+    const std::array<double, 6> place = sharedGrid(all, options, {}).geoTransform;
+    const auto world = [&place](double x, double y) {
+        return Pyxis::Point2d{place[0] + x * place[1] + y * place[2],
+                              place[3] + x * place[4] + y * place[5]};
+    };
+    return ScenePart{world(column, row), world(column + width, row), world(column, row + height),
+                     world(column + width, row + height)};
+}
+
+SharedGrid sharedGrid(const std::vector<const Band*>& bands, const GridOptions& options,
+                      const std::optional<ScenePart>& part) {
     const std::size_t base = baseOf(bands, options);
     const PixelGrid own(*bands[base]);
     const bool isGiven = options.resolution == GridOptions::Resolution::Given;
@@ -204,23 +231,23 @@ SharedGrid sharedGrid(const std::vector<const Band*>& bands, const GridOptions& 
     for (std::size_t i = 0; i < bands.size(); ++i) {
         extent = extended(extent, rectangles[i], *bands[i]);
     }
-    const PixelRectangle requested = requestedPart(extent, grid, options);
-    const PixelRectangle part = intersection(requested, extent);
-    if (!(part.width >= 1 && part.height >= 1)) {
-        throw Failure(ExitCode::Usage, "the part asked for holds nothing of the scene");
+    const PixelRectangle requested = part ? rectangleOf(*part, grid) : extent;
+    const PixelRectangle shown = intersection(wholePixels(requested), extent);
+    if (!(shown.width >= 1 && shown.height >= 1)) {
+        throw Failure(ExitCode::Usage, kHoldsNothing);
     }
-    if (!(part.width < kLargestSide && part.height < kLargestSide)) {
+    if (!(shown.width < kLargestSide && shown.height < kLargestSide)) {
         throw Failure(ExitCode::Usage, "the raster would have more pixels than fit into a file");
     }
     for (PixelRectangle& each : rectangles) {
-        each.x -= part.x;
-        each.y -= part.y;
+        each.x -= shown.x;
+        each.y -= shown.y;
     }
     return {grid,
-            {static_cast<int>(part.width), static_cast<int>(part.height)},
-            grid.geoTransform(part.x, part.y),
+            {static_cast<int>(shown.width), static_cast<int>(shown.height)},
+            grid.geoTransform(shown.x, shown.y),
             base,
-            part.width < requested.width || part.height < requested.height,
+            reachesBeyond(requested, extent),
             std::move(rectangles)};
 }
 
@@ -242,7 +269,7 @@ std::string pixelSizeLabel(const Band& band, const std::string& unit) {
 }
 
 std::vector<OutputRaster> layOut(const std::vector<Band>& bands, const std::string& path,
-                                 const GridOptions& options) {
+                                 const GridOptions& options, const std::optional<ScenePart>& part) {
     struct Group {
         std::string label;
         std::vector<const Band*> bands;
@@ -260,7 +287,7 @@ std::vector<OutputRaster> layOut(const std::vector<Band>& bands, const std::stri
     std::vector<OutputRaster> rasters;
     rasters.reserve(groups.size());
     for (const Group& group : groups) {
-        rasters.push_back(rasterOf(group.bands, withLabel(path, group.label), options));
+        rasters.push_back(rasterOf(group.bands, withLabel(path, group.label), options, part));
     }
     return rasters;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -57,13 +58,22 @@ struct SharedGrid {
     Pyxis::Size size;
     std::array<double, 6> geoTransform{};
     std::size_t base = 0;                    ///< the band that gave the grid
-    bool isCut = false;                      ///< `box` or `window` reached beyond the extent
+    bool isCut = false;                      ///< the part reached beyond the extent
     std::vector<PixelRectangle> rectangles;  ///< one for each band
 };
 
+/// The corners of a part of the scene, in the world.
+using ScenePart = std::array<Pyxis::Point2d, 4>;
+
+/// What `box` or `window` ask for, if they do. A window counts the pixels of the grid that the
+/// bands share. Throws a Failure as `layOut` does.
+std::optional<ScenePart> requestedPart(const std::vector<Band>& bands, const GridOptions& options);
+
 /// The grid of the base band, extended in whole pixels where another reaches beyond it by a pixel
-/// of its own or more; or the part of it in `box` or `window`. Throws a Failure as `layOut` does.
-SharedGrid sharedGrid(const std::vector<const Band*>& bands, const GridOptions& options);
+/// of its own or more; or the whole pixels of it that hold the part. Throws a Failure as `layOut`
+/// does.
+SharedGrid sharedGrid(const std::vector<const Band*>& bands, const GridOptions& options,
+                      const std::optional<ScenePart>& part);
 
 /// "m", "deg", or nothing for another unit.
 std::string unitOf(const OGRSpatialReference& system);
@@ -72,12 +82,12 @@ std::string unitOf(const OGRSpatialReference& system);
 /// sizes apart that differ for people.
 std::string pixelSizeLabel(const Band& band, const std::string& unit);
 
-/// The rasters that show the bands, each band exactly where it lies in the world, on the grid that
-/// they share. Throws a Failure:
+/// The rasters that show the bands, or a part of them, each band exactly where it lies in the
+/// world, on the grid that they share. Throws a Failure:
 /// ExitCode::NotDecodable for a band that no upright rectangle can hold, ExitCode::CannotRead for
 /// one that GDAL cannot find, ExitCode::Usage for a part that holds nothing or a raster too large.
 std::vector<OutputRaster> layOut(const std::vector<Band>& bands, const std::string& path,
-                                 const GridOptions& options);
+                                 const GridOptions& options, const std::optional<ScenePart>& part);
 
 /// Says that the part asked for reaches beyond the scene; empty if it does not.
 std::string cutNote(const OutputRaster& raster);

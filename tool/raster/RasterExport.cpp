@@ -71,7 +71,8 @@ Written writeAll(const Context& context, const ExportRequest& request,
         for (const std::string& text : write(rasters[i], pixels, *files[i], progress)) {
             notes.push_back({rasters[i].path, text});
         }
-        written.styles.push_back(request.withStyle ? layerStyle(pixels.dataset()) : "");
+        written.styles.push_back(request.withStyle ? layerStyle(pixels.dataset(), rasters[i].path)
+                                                   : "");
     }
     return written;
 }
@@ -84,29 +85,25 @@ VirtualRasterOptions optionsOf(const ExportRequest& request, VirtualRasterOption
     return options;
 }
 
-/// Whether a style may be replaced with its raster. One that the user saved stays, since no
-/// argument has named it. Beside a new output, one of ours is that of a raster with another
-/// extension.
-bool mayReplaceStyle(const std::string& path, const std::string& raster, const std::string& style) {
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error)) {
-        return false;
-    }
-    const std::string existing = readTextFile(path);
-    return isOwnLayerStyle(existing) &&
-           (existing == style || std::filesystem::exists(raster, error));
-}
-
+/// A style that the user saved stays, since no argument has named it, and so does that of another
+/// raster. One of this file is replaced or removed with it.
 void addStyle(const Context& context, const OutputRaster& raster, const std::string& style,
               Files& files) {
     const std::string path = layerStylePath(raster.path);
     std::error_code error;
     const bool isThere = std::filesystem::exists(path, error);
-    if (isThere && !mayReplaceStyle(path, raster.path, style)) {
-        context.warn(path, "the style that is there stays");
-        return;
-    }
-    if (style.empty() && !isThere) {
+    if (isThere) {
+        const std::string existing =
+            std::filesystem::is_regular_file(path, error) ? readTextFile(path) : "";
+        if (!isLayerStyleOf(existing, raster.path)) {
+            if (!showTheSame(existing, style)) {
+                context.warn(path, "the style that is there stays, and QGIS shows " +
+                                       std::filesystem::path(raster.path).filename().string() +
+                                       " by it");
+            }
+            return;
+        }
+    } else if (style.empty()) {
         return;
     }
     files.push_back(std::make_unique<OutputFile>(path, OutputRules{context.inputs, true}));
@@ -119,8 +116,12 @@ void addStyle(const Context& context, const OutputRaster& raster, const std::str
 
 }  // namespace
 
-std::vector<Band> bandsOf(const OpenedSet& set, const ExportRequest& request) {
-    std::vector<Band> bands = selectBands(set.bands(), request.bands);
+std::vector<Band> bandsOf(const Context& context, const OpenedSet& set,
+                          const ExportRequest& request) {
+    auto [bands, repeated] = selectBands(set.bands(), request.bands);
+    for (const std::string& word : repeated) {
+        context.note("--bands: " + word + " is there already, and comes once");
+    }
     renameBands(bands, request.names);
     if (request.displayOrder) {
         putInDisplayOrder(bands);
@@ -137,9 +138,10 @@ void exportRasters(Context& context, const ExportRequest& request, OutputFormat 
     }
     requireExtension(request.output, format);
     const OpenedSet set = openSet(context, request.inputs);
-    const std::vector<Band> bands = bandsOf(set, request);
+    const std::vector<Band> bands = bandsOf(context, set, request);
     refuseTooMany(bands);
-    const std::vector<OutputRaster> rasters = layOut(bands, request.output, request.grid);
+    const std::vector<OutputRaster> rasters =
+        layOut(bands, request.output, request.grid, requestedPart(bands, request.grid));
     Files files;
     for (const OutputRaster& raster : rasters) {
         files.push_back(std::make_unique<OutputFile>(
@@ -166,9 +168,10 @@ void printVirtualRaster(Context& context, const ExportRequest& request) {
         throw Failure(ExitCode::Usage, request.output, "--split writes several files; name one");
     }
     const OpenedSet set = openSet(context, request.inputs);
-    const std::vector<Band> bands = bandsOf(set, request);
+    const std::vector<Band> bands = bandsOf(context, set, request);
     refuseTooMany(bands);
-    const std::vector<OutputRaster> rasters = layOut(bands, "standard output", request.grid);
+    const std::vector<OutputRaster> rasters =
+        layOut(bands, "standard output", request.grid, requestedPart(bands, request.grid));
     const VirtualRaster pixels(rasters.front(),
                                optionsOf(request, VirtualRasterOptions::Paths::Absolute));
     for (const std::string& note : requestNotes(rasters.front(), request)) {

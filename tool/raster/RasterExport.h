@@ -19,8 +19,9 @@ using RasterWriter =
     std::function<std::vector<std::string>(const OutputRaster& raster, const VirtualRaster& pixels,
                                            OutputFile& file, const ProgressFunction& progress)>;
 
-/// The set's bands, chosen, named and ordered as requested.
-std::vector<Band> bandsOf(const OpenedSet& set, const ExportRequest& request);
+/// The set's bands, chosen, named and ordered as requested. Says which words repeat others.
+std::vector<Band> bandsOf(const Context& context, const OpenedSet& set,
+                          const ExportRequest& request);
 
 /// Writes the rasters of a set and their styles, all of them or none, and prints their names. Says
 /// in one line each what is resampled, moved or left out.

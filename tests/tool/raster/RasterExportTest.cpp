@@ -189,6 +189,9 @@ TEST_F(RasterExport, BandsAreChosenNamedAndOrdered) {
         {{"--bands", "swir,lwir"}, {short1, short2, low, high}},
         {{"--bands", "*_B6?.TIF"}, {low, high}},
         {{"--bands", "6,B62"}, {low, high}},
+        {{"--bands", "80,62,1"}, {"Panchromatic (band 8)", high, blue}},
+        {{"--bands", "B[45],B?", "--bands", "4"},
+         {nir, short1, blue, "Green (band 2)", red, short2, "Panchromatic (band 8)"}},
         {{"--bands", "B61,B[12]0"}, {low, blue, "Green (band 2)"}},
         {{"--bands", "RED,thermal*"}, {red, low, high}},
         {{"--bands", "blue,red,nir", "--order", "display"}, {red, blue, nir}},
@@ -197,6 +200,9 @@ TEST_F(RasterExport, BandsAreChosenNamedAndOrdered) {
     for (const auto& [options, names] : cases) {
         EXPECT_EQ(namesIn(infoOf(joined({"vrt"}, options), set)), names) << options[1];
     }
+    infoOf({"vrt", "--bands", "4,nir,red,*"}, set);
+    EXPECT_THAT(said_, HasSubstr("--bands: nir is there already, and comes once\n"));
+    EXPECT_THAT(said_, Not(HasSubstr("*")));
     EXPECT_EQ(namesIn(infoOf({"export", "--bands", "red,nir", "--name", "nir=a,b=c"}, set)),
               (Strings{red, "a,b=c"}));
     for (const Strings& wrong :
@@ -355,21 +361,35 @@ TEST_F(RasterExport, AStyleShowsNaturalColours) {
     }
     infoOf({"vrt"}, coloured);
     EXPECT_THAT(fakes::readFile(directory_ / "out.qml"), HasSubstr("Band=\"1\""));
-    EXPECT_EQ(infoOf({"vrt", "--order", "display"}, coloured)["bands"][0]["description"],
-              "c" + std::to_string(GCI_RedBand));
-    // Another raster of the same name.
-    const Outcome second = runTool({"export", set[0], "-o", directory_ / "out.tif"});
-    EXPECT_THAT(second.err, HasSubstr("out.qml: the style that is there stays\n"));
-    infoOf({"vrt"}, set);
-    fakes::writeFile(directory_ / "own.qml", "mine");
-    const Outcome kept = runTool({"vrt", set[0], "-o", directory_ / "own.vrt", "--overwrite"});
-    EXPECT_THAT(kept.err, HasSubstr("own.qml: the style that is there stays\n"));
-    EXPECT_EQ(fakes::readFile(directory_ / "own.qml"), "mine");
+    for (const Strings& options : {Strings{"--order", "display"}, {"--bands", "red"}}) {
+        EXPECT_EQ(infoOf(joined({"vrt"}, options), coloured)["bands"][0]["description"],
+                  "c" + std::to_string(GCI_RedBand));
+    }
+}
+
+/// Files of the same name share a style, as far as QGIS is concerned.
+TEST_F(RasterExport, AStyleIsReplacedWithItsFileOnly) {
+    ASSERT_EQ(runTool({"samples", directory_.path(), "--size", "8"}).code, 0);
+    const Strings set = {directory_ / "quickbird-1234/set.xml"};
+    const std::string style = directory_ / "out.qml";
     for (const Strings& without : {Strings{"--no-style"}, {"--bands", "nir"}}) {
-        ASSERT_TRUE(fs::exists(directory_ / "out.qml"));
-        infoOf(joined({"vrt"}, without), set);
-        EXPECT_FALSE(fs::exists(directory_ / "out.qml")) << "that of the raster before";
         infoOf({"vrt"}, set);
+        ASSERT_TRUE(fs::exists(style));
+        infoOf(joined({"vrt"}, without), set);
+        EXPECT_FALSE(fs::exists(style)) << "that of the raster before";
+    }
+    infoOf({"export"}, set);
+    const std::string text = fakes::readFile(style);
+    for (const std::string& there : {text, std::string("mine")}) {
+        fakes::writeFile(style, there);
+        for (const Strings& options : {Strings{"--no-style"}, {"--order", "display"}}) {
+            infoOf(joined({"vrt"}, options), set);
+            EXPECT_EQ(said_, "kestms: " + style +
+                                 ": the style that is there stays, and QGIS shows out.vrt by it\n");
+            EXPECT_EQ(fakes::readFile(style), there);
+        }
+        infoOf({"vrt"}, set);
+        EXPECT_EQ(said_.empty(), there == text) << "shows the same bands";
     }
 }
 
