@@ -54,7 +54,7 @@ OGRSpatialReference parsed(const std::vector<Band>& bands) {
     system.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
     // All bands of a set share one.
     if (!bands.empty() && bands.front().georeference) {
-        system.importFromWkt(bands.front().georeference->coordinateSystem.c_str());
+        system.importFromWkt(bands.front().georeference->coordinateSystem->c_str());
     }
     return system;
 }

@@ -80,7 +80,7 @@ ExitCode writeStacItem(Context& context, const StacOptions& options) {
         writeJson(context.out, item);
         return ExitCode::Success;
     }
-    writeOutput(options.output, {context.inputs, options.overwrite}, jsonText(item));
+    writeOutput(options.output, {context.inputs, options.overwrite}, jsonText(item) + "\n");
     context.out << printable(options.output) << "\n";
     return ExitCode::Success;
 }

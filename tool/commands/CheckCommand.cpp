@@ -88,15 +88,10 @@ Json componentJson(const ComponentDiagnosis& each) {
 }
 
 Json reportJson(const Diagnosis& diagnosis) {
-    Json components = Json::array();
-    for (const ComponentDiagnosis& each : diagnosis.components) {
-        components.push_back(componentJson(each));
-    }
     Json json = documentOf("kestms check", 1);
     json["decodable"] = diagnosis.isDecodable();
     json["answer"] = static_cast<int>(diagnosis.answer);
     json["reference"] = diagnosis.reference ? Json(*diagnosis.reference) : Json(nullptr);
-    json["components"] = std::move(components);
     return json;
 }
 
@@ -109,7 +104,7 @@ ExitCode check(Context& context, const CheckOptions& options) {
         if (options.explain) {
             report["explanation"] = explanationJson(explainReadable(context.session(), diagnosis));
         }
-        writeJson(context.out, report);
+        writeJson(context.out, report, "components", diagnosis.components, componentJson);
     } else {
         context.out << reportText(diagnosis, context.tableColumns());
         if (options.explain) {

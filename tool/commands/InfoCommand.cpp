@@ -39,7 +39,7 @@ std::string headText(const OpenedSet& set) {
     if (!set.bands().empty() && set.bands().front().georeference) {
         const Georeference& geo = *set.bands().front().georeference;
         text +=
-            "Coordinate system:   " + printable(systemName(geo.epsg, geo.coordinateSystem)) + "\n";
+            "Coordinate system:   " + printable(systemName(geo.epsg, *geo.coordinateSystem)) + "\n";
     }
     if (!shared.metadataFile.empty()) {
         text += "Metadata text file:  " + printable(shared.metadataFile) +
@@ -131,25 +131,26 @@ std::string propertiesText(const OpenedSet& set) {
     return text;
 }
 
-void addProperties(const OpenedSet& set, Json& json) {
-    for (const Band& band : set.bands()) {
-        Json properties = Json::array();
-        for (const PropertyText& property : propertyTexts(*set.openFrame(band.frame))) {
-            properties.push_back({{"name", property.name}, {"value", property.value}});
-        }
-        json["bands"][static_cast<std::size_t>(band.frame)]["properties"] = std::move(properties);
+Json propertiesJson(const OpenedSet& set, const Band& band) {
+    Json properties = Json::array();
+    for (const PropertyText& property : propertyTexts(*set.openFrame(band.frame))) {
+        properties.push_back({{"name", property.name}, {"value", property.value}});
     }
+    return properties;
 }
 
 void writeInfoJson(Context& context, const OpenedSet& set, const InfoOptions& options) {
     Json json = setJson(set);
-    if (options.properties) {
-        addProperties(set, json);
-    }
     if (options.explain) {
         json["explanation"] = explanationJson(explainScheme(context.session(), set.specifier()));
     }
-    writeJson(context.out, json);
+    writeJson(context.out, json, "bands", set.bands(), [&](const Band& band) {
+        Json each = bandJson(band);
+        if (options.properties) {
+            each["properties"] = propertiesJson(set, band);
+        }
+        return each;
+    });
 }
 
 ExitCode info(Context& context, const InfoOptions& options) {

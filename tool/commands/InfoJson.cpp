@@ -8,6 +8,16 @@
 namespace kestms {
 namespace {
 
+Json bucketJson(const Bucket& bucket) {
+    return {{"index", bucket.index},
+            {"number", bucket.number},
+            {"name", bucket.name},
+            {"bandCount", bucket.bandCount},
+            {"pixelSize", {bucket.pixelWidth, bucket.pixelHeight}}};
+}
+
+}  // namespace
+
 Json bandJson(const Band& band) {
     Json json = {{"frame", band.frame},
                  {"number", band.number},
@@ -29,30 +39,16 @@ Json bandJson(const Band& band) {
         const Georeference& geo = *band.georeference;
         json["pixelSize"] = {geo.pixelWidth, geo.pixelHeight};
         json["rotation"] = geo.rotation;
-        json["coordinateSystem"] = systemJson(geo.epsg, geo.coordinateSystem);
+        json["coordinateSystem"] = systemJson(geo.epsg, *geo.coordinateSystem);
         json["corners"] = cornersJson(geo);
     }
     return json;
 }
 
-Json bucketJson(const Bucket& bucket) {
-    return {{"index", bucket.index},
-            {"number", bucket.number},
-            {"name", bucket.name},
-            {"bandCount", bucket.bandCount},
-            {"pixelSize", {bucket.pixelWidth, bucket.pixelHeight}}};
-}
-
-}  // namespace
-
 Json setJson(const OpenedSet& set) {
     Json buckets = Json::array();
     for (const Bucket& bucket : set.buckets()) {
         buckets.push_back(bucketJson(bucket));
-    }
-    Json bands = Json::array();
-    for (const Band& band : set.bands()) {
-        bands.push_back(bandJson(band));
     }
     const SetDescription& shared = set.description();
     const Json metadata = shared.metadataFile.empty() ? Json(nullptr)
@@ -66,7 +62,6 @@ Json setJson(const OpenedSet& set) {
     json["files"] = set.files();
     json["metadataTextFile"] = metadata;
     json["buckets"] = std::move(buckets);
-    json["bands"] = std::move(bands);
     return json;
 }
 

@@ -5,7 +5,10 @@
 
 namespace kestms {
 
-/// The document of `kestms info --json`. Members may be added, never renamed or removed.
+// The document of `kestms info --json`. Members may be added, never renamed or removed.
+
+/// All of it but the bands.
 Json setJson(const OpenedSet& set);
+Json bandJson(const Band& band);
 
 }  // namespace kestms

@@ -239,7 +239,7 @@ std::optional<Footprint> footprintOf(const std::vector<Band>& bands) {
     }
     Ring ring = outlineOf(bands);
     // All bands of a set share one system.
-    if (!toDegrees(ring, bands.front().georeference->coordinateSystem)) {
+    if (!toDegrees(ring, *bands.front().georeference->coordinateSystem)) {
         return std::nullopt;
     }
     const double winding = unwrap(ring);

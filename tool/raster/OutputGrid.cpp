@@ -136,7 +136,7 @@ OutputRaster rasterOf(const std::vector<const Band*>& bands, const std::string& 
     const SharedGrid shared = sharedGrid(bands, options, part);
     OutputRaster raster;
     raster.path = path;
-    raster.coordinateSystem = bands.front()->georeference->coordinateSystem;
+    raster.coordinateSystem = *bands.front()->georeference->coordinateSystem;
     raster.pixelWidth = shared.grid.pixelWidth();
     raster.pixelHeight = shared.grid.pixelHeight();
     for (std::size_t i = 0; i < bands.size(); ++i) {
@@ -151,7 +151,7 @@ OutputRaster rasterOf(const std::vector<const Band*>& bands, const std::string& 
 std::string unitOf(const Band& band) {
     OGRSpatialReference system;
     if (!band.georeference ||
-        system.importFromWkt(band.georeference->coordinateSystem.c_str()) != OGRERR_NONE) {
+        system.importFromWkt(band.georeference->coordinateSystem->c_str()) != OGRERR_NONE) {
         return "";
     }
     return kestms::unitOf(system);

@@ -264,7 +264,7 @@ class Assets {
                 throw Failure(ExitCode::CannotRead, band.componentPath, "cannot be opened");
             }
             const bool sharesSystem =
-                band.georeference && band.georeference->coordinateSystem == system_;
+                band.georeference && *band.georeference->coordinateSystem == system_;
             eo.push_back(eoBand(band, bands.size() == 1 ? key : band.name));
             rasters.push_back(rasterBand(band, reader_.describe(band.componentPath, *source),
                                          sharesSystem ? metresPerUnit_ : 0));
@@ -313,8 +313,8 @@ Json propertiesOf(const StacScene& scene, const Georeference& place) {
         json["end_datetime"] = scene.time.end;
     }
     json["proj:epsg"] = place.epsg > 0 ? Json(place.epsg) : Json(nullptr);
-    if (place.epsg <= 0 && !place.coordinateSystem.empty()) {
-        json["proj:wkt2"] = place.coordinateSystem;
+    if (place.epsg <= 0 && !place.coordinateSystem->empty()) {
+        json["proj:wkt2"] = *place.coordinateSystem;
     }
     json["processing:software"] = {{"kestms", KESTMS_VERSION}};
     return json;
@@ -325,7 +325,7 @@ Json propertiesOf(const StacScene& scene, const Georeference& place) {
 Json stacItem(const OpenedSet& set, const StacScene& scene, const StacLinks& links) {
     // Every band of a set is georeferenced, in the same system.
     const Georeference& place = set.bands().front().georeference.value();
-    Assets assets(links, place.coordinateSystem);
+    Assets assets(links, *place.coordinateSystem);
     for (const Band& band : set.bands()) {
         assets.add(band);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -19,8 +20,9 @@ struct Georeference {
     Pyxis::Point2d upperRight;
     Pyxis::Point2d lowerLeft;
     Pyxis::Point2d lowerRight;
-    std::string coordinateSystem;  ///< WKT
-    int epsg = 0;                  ///< 0: no code
+    /// WKT, never null; bands share it.
+    std::shared_ptr<const std::string> coordinateSystem = std::make_shared<std::string>();
+    int epsg = 0;  ///< 0: no code
 };
 
 /// Everything the tool knows about one band of an opened set; the base holds the codec's details.

@@ -9,8 +9,8 @@
 #include <charconv>
 #include <filesystem>
 #include <iterator>
+#include <map>
 #include <optional>
-#include <set>
 #include <string_view>
 #include <system_error>
 #include <tuple>
@@ -257,13 +257,26 @@ class ArgumentReader {
     /// The same file and frame twice is rarely intended, as with a glob and a name. A document has
     /// absolute paths, and links have other names.
     void warnOfRepetition(const std::vector<Component>& components) const {
-        std::set<std::tuple<std::string, dev_t, ino_t, int>> seen;
+        struct Given {
+            std::string path;
+            std::size_t times = 0;
+        };
+        std::vector<Given> all;
+        std::map<std::tuple<std::string, dev_t, ino_t, int>, std::size_t> places;
         for (const Component& each : components) {
             struct stat status {};
             const bool isPlain = stat(each.path.c_str(), &status) == 0;
-            if (!seen.emplace(isPlain ? "" : each.path, status.st_dev, status.st_ino, each.frame)
-                     .second) {
-                context_.warn(each.path, "given more than once; each makes a band");
+            const auto [place, isNew] = places.emplace(
+                std::tuple(isPlain ? "" : each.path, status.st_dev, status.st_ino, each.frame),
+                all.size());
+            if (isNew) {
+                all.push_back({each.path});
+            }
+            ++all[place->second].times;
+        }
+        for (const auto& [path, times] : all) {
+            if (times > 1) {
+                context_.warn(path, "given " + std::to_string(times) + " times, as many bands");
             }
         }
     }

@@ -31,7 +31,7 @@ using Pyxis::toUtf8;
 
 struct SystemText {
     Pyxis::StringBuffer buffer;
-    std::string text;
+    std::shared_ptr<const std::string> text = std::make_shared<std::string>();
 };
 
 /// The text from one of the codec's getters.
@@ -43,13 +43,13 @@ std::string textOf(Getter getter) {
 }
 
 /// The text of a band's coordinate system, nearly always that of the previous band.
-std::string systemText(const Pyxis::StringBuffer& text, SystemText& last) {
+std::shared_ptr<const std::string> systemText(const Pyxis::StringBuffer& text, SystemText& last) {
     const auto size = static_cast<std::size_t>(text.numDataBytes());
     const bool same = last.buffer.type() == text.type() &&
                       last.buffer.numDataBytes() == text.numDataBytes() &&
                       std::equal(text.data(), text.data() + size, last.buffer.data());
     if (!same) {
-        last = {text, toUtf8(text)};
+        last = {text, std::make_shared<std::string>(toUtf8(text))};
     }
     return last.text;
 }

@@ -202,9 +202,15 @@ Band bandAt(int epsg, double left, double top, double size) {
     Band band;
     band.width = band.height = 100;
     const double far = 100 * size;
-    band.georeference = Georeference{
-        size, size, 0, {left, top}, {left + far, top}, {left, top - far}, {left + far, top - far},
-        wkt,  epsg};
+    band.georeference = Georeference{size,
+                                     size,
+                                     0,
+                                     {left, top},
+                                     {left + far, top},
+                                     {left, top - far},
+                                     {left + far, top - far},
+                                     std::make_shared<std::string>(wkt),
+                                     epsg};
     CPLFree(wkt);
     return band;
 }
