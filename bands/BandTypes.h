@@ -56,6 +56,8 @@ struct BandDetails {
     std::string commonName;
     std::optional<Spectrum> spectrum;  ///< nothing if the sensor is unknown
     BandRole role = BandRole::Band;
+    /// What marks pixels without data in all files of the product, which may not say so themselves.
+    std::optional<double> productNoData;
     /// Sort keys within the set, known once it is opened.
     std::int32_t number = kUnrecognisedNumber;
     std::int32_t bucketNumber = kUnrecognisedNumber;

@@ -30,6 +30,7 @@ constexpr std::size_t kMaxBuckets = 50;
 constexpr std::size_t kMaxFolders = 8;
 constexpr std::size_t kMaxText = 255;
 constexpr double kMaxMicrometres = 1000.0;
+constexpr double kMaxNoData = 1e9;
 
 /// Thrown at an error in a document; `reason` is for users.
 struct DocumentFault {
@@ -141,13 +142,15 @@ class Reader {
     }
 
     template <typename Number>
-    Number number(const Element& element, std::string_view name, Number most) const {
+    Number number(const Element& element, std::string_view name, Number most,
+                  Number least = 0) const {
         const std::string_view text = required(element, name);
         Number value{};
         const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-        if (error != std::errc() || end != text.data() + text.size() || !(value >= 0) ||
+        if (error != std::errc() || end != text.data() + text.size() || !(value >= least) ||
             !(value <= most)) {
-            failAt(element, quoted(name) + " is not a number from 0 to " +
+            failAt(element, quoted(name) + " is not a number from " +
+                                std::to_string(static_cast<int>(least)) + " to " +
                                 std::to_string(static_cast<int>(most)));
         }
         return value;
@@ -363,7 +366,7 @@ class Reader {
         Product product;
         product.id = required(element, "id");
         context_ = "product " + quoted(product.id);
-        allow(element, {"id", "bands"});
+        allow(element, {"id", "bands", "no-data"});
         if (products_.size() == kMaxProducts ||
             std::any_of(products_.begin(), products_.end(),
                         [&product](const auto& each) { return each->id == product.id; })) {
@@ -383,6 +386,12 @@ class Reader {
                 files.push_back(each);
             } else if (!readTableChild(*each, table)) {
                 failAt(*each, "is not known here");
+            }
+        }
+        if (attribute(element, "no-data")) {
+            const double noData = number(element, "no-data", kMaxNoData, -kMaxNoData);
+            for (CatalogueBand& band : table.bands) {
+                band.details.productNoData = noData;
             }
         }
         finish(product, table, files);

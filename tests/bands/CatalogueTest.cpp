@@ -195,6 +195,7 @@ TEST_F(CatalogueTest, TellsWhyADocumentCannotBeUsed) {
         {catalogueOf(table + table), "is there for the second time"},
         {catalogueOf("<bands id='t'><bucket id='b' number='0x'/></bands>"),
          "band table \"t\": <bucket> \"number\" is not a number from 0 to 9999"},
+        {catalogueOf("<product id='p' no-data='nan'/>"), "\"no-data\" is not a number from -1000"},
         {catalogueOf("<product id='p'><layer code='a' role='band?'/></product>"),
          "\"role\" cannot be \"band?\""},
         {catalogueOf("<product id='p'><layer code='a' role='band'/></product>"),

@@ -73,6 +73,9 @@ class ProductWriter {
         for (const std::u16string& witness : product.witnesses) {
             lines += "Witness:      " + printable(Pyxis::wideToUtf8(witness)) + "\n";
         }
+        if (const auto noData = product.bands.front().details.productNoData) {
+            lines += "No-data:      " + numberText(*noData) + "\n";
+        }
         return lines + "\n" + bands(product) + layers(product);
     }
 
@@ -110,6 +113,9 @@ class ProductWriter {
         if (band.details.spectrum) {
             json["centreWavelength"] = band.details.spectrum->centre;
             json["width"] = band.details.spectrum->width;
+        }
+        if (band.details.productNoData) {
+            json["noData"] = *band.details.productNoData;
         }
         return json;
     }

@@ -243,6 +243,9 @@ void OpenedSet::gatherBands(const KestMultispectralCodec& codec) {
             band.noData = beside;  // before the file's own, as in GDAL
         }
         codec.getBandDetails(*image_, i, band);
+        if (!band.noData) {
+            band.noData = band.productNoData;
+        }
         bands_.push_back(std::move(band));
     }
 }

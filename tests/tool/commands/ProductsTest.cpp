@@ -47,7 +47,10 @@ TEST_F(Products, NameTheBandsOfASceneUnlessToldOtherwise) {
     EXPECT_EQ(shipped["bands"][0]["name"], "Blue (B2)");
     EXPECT_EQ(shipped["bands"][0]["commonName"], "blue");
     EXPECT_EQ(shipped["bands"][1]["displayChannel"], "red");
-    EXPECT_EQ(infoOf(files, {"--no-products"})["namingScheme"]["name"], "generic");
+    EXPECT_EQ(shipped["bands"][1]["noData"], 0) << "the product's, as the files have none";
+    const json unknown = infoOf(files, {"--no-products"});
+    EXPECT_EQ(unknown["namingScheme"]["name"], "generic");
+    EXPECT_EQ(unknown["bands"][1]["noData"], nullptr);
     const std::string mine = writeCatalogue("mine");
     EXPECT_EQ(infoOf(files, {"--products", mine})["bands"][0]["name"], "B4");
     EXPECT_EQ(infoOf(files, {"--no-products", "--products", mine})["bands"][0]["name"], "B4");
