@@ -59,20 +59,25 @@ bool liesIn(const std::string& path, const std::string& folder) {
     return folder.empty() ? path.find('/') == std::string::npos : path.starts_with(folder + "/");
 }
 
-constexpr std::string_view kSafe = ".SAFE";
-
-/// The folder of the ".SAFE" product that a file is part of; empty when it is part of none.
+/// The folder of the Sentinel-2 product that a file is part of: the ".SAFE" folder, or that of the
+/// granule if the former was renamed or is not there; empty when it is part of none.
 std::string safeFolderOf(const std::string& path) {
-    // Nearly all files are part of none.
-    for (std::size_t at = path.find(kSafe); at != path.npos; at = path.find(kSafe, at + 1)) {
-        if (path[at + kSafe.size()] == '/') {
-            return path.substr(0, at + kSafe.size());
+    constexpr std::array<std::string_view, 2> kSafe = {".SAFE/", ".safe/"};
+    for (const std::string_view ending : kSafe) {
+        if (const std::size_t at = path.find(ending); at != path.npos) {
+            return path.substr(0, at + ending.size() - 1);
+        }
+    }
+    constexpr std::array<std::string_view, 2> kInGranule = {"/IMG_DATA/", "/QI_DATA/"};
+    for (const std::string_view folder : kInGranule) {
+        if (const std::size_t at = path.rfind(folder); at != path.npos) {
+            return path.substr(0, at);
         }
     }
     return {};
 }
 
-/// The deepest common folder of the files; for a ".SAFE" product its whole folder.
+/// The deepest common folder of the files; for a Sentinel-2 product its whole folder.
 std::string commonFolder(const std::vector<Member>& members) {
     std::string folder = folderOf(members.front().path);
     for (const Member& member : members) {
@@ -137,7 +142,7 @@ bool isPictureOf(const Scene& scene, const std::string& path) {
     return fs::path(path).stem() == scene.name && hasExtension(path, kExtensions);
 }
 
-/// Of a ".SAFE" product: "MSK_DETFOO_B02.jp2".
+/// Of a Sentinel-2 product: "MSK_DETFOO_B02.jp2".
 bool isMaskOfProduct(const std::string& path) {
     return fs::path(path).filename().string().starts_with("MSK_") && !safeFolderOf(path).empty();
 }
@@ -259,12 +264,19 @@ class Sorter {
         return products_[place->second];
     }
 
-    /// The scene whose folder holds the file, the innermost; null without one.
-    static Scene* ownerOf(const std::string& path, const std::map<std::string, Scene*>& owners) {
+    /// Scenes by folder and name.
+    using Owners = std::map<std::pair<std::string, std::string>, Scene*>;
+
+    /// The scene whose folder holds the file, the innermost; of several the one with the start of
+    /// `name`, which is the last that does not sort behind it. Null without one.
+    static Scene* ownerOf(const std::string& path, const std::string& name, const Owners& owners) {
         for (std::string folder = folderOf(path);; folder = folderOf(folder)) {
-            const auto owner = owners.find(folder);
-            if (owner != owners.end()) {
-                return owner->second;
+            const auto next = owners.upper_bound({folder, name});
+            if (next != owners.begin() && std::prev(next)->first.first == folder) {
+                return std::prev(next)->second;
+            }
+            if (next != owners.end() && next->first.first == folder) {
+                return next->second;
             }
             if (folder.empty() || folder == folderOf(folder)) {
                 return nullptr;
@@ -275,15 +287,16 @@ class Sorter {
     /// The layers of a product may be named like those of another one: they belong to the scene
     /// that has bands.
     void placeLayers() {
-        std::map<std::string, Scene*> owners;
+        Owners owners;
         for (Gathered& each : products_) {
             if (!each.scene.files.empty()) {
-                owners.try_emplace(each.scene.folder, &each.scene);
+                owners.try_emplace({each.scene.folder, each.scene.name}, &each.scene);
             }
         }
         for (Gathered& each : products_) {
-            Scene* owner =
-                each.scene.files.empty() ? ownerOf(each.members.front().path, owners) : nullptr;
+            Scene* owner = each.scene.files.empty()
+                               ? ownerOf(each.members.front().path, each.scene.name, owners)
+                               : nullptr;
             if (owner != nullptr) {
                 auto& layers = each.scene.setAside;
                 owner->setAside.insert(owner->setAside.end(), layers.begin(), layers.end());
@@ -301,19 +314,19 @@ class Sorter {
     }
 
     void placeLoose() {
-        std::map<std::string, Scene*> owners;
+        Owners owners;
         for (Gathered& each : products_) {
-            owners.try_emplace(each.scene.folder, &each.scene);
+            owners.try_emplace({each.scene.folder, each.scene.name}, &each.scene);
         }
         // Metadata of a folder without a product go with its rasters.
         std::stable_partition(loose_.begin(), loose_.end(), std::not_fn(isMetadataFile));
         std::map<std::string, std::size_t> byFolder;
         for (const std::string& path : loose_) {
             const bool isMetadata = isMetadataFile(path);
-            Scene* owner = ownerOf(path, owners);
+            Scene* owner = ownerOf(path, fs::path(path).filename().string(), owners);
             if (owner == nullptr && isMetadata) {  // of a product, above the folders of its bands
                 const auto below = std::find_if(owners.begin(), owners.end(), [&](auto& each) {
-                    return liesIn(each.first, folderOf(path));
+                    return liesIn(each.first.first, folderOf(path));
                 });
                 owner = below != owners.end() ? below->second : nullptr;
             }

@@ -151,7 +151,8 @@ TEST_F(Scenes, WhatElseIsInAFolderIsMentioned) {
                 HasSubstr("holds no raster files, but 1 archive ("));
 }
 
-/// Two editions of a Sentinel-2 product, and two folders with one Landsat scene.
+/// Two editions of a Sentinel-2 product, two folders with one Landsat scene, and a folder with two
+/// whose layers are named like those of another product.
 TEST_F(Scenes, CopiesOfASceneAreToldApart) {
     const std::string tile = "T32TQM_20200101T100319_";
     for (const std::string& edition : {std::string("N0208"), std::string("N0500")}) {
@@ -166,10 +167,18 @@ TEST_F(Scenes, CopiesOfASceneAreToldApart) {
     }
     writeLandsat8("two/x", kFirst);
     writeLandsat8("two/y", kFirst);
+    std::filesystem::create_directories(directory_ / "two/z");
+    for (const char* row : {"026", "027"}) {
+        for (const char* name : {"toa_band2", "toa_band4", "pixel_qa"}) {
+            write("two/z/LC08_L1TP_193" + std::string(row) + "_20160712_20170720_01_T1_" + name +
+                  ".tif");
+        }
+    }
     const auto scenes = runTool({"scenes", directory_ / "two", "--json"}).json()["scenes"];
-    ASSERT_EQ(scenes.size(), 4U);
+    ASSERT_EQ(scenes.size(), 6U);
     for (const nlohmann::json& scene : scenes) {
         EXPECT_EQ(scene["files"].size(), scene["name"] == kFirst ? 3U : 2U);
+        EXPECT_EQ(scene["setAside"].size(), scene["name"] == kFirst ? 2U : 1U);
     }
     EXPECT_EQ(scenes[0]["setAside"][0]["reason"], "preview");
     EXPECT_THAT(runTool({"info", directory_ / "two"}).err, HasSubstr("N0500_T32TQM.SAFE)"));
@@ -194,7 +203,7 @@ TEST_F(Scenes, PicturesAreRastersWhereThereIsNothingElse) {
 
 TEST_F(Scenes, OfABandAtSeveralPixelSizesTheOwnIsTaken) {
     const std::string tile = "T32TQM_20180629T012042_";
-    const std::string data = "S2A.SAFE/GRANULE/L2A/IMG_DATA/";
+    const std::string data = "renamed/GRANULE/L2A/IMG_DATA/";
     for (const char* name :
          {"R20m/B02_20m", "R10m/B02_10m", "R20m/B8A_20m", "R60m/B8A_60m", "R10m/TCI_10m",
           "R20m/AOT_20m", "R10m/AOT_10m", "R60m/SCL_60m", "R20m/SCL_20m"}) {
@@ -202,8 +211,9 @@ TEST_F(Scenes, OfABandAtSeveralPixelSizesTheOwnIsTaken) {
         std::filesystem::create_directories(directory_ / (data + path.substr(0, 4)));
         write(data + path.substr(0, 5) + tile + path.substr(5) + ".tif", {.type = GDT_UInt16});
     }
-    std::filesystem::create_directories(directory_ / "S2A.SAFE/GRANULE/L2A/QI_DATA");
-    write("S2A.SAFE/GRANULE/L2A/QI_DATA/MSK_B02.tif");
+    std::filesystem::create_directories(directory_ / "renamed/GRANULE/L2A/QI_DATA");
+    write("renamed/GRANULE/L2A/QI_DATA/MSK_B02.tif");
+    write("renamed/GRANULE/L2A/QI_DATA/" + tile + "PVI.tif");
     const auto scenes = runTool({"scenes", directory_.path(), "--json"}).json()["scenes"];
     ASSERT_EQ(scenes.size(), 1U);
     EXPECT_EQ(scenes[0]["product"], "sentinel-2-l2a");
@@ -221,7 +231,7 @@ TEST_F(Scenes, OfABandAtSeveralPixelSizesTheOwnIsTaken) {
     EXPECT_THAT(reasons, testing::UnorderedElementsAre(
                              "same band at another pixel size", "same band at another pixel size",
                              "preview", "ancillary", "mask", "same layer at another pixel size",
-                             "same layer at another pixel size", "mask"));
+                             "same layer at another pixel size", "mask", "preview"));
     const Outcome layers = runTool({"info", directory_.path(), "--with-quality", "--json"});
     EXPECT_THAT(bandNames(layers),
                 ElementsAre("Blue (B02)", HasSubstr("B8A"), "Aerosol optical thickness",
