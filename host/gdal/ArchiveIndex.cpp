@@ -1,5 +1,7 @@
 #include "host/gdal/ArchiveIndex.h"
 
+#include <cpl_conv.h>
+#include <cpl_string.h>
 #include <cpl_vsi.h>
 
 #include <algorithm>
@@ -67,6 +69,16 @@ bool leadsOut(std::string_view name) {
            ("/" + std::string(name) + "/").find("/../") != std::string::npos;
 }
 
+bool isTooLarge(std::string_view name) {
+    return name.size() > kLongestName || std::count_if(name.begin(), name.end(), [](char c) {
+                                             return c == '/' || c == '\\';
+                                         }) > kMostFolders;
+}
+
+Refusal nameTooLarge() {
+    return {Refusal::Kind::Unsafe, "holds a name of too many folders or bytes"};
+}
+
 /// Collects the names in an archive.
 class Names {
   public:
@@ -76,14 +88,14 @@ class Names {
             return Refusal{Refusal::Kind::Unsafe,
                            "holds more than " + std::to_string(kMostEntries) + " entries"};
         }
-        if (name.size() > kLongestName ||
-            std::count(name.begin(), name.end(), '/') > kMostFolders) {
-            return Refusal{Refusal::Kind::Unsafe, "holds a name of too many folders or bytes"};
+        std::replace(name.begin(), name.end(), '\\', '/');  // as GDAL does
+        if (isTooLarge(name)) {
+            return nameTooLarge();
         }
         if (name.starts_with("./")) {
             name.erase(0, 2);
         }
-        if (isFile && !name.empty() && !leadsOut(name)) {
+        if (isFile && !name.empty() && !name.ends_with('/') && !leadsOut(name)) {
             files_.push_back(std::move(name));
         }
         return std::nullopt;
@@ -130,6 +142,27 @@ std::optional<Directory> zipDirectory(Reader& file, std::uint64_t size) {
     return directory;
 }
 
+/// The path in the extra fields of an entry, in UTF-8; empty without one.
+std::string pathInExtra(std::string_view extra) {
+    constexpr std::uint64_t kUnicodePath = 0x7075;
+    constexpr std::size_t kHeader = 4;
+    constexpr std::size_t kVersionAndSum = 5;
+    while (extra.size() > kHeader + kVersionAndSum) {
+        const auto size = static_cast<std::size_t>(littleEndian(extra, 2, 2));
+        if (littleEndian(extra, 0, 2) == kUnicodePath) {
+            return std::string(
+                extra.substr(kHeader + kVersionAndSum, size - std::min(size, kVersionAndSum)));
+        }
+        extra.remove_prefix(std::min(kHeader + size, extra.size()));
+    }
+    return {};
+}
+
+/// From the code page of entries that are not marked as UTF-8, as GDAL does.
+std::string recoded(const std::string& name) {
+    return CPLString(name).Recode(CPLGetConfigOption("CPL_ZIP_ENCODING", "CP437"), CPL_ENC_UTF8);
+}
+
 Expected<std::vector<std::string>> zipNames(Reader& file, std::uint64_t size) {
     constexpr std::size_t kHeader = 46;
     const std::optional<Directory> directory = zipDirectory(file, size);
@@ -143,12 +176,19 @@ Expected<std::vector<std::string>> zipNames(Reader& file, std::uint64_t size) {
         if (header.size() < kHeader || !header.starts_with("PK\1\2"sv)) {
             return unreadable("a damaged archive");
         }
-        std::string name = file.take(littleEndian(header, 28, 2));
-        const bool isFile = !name.ends_with('/');
-        if (std::optional<Refusal> refusal = names.add(std::move(name), isFile)) {
+        const std::string own = file.take(littleEndian(header, 28, 2));
+        const std::string extra = file.take(littleEndian(header, 30, 2));
+        if (isTooLarge(own) || isTooLarge(extra)) {  // whichever name GDAL takes
+            return nameTooLarge();
+        }
+        const std::string path = pathInExtra(extra);
+        constexpr std::uint64_t kUtf8 = 1U << 11U;
+        const bool isUtf8 = (littleEndian(header, 8, 2) & kUtf8) != 0;
+        std::string name = !path.empty() ? path : isUtf8 ? own : recoded(own);
+        if (std::optional<Refusal> refusal = names.add(std::move(name), true)) {
             return *refusal;
         }
-        file.seek(file.at() + littleEndian(header, 30, 2) + littleEndian(header, 32, 2));
+        file.seek(file.at() + littleEndian(header, 32, 2));
     }
     return names.take();
 }

@@ -215,7 +215,8 @@ Expected<std::vector<std::string>> listArchive(const std::string& path) {
         }
     }
     if (files.empty()) {
-        return unreadable("no such folder in the archive");
+        return unreadable(folder.empty() ? "an archive without files"
+                                         : "no such folder in the archive");
     }
     return files;
 }

@@ -33,6 +33,12 @@ class Archives : public OnFiles {
     static std::string member(const std::string& archive, const std::string& name) {
         return insideOfArchive(archive) + "/" + name;
     }
+    static std::string replaced(std::string text, const std::string& from, const std::string& to) {
+        for (std::size_t at = 0; (at = text.find(from, at)) != text.npos; at += to.size()) {
+            text.replace(at, from.size(), to);
+        }
+        return text;
+    }
     static std::string whyNotListed(const std::string& archive) {
         const auto files = filesInArchive(insideOfArchive(archive));
         return files ? "" : files.refusal().reason;
@@ -74,6 +80,12 @@ TEST_F(Archives, MembersAreReadLikeFiles) {
         EXPECT_EQ(opened.place(), Opened(plain).place());
     }
     EXPECT_EQ(Opened(member(archive, "in/l.tif")).place(), "1000 1760, -1 ");
+    // A name of an old program: of a code page, with the other slash.
+    const std::string old = directory / "old.zip";
+    fakes::writeFile(
+        old, replaced(fakes::readFile(zip("u.zip", {{"u|a.tif", bytes}})), "u|a", "\x81\\a"));
+    EXPECT_THAT(*filesInArchive(insideOfArchive(old)), ElementsAre(EndsWith("/\u00fc/a.tif")));
+    EXPECT_EQ(Opened(member(old, "\u00fc/a.tif")).pixels(), gdalPixels(plain, 1));
     EXPECT_THAT(*filesInArchive(insideOfArchive(archive) + "/in"),
                 ElementsAre(EndsWith("in/a.tif"), EndsWith("in/l.tif"), EndsWith("in/l.tfw")));
 }
@@ -115,7 +127,7 @@ TEST_F(Archives, HostileOnesAreRefusedWithAReason) {
     }
     std::string deep;
     for (int i = 0; i < 40; ++i) {
-        deep += "d/";
+        deep += i % 2 == 0 ? "d/" : "d\\";
     }
     const std::string whole = fakes::readFile(zip("whole.zip", {{"a.tif", tif}}));
     const std::tuple<const char*, std::string, const char*> cases[] = {
