@@ -26,11 +26,11 @@ constexpr const char* kDescription =
 
 constexpr const char* kFooter =
     "A set is named by a folder or an archive (.zip, .tar) that holds one scene (or several:\n"
-    "--scene NAME), by its files: FILE (all its frames) or FILE#FRAME (0 is the first), a quoted\n"
-    "glob, https://... or another name that GDAL has for files on the network, SET.xml (a "
-    "document\n"
-    "that `kestms list` wrote), @LIST (a text file with one of these a line; \" # \" begins a\n"
-    "comment), or - (the same from standard input).\n"
+    "--scene NAME), by the scene's metadata file (..._MTL.txt, MTD_MSIL2A.xml), or by its files:\n"
+    "FILE (all its frames) or FILE#FRAME (0 is the first), a quoted glob, https://... or another\n"
+    "name that GDAL has for files on the network, SET.xml (a document that `kestms list` wrote),\n"
+    "@LIST (a text file with one of these a line; \" # \" begins a comment), or - (the same from\n"
+    "standard input).\n"
     "\n"
     "Examples:\n"
     "  kestms scenes downloads/\n"

@@ -178,6 +178,7 @@ class ArgumentReader {
             readDocument(text, name);
             return;
         }
+        oneArgument_ = false;
         const auto before = entries_.size();
         for (const std::string& line : linesOf(text)) {
             const std::string entry = exists(line) ? line : withoutScheme(withoutComment(line));
@@ -214,7 +215,7 @@ class ArgumentReader {
         if (mayBeDocument(path, status)) {
             context_.inputs.add(path);
             readDocument(readTextFile(path), path);
-        } else {
+        } else if (!oneArgument_ || !scenes_.takeSceneOf(path)) {
             entries_.push_back({path, {}, true});
         }
     }
@@ -224,11 +225,11 @@ class ArgumentReader {
                                             Pyxis::FileSpecifier::Type::Compound);
         if (const char* fault = documentFault(text, document); fault == nullptr) {
             takeDocument(document);
-        } else if (oneArgument_) {
-            throw Failure(ExitCode::CannotRead, name, fault);
-        } else {
+        } else if (!oneArgument_) {
             // A glob also matches a product's XML files.
             entries_.push_back({name, {}, true});
+        } else if (!scenes_.takeSceneOf(name)) {
+            throw Failure(ExitCode::CannotRead, name, fault);
         }
     }
 

@@ -1,9 +1,11 @@
 #include "tool/scene/SceneChoice.h"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <iterator>
 #include <set>
+#include <string_view>
 
 #include "tool/scene/Components.h"
 #include "tool/scene/OpenedSet.h"
@@ -31,6 +33,26 @@ bool liesDirectlyIn(const Scene& scene, const std::string& folder) {
     const fs::path place = inside.empty() ? folder : inside;
     const fs::path parent = fs::path(scene.files.front()).parent_path();
     return (parent / "").lexically_normal() == (place / "").lexically_normal();
+}
+
+/// By its name: a reader's own notes beside a scene do not stand for it.
+bool describes(const fs::path& metadata, const Scene& scene) {
+    constexpr std::array<std::string_view, 4> kStarts = {"MTD_", "manifest.", "metadata.",
+                                                         "tileInfo."};
+    const std::string name = metadata.filename().string();
+    return name.starts_with(scene.name) ||
+           std::any_of(kStarts.begin(), kStarts.end(),
+                       [&name](const auto start) { return name.starts_with(start); });
+}
+
+/// The rasters below a folder; none instead of a Failure.
+Strings rastersBelow(const std::string& folder) {
+    try {
+        return rasterFilesBelow(folder).rasters;
+    } catch (const Failure&) {
+        throwIfInterrupted();
+        return {};
+    }
 }
 
 /// What the codec calls a scene; empty if it is no set.
@@ -105,6 +127,26 @@ void SceneChoice::takeFolder(const std::string& folder) {
     noteArchives(context_, folder, contents.archives);
     takeScene(folder, scenesAmong(context_.session(), contents.rasters),
               [&folder](const Scene& scene) { return liesDirectlyIn(scene, folder); });
+}
+
+bool SceneChoice::takeSceneOf(const std::string& metadata) {
+    if (!isMetadataFile(metadata)) {
+        return false;
+    }
+    const fs::path path = fs::absolute(metadata).lexically_normal();
+    std::vector<std::string> files = rastersBelow(path.parent_path());
+    files.push_back(path);
+    for (Scene& scene : scenesAmong(context_.session(), files)) {
+        const bool isOfScene = std::erase_if(scene.setAside, [&](const SetAside& each) {
+                                   return each.path == path && describes(path, scene);
+                               }) > 0;
+        if (isOfScene && !scene.product.empty()) {
+            context_.inputs.add(metadata);
+            takeScene(metadata, {scene}, [](const Scene&) { return true; });
+            return true;
+        }
+    }
+    return false;
 }
 
 void SceneChoice::takeGlob(const std::string& pattern, const std::vector<std::string>& files) {

@@ -25,7 +25,9 @@ class SceneChoice {
 
     /// Adds the one scene in a folder, or the one of several that the user chose.
     void takeFolder(const std::string& folder);
-    /// The same for a glob; files of no product need not share a folder.
+    /// Adds the scene of a product that a metadata file in its folder describes; false without one.
+    bool takeSceneOf(const std::string& metadata);
+    /// As `takeFolder` for a glob; files of no product need not share a folder.
     void takeGlob(const std::string& pattern, const std::vector<std::string>& files);
     /// Files named one by one, perhaps expanded from a glob by the shell: sets layers aside, and
     /// warns about likely accidents.

@@ -122,7 +122,6 @@ auto preference(const kest::Product& product, const Member& member) {
     return std::tuple(other, member.bucket->number);
 }
 
-constexpr const char* kMetadata = "metadata";
 constexpr const char* kSameBandInAnotherForm = "same band in another form";
 constexpr const char* kSameBandAtAnotherSize = "same band at another pixel size";
 constexpr const char* kSameLayerInAnotherForm = "same layer in another form";
@@ -145,13 +144,6 @@ bool isPictureOf(const Scene& scene, const std::string& path) {
 /// Of a Sentinel-2 product: "MSK_DETFOO_B02.jp2".
 bool isMaskOfProduct(const std::string& path) {
     return fs::path(path).filename().string().starts_with("MSK_") && !safeFolderOf(path).empty();
-}
-
-/// By its extension: what producers write beside rasters for people and programs to read.
-bool isMetadataFile(const std::string& path) {
-    constexpr std::array<std::string_view, 5> kExtensions = {".xml", ".txt", ".json", ".html",
-                                                             ".htm"};
-    return hasExtension(path, kExtensions);
 }
 
 /// Why a file is set aside that has the band or layer of another one.
@@ -360,6 +352,12 @@ class Sorter {
 };
 
 }  // namespace
+
+bool isMetadataFile(const std::string& path) {
+    constexpr std::array<std::string_view, 6> kExtensions = {".xml",  ".txt", ".json",
+                                                             ".html", ".htm", ".safe"};
+    return hasExtension(path, kExtensions);
+}
 
 std::vector<Scene> scenesAmong(Session& session, const std::vector<std::string>& paths) {
     Sorter sorter(session);

@@ -15,6 +15,9 @@ inline constexpr const char* kPartOfNoScene = "part of no scene";
 /// The reason for a picture that comes with a scene.
 inline constexpr const char* kPreview = "preview";
 
+/// The reason for a file that describes a scene.
+inline constexpr const char* kMetadata = "metadata";
+
 /// A raster that is not offered to the codec.
 struct SetAside {
     std::string path;
@@ -32,6 +35,9 @@ struct Scene {
     std::vector<std::string> files;  ///< of the bands, in their order
     std::vector<SetAside> setAside;
 };
+
+/// By its extension: what producers write beside rasters for people and programs to read.
+bool isMetadataFile(const std::string& path);
 
 /// Sorts rasters into scenes: those of known products first, each group in the order of its first
 /// files in `paths`. If a band has several pixel sizes, the product's own is used. A raster of no

@@ -115,6 +115,11 @@ TEST_F(Scenes, FramesAndMetadataThatAreNamedAreSortedToo) {
     EXPECT_EQ(runTool(joined({"info", "--json", "--with-quality"}, files)).json()["bands"].size(),
               3U);
     EXPECT_EQ(runTool({"info", files[1], files[1], files[2], "--json"}).json()["bands"].size(), 3U);
+    for (const char* alone : {"_MTL.txt", "_MTL.xml"}) {
+        EXPECT_EQ(runTool({"info", "--json", prefix + alone}).json()["bands"].size(), 3U);
+    }
+    fakes::writeFile(directory_ / "scene/notes.txt", "mine");
+    EXPECT_EQ(runTool({"info", directory_ / "scene/notes.txt"}).code, 3);
     fakes::writeFile(prefix + "_thumb_small.jpeg", "");
     fakes::writeFile(prefix + ".jpg", "");
     const Strings all = {
