@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 
 #include "host/Text.h"
 #include "host/file/FileHead.h"
@@ -63,6 +64,24 @@ std::vector<std::string> namesBeside(const std::string& raster) {
     std::vector<std::string> names = worldFilesOf(raster);
     names.insert(names.begin(), raster + ".aux.xml");
     return names;
+}
+
+Expected<std::string> contentOfSideFile(const std::string& path, std::size_t most) {
+    if (kindOf(path) == PathKind::Remote) {
+        return Refusal{Refusal::Kind::Unreadable, "on the network"};
+    }
+    Expected<FileHead> head = readHead(path, most);
+    if (!head) {
+        return head.refusal();
+    }
+    if (head->bytes.size() != head->state.size) {
+        return Refusal{Refusal::Kind::Unreadable, "too long"};
+    }
+    return std::move(head->bytes);
+}
+
+bool isSideFile(const std::string& path) {
+    return kindOf(path) != PathKind::Remote && stateOf(path).inode != 0;
 }
 
 bool isNamedLikeRaster(const std::string& path) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,13 @@ PYXIS_CODECS_API std::string insideOfArchive(const std::string& path);
 /// folders below. Skips names that lead out of it. Refused when it is damaged, out of proportion,
 /// or has too many files (docs/limits.md).
 PYXIS_CODECS_API Expected<std::vector<std::string>> filesInArchive(const std::string& inside);
+
+/// The whole content of a file beside a raster, in an archive as well. Refused when there is none
+/// or it has more than `most` bytes, and on the network, where each would cost a request in vain.
+PYXIS_CODECS_API Expected<std::string> contentOfSideFile(const std::string& path, std::size_t most);
+
+/// Whether there is such a file beside a raster, of any size.
+PYXIS_CODECS_API bool isSideFile(const std::string& path);
 
 /// Whether a file's extension is that of a component format.
 PYXIS_CODECS_API bool isNamedLikeRaster(const std::string& path);

@@ -4,15 +4,13 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 
+#include "host/codecs/Places.h"
 #include "tool/raster/BandMetadata.h"
 #include "tool/raster/ComponentDataset.h"
 #include "tool/raster/GdalSession.h"
 #include "tool/raster/StringLists.h"
 #include "tool/terminal/Failure.h"
-
-namespace fs = std::filesystem;
 
 namespace kestms {
 namespace {
@@ -126,8 +124,11 @@ class ComponentReader::File {
   public:
     File(const std::string& path, const Pyxis::RasterSource& source)
         : name_(source.prefix + path), auxiliary_(readAuxiliaryFile(path)), dataset_(path, source) {
-        std::error_code error;
-        hasMaskFile_ = fs::exists(path + ".msk", error);
+        for (const char* const extension : {".msk", ".MSK"}) {
+            if (maskFile_.empty() && Pyxis::isSideFile(path + extension)) {
+                maskFile_ = path + extension;
+            }
+        }
         fileDomains_ = domainsOf(*dataset_, isCarriedOfFile);
         addItems(auxiliary_.domains, isCarriedOfFile, fileDomains_);
     }
@@ -137,7 +138,7 @@ class ComponentReader::File {
     ComponentDescription describe(int band) {
         ComponentDescription facts;
         facts.fileDomains = fileDomains_;
-        facts.hasMaskFile = hasMaskFile_;
+        facts.maskFile = maskFile_;
         readBand(*dataset_->GetRasterBand(band), facts);
         if (const auto found = auxiliary_.bands.find(band); found != auxiliary_.bands.end()) {
             addAuxiliary(found->second, facts);
@@ -152,7 +153,7 @@ class ComponentReader::File {
     AuxiliaryFile auxiliary_;
     ComponentDataset dataset_;
     MetadataDomains fileDomains_;
-    bool hasMaskFile_ = false;
+    std::string maskFile_;
 };
 
 ComponentReader::ComponentReader() = default;

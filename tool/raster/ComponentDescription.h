@@ -24,8 +24,8 @@ struct ComponentDescription {
     MetadataDomains fileDomains;                  ///< of the whole file
     GDALDataType type = GDT_Unknown;
     Pyxis::Size block;
-    bool hasMask = false;      ///< in the file itself
-    bool hasMaskFile = false;  ///< beside it; GDAL could open it as any format, so nobody reads it
+    bool hasMask = false;  ///< in the file itself
+    std::string maskFile;  ///< beside it; GDAL could open it as any format, so nobody reads it
 };
 
 /// Whether metadata of a domain apply to a copy: not those about storage or other files.

@@ -263,8 +263,10 @@ void VirtualRaster::addBand(OutputBand band, ComponentDescription& facts,
         addSource(*target.GetMaskBand(), sources.text(band, facts, true, nameOf(band), false));
         maskSources_.back() = sources.text(band, facts, true, name, isRelative);
     }
-    if (facts.hasMaskFile) {
-        leftOut_.push_back(path + ".msk: masks of their own files are not carried");
+    const std::string note = facts.maskFile + ": masks of their own files are not carried";
+    if (!facts.maskFile.empty() &&
+        std::find(leftOut_.begin(), leftOut_.end(), note) == leftOut_.end()) {
+        leftOut_.push_back(note);  // once for all bands of a file
     }
 }
 

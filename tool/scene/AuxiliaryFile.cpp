@@ -2,16 +2,13 @@
 
 #include <bit>
 #include <charconv>
+#include <cstddef>
 #include <cstdint>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <string_view>
 
+#include "host/codecs/Places.h"
 #include "sets/xml/XmlDocument.h"
-
-namespace fs = std::filesystem;
 
 namespace kestms {
 namespace {
@@ -20,7 +17,7 @@ using kest::xml::Document;
 using kest::xml::Element;
 
 /// Histograms make them long.
-constexpr std::uintmax_t kLargestFile = 16 << 20;
+constexpr std::size_t kLargestFile = 16 << 20;
 
 template <typename Number>
 std::optional<Number> numberIn(std::string_view text) {
@@ -100,14 +97,11 @@ AuxiliaryBand bandIn(const Document& document, const Element& element) {
 }  // namespace
 
 AuxiliaryFile readAuxiliaryFile(const std::string& rasterPath) {
-    std::error_code error;
-    const std::string name = rasterPath + ".aux.xml";
-    if (!fs::is_regular_file(name, error) || fs::file_size(name, error) > kLargestFile) {
+    const auto text = Pyxis::contentOfSideFile(rasterPath + ".aux.xml", kLargestFile);
+    if (!text) {
         return {};
     }
-    std::ifstream stream(name, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
-    const std::unique_ptr<Document> document = Document::parse(text);
+    const std::unique_ptr<Document> document = Document::parse(*text);
     AuxiliaryFile content;
     if (document->root()->name() != "PAMDataset") {
         return content;

@@ -260,14 +260,22 @@ TEST_F(RasterExport, WhatLiesBesideAComponentDescribesIt) {
                      "61.9</NoDataValue><ColorInterp>Green"
                      "</ColorInterp><Description>beside</Description></PAMRasterBand>"
                      "</PAMDataset>");
-    EXPECT_EQ(runTool({"info", "--json", files[0], files[1]}).json()["bands"][1]["noData"], 62);
-    for (const char* command : {"vrt", "export"}) {
-        const json band = infoOf({command}, files)["bands"][1];
-        EXPECT_EQ(band["description"], "beside");
-        EXPECT_EQ(band["colorInterpretation"], "Green");
-        EXPECT_EQ(band["metadata"][""]["FILE"], "z");
-        EXPECT_TRUE(command == std::string("vrt") ? band["noDataValue"] == 62
-                                                  : band["mask"]["flags"] == json{"PER_DATASET"});
+    fakes::writeFile(files[0] + ".MSK", "whatever");
+    const std::string archive = directory_ / "a.tar";
+    ASSERT_EQ(Process({"tar", "-cf", archive, "-C", directory_.path(), "."}).wait().code, 0);
+    for (const Strings& set : {files, {archive}}) {
+        SCOPED_TRACE(set[0]);
+        EXPECT_EQ(runTool(joined({"info", "--json"}, set)).json()["bands"][1]["noData"], 62);
+        for (const char* command : {"vrt", "export"}) {
+            const json band = infoOf({command}, set)["bands"][1];
+            EXPECT_THAT(said_, HasSubstr("a_01.tif.MSK: masks of their own files"));
+            EXPECT_EQ(band["description"], "beside");
+            EXPECT_EQ(band["colorInterpretation"], "Green");
+            EXPECT_EQ(band["metadata"][""]["FILE"], "z");
+            EXPECT_TRUE(command == std::string("vrt")
+                            ? band["noDataValue"] == 62
+                            : band["mask"]["flags"] == json{"PER_DATASET"});
+        }
     }
 }
 
