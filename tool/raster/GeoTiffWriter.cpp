@@ -97,6 +97,16 @@ void copyMetadata(GDALMajorObject& from, GDALMajorObject& to) {
     }
 }
 
+void dropStatistics(GDALMajorObject& object) {
+    CPLStringList others;
+    for (const std::string& item : listItems(object.GetMetadata())) {
+        if (!item.starts_with("STATISTICS_")) {
+            others.AddString(item.c_str());
+        }
+    }
+    object.SetMetadata(others.List());
+}
+
 /// Writes one file: the bands of a virtual raster, and one mask for all where they need it.
 class Writer {
   public:
@@ -175,6 +185,9 @@ class Writer {
             copy.SetUnitType(band.GetUnitType());
         }
         copyMetadata(band, copy);
+        if (needsMask()) {
+            dropStatistics(copy);  // the mask hides pixels that they count
+        }
         if (band.GetColorTable() != nullptr) {
             copy.SetColorInterpretation(GCI_Undefined);
             notes_.push_back(
