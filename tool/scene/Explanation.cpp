@@ -101,14 +101,14 @@ std::string productDisagreement(const std::vector<ComponentScheme>& components) 
     return {};
 }
 
-/// Why a band of a recognised product has a generic name; empty when it has a specific one.
-std::string genericName(int scheme, const Component& component) {
+/// Why a recognised product does not name a band; empty when it does.
+std::string missingName(int scheme, const Component& component) {
     const kest::Scheme* row = kest::schemeOf(scheme);
     const std::string why =
         row == nullptr || row->whyGeneric == nullptr
             ? std::string()
             : row->whyGeneric({Pyxis::fileSpecifier(component.path), component.frame});
-    return why.empty() ? why : label(component) + " has a generic name: " + why;
+    return why.empty() ? why : label(component) + " is not named by its product: " + why;
 }
 
 }  // namespace
@@ -138,7 +138,7 @@ Explanation explainScheme(Session& session, const Pyxis::FileSpecifier& set) {
         explanation.obstacles.push_back(repetition(explanation.components));
     }
     for (const ComponentScheme& each : explanation.components) {
-        explanation.obstacles.push_back(genericName(explanation.scheme, each.component));
+        explanation.obstacles.push_back(missingName(explanation.scheme, each.component));
     }
     std::erase(explanation.obstacles, std::string());
     return explanation;

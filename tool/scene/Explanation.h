@@ -24,7 +24,7 @@ struct Explanation {
     std::string rule;  ///< the deciding rule, a sentence
     /// What kept the set from a better scheme, each a sentence: the first component that differs
     /// in kind from the first one, the first two that share a band number; and why a band of a
-    /// recognised product has a generic name.
+    /// recognised product has no name in it.
     std::vector<std::string> obstacles;
 };
 

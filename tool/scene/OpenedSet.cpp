@@ -267,8 +267,10 @@ void OpenedSet::labelUnknownBands() {
     for (Band& band : bands_) {
         paths.push_back(band.componentPath);
         const bool isNumbered = description_.scheme == kest::SchemeNumbered;
-        if (description_.scheme == kest::SchemeGeneric ||
-            band.number == kest::kUnrecognisedNumber ||
+        // Products in the catalogue name bands of unknown type, too.
+        const bool isCounted = band.type == kest::BandType::Unknown && !isNumbered &&
+                               description_.scheme != kest::SchemeCatalogue;
+        if (isCounted || band.number == kest::kUnrecognisedNumber ||
             (isNumbered && !endsInNumber(band.componentPath))) {
             unknown.push_back(&band);
         } else if (isNumbered) {

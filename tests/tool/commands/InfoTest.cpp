@@ -154,14 +154,15 @@ TEST_F(Info, ExplainsTheNamingScheme) {
          {red + " shows \"po_\" product names, " + landsat + " shows \"L7\" names"}},
         {{listed, overlong},
          "quickbird",
-         {overlong + " has a generic name: its band list is \"12345\", not 1234, 321, 432 or 1"}},
+         {overlong +
+          " is not named by its product: its band list is \"12345\", not 1234, 321, 432 or 1"}},
         {{listed, shortList + "#1"},
          "quickbird",
-         {shortList + "#1 has a generic name: its band list \"1\" is shorter than the "
+         {shortList + "#1 is not named by its product: its band list \"1\" is shorter than the "
                       "file's bands"}},
         {{lettered, odd},
          "nitf",
-         {odd + " has a generic name: its band letter is \"X\", not R, G, B, N or M"}},
+         {odd + " is not named by its product: its band letter is \"X\", not R, G, B, N or M"}},
     };
     for (const Case& each : cases) {
         const json set = infoOf(each.files, {"--json", "--explain"}).json();
@@ -173,6 +174,7 @@ TEST_F(Info, ExplainsTheNamingScheme) {
             EXPECT_THAT(text, HasSubstr("  " + obstacle + ".\n"));
         }
     }
+    EXPECT_EQ(infoOf({lettered, odd}, {"--json"}).json()["bands"][1]["name"], "c");
     const json report =
         runTool({"check", a, nir, directory_ / "none", "--json", "--explain"}).json();
     const json& components = report["explanation"]["components"];
