@@ -132,6 +132,25 @@ std::vector<std::string> rastersAt(const std::string& path, const Context& conte
     return files;
 }
 
+/// Tells files apart that are on disk, and the part of the path that is not.
+using FileIdentity = std::tuple<dev_t, ino_t, std::string>;
+
+/// Of a file that may have several paths: a document has absolute ones, and links have other names.
+/// Of a member of an archive, "/vsizip/{a.zip}/b.tif", the archive counts.
+FileIdentity identityOf(const std::string& path) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) == 0) {
+        return {status.st_dev, status.st_ino, ""};
+    }
+    const std::size_t start = path.find('{') + 1;
+    for (std::size_t end = path.find('}'); end != path.npos; end = path.find('}', end + 1)) {
+        if (stat(path.substr(start, end - start).c_str(), &status) == 0) {
+            return {status.st_dev, status.st_ino, path.substr(end)};
+        }
+    }
+    return {0, 0, path};
+}
+
 /// Turns arguments into a set.
 class ArgumentReader {
   public:
@@ -255,21 +274,17 @@ class ArgumentReader {
         return components;
     }
 
-    /// The same file and frame twice is rarely intended, as with a glob and a name. A document has
-    /// absolute paths, and links have other names.
+    /// The same file and frame twice is rarely intended, as with a glob and a name.
     void warnOfRepetition(const std::vector<Component>& components) const {
         struct Given {
             std::string path;
             std::size_t times = 0;
         };
         std::vector<Given> all;
-        std::map<std::tuple<std::string, dev_t, ino_t, int>, std::size_t> places;
+        std::map<std::pair<FileIdentity, int>, std::size_t> places;
         for (const Component& each : components) {
-            struct stat status {};
-            const bool isPlain = stat(each.path.c_str(), &status) == 0;
-            const auto [place, isNew] = places.emplace(
-                std::tuple(isPlain ? "" : each.path, status.st_dev, status.st_ino, each.frame),
-                all.size());
+            const auto [place, isNew] =
+                places.try_emplace({identityOf(each.path), each.frame}, all.size());
             if (isNew) {
                 all.push_back({each.path});
             }
