@@ -60,6 +60,16 @@ void addCommands(CLI::App& app, Context& context) {
     addProductsCommand(app, context);
 }
 
+/// Options that can be repeated take one value at a time; CLI11 shows "TEXT ..." for them.
+void showOneValue(CLI::App& command) {
+    for (CLI::Option* option : command.get_options(
+             [](const CLI::Option* each) { return each->get_items_expected_max() > 1; })) {
+        if (!option->get_positional()) {
+            option->option_text(option->get_type_name());
+        }
+    }
+}
+
 std::string oneLine(std::string text) {
     std::replace(text.begin(), text.end(), '\n', ' ');
     return text;
@@ -69,8 +79,10 @@ std::string oneLine(std::string text) {
 std::string usageError(const CLI::App& app, const CLI::ParseError& error) {
     const std::vector<std::string> rest = app.remaining();
     const bool noCommand = app.get_subcommands().empty() && !rest.empty();
-    return (noCommand ? noSuchCommand(app, rest.front()) : error.what()) +
-           std::string(" (see kestms --help)");
+    const std::string what = !noCommand                      ? error.what()
+                             : rest.front().starts_with('-') ? rest.front() + ": no such option"
+                                                             : noSuchCommand(app, rest.front());
+    return what + " (see kestms --help)";
 }
 
 int answer(const Context& context, ExitCode code, const std::string& text) {
@@ -116,8 +128,9 @@ std::unique_ptr<CLI::App> commandLine(Context& context) {
                     "Name sets by this catalogue of products as well, before the shipped one")
         ->type_name("FILE")
         ->allow_extra_args(false);
-    app->add_flag("--no-products{false}", context.products.shipped,
-                  "Do without the catalogue of products that comes with the program");
+    app->add_flag_callback(
+        "--no-products", [&context] { context.products.shipped = false; },
+        "Do without the catalogue of products that comes with the program");
     app->add_flag("--allow-remote", context.paths.remote,
                   "Read what documents and lists name on the network; what arguments name is read");
     app->add_flag("--allow-vrt", context.paths.virtualRasters,
@@ -125,8 +138,10 @@ std::unique_ptr<CLI::App> commandLine(Context& context) {
     app->footer(kFooter);
     addCommands(*app, context);
     addHelpCommand(*app, context);
+    showOneValue(*app);
     for (CLI::App* command : app->get_subcommands({})) {
         command->fallthrough();
+        showOneValue(*command);
     }
     return app;
 }

@@ -125,8 +125,7 @@ void addCheckCommand(CLI::App& app, Context& context) {
     CLI::App* command =
         app.add_subcommand("check", "Tell whether files make a set, and why not, one by one");
     auto options = std::make_shared<CheckOptions>();
-    command->add_option("SET|FILE", options->inputs, "A document of `kestms list`, or files")
-        ->required();
+    command->add_option("SET|FILE", options->inputs, "The set")->required();
     command->add_flag("--json", options->json, "Write JSON");
     command->add_flag("--explain", options->explain, "Tell which rule makes the naming scheme");
     addInputOptions(*command, context);

@@ -177,8 +177,7 @@ ExitCode info(Context& context, const InfoOptions& options) {
 void addInfoCommand(CLI::App& app, Context& context) {
     CLI::App* command = app.add_subcommand("info", "Describe a set and its bands");
     auto options = std::make_shared<InfoOptions>();
-    command->add_option("SET|FILE", options->inputs, "A document of `kestms list`, or files")
-        ->required();
+    command->add_option("SET|FILE", options->inputs, "The set")->required();
     command->add_flag("--json", options->json, "Write JSON");
     command->add_flag("--properties", options->properties,
                       "Write every property of every frame as well");

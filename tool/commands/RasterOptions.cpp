@@ -136,8 +136,9 @@ void addRasterOptions(CLI::App& command, ExportRequest& request, const std::stri
         "--nodata",
         [&request](const std::string& text) { request.noData = numberIn("--nodata", text); },
         "One no-data value for all bands, in place of their own");
-    command.add_flag("--no-style{false}", request.withStyle,
-                     "Write no OUT.qml, the layer style for natural colours in QGIS");
+    command.add_flag_callback(
+        "--no-style", [&request] { request.withStyle = false; },
+        "Write no OUT.qml, the layer style for natural colours in QGIS");
     addPartOptions(command, request);
     // One grid was not always the default.
     command.add_flag("--one-grid")->group("");

@@ -161,6 +161,7 @@ TEST(CommandLine, AnswersWrongUsageWithCodeTwo) {
         {{}, "A subcommand is required"},
         {{"frobnicate", "x"}, "frobnicate: no such command (see"},
         {{"ifno", "x"}, "ifno: no such command; did you mean info?"},
+        {{"--quite"}, "--quite: no such option (see"},
         {{"help", "exprot"}, "exprot: no such command; did you mean export?"},
         {{"info"}, "is required"},
         {{"info", "--bogus", "x"}, "--bogus"},
