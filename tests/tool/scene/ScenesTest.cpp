@@ -276,8 +276,7 @@ TEST_F(Scenes, AnArchiveIsAPlaceToLook) {
         EXPECT_EQ(outcome.json()["bands"].size(), bands.size());
         EXPECT_EQ(runTool({"scenes", path, "--json"}).json()["scenes"][0]["decodable"], true);
     }
-    EXPECT_THAT(runTool({"info", tar, directory_ / "./LC08.tar"}).err,
-                HasSubstr("given 2 times"));
+    EXPECT_THAT(runTool({"info", tar, directory_ / "./LC08.tar"}).err, HasSubstr("given 2 times"));
     const std::string document = directory_ / "set.xml";
     EXPECT_EQ(runTool({"list", tar, "-o", document}).code, 0);
     EXPECT_EQ(runTool({"info", document, "--json"}).json()["bands"].size(), bands.size());
