@@ -57,7 +57,7 @@ class Channel {
                 values_[i] = valid[i] != 0 ? values_[i] : kNothing;
             }
         }
-        stretch();
+        stretch(static_cast<std::size_t>(size.width));
     }
 
     /// False, with nothing written, where the band has no data.
@@ -79,11 +79,28 @@ class Channel {
         std::replace(values_.begin(), values_.end(), static_cast<float>(noData), kNothing);
     }
 
-    void stretch() {
+    /// Whether its neighbours have data, too. Compression and overviews mix values at the edges of
+    /// what has none, which are dark then.
+    bool isInside(std::size_t pixel, std::size_t width) const {
+        const std::size_t column = pixel % width;
+        return isValid(pixel) && (column == 0 || isValid(pixel - 1)) &&
+               (column + 1 == width || isValid(pixel + 1)) &&
+               (pixel < width || isValid(pixel - width)) &&
+               (pixel + width >= values_.size() || isValid(pixel + width));
+    }
+
+    void stretch(std::size_t width) {
         std::vector<float> sorted;
         sorted.reserve(values_.size());
-        std::copy_if(values_.begin(), values_.end(), std::back_inserter(sorted),
-                     [](float value) { return std::isfinite(value); });
+        for (std::size_t i = 0; i < values_.size(); ++i) {
+            if (isInside(i, width)) {
+                sorted.push_back(values_[i]);
+            }
+        }
+        if (sorted.empty()) {
+            std::copy_if(values_.begin(), values_.end(), std::back_inserter(sorted),
+                         [](float value) { return std::isfinite(value); });
+        }
         if (!sorted.empty()) {
             const auto place = [&sorted](double part) {
                 return sorted.begin() + std::lround(part * static_cast<double>(sorted.size() - 1));

@@ -69,16 +69,31 @@ TEST_F(Pictures, AWindowCountsPixelsOfTheFinestGrid) {
 TEST_F(Pictures, AreStretched) {
     const fakes::Raster raster{.width = 251, .height = 1};
     const Strings files = {write("a_01.tif", raster), write("a_02.tif", raster)};
-    const std::string picture = directory_ / "q.png";
-    ASSERT_EQ(
-        runKestms(joined({"quicklook", "-o", picture, "--size", "251", "--bands", "B01"}, files))
-            .code,
-        0);
-    const std::vector<double> values = gdalPixels(files[0], 1);
-    const std::vector<double> shown = gdalPixels(picture, 1);
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        EXPECT_EQ(shown[i], std::round(255 * std::clamp((values[i] - 5) / 240, 0.0, 1.0)));
+    const auto expectLimits = [&](double dark, double bright, std::size_t first) {
+        const std::string picture = directory_ / "q.png";
+        const Strings command = {"quicklook", "-o",      picture, "--size",
+                                 "251",       "--bands", "B01",   "--overwrite"};
+        ASSERT_EQ(runKestms(joined(command, files)).code, 0);
+        const std::vector<double> values = gdalPixels(files[0], 1);
+        const std::vector<double> shown = gdalPixels(picture, 1);
+        for (std::size_t i = first; i < values.size(); ++i) {
+            const double part = (values[i] - dark) / (bright - dark);
+            EXPECT_EQ(shown[i], std::round(255 * std::clamp(part, 0.0, 1.0)));
+        }
+    };
+    expectLimits(5, 245, 0);
+    // Not by what lies beside pixels without data, here every fourth of the first sixty.
+    {
+        const GDALDatasetUniquePtr file(GDALDataset::Open(files[0].c_str(), GDAL_OF_UPDATE));
+        GDALRasterBand& band = *file->GetRasterBand(1);
+        for (int i = 0; i < 251; ++i) {
+            auto value = static_cast<std::uint8_t>(i < 60 ? i % 4 == 1 : i);
+            ASSERT_EQ(band.RasterIO(GF_Write, i, 0, 1, 1, &value, 1, 1, GDT_Byte, 0, 0, nullptr),
+                      CE_None);
+        }
+        band.SetNoDataValue(0);
     }
+    expectLimits(65, 246, 60);
 }
 
 }  // namespace
