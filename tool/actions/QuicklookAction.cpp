@@ -9,6 +9,7 @@
 #include "tool/raster/DisplayChannels.h"
 #include "tool/raster/OutputGrid.h"
 #include "tool/raster/RasterExport.h"
+#include "tool/terminal/TerminalText.h"
 
 namespace kestms {
 namespace {
@@ -82,6 +83,7 @@ ExitCode drawPicture(Context& context, const QuicklookOptions& options) {
     if (const std::string note = cutNote(rasters.front()); !note.empty()) {
         context.warn(request.output, note);
     }
+    context.out << printable(request.output) << "\n";
     return ExitCode::Success;
 }
 

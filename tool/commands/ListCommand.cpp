@@ -16,6 +16,7 @@
 #include "tool/scene/Diagnosis.h"
 #include "tool/scene/Inputs.h"
 #include "tool/scene/Misfits.h"
+#include "tool/terminal/TerminalText.h"
 
 namespace kestms {
 namespace {
@@ -89,6 +90,7 @@ ExitCode list(Context& context, const ListOptions& options) {
     }
     requireExtension(options.output, OutputFormat::SetDocument);
     writeOutput(options.output, {context.inputs, options.overwrite}, document);
+    context.out << printable(options.output) << "\n";
     return ExitCode::Success;
 }
 

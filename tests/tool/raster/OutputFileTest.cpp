@@ -213,11 +213,14 @@ TEST(QuietProcess, ShowsNothingThatGdalPrints) {
         ASSERT_NE(tag, std::string::npos);
         fakes::writeFile(files.back(), bytes.replace(tag, 2, "\x5C\x01"));
     }
-    for (const auto& [command, output] :
-         {std::pair("vrt", "out.vrt"), {"export", "out.tif"}, {"quicklook", "out.png"}}) {
+    for (const auto& [command, output] : {std::pair("vrt", "out.vrt"),
+                                          {"export", "out.tif"},
+                                          {"quicklook", "out.png"},
+                                          {"list", "out.xml"}}) {
         const Outcome outcome = runKestms(joined({command, "-o", directory / output}, files));
         EXPECT_EQ(outcome.code, 0) << outcome.err;
         EXPECT_THAT(outcome.err, Not(HasSubstr("Warning"))) << command;
+        EXPECT_EQ(outcome.out, directory / output + "\n");
     }
 }
 
