@@ -117,7 +117,7 @@ std::vector<std::string> filesMatching(const std::string& pattern) {
 std::vector<std::string> rastersAt(const std::string& path, const Context& context) {
     if (isPlaceToLook(path)) {
         FolderContents contents = rasterFilesBelow(path);
-        noteArchives(context, path, contents.archives);
+        noteUnopened(context, path, contents);
         return std::move(contents.rasters);
     }
     std::vector<std::string> files =

@@ -67,9 +67,8 @@ void dropPixelFiles(std::vector<std::string>& paths) {
     std::erase_if(paths, [&pixels](const std::string& path) { return pixels.contains(path); });
 }
 
-std::string unopened(std::size_t archives) {
-    return std::to_string(archives) + (archives == 1 ? " archive" : " archives") +
-           " (name one to look into it)";
+std::string counted(std::size_t count, const char* word) {
+    return std::to_string(count) + " " + word + (count == 1 ? "" : "s");
 }
 
 /// The rasters among the files of a place.
@@ -90,24 +89,36 @@ class RasterFiles {
         }
     }
 
+    /// A link to a folder.
+    void addLink() { ++links_; }
+
     /// In natural order. Throws a Failure when there are none.
     FolderContents take(const std::string& place, const char* whyNone) {
         if (rasters_.empty()) {
             std::copy_if(secondary_.begin(), secondary_.end(), std::back_inserter(rasters_),
                          isDecodable);
         }
+        const std::string others = unopened();
         if (rasters_.empty()) {
-            throw Failure(
-                ExitCode::CannotRead, place,
-                archives_ == 0 ? whyNone : std::string(whyNone) + ", but " + unopened(archives_));
+            throw Failure(ExitCode::CannotRead, place,
+                          whyNone + (others.empty() ? "" : ", but " + others));
         }
         dropPixelFiles(rasters_);
         std::sort(rasters_.begin(), rasters_.end(), comesBefore);
-        return {std::move(rasters_), archives_};
+        return {std::move(rasters_), others};
     }
 
   private:
+    std::string unopened() const {
+        std::string text = archives_ > 0 ? counted(archives_, "archive") : "";
+        if (links_ > 0) {
+            text += (text.empty() ? "" : " and ") + counted(links_, "linked folder");
+        }
+        return text.empty() ? text : text + " (name one to look into it)";
+    }
+
     std::size_t archives_ = 0;
+    std::size_t links_ = 0;
     std::vector<std::string> rasters_;
     std::vector<std::string> secondary_;  ///< count only where there is nothing else
 };
@@ -195,6 +206,9 @@ FolderContents rasterFilesBelow(const std::string& directory) {
         }
         if (entries->is_regular_file(gone)) {
             rasters.add(entries->path().string());
+        } else if (!isHidden(entries->path()) && entries->is_symlink(gone) &&
+                   entries->is_directory(gone)) {
+            rasters.addLink();
         }
     }
     if (error) {
@@ -203,9 +217,10 @@ FolderContents rasterFilesBelow(const std::string& directory) {
     return rasters.take(directory, "the directory holds no raster files");
 }
 
-void noteArchives(const Context& context, const std::string& folder, std::size_t archives) {
-    if (archives > 0) {
-        context.warn(folder, "not looked into: " + unopened(archives));
+void noteUnopened(const Context& context, const std::string& folder,
+                  const FolderContents& contents) {
+    if (!contents.unopened.empty()) {
+        context.warn(folder, "not looked into: " + contents.unopened);
     }
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,7 +20,8 @@ bool isPlaceToLook(const std::string& path);
 
 struct FolderContents {
     std::vector<std::string> rasters;
-    std::size_t archives = 0;  ///< archives in it, which nobody has looked into
+    /// What nobody has looked into, for a message: archives and links to folders.
+    std::string unopened;
 };
 
 /// The paths of the raster files in a place to look and the folders below it, in natural order:
@@ -30,7 +30,8 @@ struct FolderContents {
 /// ExitCode::CannotRead when the place cannot be read or has none.
 FolderContents rasterFilesBelow(const std::string& directory);
 
-/// Reports in one line that archives in a folder were not looked into; nothing without any.
-void noteArchives(const Context& context, const std::string& folder, std::size_t archives);
+/// Reports in one line what in a folder was not looked into; nothing without any.
+void noteUnopened(const Context& context, const std::string& folder,
+                  const FolderContents& contents);
 
 }  // namespace kestms

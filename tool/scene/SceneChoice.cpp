@@ -124,7 +124,7 @@ const Scene& SceneChoice::chosen(const std::vector<Scene>& scenes) {
 
 void SceneChoice::takeFolder(const std::string& folder) {
     const FolderContents contents = rasterFilesBelow(folder);
-    noteArchives(context_, folder, contents.archives);
+    noteUnopened(context_, folder, contents);
     takeScene(folder, scenesAmong(context_.session(), contents.rasters),
               [&folder](const Scene& scene) { return liesDirectlyIn(scene, folder); });
 }

@@ -152,8 +152,9 @@ TEST_F(Scenes, WhatElseIsInAFolderIsMentioned) {
                                               "(--with-quality takes what fits)\n");
     EXPECT_THAT(runTool({"scenes", all}).err, HasSubstr(archives));
     std::filesystem::remove(directory_ / "all/other/dem.tif");
+    std::filesystem::create_directory_symlink(directory_ / "all", all + "/other/link");
     EXPECT_THAT(runTool({"info", all + "/other"}).err,
-                HasSubstr("holds no raster files, but 1 archive ("));
+                HasSubstr("holds no raster files, but 1 archive and 1 linked folder ("));
 }
 
 /// Two editions of a Sentinel-2 product, two folders with one Landsat scene, and a folder with two
