@@ -21,10 +21,12 @@ void addQuicklookCommand(CLI::App& app, Context& context) {
                    "The picture to write (.png, .jpg or .webp; PNG otherwise)");
     command->add_option("--size", options->size, "Longest side in pixels (default: 1024)")
         ->check(CLI::Range(1, kLargestPicture));
-    command
-        ->add_option("--rgb", options->rgb, "Bands to show in red, green and blue, as for --bands")
-        ->allow_extra_args(false);
+    auto* rgb = command
+                    ->add_option("--rgb", options->rgb,
+                                 "Bands to show in red, green and blue, in place of --bands")
+                    ->allow_extra_args(false);
     addBandsOption(*command, options->request, "; three are red, green and blue,\none is grey");
+    command->get_option("--bands")->excludes(rgb);
     addPartOptions(*command, options->request);
     addInputOptions(*command, context);
     addSkipMisfitsOption(*command, context);

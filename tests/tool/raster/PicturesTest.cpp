@@ -34,7 +34,10 @@ TEST_F(Pictures, AreOfTheBandsAndFormatAskedFor) {
     EXPECT_EQ(picture("w.png", {"--window", "3,4,8,16"})["size"], (json{16, 32}));
     EXPECT_EQ(picture("p.jpg", {})["driverShortName"], "JPEG");
     EXPECT_EQ(picture("p.webp", {})["driverShortName"], "WEBP");
-    EXPECT_EQ(runTool({"quicklook", set, "-o", directory_ / "x.png", "--rgb", "red,nir"}).code, 2);
+    for (const Strings& wrong : {Strings{"red,nir"}, {"red,nir,green", "--bands", "red"}}) {
+        const Strings command = {"quicklook", set, "-o", directory_ / "x.png", "--rgb"};
+        EXPECT_EQ(runTool(joined(command, wrong)).code, 2);
+    }
     // Of a set that knows no channels, those of its components: here bands 3, 2 and 1.
     const std::string coloured = directory_ / "coloured.vrt";
     EXPECT_EQ(runTool({"vrt", set, "-o", coloured}).code, 0);
