@@ -64,8 +64,7 @@ void readBand(GDALRasterBand& band, ComponentDescription& facts) {
         facts.colourTable.reset(table->Clone());
     }
     facts.domains = domainsOf(band, isCarried);
-    const int flags = band.GetMaskFlags();
-    facts.hasMask = (flags & GMF_PER_DATASET) != 0 && (flags & GMF_ALPHA) == 0;
+    facts.hasMask = (band.GetMaskFlags() & GMF_PER_DATASET) != 0;
 }
 
 void addItems(const MetadataDomains& from, bool (*isWanted)(const std::string&),

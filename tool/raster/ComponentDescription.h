@@ -24,7 +24,7 @@ struct ComponentDescription {
     MetadataDomains fileDomains;                  ///< of the whole file
     GDALDataType type = GDT_Unknown;
     Pyxis::Size block;
-    bool hasMask = false;  ///< in the file itself
+    bool hasMask = false;  ///< in the file itself, or an alpha band
     std::string maskFile;  ///< beside it; GDAL could open it as any format, so nobody reads it
 };
 

@@ -127,6 +127,12 @@ TEST_F(RasterExport, MasksAndWhatIsNotCoveredAreKept) {
         hide(all, mask);
     }
     EXPECT_EQ(maskOf(directory_ / "out.tif", all.size()), all);
+    const std::string alpha = write("b.tif", {.bands = 2});
+    change(alpha,
+           [](GDALDataset& file) { file.GetRasterBand(2)->SetColorInterpretation(GCI_AlphaBand); });
+    infoOf({"vrt", "--bands", "#0"}, {alpha});
+    const std::vector<double> opaque = gdalPixels(alpha, 2);
+    EXPECT_EQ(maskOf(directory_ / "out.vrt", opaque.size(), "mask,1"), opaque);
 }
 
 }  // namespace
