@@ -142,6 +142,9 @@ Picture drawQuicklook(const OutputRaster& raster, int longest) {
     for (std::future<Channel>& read : reads) {
         channels.push_back(read.get());
     }
+    // Some files have their lines from south to north; pictures have north at the top.
+    const bool isWestward = raster.geoTransform[1] < 0;
+    const bool isSouthUp = raster.geoTransform[5] > 0;
     Picture picture(size.width, size.height);
     for (int row = 0; row < size.height; ++row) {
         throwIfInterrupted();
@@ -157,7 +160,8 @@ Picture drawQuicklook(const OutputRaster& raster, int longest) {
             }
             if (hasData) {
                 pixel.back() = kBrightest;
-                picture.at(column, row) = pixel;
+                picture.at(isWestward ? size.width - 1 - column : column,
+                           isSouthUp ? size.height - 1 - row : row) = pixel;
             }
         }
     }

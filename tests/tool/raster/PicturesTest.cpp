@@ -68,6 +68,21 @@ TEST_F(Pictures, AWindowCountsPixelsOfTheFinestGrid) {
                        text(start * coarse / fine, 8 * coarse / fine)}));
 }
 
+TEST_F(Pictures, HaveNorthAtTheTop) {
+    const auto pixelsOf = [&](const fakes::Raster& raster) {
+        const Strings files = {write("a_01.tif", raster), write("a_02.tif", raster)};
+        const std::string picture = directory_ / "p.png";
+        const Strings command = {"quicklook", "-o", picture, "--size", "4", "--overwrite"};
+        EXPECT_EQ(runKestms(joined(command, files)).code, 0);
+        return gdalPixels(picture, 1);
+    };
+    const fakes::Raster raster{.width = 3, .height = 4};
+    fakes::Raster turned = raster;
+    turned.transform = {500000, -30, 0, 4600000, 0, 30};
+    const std::vector<double> pixels = pixelsOf(turned);
+    EXPECT_EQ(pixelsOf(raster), std::vector<double>(pixels.rbegin(), pixels.rend()));
+}
+
 /// Each of 251 values once: those at 2 and 98 % are 5 and 245.
 TEST_F(Pictures, AreStretched) {
     const fakes::Raster raster{.width = 251, .height = 1};
