@@ -44,9 +44,11 @@ class SourceWriter {
                      const std::string& name, bool isRelative) const {
         const bool remapped =
             !ofMask && options_.noData && band.band.noData && band.band.noData != options_.noData;
-        const bool resampled = !band.isOnGrid() && options_.resampling != "nearest" && !ofMask;
         // GDAL turns simple sources that average into ones that go by whole pixels.
-        const bool averaged = resampled && options_.resampling == "average";
+        const bool averaged = !band.isOnGrid() && options_.resampling == "average";
+        // An average is of the pixels with data, so there is one wherever a part has data.
+        const bool resampled =
+            averaged || (!band.isOnGrid() && options_.resampling != "nearest" && !ofMask);
         const std::string element = remapped || averaged ? "ComplexSource" : "SimpleSource";
         const Pyxis::Size size{band.band.width, band.band.height};
         return "<" + element +

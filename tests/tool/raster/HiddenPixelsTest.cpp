@@ -127,6 +127,9 @@ TEST_F(RasterExport, MasksAndWhatIsNotCoveredAreKept) {
         hide(all, mask);
     }
     EXPECT_EQ(maskOf(directory_ / "out.tif", all.size()), all);
+    // Only one of four pixels is hidden, that under the centre.
+    infoOf({"vrt", "--resolution", "60", "--resampling", "average"}, {files[0], files[2]});
+    EXPECT_GT(maskOf(directory_ / "out.vrt", 20 * 4, "mask,2")[2 * 20 + 2], 0);
     const std::string alpha = write("b.tif", {.bands = 2});
     change(alpha,
            [](GDALDataset& file) { file.GetRasterBand(2)->SetColorInterpretation(GCI_AlphaBand); });
