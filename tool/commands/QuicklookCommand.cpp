@@ -31,10 +31,10 @@ void addQuicklookCommand(CLI::App& app, Context& context) {
     addInputOptions(*command, context);
     addSkipMisfitsOption(*command, context);
     command->footer(
-        "Bands of different pixel sizes are brought to one grid and stretched from 2 to 98 %.\n"
-        "Without bands for red, green and blue the picture is grey. Pixels without data are\n"
-        "transparent (white in JPEG); small scenes are enlarged by a whole number. The name\n"
-        "written is printed.\n"
+        "Bands of different pixel sizes are brought to one grid and stretched from 2 to 98 %,\n"
+        "without borders of no-data or, in colours, zero. Without bands for red, green and blue\n"
+        "the picture is grey. Pixels without data are transparent (white in JPEG); small scenes\n"
+        "are enlarged by a whole number. The name written is printed.\n"
         "\n"
         "Examples:\n"
         "  kestms quicklook scene/*.TIF -o scene.png\n"

@@ -36,8 +36,9 @@ Pyxis::Size pictureSize(const Pyxis::Size& raster, int longest) {
 /// One channel of the picture: a band, stretched.
 class Channel {
   public:
-    Channel(GDALRasterBand& band, const OutputBand& source, const Pyxis::Size& size)
-        : values_(static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height)) {
+    Channel(GDALRasterBand& band, const OutputBand& source, const Pyxis::Size& size, bool isColour)
+        : zeroIsFill_(isColour && band.GetMaskFlags() == GMF_ALL_VALID),
+          values_(static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height)) {
         const GdalSession session;
         const auto read = [&](GDALRasterBand& from, void* to, GDALDataType type) {
             throwIfInterrupted();
@@ -79,39 +80,54 @@ class Channel {
         std::replace(values_.begin(), values_.end(), static_cast<float>(noData), kNothing);
     }
 
+    bool hasData(std::size_t pixel) const {
+        return isValid(pixel) && !(zeroIsFill_ && values_[pixel] == 0);
+    }
+
     /// Whether its neighbours have data, too. Compression and overviews mix values at the edges of
     /// what has none, which are dark then.
     bool isInside(std::size_t pixel, std::size_t width) const {
         const std::size_t column = pixel % width;
-        return isValid(pixel) && (column == 0 || isValid(pixel - 1)) &&
-               (column + 1 == width || isValid(pixel + 1)) &&
-               (pixel < width || isValid(pixel - width)) &&
-               (pixel + width >= values_.size() || isValid(pixel + width));
+        return hasData(pixel) && (column == 0 || hasData(pixel - 1)) &&
+               (column + 1 == width || hasData(pixel + 1)) &&
+               (pixel < width || hasData(pixel - width)) &&
+               (pixel + width >= values_.size() || hasData(pixel + width));
     }
 
+    /// By the values inside the data; by all where those are one.
     void stretch(std::size_t width) {
-        std::vector<float> sorted;
-        sorted.reserve(values_.size());
+        std::vector<float> inside;
+        inside.reserve(values_.size());
         for (std::size_t i = 0; i < values_.size(); ++i) {
             if (isInside(i, width)) {
-                sorted.push_back(values_[i]);
+                inside.push_back(values_[i]);
             }
         }
-        if (sorted.empty()) {
-            std::copy_if(values_.begin(), values_.end(), std::back_inserter(sorted),
+        setLimits(std::move(inside));
+        if (bright_ <= dark_) {
+            std::vector<float> all;
+            std::copy_if(values_.begin(), values_.end(), std::back_inserter(all),
                          [](float value) { return std::isfinite(value); });
-        }
-        if (!sorted.empty()) {
-            const auto place = [&sorted](double part) {
-                return sorted.begin() + std::lround(part * static_cast<double>(sorted.size() - 1));
-            };
-            std::nth_element(sorted.begin(), place(kDarkPart), sorted.end());
-            dark_ = *place(kDarkPart);
-            std::nth_element(place(kDarkPart), place(kBrightPart), sorted.end());
-            bright_ = *place(kBrightPart);
+            setLimits(std::move(all));
         }
     }
 
+    void setLimits(std::vector<float> values) {
+        if (values.empty()) {
+            return;
+        }
+        const auto place = [&values](double part) {
+            return values.begin() + std::lround(part * static_cast<double>(values.size() - 1));
+        };
+        std::nth_element(values.begin(), place(kDarkPart), values.end());
+        dark_ = *place(kDarkPart);
+        std::nth_element(place(kDarkPart), place(kBrightPart), values.end());
+        bright_ = *place(kBrightPart);
+    }
+
+    /// Many producers fill the border of a scene with zero and do not say so; it would tint
+    /// colours.
+    bool zeroIsFill_;
     std::vector<float> values_;
     double dark_ = 0;
     double bright_ = 0;
@@ -122,7 +138,7 @@ Channel channelOf(const OutputRaster& raster, const OutputBand& band, const Pyxi
     OutputRaster alone = raster;
     alone.bands = {band};
     const VirtualRaster pixels(alone, {});
-    return Channel(*pixels.dataset().GetRasterBand(1), band, size);
+    return Channel(*pixels.dataset().GetRasterBand(1), band, size, raster.bands.size() > 1);
 }
 
 }  // namespace

@@ -87,10 +87,11 @@ TEST_F(Pictures, HaveNorthAtTheTop) {
 TEST_F(Pictures, AreStretched) {
     const fakes::Raster raster{.width = 251, .height = 1};
     const Strings files = {write("a_01.tif", raster), write("a_02.tif", raster)};
-    const auto expectLimits = [&](double dark, double bright, std::size_t first) {
+    const auto expectLimits = [&](const Strings& bands, double dark, double bright,
+                                  std::size_t first) {
         const std::string picture = directory_ / "q.png";
-        const Strings command = {"quicklook", "-o",      picture, "--size",
-                                 "251",       "--bands", "B01",   "--overwrite"};
+        const Strings command =
+            joined({"quicklook", "-o", picture, "--size", "251", "--overwrite"}, bands);
         ASSERT_EQ(runKestms(joined(command, files)).code, 0);
         const std::vector<double> values = gdalPixels(files[0], 1);
         const std::vector<double> shown = gdalPixels(picture, 1);
@@ -99,7 +100,9 @@ TEST_F(Pictures, AreStretched) {
             EXPECT_EQ(shown[i], std::round(255 * std::clamp(part, 0.0, 1.0)));
         }
     };
-    expectLimits(5, 245, 0);
+    expectLimits({"--bands", "B01"}, 5, 245, 0);
+    // In colours zero is a border, and so is what lies beside it.
+    expectLimits({"--rgb", "B01,B02,B01"}, 6, 245, 0);
     // Not by what lies beside pixels without data, here every fourth of the first sixty.
     {
         const GDALDatasetUniquePtr file(GDALDataset::Open(files[0].c_str(), GDAL_OF_UPDATE));
@@ -111,7 +114,7 @@ TEST_F(Pictures, AreStretched) {
         }
         band.SetNoDataValue(0);
     }
-    expectLimits(65, 246, 60);
+    expectLimits({"--bands", "B01"}, 65, 246, 60);
 }
 
 }  // namespace
