@@ -172,7 +172,8 @@ Expected<FileHead> readVirtualHead(const std::string& path, std::size_t most) {
                                                     : "cannot be reached");
     }
     if (VSI_ISDIR(status.st_mode)) {
-        return unreadable("is a directory");
+        return unreadable(isArchived ? "is a directory"
+                                     : "a folder or archive on the network; name the files in it");
     }
     const std::uint64_t archiveSize = state.size;
     state.size = static_cast<std::uint64_t>(status.st_size);
