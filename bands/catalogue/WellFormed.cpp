@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
+#include <vector>
 
 #include "sets/xml/XmlText.h"
 
@@ -55,6 +56,8 @@ bool isKnownReference(std::string_view name) {
     return error == std::errc() && stop == end && isCharacter(value);
 }
 
+constexpr xml::CharacterSet kTagNameEnds(" \t\r\n/>");
+
 bool isBlank(std::string_view text) {
     return xml::skipSpace(text, 0) == text.size();
 }
@@ -68,6 +71,10 @@ class Scanner {
         const char* fault = characters();
         for (at_ = fault != nullptr ? at_ : 0; fault == nullptr && at_ < text_.size();) {
             fault = text_[at_] == '<' ? markup() : content();
+        }
+        if (fault == nullptr && !open_.empty()) {
+            at_ = static_cast<std::size_t>(open_.back().data() - text_.data());
+            fault = "an element without its end tag";
         }
         if (fault == nullptr) {
             return {};
@@ -94,7 +101,7 @@ class Scanner {
     /// Text up to the next markup.
     const char* content() {
         const std::string_view run = text_.substr(at_, text_.find('<', at_) - at_);
-        if (depth_ == 0 && !isBlank(run)) {
+        if (open_.empty() && !isBlank(run)) {
             return kOutside;
         }
         if (const std::size_t end = run.find("]]>"); end != run.npos) {
@@ -124,7 +131,7 @@ class Scanner {
             return skipPast("-->", 4);
         }
         if (rest.starts_with("<![CDATA[")) {
-            return depth_ == 0 ? kOutside : skipPast("]]>", 9);
+            return open_.empty() ? kOutside : skipPast("]]>", 9);
         }
         if (rest.starts_with("<?")) {
             return skipPast("?>", 2);
@@ -133,7 +140,12 @@ class Scanner {
             return "a document type, which a catalogue does without";
         }
         if (rest.starts_with("</")) {
-            depth_ -= depth_ > 0 ? 1 : 0;
+            const std::size_t start = at_ + 2;
+            const std::size_t end = kTagNameEnds.find(text_, start);
+            if (open_.empty() || open_.back() != text_.substr(start, end - start)) {
+                return "an end tag that does not match the last start tag";
+            }
+            open_.pop_back();
             return skipPast(">", 2);
         }
         return startTag();
@@ -147,15 +159,18 @@ class Scanner {
     }
 
     const char* startTag() {
-        constexpr xml::CharacterSet kNameEnds(" \t\r\n/>");
-        at_ = kNameEnds.find(text_, at_ + 1);
+        const std::size_t start = at_ + 1;
+        at_ = kTagNameEnds.find(text_, start);
+        const std::string_view name = text_.substr(start, at_ - start);
         while (at_ < text_.size()) {
             const std::size_t next = xml::skipSpace(text_, at_);
             const bool isApart = next > at_;
             at_ = next;
             const std::string_view rest = text_.substr(at_);
             if (rest.starts_with('>') || rest.starts_with("/>")) {
-                depth_ += rest.starts_with('>') ? 1 : 0;
+                if (rest.starts_with('>')) {
+                    open_.push_back(name);
+                }
                 at_ += rest.starts_with('>') ? 1 : 2;
                 return nullptr;
             }
@@ -192,7 +207,7 @@ class Scanner {
 
     std::string_view text_;
     std::size_t at_ = 0;
-    std::size_t depth_ = 0;  ///< of open elements
+    std::vector<std::string_view> open_;  ///< the names of elements
 };
 
 }  // namespace

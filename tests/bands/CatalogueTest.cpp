@@ -155,7 +155,9 @@ TEST_F(CatalogueTest, TellsWhyADocumentCannotBeUsed) {
     const std::string name = "<name>p</name>";
     const std::pair<std::string, std::string> cases[] = {
         {"", "is not a whole XML document"},
-        {kDocument.substr(0, kDocument.size() - 30), "is not a whole XML document"},
+        {kDocument.substr(0, kDocument.size() - 30), "an end tag that does not match"},
+        {catalogueOf("\n<terms>\n</term>"), "line 3: an end tag that does not match"},
+        {"<catalogue>\n<!--", "line 1: an element without its end tag"},
         {"<!DOCTYPE catalogue []>" + kDocument, "line 1: a document type"},
         {utf16("<!DOCTYPE catalogue []>" + catalogueOf("")), "line 1: a document type"},
         {kDocument + "more", "line 27: text outside the root element"},
