@@ -139,7 +139,7 @@ std::unique_ptr<PixelSource> samplesOf(const kestms::OpenedSet& set, const kestm
 
 std::unique_ptr<PixelSource> maskOf(const kestms::Band& band, ComponentFiles& files) {
     GDALRasterBand* component = files.band(band);
-    return component != nullptr && component->GetMaskFlags() == GMF_PER_DATASET
+    return component != nullptr && (component->GetMaskFlags() & GMF_PER_DATASET) != 0
                ? std::make_unique<ComponentMask>(*component)
                : nullptr;
 }

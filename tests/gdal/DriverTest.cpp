@@ -288,6 +288,15 @@ TEST_F(DriverTest, ShowsTheMaskOfAComponent) {
     const auto mask = samplesOf(*set->GetRasterBand(2)->GetMaskBand());
     EXPECT_EQ(mask[5], 0);
     EXPECT_EQ(std::count(mask.begin(), mask.end(), 255), 12 * 8 - 1);
+    // An alpha band masks the other band of its file.
+    const fakes::TempDirectory other;
+    const std::string alpha = fakes::writeRaster(other / "a.tif", {.bands = 2});
+    changeRaster(alpha, [](GDALDataset& file, GDALRasterBand& /*band*/) {
+        file.GetRasterBand(2)->SetColorInterpretation(GCI_AlphaBand);
+    });
+    const auto masked = openRaster("KESTMS:" + other.path());
+    EXPECT_EQ(samplesOf(*masked->GetRasterBand(1)->GetMaskBand()),
+              samplesOf(*masked->GetRasterBand(2)));
 }
 
 TEST_F(DriverTest, OpensNothingBesideAComponent) {
