@@ -291,6 +291,7 @@ TEST_F(DriverTest, ShowsTheMaskOfAComponent) {
     // An alpha band masks the other band of its file.
     const fakes::TempDirectory other;
     const std::string alpha = fakes::writeRaster(other / "a.tif", {.bands = 2});
+    fakes::writeRaster(other / "b.tif", {});  // GDAL itself sees to files of two bands
     changeRaster(alpha, [](GDALDataset& file, GDALRasterBand& /*band*/) {
         file.GetRasterBand(2)->SetColorInterpretation(GCI_AlphaBand);
     });
