@@ -39,6 +39,19 @@ class Archives : public OnFiles {
         }
         return text;
     }
+    /// With an extra field for the path of its only entry; `sum` is that of the entry's own name.
+    static std::string withPath(std::string zip, const std::string& sum, const std::string& path) {
+        const auto add = [&zip](std::size_t at, std::size_t more) {
+            zip[at] = static_cast<char>(zip[at] + static_cast<char>(more));
+        };
+        const std::string field =
+            std::string("up") + static_cast<char>(5 + path.size()) + '\0' + '\1' + sum + path;
+        const std::size_t entry = zip.find("PK\1\2");
+        add(zip.find("PK\5\6") + 12, field.size());
+        add(entry + 30, field.size());
+        const auto nameSize = static_cast<unsigned char>(zip[entry + 28]);
+        return zip.insert(entry + 46 + nameSize, field);
+    }
     static std::string whyNotListed(const std::string& archive) {
         const auto files = filesInArchive(insideOfArchive(archive));
         return files ? "" : files.refusal().reason;
@@ -80,12 +93,19 @@ TEST_F(Archives, MembersAreReadLikeFiles) {
         EXPECT_EQ(opened.place(), Opened(plain).place());
     }
     EXPECT_EQ(Opened(member(archive, "in/l.tif")).place(), "1000 1760, -1 ");
-    // A name of an old program: of a code page, with the other slash.
-    const std::string old = directory / "old.zip";
-    fakes::writeFile(
-        old, replaced(fakes::readFile(zip("u.zip", {{"u|a.tif", bytes}})), "u|a", "\x81\\a"));
-    EXPECT_THAT(*filesInArchive(insideOfArchive(old)), ElementsAre(EndsWith("/\u00fc/a.tif")));
-    EXPECT_EQ(Opened(member(old, "\u00fc/a.tif")).pixels(), gdalPixels(plain, 1));
+    // Names of old programs: of a code page, with the other slash, with a path apart.
+    const std::string u = fakes::readFile(zip("u.zip", {{"u|a.tif", bytes}}));
+    const std::pair<const char*, std::string> old[] = {
+        {"page.zip", replaced(u, "u|a", "\x81\\a")},
+        {"apart.zip", withPath(u, "\xB7\xBF\x75\xF8", "\u00fc/a.tif")},
+    };
+    for (const auto& [name, content] : old) {
+        SCOPED_TRACE(name);
+        fakes::writeFile(directory / name, content);
+        EXPECT_THAT(*filesInArchive(insideOfArchive(directory / name)),
+                    ElementsAre(EndsWith("/\u00fc/a.tif")));
+        EXPECT_EQ(Opened(member(directory / name, "\u00fc/a.tif")).pixels(), gdalPixels(plain, 1));
+    }
     EXPECT_THAT(*filesInArchive(insideOfArchive(archive) + "/in"),
                 ElementsAre(EndsWith("in/a.tif"), EndsWith("in/l.tif"), EndsWith("in/l.tfw")));
 }
