@@ -173,7 +173,8 @@ bool comesBefore(std::string_view left, std::string_view right) {
 
 std::string insideOf(const std::string& path) {
     if (Pyxis::kindOfPath(path) == Pyxis::PathKind::InArchive) {
-        return isRaster(path) || !Pyxis::filesInArchive(path) ? "" : path;
+        const bool isOneFile = path.starts_with("/vsigzip/");  // though it may unpack to a tar
+        return isOneFile || isRaster(path) || !Pyxis::filesInArchive(path) ? "" : path;
     }
     std::error_code error;
     return fs::is_regular_file(path, error) ? Pyxis::insideOfArchive(path) : std::string();
