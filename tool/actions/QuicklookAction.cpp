@@ -1,11 +1,13 @@
 #include "tool/raster/Quicklook.h"
 
 #include <algorithm>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "tool/actions/RasterActions.h"
 #include "tool/raster/BandSelection.h"
+#include "tool/raster/ComponentDescription.h"
 #include "tool/raster/DisplayChannels.h"
 #include "tool/raster/OutputGrid.h"
 #include "tool/raster/RasterExport.h"
@@ -64,6 +66,17 @@ std::vector<Band> bandsToShow(std::vector<Band> bands, const ExportRequest& requ
     return {grey == bands.end() ? bands.front() : *grey};
 }
 
+void warnOfMaskFiles(const Context& context, const std::string& path,
+                     const std::vector<Band>& shown) {
+    std::set<std::string> masks;
+    for (const Band& band : shown) {
+        const std::string mask = maskFileOf(band.componentPath);
+        if (!mask.empty() && masks.insert(mask).second) {
+            context.warn(path, mask + ": masks of their own files are not shown");
+        }
+    }
+}
+
 }  // namespace
 
 ExitCode drawPicture(Context& context, const QuicklookOptions& options) {
@@ -83,6 +96,7 @@ ExitCode drawPicture(Context& context, const QuicklookOptions& options) {
     if (const std::string note = cutNote(rasters.front()); !note.empty()) {
         context.warn(request.output, note);
     }
+    warnOfMaskFiles(context, request.output, shown);
     context.out << printable(request.output) << "\n";
     return ExitCode::Success;
 }

@@ -104,6 +104,15 @@ bool isCarried(const std::string& domain) {
            std::find(kNotCarried.begin(), kNotCarried.end(), domain) == kNotCarried.end();
 }
 
+std::string maskFileOf(const std::string& path) {
+    for (const char* const extension : {".msk", ".MSK"}) {
+        if (Pyxis::isSideFile(path + extension)) {
+            return path + extension;
+        }
+    }
+    return {};
+}
+
 void addSetFacts(const Band& band, ComponentDescription& facts) {
     // A single-band file always has grey, which means nothing.
     if (const GDALColorInterp colour = colourOf(band);
@@ -123,11 +132,7 @@ class ComponentReader::File {
   public:
     File(const std::string& path, const Pyxis::RasterSource& source)
         : name_(source.prefix + path), auxiliary_(readAuxiliaryFile(path)), dataset_(path, source) {
-        for (const char* const extension : {".msk", ".MSK"}) {
-            if (maskFile_.empty() && Pyxis::isSideFile(path + extension)) {
-                maskFile_ = path + extension;
-            }
-        }
+        maskFile_ = maskFileOf(path);
         fileDomains_ = domainsOf(*dataset_, isCarriedOfFile);
         addItems(auxiliary_.domains, isCarriedOfFile, fileDomains_);
     }

@@ -31,6 +31,9 @@ struct ComponentDescription {
 /// Whether metadata of a domain apply to a copy: not those about storage or other files.
 bool isCarried(const std::string& domain);
 
+/// The file that GDAL would read as the mask of a component; empty without one.
+std::string maskFileOf(const std::string& path);
+
 /// Completes what the component says of the band with what the set knows: its colour, its
 /// wavelengths.
 void addSetFacts(const Band& band, ComponentDescription& facts);

@@ -115,6 +115,8 @@ TEST_F(RasterExport, MasksAndWhatIsNotCoveredAreKept) {
     fakes::writeFile(files[0] + ".msk", "whatever");
     ASSERT_EQ(infoOf({"vrt"}, files)["size"], (json{41, 8}));
     EXPECT_THAT(said_, HasSubstr("a_01.tif.msk: masks of their own files are not carried"));
+    const Strings picture = {"quicklook", files[0], files[1], "-o", directory_ / "q.png"};
+    EXPECT_THAT(runTool(picture).err, HasSubstr("a_01.tif.msk: masks of their own files"));
     infoOf({"export"}, files);
     EXPECT_THAT(said_, HasSubstr("the bands have masks: one mask"));
     std::vector<double> all(41 * 8, 255);
