@@ -32,10 +32,11 @@ inline std::string encoded(const TiffField& field) {
     constexpr std::size_t kWidths[] = {0, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8, 4, 8};
     std::string bytes;
     for (const double value : field.values) {
-        const std::uint64_t number = field.type == 12 ? std::bit_cast<std::uint64_t>(value)
-                                     : field.type == 11
-                                         ? std::bit_cast<std::uint32_t>(static_cast<float>(value))
-                                         : static_cast<std::uint64_t>(value);
+        const std::uint64_t number =
+            field.type == 12   ? std::bit_cast<std::uint64_t>(value)
+            : field.type == 11 ? std::bit_cast<std::uint32_t>(static_cast<float>(value))
+            : value < 0        ? static_cast<std::uint64_t>(static_cast<std::int64_t>(value))
+                               : static_cast<std::uint64_t>(value);
         appendNumber(bytes, number, kWidths[field.type]);
     }
     return bytes;
