@@ -1,8 +1,10 @@
+#include <cpl_vsi.h>
 #include <gdal_priv.h>
 
 #include <memory>
 
 #include "gdal/SetDataset.h"
+#include "gdal/SetName.h"
 
 /// Entry point: GDAL calls it after loading the module "gdal_KESTMS".
 extern "C" __attribute__((visibility("default"))) void GDALRegister_KESTMS();
@@ -22,6 +24,26 @@ constexpr const char* kOpenOptions =
     "<Value>number</Value><Value>display</Value></Option>"
     "</OpenOptionList>";
 
+/// GDAL's own way deletes every file of a set, also before a program writes over its document. The
+/// components stay.
+CPLErr deleteDocument(const char* name) {
+    if (kestgdal::parseSetName(name)) {
+        CPLError(CE_Failure, CPLE_NotSupported, "%s: sets are read only", name);
+        return CE_Failure;
+    }
+    if (VSIUnlink(name) != 0) {
+        CPLError(CE_Failure, CPLE_FileIO, "%s: cannot be deleted", name);
+        return CE_Failure;
+    }
+    return CE_None;
+}
+
+/// Under new names the components would no longer be those that the document lists.
+CPLErr refuseNewName(const char* /*newName*/, const char* name) {
+    CPLError(CE_Failure, CPLE_NotSupported, "%s: sets are read only", name);
+    return CE_Failure;
+}
+
 }  // namespace
 
 void GDALRegister_KESTMS() {
@@ -38,5 +60,8 @@ void GDALRegister_KESTMS() {
     driver->SetMetadataItem(GDAL_DMD_OPENOPTIONLIST, kOpenOptions);
     driver->pfnIdentify = kestgdal::SetDataset::identify;
     driver->pfnOpen = kestgdal::SetDataset::open;
+    driver->pfnDelete = deleteDocument;
+    driver->pfnRename = refuseNewName;
+    driver->pfnCopyFiles = refuseNewName;
     GetGDALDriverManager()->RegisterDriver(driver.release());
 }

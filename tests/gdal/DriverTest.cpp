@@ -163,6 +163,22 @@ TEST_F(DriverTest, ReportsTheToolsReasonOnce) {
     EXPECT_THAT(CPLGetLastErrorMsg(), HasSubstr("read only"));
 }
 
+TEST_F(DriverTest, DeletesTheDocumentAloneAndNoComponent) {
+    writeScene();
+    const std::string set = directory_ / (std::string(kScene) + "set.xml");
+    fakes::writeFile(set, documentOf({path("B10"), path("B20")}));
+    GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("KESTMS");
+    CPLPushErrorHandler(CPLQuietErrorHandler);
+    EXPECT_EQ(driver->Delete(folder().c_str()), CE_Failure);
+    EXPECT_EQ(driver->Rename((directory_ / "new.xml").c_str(), set.c_str()), CE_Failure);
+    EXPECT_EQ(driver->CopyFiles((directory_ / "new.xml").c_str(), set.c_str()), CE_Failure);
+    CPLPopErrorHandler();
+    EXPECT_EQ(GDALDriver::QuietDelete(set.c_str()), CE_None);  // as before writing over it
+    EXPECT_TRUE(whyNot(folder()).empty());
+    EXPECT_EQ(openRaster(folder())->GetRasterCount(), 4);
+    EXPECT_FALSE(openRaster(set));
+}
+
 TEST_F(DriverTest, PlacesEveryBandWhereItsComponentLies) {
     writeScene(GDT_Int16);
     const auto set = openRaster(folder());
