@@ -32,6 +32,27 @@ SetName unquoted(std::string_view text) {
     return {std::string(text.substr(0, colon)), std::string(text.substr(colon + 1))};
 }
 
+/// The text from the first element on, after declaration, comments and document type.
+std::string_view fromRootElement(std::string_view text) {
+    for (;;) {
+        text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+        std::string_view end = ">";
+        std::size_t from = 0;
+        if (text.starts_with("<?")) {
+            end = "?>";
+        } else if (text.starts_with("<!--")) {
+            end = "-->";
+        } else if (text.starts_with("<!")) {
+            const bool hasSubset = text.find('[') < text.find('>');
+            from = hasSubset ? text.find(']') : 0;
+        } else {
+            return text;
+        }
+        const std::size_t at = text.find(end, from);
+        text.remove_prefix(at == std::string_view::npos ? text.size() : at + end.size());
+    }
+}
+
 }  // namespace
 
 std::optional<SetName> parseSetName(std::string_view text) {
@@ -57,14 +78,15 @@ std::string partName(const std::string& path, const std::string& grid) {
 
 bool looksLikeComponentList(std::string_view head) {
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    constexpr std::string_view kRoot = "<storage";
     if (head.starts_with(kByteOrderMark)) {
         head.remove_prefix(kByteOrderMark.size());
     }
-    const std::size_t start = head.find_first_not_of(" \t\r\n");
-    const std::size_t root = head.find("<storage");
-    return start != std::string_view::npos && head[start] == '<' &&
-           root != std::string_view::npos && head.find("<image", root) != std::string_view::npos &&
-           (root == start || head[start + 1] == '?' || head[start + 1] == '!');
+    const std::string_view root = fromRootElement(head);
+    // Not "<storageArea".
+    return root.starts_with(kRoot) &&
+           root.find_first_of(" \t\r\n/>", kRoot.size()) == kRoot.size() &&
+           root.find("<image") != std::string_view::npos;
 }
 
 std::string argumentFor(const std::string& path) {
