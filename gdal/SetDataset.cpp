@@ -120,6 +120,7 @@ void SetDataset::takePixelSize(const std::string& label) {
     for (auto& [known, bands] : groups) {
         if (EQUAL(known.c_str(), label.c_str())) {
             chosen_ = std::move(bands);
+            GDALDataset::SetMetadataItem("PIXEL_SIZES", known.c_str());
             return;
         }
         sizes += (sizes.empty() ? "" : ", ") + known;
@@ -140,8 +141,10 @@ void SetDataset::arrange(CSLConstList options) {
 void SetDataset::addParts(const std::vector<PixelSizeGroup>& groups) {
     CPLStringList parts;
     int number = 0;
+    std::string labels;
     for (const auto& [label, bands] : groups) {
         ++number;
+        labels += (labels.empty() ? "" : " ") + label;
         parts.SetNameValue(CPLSPrintf("SUBDATASET_%d_NAME", number),
                            partName(name_.path, label).c_str());
         parts.SetNameValue(
@@ -149,6 +152,8 @@ void SetDataset::addParts(const std::vector<PixelSizeGroup>& groups) {
             CPLSPrintf("%s, %s (%d band%s)", bands.front().bucketName.c_str(), label.c_str(),
                        static_cast<int>(bands.size()), bands.size() == 1 ? "" : "s"));
     }
+    // A set of one pixel size has no parts, but its size has a name too.
+    GDALDataset::SetMetadataItem("PIXEL_SIZES", labels.c_str());
     if (groups.size() > 1) {
         GDALDataset::SetMetadata(parts.List(), "SUBDATASETS");
     }
