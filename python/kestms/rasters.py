@@ -4,10 +4,13 @@ from __future__ import annotations
 
 import os
 import threading
+import uuid
 from collections import OrderedDict
+from dataclasses import dataclass, field
 from typing import Union
 
 import rasterio
+from rasterio.errors import RasterioIOError
 
 PathLike = Union[str, "os.PathLike[str]"]
 
@@ -17,10 +20,44 @@ _MOST_OPEN = 8
 _local = threading.local()
 
 
+def new_mark() -> str:
+    """A text that differs from call to call, in all processes."""
+    return uuid.uuid4().hex
+
+
+@dataclass(frozen=True)
+class Source:
+    """A dataset as one call opened it. It can be pickled, and opened in any thread or process."""
+
+    #: GDAL's name.
+    name: str
+    #: Of several scenes the one to open; None for the only one.
+    scene: str | None = None
+    #: Files may have changed since a thread opened them for an earlier call.
+    mark: str = field(default_factory=new_mark, compare=False)
+
+    def part(self, name: str) -> Source:
+        """Another dataset of the same set, by GDAL's name."""
+        return Source(name, self.scene, self.mark)
+
+    def open(self) -> rasterio.DatasetReader:
+        """A dataset of the caller's own, which no other reader shares."""
+        options = {} if self.scene is None else {"SCENE": self.scene}
+        return rasterio.open(self.name, sharing=False, **options)
+
+
 def data_set_name(path: PathLike) -> str:
-    """GDAL's name for the set at `path`: a folder, a pattern, a list, or a document."""
+    """GDAL's name for the set at `path`: a folder, a pattern, a list, or a document.
+
+    Paths become absolute, since arrays may be read in another directory, or process.
+    """
     text = os.fspath(path)
-    return text if text.upper().startswith(_PREFIX) else f"{_PREFIX}{text}"
+    if text.upper().startswith(_PREFIX):
+        return text
+    mark, place = ("@", text[1:]) if text.startswith("@") else ("", text)
+    if not place.startswith("/vsi") and "://" not in place:
+        place = os.path.abspath(place)
+    return f"{_PREFIX}{mark}{place}"
 
 
 def part_name(path: PathLike, label: str) -> str:
@@ -29,22 +66,25 @@ def part_name(path: PathLike, label: str) -> str:
     return f'{_PREFIX}"{plain}":{label}'
 
 
-def opened(name: str) -> rasterio.DatasetReader:
+def is_document(path: PathLike) -> bool:
+    """Whether a file is a document that lists a set, by its content."""
+    try:
+        with rasterio.open(path, driver="KESTMS", sharing=False):
+            return True
+    except RasterioIOError:
+        return False
+
+
+def opened(source: Source) -> rasterio.DatasetReader:
     """The dataset, open for this thread; it stays open for the next read."""
-    rasters: OrderedDict[str, rasterio.DatasetReader] | None = getattr(_local, "rasters", None)
+    rasters: OrderedDict[tuple[Source, str], rasterio.DatasetReader] | None = getattr(
+        _local, "rasters", None)
     if rasters is None:
         rasters = _local.rasters = OrderedDict()
-    if name not in rasters:
-        rasters[name] = rasterio.open(name)
+    key = (source, source.mark)
+    if key not in rasters:
+        rasters[key] = source.open()
         while len(rasters) > _MOST_OPEN:
             rasters.popitem(last=False)[1].close()
-    rasters.move_to_end(name)
-    return rasters[name]
-
-
-def close(path: PathLike) -> None:
-    """Closes this thread's datasets of the set at `path`, whose files may have changed."""
-    rasters = getattr(_local, "rasters", {})
-    plain = data_set_name(path)[len(_PREFIX):].strip('"')
-    for name in [name for name in rasters if plain in name]:
-        rasters.pop(name).close()
+    rasters.move_to_end(key)
+    return rasters[key]

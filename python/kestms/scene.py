@@ -16,7 +16,7 @@ from rasterio.errors import RasterioIOError
 from rasterio.transform import Affine
 from rasterio.windows import Window
 
-from kestms.rasters import PathLike, close, data_set_name, opened
+from kestms.rasters import PathLike, Source, data_set_name, is_document, opened
 
 __all__ = ["Band", "Bucket", "Scene", "open", "scenes"]
 
@@ -51,8 +51,8 @@ class Band:
     path: Path
     #: (rows, columns) of the file's natural blocks.
     block: tuple[int, int]
-    #: GDAL's name and number for it.
-    source: str = field(repr=False)
+    #: GDAL's dataset and number for it.
+    source: Source = field(repr=False)
     index: int = field(repr=False)
 
     def read(self, window: Window | None = None, *, masked: bool = False) -> npt.NDArray[Any]:
@@ -64,13 +64,16 @@ class Band:
 
     def __getitem__(self, key: Any) -> npt.NDArray[Any]:
         """Samples by rows and columns, as numpy indexes: `band[0:100, ::2]`."""
-        rows, columns = key if isinstance(key, tuple) else (key, slice(None))
-        if not all(isinstance(part, (slice, int, np.integer)) for part in (rows, columns)):
+        parts = key if isinstance(key, tuple) else (key, slice(None))
+        plain = [isinstance(part, (slice, int, np.integer)) and not isinstance(part, bool)
+                 for part in parts]
+        if plain != [True, True]:
             return self.read()[key]
-        window, rest = _window((rows, columns), self.shape)
+        window, rest = _window(parts, self.shape)
         return self.read(window)[rest]
 
-    def __array__(self, dtype: npt.DTypeLike = None) -> npt.NDArray[Any]:
+    def __array__(self, dtype: npt.DTypeLike = None,
+                  copy: bool | None = None) -> npt.NDArray[Any]:
         return self.read().astype(dtype or self.dtype, copy=False)
 
     @property
@@ -86,8 +89,8 @@ class Bucket:
     label: str
     name: str
     bands: tuple[Band, ...]
-    #: GDAL's name for them.
-    source: str = field(repr=False)
+    #: GDAL's dataset of them.
+    source: Source = field(repr=False)
 
     def read(self, window: Window | None = None, *, masked: bool = False) -> npt.NDArray[Any]:
         """Samples of all bands, shape (bands, rows, columns)."""
@@ -128,23 +131,22 @@ class Scene:
         raise KeyError(key)
 
 
-def open(path: PathLike) -> Scene:  # noqa: A001
+def open(path: PathLike, *, scene: str | None = None) -> Scene:  # noqa: A001
     """Opens a folder, a pattern, a list of files ("@list.txt") or a document.
 
-    Raises rasterio.errors.RasterioIOError, with the reason, if it is not a set.
+    `scene` names one of several. Raises rasterio.errors.RasterioIOError, with the reason, if it is
+    not a set.
     """
-    close(path)
-    name = data_set_name(path)
-    with rasterio.open(name) as whole:
-        parts = {part.rsplit(":", 1)[1]: part for part in whole.subdatasets}
+    source = Source(data_set_name(path), scene)
+    with source.open() as whole:
         tags, files = whole.tags(), tuple(whole.files)
+        parts = dict(zip(tags["PIXEL_SIZES"].split(), whole.subdatasets or [source.name]))
         order = [whole.tags(number)["component"] for number in whole.indexes]
         descriptions = list(zip(order, whole.descriptions))
-        if not parts:
-            parts = {"": name}
     buckets = {}
-    for label, part in parts.items():
-        with rasterio.open(part) as raster:
+    for label, name in parts.items():
+        part = source.part(name)
+        with part.open() as raster:
             bands = tuple(_band(raster, part, number, descriptions) for number in raster.indexes)
             bucket = raster.tags(1).get("bucket", "")
             buckets[label] = Bucket(label, bucket, bands, part)
@@ -166,7 +168,7 @@ def scenes(path: PathLike) -> Iterator[Scene]:
                 continue
 
 
-def _band(raster: rasterio.DatasetReader, source: str, index: int,
+def _band(raster: rasterio.DatasetReader, source: Source, index: int,
           order: list[tuple[str, str | None]]) -> Band:
     tags = raster.tags(index)
     name = raster.descriptions[index - 1] or ""

@@ -10,12 +10,11 @@ from typing import Any
 import numpy as np
 import rasterio
 import xarray as xr
-from rasterio.errors import RasterioIOError
 from rasterio.windows import Window
 from xarray.backends import BackendArray, BackendEntrypoint
 from xarray.core import indexing
 
-from kestms.rasters import PathLike, close, data_set_name, opened, part_name
+from kestms.rasters import PathLike, Source, data_set_name, is_document, opened, part_name
 
 #: Chunks hold at least this many pixels, so that a graph stays small.
 _CHUNK_PIXELS = 1 << 20
@@ -24,7 +23,7 @@ _CHUNK_PIXELS = 1 << 20
 class BandArray(BackendArray):
     """Samples of one band, shape (rows, columns); read by window. Pickled without open files."""
 
-    def __init__(self, source: str, index: int, shape: tuple[int, int], dtype: np.dtype[Any],
+    def __init__(self, source: Source, index: int, shape: tuple[int, int], dtype: np.dtype[Any],
                  own_mask: bool) -> None:
         self.source = source
         self.index = index
@@ -64,7 +63,7 @@ class KestmsBackendEntrypoint(BackendEntrypoint):
     """
 
     description = "Multispectral image sets of single-band files"
-    open_dataset_parameters = ("filename_or_obj", "drop_variables", "group", "mask_and_scale")
+    open_dataset_parameters = ("filename_or_obj", "drop_variables", "group", "mask_and_scale", "scene")
 
     def open_dataset(
         self,
@@ -73,19 +72,21 @@ class KestmsBackendEntrypoint(BackendEntrypoint):
         drop_variables: str | Iterable[str] | None = None,
         group: str | None = None,
         mask_and_scale: bool = True,
+        scene: str | None = None,
     ) -> xr.Dataset:
-        """With `mask_and_scale` samples without data are NaN, and scale and offset are applied."""
+        """With `mask_and_scale` samples without data are NaN, and scale and offset are applied.
+
+        `scene` names one of several.
+        """
         path = os.fspath(filename_or_obj)
-        close(path)
-        source = data_set_name(path) if group is None else part_name(path, group)
-        with rasterio.open(source) as raster:
+        source = Source(data_set_name(path) if group is None else part_name(path, group), scene)
+        with source.open() as raster:
             names = variable_names(raster)
             variables = {name: _variable(raster, source, index, mask_and_scale)
                          for index, name in enumerate(names, start=1)}
             coordinates = _coordinates(raster)
             attributes = {key.lower(): value for key, value in raster.tags().items()}
-            if raster.subdatasets:
-                attributes["groups"] = [part.rsplit(":", 1)[1] for part in raster.subdatasets]
+            attributes["groups"] = attributes.pop("pixel_sizes").split()
         variables, attributes, _ = xr.conventions.decode_cf_variables(
             variables, attributes, mask_and_scale=mask_and_scale, decode_times=False,
             decode_coords=False, drop_variables=drop_variables)
@@ -99,11 +100,7 @@ class KestmsBackendEntrypoint(BackendEntrypoint):
             return True
         if not path.lower().endswith(".xml"):
             return False
-        try:
-            with rasterio.open(path) as raster:
-                return raster.driver == "KESTMS"
-        except RasterioIOError:
-            return False
+        return is_document(path)
 
 
 def variable_names(raster: rasterio.DatasetReader) -> list[str]:
@@ -121,7 +118,7 @@ def variable_names(raster: rasterio.DatasetReader) -> list[str]:
     return names
 
 
-def _variable(raster: rasterio.DatasetReader, source: str, index: int,
+def _variable(raster: rasterio.DatasetReader, source: Source, index: int,
               mask_and_scale: bool) -> xr.Variable:
     at = index - 1
     own_mask = mask_and_scale and not raster.mask_flag_enums[at]

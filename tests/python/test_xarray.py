@@ -74,8 +74,10 @@ def test_windows(key, scene):
     np.testing.assert_array_equal(data.pan.isel(key), whole.isel(key))
 
 
-def test_a_pickled_data_set_reads_elsewhere(scene):
-    data = xr.open_dataset(scene, engine="kestms", group="30m", mask_and_scale=False)
+def test_a_pickled_data_set_reads_elsewhere(scene, monkeypatch):
+    monkeypatch.chdir(scene.parent)
+    data = xr.open_dataset(scene.name, engine="kestms", group="30m", mask_and_scale=False)
+    monkeypatch.chdir("/")
     copy = pickle.loads(pickle.dumps(data))
     np.testing.assert_array_equal(copy.red, component(scene, "B30"))
 
