@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import os
+import re
 from collections.abc import Iterator, Mapping
 from dataclasses import dataclass, field
 from pathlib import Path
@@ -157,15 +158,34 @@ def open(path: PathLike, *, scene: str | None = None) -> Scene:  # noqa: A001
 
 
 def scenes(path: PathLike) -> Iterator[Scene]:
-    """The scenes below a folder: its own files, those of the folders in it, and documents."""
+    """The scenes in a folder and those below it, each once, and the documents there."""
+    known: list[set[Path]] = []
+    several: list[tuple[str, list[str]]] = []
+
+    def unknown(folder: str, name: str | None = None) -> Iterator[Scene]:
+        try:
+            scene = open(folder, scene=name)
+        except RasterioIOError as error:
+            # The reason lists them; those with a folder of their own are found there.
+            names = re.search(r"SCENE=NAME: (.+)", str(error))
+            if names and name is None:
+                several.append((folder, names[1].split(", ")))
+            return
+        files = {band.path for band in scene}
+        if not any(files <= others for others in known):
+            known.append(files)
+            yield scene
+
     for folder, folders, files in os.walk(path):
         folders.sort()
-        for candidate in [folder, *(os.path.join(folder, name) for name in sorted(files)
-                                    if name.lower().endswith(".xml"))]:
-            try:
-                yield open(candidate)
-            except RasterioIOError:
-                continue
+        yield from unknown(folder)
+        for name in sorted(files):
+            document = os.path.join(folder, name)
+            if name.lower().endswith(".xml") and is_document(document):
+                yield open(document)
+    for folder, names in reversed(several):
+        for name in names:
+            yield from unknown(folder, name)
 
 
 def _band(raster: rasterio.DatasetReader, source: Source, index: int,
