@@ -6,8 +6,11 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <sstream>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace fs = std::filesystem;
 
@@ -113,13 +116,19 @@ std::string_view unquoted(std::string_view value) {
     return value.substr(0, value.find_last_not_of(kAround) + 1);
 }
 
-/// The date and time among lines of "KEY = VALUE", by the producers' keys.
-std::optional<TimeSpan> fromMetadata(const std::string& path) {
+/// The text of a small file; empty for another.
+std::string contentOf(const fs::path& path) {
     std::error_code error;
     if (!fs::is_regular_file(path, error) || fs::file_size(path, error) > kLargestFile) {
-        return std::nullopt;
+        return {};
     }
     std::ifstream file(path);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// The date and time among lines of "KEY = VALUE", by the producers' keys.
+std::optional<TimeSpan> fromMetadata(const std::string& path) {
+    std::istringstream file(contentOf(path));
     std::string day;
     std::string time;
     for (std::string line; std::getline(file, line);) {
@@ -135,6 +144,29 @@ std::optional<TimeSpan> fromMetadata(const std::string& path) {
     }
     const auto whole = instant(day, time);
     return whole || !isDay(day) ? whole : wholeDay(day);
+}
+
+/// The time in the metadata of a Sentinel-2 tile, in the folder of a band or the one above.
+std::optional<TimeSpan> fromTile(const fs::path& band) {
+    constexpr std::array<std::pair<const char*, std::string_view>, 3> kTimes = {
+        {{"metadata.xml", "<SENSING_TIME"},
+         {"MTD_TL.xml", "<SENSING_TIME"},
+         {"tileInfo.json", "\"timestamp\""}}};
+    const fs::path folder = band.parent_path();
+    for (const fs::path& place : {folder, folder.parent_path()}) {
+        for (const auto& [name, key] : kTimes) {
+            const std::string text = contentOf(place / name);
+            // After an attribute or a colon.
+            const std::size_t start = text.find_first_of("0123456789", text.find(key));
+            const std::size_t end = text.find('Z', std::min(start, text.size()));
+            if (end != text.npos) {
+                if (auto told = parseOne(std::string_view(text).substr(start, end + 1 - start))) {
+                    return told;
+                }
+            }
+        }
+    }
+    return std::nullopt;
 }
 
 }  // namespace
@@ -163,7 +195,10 @@ std::optional<TimeSpan> acquisitionTime(const std::string& name, const std::stri
     if (auto told = fromName(name, day)) {
         return told;
     }
-    return isDay(day) ? std::optional(wholeDay(day)) : std::nullopt;
+    if (isDay(day)) {
+        return wholeDay(day);
+    }
+    return files.empty() ? std::nullopt : fromTile(files.front());
 }
 
 }  // namespace kestms

@@ -19,7 +19,8 @@ struct TimeSpan {
 std::optional<TimeSpan> parseTimeSpan(const std::string& text);
 
 /// The time of a scene: from its metadata file (NAME_MTL.txt beside `files`), from a date and time
-/// in its name, else the whole `day` ("2018-06-29"). Nothing if there is none of these.
+/// in its name, else the whole `day` ("2018-06-29"), else from the metadata of a Sentinel-2 tile.
+/// Nothing if there is none of these.
 std::optional<TimeSpan> acquisitionTime(const std::string& name, const std::string& day,
                                         const std::vector<std::string>& files);
 

@@ -191,6 +191,12 @@ TEST(AcquisitionTime, IsWhatTheTextSays) {
     EXPECT_EQ(acquisitionTime("A_20180629T990241", "2018-06-29", {})->start,
               "2018-06-29T00:00:00Z");
     EXPECT_FALSE(acquisitionTime("A_20180629T000241", "", {}));
+    const fakes::TempDirectory tile;
+    std::filesystem::create_directory(tile / "R10m");
+    fakes::writeFile(tile / "metadata.xml",
+                     "<A><SENSING_TIME metadataLevel=\"Standard\">2018-06-29T00:02:41.458Z</"
+                     "SENSING_TIME></A>");
+    EXPECT_EQ(acquisitionTime("0", "", {tile / "R10m/B02.jp2"})->start, "2018-06-29T00:02:41.458Z");
 }
 
 /// A band of 100 x 100 pixels in a coordinate system.
