@@ -33,6 +33,12 @@ std::string rectangleAttributes(const PixelRectangle& rectangle) {
            numberText(rectangle.height) + "\"";
 }
 
+/// GDAL does not mix indexes of a colour table.
+std::string methodFor(const ComponentDescription& facts, const VirtualRasterOptions& options) {
+    const bool mixes = options.resampling == "bilinear" || options.resampling == "cubic";
+    return mixes && facts.colourTable ? "nearest" : options.resampling;
+}
+
 /// Describes the sources of one raster.
 class SourceWriter {
   public:
@@ -44,15 +50,14 @@ class SourceWriter {
                      const std::string& name, bool isRelative) const {
         const bool remapped =
             !ofMask && options_.noData && band.band.noData && band.band.noData != options_.noData;
+        const std::string method = band.isOnGrid() ? "nearest" : methodFor(facts, options_);
         // GDAL turns simple sources that average into ones that go by whole pixels.
-        const bool averaged = !band.isOnGrid() && options_.resampling == "average";
+        const bool averaged = method == "average";
         // An average is of the pixels with data, so there is one wherever a part has data.
-        const bool resampled =
-            averaged || (!band.isOnGrid() && options_.resampling != "nearest" && !ofMask);
+        const bool resampled = averaged || (method != "nearest" && !ofMask);
         const std::string element = remapped || averaged ? "ComplexSource" : "SimpleSource";
         const Pyxis::Size size{band.band.width, band.band.height};
-        return "<" + element +
-               (resampled ? " resampling=\"" + options_.resampling + "\"" : std::string()) +
+        return "<" + element + (resampled ? " resampling=\"" + method + "\"" : std::string()) +
                "><SourceFilename relativeToVRT=\"" + (isRelative ? "1" : "0") + "\">" +
                escapedMarkup(name) + "</SourceFilename><SourceBand>" + (ofMask ? "mask," : "") +
                std::to_string(band.source.band) + "</SourceBand><SourceProperties RasterXSize=\"" +
@@ -264,6 +269,9 @@ void VirtualRaster::addBand(OutputBand band, ComponentDescription& facts,
         target.CreateMaskBand(0);
         addSource(*target.GetMaskBand(), sources.text(band, facts, true, nameOf(band), false));
         maskSources_.back() = sources.text(band, facts, true, name, isRelative);
+    }
+    if (!band.isOnGrid() && methodFor(facts, options) != options.resampling) {
+        leftOut_.push_back(path + ": resampled (nearest), since its colours cannot be mixed");
     }
     const std::string note = facts.maskFile + ": masks of their own files are not carried";
     if (!facts.maskFile.empty() &&

@@ -328,6 +328,8 @@ TEST_F(RasterExport, ColourTablesAreForVirtualRastersOnly) {
               (json{255, 1, 2, 255}));
     EXPECT_FALSE(infoOf({"export"}, files)["bands"][1].contains("colorTable"));
     EXPECT_THAT(said_, HasSubstr("b: without its colour table"));
+    infoOf({"vrt", "--resolution", "10", "--resampling", "cubic"}, files);
+    EXPECT_THAT(said_, HasSubstr("b.tif: resampled (nearest), since its colours"));
 }
 
 TEST_F(RasterExport, CreationOptionsGoBeforeOurs) {
