@@ -50,12 +50,13 @@ std::string numberInCode(const std::string& code) {
     return code.substr(std::min(code.find_first_not_of('0', digit), code.size() - 1));
 }
 
-/// The code that ends a band's name: "B4" of "Red (B4)".
+/// The code that ends a band's name, "B4" of "Red (B4)", or is the name.
 std::string codeIn(const std::string& name) {
     const std::size_t start = name.rfind('(');
-    return start == name.npos || !name.ends_with(')')
-               ? ""
-               : name.substr(start + 1, name.size() - start - 2);
+    if (start == name.npos || !name.ends_with(')')) {
+        return numberInCode(name).empty() ? "" : name;
+    }
+    return name.substr(start + 1, name.size() - start - 2);
 }
 
 /// People know bands by the numbers of the product.

@@ -171,6 +171,7 @@ TEST_F(RasterExport, ABandOfNoProductIsCalledWhatItsComponentCallsIt) {
 TEST_F(RasterExport, ABandWithoutANumberIsNotCalledByOne) {
     const Strings files = {write("B02.tif"), write("B03.tif"), write("SCL.tif")};
     EXPECT_EQ(namesIn(infoOf({"vrt"}, files)), (Strings{"SCL", "B02", "B03"}));
+    EXPECT_EQ(namesIn(infoOf({"vrt", "--bands", "B?"}, files)), (Strings{"B02", "B03"}));
 }
 
 TEST_F(RasterExport, BandsAreChosenNamedAndOrdered) {
