@@ -119,12 +119,7 @@ ExitCode scenes(Context& context, const ScenesOptions& options) {
         context.out << scenesText(examined, context.tableColumns());
         return ExitCode::Success;
     }
-    Json json = documentOf("kestms scenes", 1);
-    json["scenes"] = Json::array();
-    for (const Examined& each : examined) {
-        json["scenes"].push_back(sceneJson(each));
-    }
-    writeJson(context.out, json);
+    writeJson(context.out, documentOf("kestms scenes", 1), "scenes", examined, sceneJson);
     return ExitCode::Success;
 }
 
