@@ -28,9 +28,9 @@ std::string dayInReferenceName(const SetDescription& about) {
 }
 
 TimeSpan timeOf(const StacOptions& options, const std::string& name, const std::string& day,
-                const std::vector<std::string>& files) {
-    const auto time =
-        options.time.empty() ? acquisitionTime(name, day, files) : parseTimeSpan(options.time);
+                const std::string& metadataFile) {
+    const auto time = options.time.empty() ? acquisitionTime(name, day, metadataFile)
+                                           : parseTimeSpan(options.time);
     if (!time) {
         throw options.time.empty()
             ? Failure(
@@ -58,7 +58,11 @@ StacScene sceneOf(Context& context, const OpenedSet& set, const StacOptions& opt
         scene.title = known.front().productName;
         day = known.front().date;
     }
-    scene.time = timeOf(options, scene.id, day, files);
+    const std::string beside = metadataFileBeside(scene.id, files);
+    scene.time = timeOf(options, scene.id, day, beside);
+    // The plug-in's own schemes have metadata files of other names.
+    const std::string& ofScheme = set.description().metadataFile;
+    scene.metadataFile = ofScheme.empty() ? beside : ofScheme;
     scene.layers = context.layersAside;
     return scene;
 }

@@ -320,6 +320,13 @@ Json propertiesOf(const StacScene& scene, const Georeference& place) {
     return json;
 }
 
+/// Of the product's metadata file.
+const char* metadataType(const std::string& path) {
+    return path.ends_with(".xml")    ? "application/xml"
+           : path.ends_with(".json") ? "application/json"
+                                     : "text/plain";
+}
+
 }  // namespace
 
 Json stacItem(const OpenedSet& set, const StacScene& scene, const StacLinks& links) {
@@ -349,9 +356,10 @@ Json stacItem(const OpenedSet& set, const StacScene& scene, const StacLinks& lin
                                  {"type", "application/geo+json"}});
     }
     json["assets"] = assets.json();
-    if (const std::string& metadata = set.description().metadataFile; !metadata.empty()) {
-        json["assets"]["metadata"] = {
-            {"href", linkTo(metadata, links)}, {"type", "text/plain"}, {"roles", {"metadata"}}};
+    if (!scene.metadataFile.empty()) {
+        json["assets"]["metadata"] = {{"href", linkTo(scene.metadataFile, links)},
+                                      {"type", metadataType(scene.metadataFile)},
+                                      {"roles", {"metadata"}}};
     }
     return json;
 }

@@ -15,6 +15,7 @@ struct StacScene {
     std::string id;
     std::string title;  ///< the product's name; may be empty
     TimeSpan time;
+    std::string metadataFile;      ///< the product's metadata text file; may be empty
     std::vector<SetAside> layers;  ///< quality and others, besides the bands
 };
 

@@ -5,12 +5,11 @@
 #include <charconv>
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <sstream>
 #include <string_view>
-#include <system_error>
-#include <utility>
+
+#include "host/codecs/Places.h"
 
 namespace fs = std::filesystem;
 
@@ -116,19 +115,23 @@ std::string_view unquoted(std::string_view value) {
     return value.substr(0, value.find_last_not_of(kAround) + 1);
 }
 
-/// The text of a small file; empty for another.
-std::string contentOf(const fs::path& path) {
-    std::error_code error;
-    if (!fs::is_regular_file(path, error) || fs::file_size(path, error) > kLargestFile) {
-        return {};
+/// The time of a Sentinel-2 tile: the first value behind one of the producers' keys.
+std::optional<TimeSpan> fromTile(std::string_view text) {
+    constexpr std::array<std::string_view, 2> kKeys = {"<SENSING_TIME", "\"timestamp\""};
+    for (const std::string_view key : kKeys) {
+        // After an attribute or a colon.
+        const std::size_t start = text.find_first_of("0123456789", text.find(key));
+        const std::size_t end = text.find('Z', std::min(start, text.size()));
+        if (end != text.npos) {
+            return parseOne(text.substr(start, end + 1 - start));
+        }
     }
-    std::ifstream file(path);
-    return {std::istreambuf_iterator<char>(file), {}};
+    return std::nullopt;
 }
 
 /// The date and time among lines of "KEY = VALUE", by the producers' keys.
-std::optional<TimeSpan> fromMetadata(const std::string& path) {
-    std::istringstream file(contentOf(path));
+std::optional<TimeSpan> fromLines(const std::string& text) {
+    std::istringstream file(text);
     std::string day;
     std::string time;
     for (std::string line; std::getline(file, line);) {
@@ -146,27 +149,14 @@ std::optional<TimeSpan> fromMetadata(const std::string& path) {
     return whole || !isDay(day) ? whole : wholeDay(day);
 }
 
-/// The time in the metadata of a Sentinel-2 tile, in the folder of a band or the one above.
-std::optional<TimeSpan> fromTile(const fs::path& band) {
-    constexpr std::array<std::pair<const char*, std::string_view>, 3> kTimes = {
-        {{"metadata.xml", "<SENSING_TIME"},
-         {"MTD_TL.xml", "<SENSING_TIME"},
-         {"tileInfo.json", "\"timestamp\""}}};
-    const fs::path folder = band.parent_path();
-    for (const fs::path& place : {folder, folder.parent_path()}) {
-        for (const auto& [name, key] : kTimes) {
-            const std::string text = contentOf(place / name);
-            // After an attribute or a colon.
-            const std::size_t start = text.find_first_of("0123456789", text.find(key));
-            const std::size_t end = text.find('Z', std::min(start, text.size()));
-            if (end != text.npos) {
-                if (auto told = parseOne(std::string_view(text).substr(start, end + 1 - start))) {
-                    return told;
-                }
-            }
-        }
+constexpr const char* kLinesEnding = "_MTL.txt";
+
+std::optional<TimeSpan> fromMetadata(const std::string& path) {
+    const auto text = Pyxis::contentOfSideFile(path, kLargestFile);
+    if (!text) {
+        return std::nullopt;
     }
-    return std::nullopt;
+    return path.ends_with(kLinesEnding) ? fromLines(*text) : fromTile(*text);
 }
 
 }  // namespace
@@ -184,21 +174,31 @@ std::optional<TimeSpan> parseTimeSpan(const std::string& text) {
     return TimeSpan{from->start, to->end};
 }
 
+std::string metadataFileBeside(const std::string& name, const std::vector<std::string>& files) {
+    if (files.empty() || name.empty()) {
+        return {};
+    }
+    const fs::path folder = fs::path(files.front()).parent_path();
+    const fs::path above = folder.parent_path();
+    const fs::path candidates[] = {folder / (name + kLinesEnding), folder / "MTD_TL.xml",
+                                   folder / "metadata.xml",        folder / "tileInfo.json",
+                                   above / "MTD_TL.xml",           above / "metadata.xml",
+                                   above / "tileInfo.json"};
+    const auto found =
+        std::find_if(std::begin(candidates), std::end(candidates),
+                     [](const fs::path& path) { return Pyxis::isSideFile(path.string()); });
+    return found == std::end(candidates) ? std::string() : found->string();
+}
+
 std::optional<TimeSpan> acquisitionTime(const std::string& name, const std::string& day,
-                                        const std::vector<std::string>& files) {
-    if (!files.empty() && !name.empty()) {
-        const fs::path beside = fs::path(files.front()).parent_path() / (name + "_MTL.txt");
-        if (auto told = fromMetadata(beside.string())) {
-            return told;
-        }
+                                        const std::string& metadataFile) {
+    if (auto told = fromMetadata(metadataFile)) {
+        return told;
     }
     if (auto told = fromName(name, day)) {
         return told;
     }
-    if (isDay(day)) {
-        return wholeDay(day);
-    }
-    return files.empty() ? std::nullopt : fromTile(files.front());
+    return isDay(day) ? std::optional(wholeDay(day)) : std::nullopt;
 }
 
 }  // namespace kestms

@@ -18,10 +18,13 @@ struct TimeSpan {
 /// Nothing for another text.
 std::optional<TimeSpan> parseTimeSpan(const std::string& text);
 
-/// The time of a scene: from its metadata file (NAME_MTL.txt beside `files`), from a date and time
-/// in its name, else the whole `day` ("2018-06-29"), else from the metadata of a Sentinel-2 tile.
-/// Nothing if there is none of these.
+/// The path of a scene's metadata file, NAME_MTL.txt beside `files` or that of a Sentinel-2 tile
+/// beside or above them; empty if there is none.
+std::string metadataFileBeside(const std::string& name, const std::vector<std::string>& files);
+
+/// The time of a scene: from its metadata file (may be empty), from a date and time in its name,
+/// else the whole `day` ("2018-06-29"). Nothing if there is none of these.
 std::optional<TimeSpan> acquisitionTime(const std::string& name, const std::string& day,
-                                        const std::vector<std::string>& files);
+                                        const std::string& metadataFile);
 
 }  // namespace kestms

@@ -93,7 +93,12 @@ TEST_F(Stac, DescribesEveryFileOfAScene) {
 })json"_json);
     EXPECT_EQ(assets["QA_PIXEL"]["roles"], json({"quality"}));
     EXPECT_EQ(assets["QA_PIXEL"]["raster:bands"][0]["data_type"], "uint16");
-    EXPECT_EQ(assets.size(), 3U);
+    EXPECT_EQ(assets["metadata"]["href"], "./" + kScene + "_MTL.txt");
+    EXPECT_EQ(assets.size(), 4U);
+    const fakes::TempDirectory other;
+    const std::string tar = other / "scene.tar";
+    ASSERT_EQ(Process({"tar", "-cf", tar, "-C", directory_.path(), "."}).wait().code, 0);
+    EXPECT_EQ(runKestms({"stac", tar, "-o", "-"}).json()["properties"], item["properties"]);
 }
 
 TEST_F(Stac, LeadsOtherProgramsToTheFiles) {
@@ -196,7 +201,8 @@ TEST(AcquisitionTime, IsWhatTheTextSays) {
     fakes::writeFile(tile / "metadata.xml",
                      "<A><SENSING_TIME metadataLevel=\"Standard\">2018-06-29T00:02:41.458Z</"
                      "SENSING_TIME></A>");
-    EXPECT_EQ(acquisitionTime("0", "", {tile / "R10m/B02.jp2"})->start, "2018-06-29T00:02:41.458Z");
+    EXPECT_EQ(acquisitionTime("0", "", metadataFileBeside("0", {tile / "R10m/B02.jp2"}))->start,
+              "2018-06-29T00:02:41.458Z");
 }
 
 /// A band of 100 x 100 pixels in a coordinate system.
