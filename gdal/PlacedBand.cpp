@@ -61,8 +61,7 @@ CPLErr PlacedBand::IRasterIO(GDALRWFlag flag, int x, int y, int width, int heigh
     const bool plain = pixelSpace >= bytes && lineSpace >= bytes;
     if (flag == GF_Read && nearest && plain) {
         const Buffer buffer{data, bufferWidth, bufferHeight, type, pixelSpace, lineSpace};
-        const bool withinPixels = resized && extra != nullptr &&
-                                  extra->bFloatingPointWindowValidity &&
+        const bool withinPixels = extra != nullptr && extra->bFloatingPointWindowValidity &&
                                   (extra->dfXOff != x || extra->dfYOff != y ||
                                    extra->dfXSize != width || extra->dfYSize != height);
         const bool done =

@@ -29,7 +29,8 @@ def test_bands_and_places(document):
         assert (part.count, part.subdatasets) == (1, [])
 
 
-@pytest.mark.parametrize("window", [Window(0, 0, 99, 79), Window(17, 3, 1, 40), Window(98, 78, 1, 1)])
+@pytest.mark.parametrize("window", [Window(0, 0, 99, 79), Window(17, 3, 1, 40), Window(98, 78, 1, 1),
+                                    Window(28.27, 12.66, 7.44, 1.2)])
 def test_windows_are_those_of_the_component(window, document, scene):
     with rasterio.open(document) as raster, rasterio.open(scene / component_name("B80")) as pan:
         np.testing.assert_array_equal(raster.read(5, window=window), pan.read(1, window=window))
