@@ -172,8 +172,11 @@ PlacedBand* ComponentBand::ownMask() {
 }
 
 int ComponentBand::GetMaskFlags() {
-    // Not GMF_PER_DATASET: each component has its own mask.
-    return ownMask() != nullptr ? 0 : GDALRasterBand::GetMaskFlags();
+    if (ownMask() == nullptr) {
+        return GDALRasterBand::GetMaskFlags();
+    }
+    // Each component has its own mask. Many programs heed only one that holds for all bands.
+    return poDS->GetRasterCount() == 1 ? GMF_PER_DATASET : 0;
 }
 
 GDALRasterBand* ComponentBand::GetMaskBand() {

@@ -10,6 +10,7 @@ from typing import Any
 import numpy as np
 import rasterio
 import xarray as xr
+from rasterio.enums import MaskFlags
 from rasterio.windows import Window
 from xarray.backends import BackendArray, BackendEntrypoint
 from xarray.core import indexing
@@ -121,7 +122,7 @@ def variable_names(raster: rasterio.DatasetReader) -> list[str]:
 def _variable(raster: rasterio.DatasetReader, source: Source, index: int,
               mask_and_scale: bool) -> xr.Variable:
     at = index - 1
-    own_mask = mask_and_scale and not raster.mask_flag_enums[at]
+    own_mask = mask_and_scale and raster.mask_flag_enums[at] in ([], [MaskFlags.per_dataset])
     array = BandArray(source, index, raster.shape, np.dtype(raster.dtypes[at]), own_mask)
     attributes: dict[str, Any] = {
         key: value for key, value in raster.tags(index).items() if not key.startswith("STATISTICS_")

@@ -305,6 +305,10 @@ TEST_F(DriverTest, ShowsTheMaskOfAComponent) {
     const auto set = openRaster(folder());
     EXPECT_EQ(set->GetRasterBand(1)->GetMaskFlags(), GMF_ALL_VALID);
     EXPECT_EQ(set->GetRasterBand(2)->GetMaskFlags(), 0);
+    const char* const options[] = {"BANDS=green", nullptr};
+    const auto alone =
+        GDALDatasetUniquePtr(GDALDataset::Open(folder().c_str(), GDAL_OF_RASTER, nullptr, options));
+    EXPECT_EQ(alone->GetRasterBand(1)->GetMaskFlags(), GMF_PER_DATASET);
     const auto mask = samplesOf(*set->GetRasterBand(2)->GetMaskBand());
     EXPECT_EQ(mask[5], 0);
     EXPECT_EQ(std::count(mask.begin(), mask.end(), 255), 12 * 8 - 1);

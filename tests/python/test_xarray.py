@@ -44,15 +44,16 @@ def test_no_data_is_a_mask(mask, scene):
 
 
 def test_the_mask_of_a_component_is_a_mask(tmp_path):
-    for code in ("B10", "B20"):
+    for code in ("B10", "B80"):
         with rasterio.Env(GDAL_TIFF_INTERNAL_MASK=True):
             with rasterio.open(write_component(tmp_path, code)) as made:
                 profile, samples = made.profile | {"nodata": None}, made.read(1)
             with rasterio.open(tmp_path / component_name(code), "w", **profile) as raster:
                 raster.write(samples, 1)
                 raster.write_mask(samples % 2 == 0)
-    data = xr.open_dataset(tmp_path, engine="kestms")
-    np.testing.assert_array_equal(np.isnan(data.blue), samples % 2 == 1)
+    for group in (None, "15m"):
+        data = xr.open_dataset(tmp_path, engine="kestms", group=group)
+        np.testing.assert_array_equal(np.isnan(data.pan), samples % 2 == 1)
 
 
 def test_the_set_itself_has_all_bands_on_the_finest_grid(document, scene):
