@@ -87,7 +87,6 @@ class KestmsBackendEntrypoint(BackendEntrypoint):
                          for index, name in enumerate(names, start=1)}
             coordinates = _coordinates(raster)
             attributes = {key.lower(): value for key, value in raster.tags().items()}
-            attributes["groups"] = attributes.pop("pixel_sizes").split()
         variables, attributes, _ = xr.conventions.decode_cf_variables(
             variables, attributes, mask_and_scale=mask_and_scale, decode_times=False,
             decode_coords=False, drop_variables=drop_variables)
