@@ -91,7 +91,9 @@ bool looksLikeComponentList(std::string_view head) {
 
 std::string argumentFor(const std::string& path) {
     std::error_code error;
-    return fs::path(path).extension() == ".txt" && fs::exists(path, error) ? "@" + path : path;
+    constexpr std::string_view kMetadata = "_MTL.txt";  // stands for its scene
+    const bool isList = fs::path(path).extension() == ".txt" && !path.ends_with(kMetadata);
+    return isList && fs::exists(path, error) ? "@" + path : path;
 }
 
 }  // namespace kestgdal

@@ -22,7 +22,7 @@ std::string partName(const std::string& path, const std::string& grid);
 /// Whether a file that begins with these bytes is a component list document.
 bool looksLikeComponentList(std::string_view head);
 
-/// The path as an argument of the tool: itself, or "@PATH" for a text file, which lists files.
+/// The path as an argument of the tool: itself, or "@PATH" for a text file that lists files.
 std::string argumentFor(const std::string& path);
 
 }  // namespace kestgdal

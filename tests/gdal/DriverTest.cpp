@@ -142,6 +142,11 @@ TEST_F(DriverTest, RecognisesSetsByContentAndPrefix) {
     EXPECT_EQ(openRaster("kestms:" + directory_ / "*B[12]0.TIF")->GetRasterCount(), 2);
     fakes::writeFile(directory_ / "list.txt", path("B10") + "\n" + path("B80") + "\n");
     EXPECT_EQ(openRaster("KESTMS:" + directory_ / "list.txt")->GetRasterCount(), 2);
+    const std::string scene = directory_ / "LC08_L1TP_195026_20200908_20200919_02_T1_";
+    fakes::writeRaster(scene + "B2.TIF");
+    fakes::writeRaster(scene + "B3.TIF");
+    fakes::writeFile(scene + "MTL.txt", "GROUP = LANDSAT_METADATA_FILE\n");
+    EXPECT_EQ(openRaster("KESTMS:" + scene + "MTL.txt")->GetRasterCount(), 2);
 }
 
 TEST_F(DriverTest, ReportsTheToolsReasonOnce) {
