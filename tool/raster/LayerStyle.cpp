@@ -33,6 +33,14 @@ int bandOf(GDALDataset& raster, GDALColorInterp colour) {
     return 0;
 }
 
+/// The limits are placeholders: QGIS computes them from the visible pixels.
+std::string enhancementOf(const std::string& channel) {
+    return "      <" + channel +
+           "ContrastEnhancement><minValue>0</minValue><maxValue>255</maxValue>"
+           "<algorithm>StretchToMinimumMaximum</algorithm></" +
+           channel + "ContrastEnhancement>\n";
+}
+
 }  // namespace
 
 std::string layerStyle(GDALDataset& raster, const std::string& path) {
@@ -45,11 +53,7 @@ std::string layerStyle(GDALDataset& raster, const std::string& path) {
             return {};
         }
         bands += " " + word + "Band=\"" + std::to_string(band) + "\"";
-        // The limits are placeholders: QGIS computes them from the visible pixels.
-        stretches += std::string("      <") + word +
-                     "ContrastEnhancement><minValue>0</minValue><maxValue>255</maxValue>"
-                     "<algorithm>StretchToMinimumMaximum</algorithm></" +
-                     word + "ContrastEnhancement>\n";
+        stretches += enhancementOf(word);
     }
     return "<!DOCTYPE qgis PUBLIC 'http://mrcc.com/qgis.dtd' 'SYSTEM'>\n" + markFor(path) +
            "<qgis version=\"3.16\" styleCategories=\"Symbology\">\n"

@@ -203,6 +203,7 @@ std::optional<ScenePart> requestedPart(const std::vector<Band>& bands, const Gri
         throw Failure(ExitCode::Usage, kHoldsNothing);
     }
     std::vector<const Band*> all;
+    all.reserve(bands.size());
     for (const Band& band : bands) {
         all.push_back(&band);
     }
