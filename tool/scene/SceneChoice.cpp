@@ -35,14 +35,25 @@ bool liesDirectlyIn(const Scene& scene, const std::string& folder) {
     return (parent / "").lexically_normal() == (place / "").lexically_normal();
 }
 
-/// By its name: a reader's own notes beside a scene do not stand for it.
-bool describes(const fs::path& metadata, const Scene& scene) {
+/// Names of metadata files that do not begin with that of their scene.
+bool isNamedByProduct(const std::string& name) {
     constexpr std::array<std::string_view, 4> kStarts = {"MTD_", "manifest.", "metadata.",
                                                          "tileInfo."};
-    const std::string name = metadata.filename().string();
-    return name.starts_with(scene.name) ||
-           std::any_of(kStarts.begin(), kStarts.end(),
+    return std::any_of(kStarts.begin(), kStarts.end(),
                        [&name](const auto start) { return name.starts_with(start); });
+}
+
+/// Tells before a folder is searched, which can be large, whether a file can be one of metadata.
+bool mayDescribeScene(const std::string& path) {
+    const std::string name = fs::path(path).filename().string();
+    return isMetadataFile(path) &&
+           (isNamedByProduct(name) || name.find("_MTL.") != std::string::npos);
+}
+
+/// By its name: a reader's own notes beside a scene do not stand for it.
+bool describes(const fs::path& metadata, const Scene& scene) {
+    const std::string name = metadata.filename().string();
+    return name.starts_with(scene.name) || isNamedByProduct(name);
 }
 
 /// The rasters below a folder; none instead of a Failure.
@@ -130,7 +141,7 @@ void SceneChoice::takeFolder(const std::string& folder) {
 }
 
 bool SceneChoice::takeSceneOf(const std::string& metadata) {
-    if (!isMetadataFile(metadata)) {
+    if (!mayDescribeScene(metadata)) {
         return false;
     }
     const fs::path path = fs::absolute(metadata).lexically_normal();
