@@ -25,12 +25,7 @@ BandPlace BandPlace::onCoarserGrid(Pyxis::Size fine, Pyxis::Size coarse) const {
 }
 
 Grid gridOf(const std::vector<Band>& bands) {
-    std::vector<const Band*> all;
-    all.reserve(bands.size());
-    for (const Band& band : bands) {
-        all.push_back(&band);
-    }
-    const kestms::SharedGrid shared = kestms::sharedGrid(all, {}, {});
+    const kestms::SharedGrid shared = kestms::sharedGrid(bands, {});
     Grid grid;
     grid.finest = shared.base;
     grid.size = shared.size;

@@ -64,7 +64,8 @@ class KestmsBackendEntrypoint(BackendEntrypoint):
     """
 
     description = "Multispectral image sets of single-band files"
-    open_dataset_parameters = ("filename_or_obj", "drop_variables", "group", "mask_and_scale", "scene")
+    open_dataset_parameters = ("filename_or_obj", "drop_variables", "group", "mask_and_scale",
+                               "scene")
 
     def open_dataset(
         self,

@@ -16,15 +16,14 @@
 namespace kestms {
 namespace {
 
-using kest::BandAssignment;
 using kest::BandType;
 
-std::vector<Band> bandsFor(const std::vector<Band>& bands,
-                           const std::vector<BandAssignment>& channels) {
+/// The first band of each display channel, in the order of display.
+std::vector<Band> bandsOfChannels(const std::vector<Band>& bands) {
     std::vector<Band> found;
-    for (const BandAssignment channel : channels) {
-        const auto band = std::find_if(bands.begin(), bands.end(), [channel](const Band& each) {
-            return each.assignment == channel;
+    for (const DisplayChannel& channel : kDisplayChannels) {
+        const auto band = std::find_if(bands.begin(), bands.end(), [&channel](const Band& each) {
+            return each.assignment == channel.assignment;
         });
         if (band != bands.end()) {
             found.push_back(*band);
@@ -33,7 +32,7 @@ std::vector<Band> bandsFor(const std::vector<Band>& bands,
     return found;
 }
 
-constexpr std::size_t kChannels = 3;
+constexpr std::size_t kChannels = kDisplayChannels.size();
 
 /// The bands that the user names for red, green and blue.
 std::vector<Band> bandsNamed(const std::vector<Band>& bands, const std::vector<std::string>& rgb) {
@@ -54,9 +53,7 @@ std::vector<Band> bandsToShow(std::vector<Band> bands, const ExportRequest& requ
         return bands;
     }
     assignDisplayChannels(bands);
-    std::vector<Band> colours = bandsFor(
-        bands,
-        {BandAssignment::RedChannel, BandAssignment::GreenChannel, BandAssignment::BlueChannel});
+    std::vector<Band> colours = bandsOfChannels(bands);
     if (colours.size() == kChannels) {
         return colours;
     }

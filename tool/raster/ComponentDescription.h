@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "tool/raster/OutputGrid.h"
 #include "tool/scene/AuxiliaryFile.h"
@@ -30,6 +31,11 @@ struct ComponentDescription {
 
 /// Whether metadata of a domain apply to a copy: not those about storage or other files.
 bool isCarried(const std::string& domain);
+
+/// Whether an item of the default domain is a statistic of the band's pixels.
+inline bool isStatistic(std::string_view key) {
+    return key.starts_with("STATISTICS_");
+}
 
 /// The file that GDAL would read as the mask of a component; empty without one.
 std::string maskFileOf(const std::string& path);

@@ -100,7 +100,7 @@ void copyMetadata(GDALMajorObject& from, GDALMajorObject& to) {
 void dropStatistics(GDALMajorObject& object) {
     CPLStringList others;
     for (const std::string& item : listItems(object.GetMetadata())) {
-        if (!item.starts_with("STATISTICS_")) {
+        if (!isStatistic(item)) {
             others.AddString(item.c_str());
         }
     }

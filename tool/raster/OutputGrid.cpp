@@ -131,9 +131,46 @@ bool reachesBeyond(const PixelRectangle& part, const PixelRectangle& extent) {
            part.y + part.height - (extent.y + extent.height) >= 1;
 }
 
+/// The grid that the bands share, or the whole pixels of it that hold the part.
+SharedGrid gridOf(const std::vector<const Band*>& bands, const GridOptions& options,
+                  const std::optional<ScenePart>& part) {
+    const std::size_t base = baseOf(bands, options);
+    const PixelGrid own(*bands[base]);
+    const bool isGiven = options.resolution == GridOptions::Resolution::Given;
+    const PixelGrid grid = isGiven ? own.withPixelSize(options.pixelSize) : own;
+    std::vector<PixelRectangle> rectangles;
+    rectangles.reserve(bands.size());
+    for (const Band* band : bands) {
+        rectangles.push_back(rectangleOf(*band, grid));
+    }
+    PixelRectangle extent{0, 0, std::ceil(rectangles[base].width),
+                          std::ceil(rectangles[base].height)};
+    for (std::size_t i = 0; i < bands.size(); ++i) {
+        extent = extended(extent, rectangles[i], *bands[i]);
+    }
+    const PixelRectangle requested = part ? rectangleOf(*part, grid) : extent;
+    const PixelRectangle shown = intersection(wholePixels(requested), extent);
+    if (!(shown.width >= 1 && shown.height >= 1)) {
+        throw Failure(ExitCode::Usage, kHoldsNothing);
+    }
+    if (!(shown.width < kLargestSide && shown.height < kLargestSide)) {
+        throw Failure(ExitCode::Usage, "the raster would have more pixels than fit into a file");
+    }
+    for (PixelRectangle& each : rectangles) {
+        each.x -= shown.x;
+        each.y -= shown.y;
+    }
+    return {grid,
+            {static_cast<int>(shown.width), static_cast<int>(shown.height)},
+            grid.geoTransform(shown.x, shown.y),
+            base,
+            reachesBeyond(requested, extent),
+            std::move(rectangles)};
+}
+
 OutputRaster rasterOf(const std::vector<const Band*>& bands, const std::string& path,
                       const GridOptions& options, const std::optional<ScenePart>& part) {
-    const SharedGrid shared = sharedGrid(bands, options, part);
+    const SharedGrid shared = gridOf(bands, options, part);
     OutputRaster raster;
     raster.path = path;
     raster.coordinateSystem = *bands.front()->georeference->coordinateSystem;
@@ -202,12 +239,7 @@ std::optional<ScenePart> requestedPart(const std::vector<Band>& bands, const Gri
     if (!(width >= 1 && height >= 1)) {
         throw Failure(ExitCode::Usage, kHoldsNothing);
     }
-    std::vector<const Band*> all;
-    all.reserve(bands.size());
-    for (const Band& band : bands) {
-        all.push_back(&band);
-    }
-    const std::array<double, 6> place = sharedGrid(all, options, {}).geoTransform;
+    const std::array<double, 6> place = sharedGrid(bands, options).geoTransform;
     const auto world = [&place](double x, double y) {
         return Pyxis::Point2d{place[0] + x * place[1] + y * place[2],
                               place[3] + x * place[4] + y * place[5]};
@@ -216,40 +248,13 @@ std::optional<ScenePart> requestedPart(const std::vector<Band>& bands, const Gri
                      world(column + width, row + height)};
 }
 
-SharedGrid sharedGrid(const std::vector<const Band*>& bands, const GridOptions& options,
-                      const std::optional<ScenePart>& part) {
-    const std::size_t base = baseOf(bands, options);
-    const PixelGrid own(*bands[base]);
-    const bool isGiven = options.resolution == GridOptions::Resolution::Given;
-    const PixelGrid grid = isGiven ? own.withPixelSize(options.pixelSize) : own;
-    std::vector<PixelRectangle> rectangles;
-    rectangles.reserve(bands.size());
-    for (const Band* band : bands) {
-        rectangles.push_back(rectangleOf(*band, grid));
+SharedGrid sharedGrid(const std::vector<Band>& bands, const GridOptions& options) {
+    std::vector<const Band*> all;
+    all.reserve(bands.size());
+    for (const Band& band : bands) {
+        all.push_back(&band);
     }
-    PixelRectangle extent{0, 0, std::ceil(rectangles[base].width),
-                          std::ceil(rectangles[base].height)};
-    for (std::size_t i = 0; i < bands.size(); ++i) {
-        extent = extended(extent, rectangles[i], *bands[i]);
-    }
-    const PixelRectangle requested = part ? rectangleOf(*part, grid) : extent;
-    const PixelRectangle shown = intersection(wholePixels(requested), extent);
-    if (!(shown.width >= 1 && shown.height >= 1)) {
-        throw Failure(ExitCode::Usage, kHoldsNothing);
-    }
-    if (!(shown.width < kLargestSide && shown.height < kLargestSide)) {
-        throw Failure(ExitCode::Usage, "the raster would have more pixels than fit into a file");
-    }
-    for (PixelRectangle& each : rectangles) {
-        each.x -= shown.x;
-        each.y -= shown.y;
-    }
-    return {grid,
-            {static_cast<int>(shown.width), static_cast<int>(shown.height)},
-            grid.geoTransform(shown.x, shown.y),
-            base,
-            reachesBeyond(requested, extent),
-            std::move(rectangles)};
+    return gridOf(all, options, {});
 }
 
 std::string unitOf(const OGRSpatialReference& system) {

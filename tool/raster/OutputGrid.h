@@ -70,10 +70,8 @@ using ScenePart = std::array<Pyxis::Point2d, 4>;
 std::optional<ScenePart> requestedPart(const std::vector<Band>& bands, const GridOptions& options);
 
 /// The grid of the base band, extended in whole pixels where another reaches beyond it by a pixel
-/// of its own or more; or the whole pixels of it that hold the part. Throws a Failure as `layOut`
-/// does.
-SharedGrid sharedGrid(const std::vector<const Band*>& bands, const GridOptions& options,
-                      const std::optional<ScenePart>& part);
+/// of its own or more. Throws a Failure as `layOut` does.
+SharedGrid sharedGrid(const std::vector<Band>& bands, const GridOptions& options);
 
 /// "m", "deg", or nothing for another unit.
 std::string unitOf(const OGRSpatialReference& system);

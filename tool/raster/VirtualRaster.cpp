@@ -92,7 +92,7 @@ bool covers(const PixelRectangle& rectangle, const Pyxis::Size& size) {
 
 /// Statistics are those of the band's own pixels that have data.
 void dropStatistics(MetadataItems& items) {
-    std::erase_if(items, [](const auto& item) { return item.first.starts_with("STATISTICS_"); });
+    std::erase_if(items, [](const auto& item) { return isStatistic(item.first); });
 }
 
 void describe(GDALRasterBand& target, const ComponentDescription& facts) {
