@@ -1,3 +1,4 @@
+#include <cstdlib>
 #include <iostream>
 
 #include "host/raster/Module.h"
@@ -52,6 +53,16 @@ ExitCode writeSampleSets(Context& /*context*/, const SamplesOptions& /*options*/
 }  // namespace kestms
 
 int main(int argc, char** argv) {
-    const int code = kestms::run(argc, argv, std::cin, std::cout, std::cerr);
-    return needsModule ? runModule(argc, argv) : code;
+    int code = kestms::run(argc, argv, std::cin, std::cout, std::cerr);
+    if (needsModule) {
+        code = runModule(argc, argv);
+    }
+#ifdef NDEBUG
+    // All is written and closed. The finalisers of all the libraries of PROJ and GDAL would take
+    // as long as a small command; debug builds run them, for leak checks and coverage.
+    std::cout.flush();
+    std::_Exit(code);
+#else
+    return code;
+#endif
 }
