@@ -39,8 +39,10 @@ struct Gathered {
     std::vector<Member> members;
 };
 
+/// Asked for every file, and much faster than std::filesystem, which splits paths into their parts.
 std::string folderOf(const std::string& path) {
-    return fs::path(path).parent_path().string();
+    const std::size_t slash = path.rfind('/');
+    return slash == path.npos ? std::string() : path.substr(0, std::max<std::size_t>(slash, 1));
 }
 
 /// The name of the folder that holds the file, of the current directory as well.
