@@ -35,6 +35,7 @@ void openSet(benchmark::State& state) {
     const Pyxis::FileSpecifier set = fakes::setOf(smallFiles(state));
     for (auto _ : state) {
         const Pyxis::StandardCodecs components;
+        const Pyxis::StandardCodecs::Operation operation;
         const KestMultispectralCodec codec;
         if (codec.isDecodableFile(set, nullptr) != Pyxis::FormatDecodability::Decodable) {
             state.SkipWithError("no set");
