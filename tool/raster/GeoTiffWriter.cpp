@@ -15,61 +15,18 @@
 #include "tool/raster/ComponentDescription.h"
 #include "tool/raster/CreationOptions.h"
 #include "tool/raster/GdalSession.h"
+#include "tool/raster/RasterWindow.h"
 #include "tool/raster/SmallCache.h"
 #include "tool/raster/StringLists.h"
+#include "tool/raster/TileCopy.h"
 #include "tool/raster/XmlText.h"
 #include "tool/terminal/Failure.h"
 
 namespace kestms {
 namespace {
 
-/// Of what is read at once; two such buffers are in use.
-constexpr std::size_t kBufferBytes = 32 << 20;
-/// Tiles are 256 pixels high, and most blocks of components divide this.
-constexpr int kWindowRows = 512;
-constexpr int kTileSide = 256;
-
 /// Of a Cloud Optimized GeoTIFF, what the copy takes after the pixels have been read.
 constexpr double kCopyPart = 0.5;
-
-struct Window {
-    int x;
-    int y;
-    int width;
-    int height;
-};
-
-std::size_t area(const Window& window) {
-    return static_cast<std::size_t>(window.width) * static_cast<std::size_t>(window.height);
-}
-
-/// Whole lines of blocks, so that each is read once and in the order in which they lie in a file;
-/// parts of lines where those are too long.
-std::vector<Window> windowsOf(GDALDataset& raster, std::size_t pixelBytes, int blockRows) {
-    const int width = raster.GetRasterXSize();
-    const int height = raster.GetRasterYSize();
-    constexpr int kMostRows = 2048;
-    const int rows = blockRows > kWindowRows && blockRows <= kMostRows ? blockRows : kWindowRows;
-    const auto most = static_cast<int>(kBufferBytes / pixelBytes) / rows / kTileSide * kTileSide;
-    const int columns = std::min(width, std::max(most, kTileSide));
-    std::vector<Window> windows;
-    for (int y = 0; y < height; y += rows) {
-        for (int x = 0; x < width; x += columns) {
-            windows.push_back({x, y, std::min(columns, width - x), std::min(rows, height - y)});
-        }
-    }
-    return windows;
-}
-
-bool readWindow(GDALRasterBand& band, const Window& window, GDALDataType type, void* samples) {
-    return band.RasterIO(GF_Read, window.x, window.y, window.width, window.height, samples,
-                         window.width, window.height, type, 0, 0, nullptr) == CE_None;
-}
-
-bool writeWindow(GDALRasterBand& band, const Window& window, GDALDataType type, void* samples) {
-    return band.RasterIO(GF_Write, window.x, window.y, window.width, window.height, samples,
-                         window.width, window.height, type, 0, 0, nullptr) == CE_None;
-}
 
 bool sameValue(const std::optional<double>& a, const std::optional<double>& b) {
     const bool bothNan = a && b && std::isnan(*a) && std::isnan(*b);
@@ -113,6 +70,7 @@ class Writer {
     Writer(const OutputRaster& raster, const VirtualRaster& pixels, const GeoTiffOptions& options,
            const OutputFile& output)
         : raster_(raster),
+          pixels_(pixels),
           from_(pixels.dataset()),
           options_(options),
           output_(output),
@@ -136,16 +94,26 @@ class Writer {
         if (hasSignedBytes(first())) {
             options.SetNameValue("PIXELTYPE", "SIGNEDBYTE");
         }
+        const std::optional<TileLayout> layout = layoutToCopy(options, withUsers);
+        if (layout) {
+            options.SetNameValue("SPARSE_OK", "TRUE");  // GDAL writes no tile
+        }
         to_.reset(driver->Create(path.c_str(), from_.GetRasterXSize(), from_.GetRasterYSize(),
                                  from_.GetRasterCount(), type_, options.List()));
         noteWarning(errors);
         if (to_) {
             describe();
+            if (layout) {
+                to_.reset();
+                tiles_.emplace(path, *layout);
+            }
             copyPixels(progress);
         }
         // A full disk may show only when the last tiles are written.
         to_.reset();
-        if (!errors.message().empty()) {
+        const bool isWritten = !tiles_ || tiles_->finish();
+        tiles_.reset();
+        if (!isWritten || !errors.message().empty()) {
             output_.fail(errors.message());
         }
         return notes_;
@@ -204,13 +172,21 @@ class Writer {
 
     bool needsMask() const { return !sharesNoData_ || hasMasks_; }
 
+    /// That of the components, if their tiles can be copied as they are.
+    std::optional<TileLayout> layoutToCopy(const CPLStringList& options, bool withUsers) const {
+        const bool isOurs = !withUsers || options_.creationOptions.empty();
+        return isOurs && pixels_.isUnchanged() && !needsMask()
+                   ? sharedLayout(raster_, type_, options)
+                   : std::nullopt;
+    }
+
     /// On a thread of its own; nobody else uses what is read from meanwhile.
-    void read(int band, const Window& window, Piece& piece) {
+    void read(int band, const RasterWindow& window, Piece& piece) {
         const GdalSession session;
         GDALRasterBand& from = *from_.GetRasterBand(band);
         bool isRead = readWindow(from, window, type_, piece.samples.data());
         if (needsMask()) {
-            piece.mask.resize(area(window));
+            piece.mask.resize(window.area());
             isRead = isRead && readWindow(*from.GetMaskBand(), window, GDT_Byte, piece.mask.data());
         }
         if (!isRead) {
@@ -219,20 +195,21 @@ class Writer {
     }
 
     /// Reads a piece while the one before is compressed and written. Each band in turn, so that
-    /// the mask of a window is complete with its last band.
+    /// the mask of a window is complete with its last band. Pieces whose tiles are copied are read
+    /// as well: what cannot be unpacked shall not be handed on.
     void copyPixels(const ProgressFunction& progress) {
         addMask();
         const int count = from_.GetRasterCount();
         const auto bytes = static_cast<std::size_t>(GDALGetDataTypeSizeBytes(type_));
-        const std::vector<Window> windows = windowsOf(
+        const std::vector<RasterWindow> windows = windowsOf(
             from_, isInterleaved() ? bytes * from_.GetBands().size() : bytes, blockRows());
         std::array<Piece, 2> pieces;
         for (Piece& piece : pieces) {
-            piece.samples.resize(area(windows.front()) * bytes);
+            piece.samples.resize(windows.front().area() * bytes);
         }
         const std::size_t total = windows.size() * static_cast<std::size_t>(count);
         const auto readAhead = [&](std::size_t number) {
-            const Window& window = windows[number / static_cast<std::size_t>(count)];
+            const RasterWindow& window = windows[number / static_cast<std::size_t>(count)];
             const int band = static_cast<int>(number % static_cast<std::size_t>(count)) + 1;
             // Where no thread can be had, it is read when it is asked for.
             return std::async(
@@ -250,12 +227,18 @@ class Writer {
         }
     }
 
-    void write(int band, const Window& window, Piece& piece) {
+    void write(int band, const RasterWindow& window, Piece& piece) {
         const Pyxis::ErrorCapture errors;
+        if (tiles_) {
+            if (!tiles_->copy(pathOf(*from_.GetRasterBand(band)), band - 1, window)) {
+                output_.fail(errors.message());
+            }
+            return;
+        }
         bool isWritten = writeWindow(target(band), window, type_, piece.samples.data());
         if (needsMask()) {
             if (band == 1) {
-                mask_.assign(area(window), 255);
+                mask_.assign(window.area(), 255);
             }
             std::transform(mask_.begin(), mask_.end(), piece.mask.begin(), mask_.begin(),
                            [](std::uint8_t a, std::uint8_t b) { return std::min(a, b); });
@@ -287,6 +270,9 @@ class Writer {
 
     /// Whether tiles hold all bands.
     bool isInterleaved() {
+        if (!to_) {
+            return false;
+        }
         const char* order = to_->GetMetadataItem("INTERLEAVE", "IMAGE_STRUCTURE");
         return order != nullptr && EQUAL(order, "PIXEL") && from_.GetRasterCount() > 1;
     }
@@ -311,11 +297,13 @@ class Writer {
     }
 
     const OutputRaster& raster_;
+    const VirtualRaster& pixels_;
     GDALDataset& from_;
     const GeoTiffOptions& options_;
     const OutputFile& output_;
     GDALDataType type_;
     GDALDatasetUniquePtr to_;
+    std::optional<TileCopy> tiles_;  ///< in place of `to_`, where tiles are copied
     bool sharesNoData_ = true;
     bool hasMasks_ = false;
     std::vector<std::uint8_t> mask_;  ///< of the window that is being written

@@ -48,8 +48,7 @@ class SourceWriter {
     /// the component.
     std::string text(const OutputBand& band, const ComponentDescription& facts, bool ofMask,
                      const std::string& name, bool isRelative) const {
-        const bool remapped =
-            !ofMask && options_.noData && band.band.noData && band.band.noData != options_.noData;
+        const bool remapped = !ofMask && isRemapped(band.band);
         const std::string method = band.isOnGrid() ? "nearest" : methodFor(facts, options_);
         // GDAL turns simple sources that average into ones that go by whole pixels.
         const bool averaged = method == "average";
@@ -71,6 +70,11 @@ class SourceWriter {
                (remapped ? "<NODATA>" + numberText(*band.band.noData) + "</NODATA>"
                          : std::string()) +
                "</" + element + ">";
+    }
+
+    /// Whether the band's no-data pixels get another value.
+    bool isRemapped(const Band& band) const {
+        return options_.noData && band.noData && band.noData != options_.noData;
     }
 
   private:
@@ -240,22 +244,25 @@ void VirtualRaster::addBand(OutputBand band, ComponentDescription& facts,
                       "its samples cannot have the value " + numberText(*options.noData));
     }
     const std::optional<double> noData = options.noData ? options.noData : band.band.noData;
+    const SourceWriter sources(options);
     const Pyxis::Size& size = raster_.size;
     dataset_->AddBand(facts.type, nullptr);
     GDALRasterBand& target = *dataset_->GetRasterBand(dataset_->GetRasterCount());
-    if (noData != band.band.noData || !band.isOnGrid() ||
-        !covers({-band.rectangle.x, -band.rectangle.y, static_cast<double>(size.width),
-                 static_cast<double>(size.height)},
-                {band.band.width, band.band.height})) {
+    const bool isWhole = band.isOnGrid() &&
+                         covers({-band.rectangle.x, -band.rectangle.y,
+                                 static_cast<double>(size.width), static_cast<double>(size.height)},
+                                {band.band.width, band.band.height});
+    if (noData != band.band.noData || !isWhole) {
         dropStatistics(facts.domains[""]);
     }
+    isUnchanged_ =
+        isUnchanged_ && isWhole && covers(band.rectangle, size) && !sources.isRemapped(band.band);
     addSetFacts(band.band, facts);
     target.SetDescription(xmlText(band.band.name).c_str());
     describe(target, facts);
     if (noData) {
         target.SetNoDataValue(*noData);
     }
-    const SourceWriter sources(options);
     // GDAL's names for files in archives or on the network are never relative.
     const bool isPlain = Pyxis::kindOfPath(path) == Pyxis::PathKind::Plain;
     const bool isRelative = isPlain && options.paths == VirtualRasterOptions::Paths::Relative;

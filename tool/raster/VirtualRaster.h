@@ -40,6 +40,8 @@ class VirtualRaster {
     /// The document. Throws a Failure with ExitCode::CannotWrite that names a component whose path
     /// XML cannot hold.
     std::string text() const;
+    /// Whether each band is that of its component, pixel by pixel from corner to corner.
+    bool isUnchanged() const { return isUnchanged_; }
     /// What does not arrive in the raster, a line each.
     const std::vector<std::string>& leftOut() const { return leftOut_; }
 
@@ -56,6 +58,7 @@ class VirtualRaster {
     std::vector<std::string> sources_;
     std::vector<std::string> maskSources_;
     std::vector<std::string> leftOut_;
+    bool isUnchanged_ = true;
 };
 
 }  // namespace kestms

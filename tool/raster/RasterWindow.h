@@ -1,0 +1,36 @@
+#pragma once
+
+#include <gdal_priv.h>
+
+#include <cstddef>
+#include <vector>
+
+namespace kestms {
+
+/// A part of a raster, in pixels from its upper-left corner.
+struct RasterWindow {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+
+    std::size_t area() const {
+        return static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    }
+};
+
+/// The side of the tiles that GDAL writes.
+inline constexpr int kTileSide = 256;
+
+/// The windows in which to read a raster whose components mostly have blocks of `blockRows` lines:
+/// whole lines of blocks, so that each is read once and in the order in which they lie in a file;
+/// parts of lines where those are too long. At most 32 MiB each. If the blocks are as high as
+/// tiles, the edges of windows are those of tiles or of the raster.
+std::vector<RasterWindow> windowsOf(GDALDataset& raster, std::size_t pixelBytes, int blockRows);
+
+/// Between the window and one sample after the other. Returns whether GDAL could do it.
+bool readWindow(GDALRasterBand& band, const RasterWindow& window, GDALDataType type, void* samples);
+bool writeWindow(GDALRasterBand& band, const RasterWindow& window, GDALDataType type,
+                 void* samples);
+
+}  // namespace kestms

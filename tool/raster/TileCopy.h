@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cpl_string.h>
+#include <gdal.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tool/raster/OutputGrid.h"
+#include "tool/raster/RasterWindow.h"
+
+struct tiff;  // libtiff's
+
+namespace kestms {
+
+/// How a TIFF file stores samples: between files of one layout, tiles can be copied as they are.
+struct TileLayout {
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+    std::uint32_t tileWidth = 0;
+    std::uint32_t tileHeight = 0;
+    std::uint16_t bits = 0;    ///< of a sample
+    std::uint16_t format = 0;  ///< this and the others in TIFF's numbers
+    std::uint16_t compression = 0;
+    std::uint16_t predictor = 0;
+
+    bool operator==(const TileLayout& other) const = default;
+};
+
+/// The layout of the file that GDAL creates for the raster with these options, if all of its
+/// bands are plain TIFF files of that layout, with one band and without missing tiles.
+std::optional<TileLayout> sharedLayout(const OutputRaster& raster, GDALDataType type,
+                                       const CPLStringList& creationOptions);
+
+/// Puts tiles of components into a file that GDAL has created without any. Compressing them anew
+/// would take most of the time of an export, for the same result.
+class TileCopy {
+  public:
+    /// The file has no tiles until it is finished. Throws a Failure with ExitCode::Unexpected if it
+    /// has another layout.
+    TileCopy(const std::string& path, const TileLayout& layout);
+
+    /// Copies the tiles of a window whose edges are those of tiles or of the raster; bands count
+    /// from 0. Returns whether they could be written. Throws a Failure with ExitCode::CannotRead.
+    bool copy(const std::string& component, int band, const RasterWindow& window);
+    /// Returns whether the whole file could be written.
+    bool finish();
+
+  private:
+    struct Close {
+        void operator()(tiff* file) const;
+    };
+    using File = std::unique_ptr<tiff, Close>;
+
+    bool read(tiff* from, std::uint32_t tile);
+
+    TileLayout layout_;
+    File file_;
+    std::vector<std::byte> tile_;
+};
+
+}  // namespace kestms
