@@ -75,10 +75,16 @@ class KestmsBackendEntrypoint(BackendEntrypoint):
         group: str | None = None,
         mask_and_scale: bool = True,
         scene: str | None = None,
+        decode_times: Any = None,
+        decode_timedelta: Any = None,
+        use_cftime: Any = None,
+        concat_characters: Any = None,
+        decode_coords: Any = None,
     ) -> xr.Dataset:
         """With `mask_and_scale` samples without data are NaN, and scale and offset are applied.
 
-        `scene` names one of several.
+        `scene` names one of several. The other decoders, which programs give for any engine, find
+        nothing to decode: there are no times or texts, and coordinates are coordinates already.
         """
         path = os.fspath(filename_or_obj)
         source = Source(data_set_name(path) if group is None else part_name(path, group), scene)
