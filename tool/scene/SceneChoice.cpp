@@ -6,6 +6,7 @@
 #include <iterator>
 #include <set>
 #include <string_view>
+#include <unordered_set>
 
 #include "tool/scene/Components.h"
 #include "tool/scene/OpenedSet.h"
@@ -20,13 +21,6 @@ namespace kestms {
 namespace {
 
 using Strings = std::vector<std::string>;
-
-std::vector<std::string> pathsOf(const std::vector<SetAside>& files) {
-    std::vector<std::string> paths;
-    std::transform(files.begin(), files.end(), std::back_inserter(paths),
-                   [](const SetAside& file) { return file.path; });
-    return paths;
-}
 
 bool liesDirectlyIn(const Scene& scene, const std::string& folder) {
     const std::string inside = insideOf(folder);
@@ -198,10 +192,9 @@ void SceneChoice::sortNamedFiles() {
 
 void SceneChoice::sortNamedScenes(const std::vector<Scene>& scenes) {
     const Scene* wanted = context_.scene.empty() ? nullptr : &chosen(scenes);
+    const NamedEntries dropped = dropNamed(scenes, wanted);
     for (const Scene& scene : scenes) {
         if (wanted != nullptr && &scene != wanted) {
-            dropNamed(scene.files);
-            dropNamed(pathsOf(scene.setAside));
             continue;
         }
         const bool hasRasters =
@@ -210,11 +203,11 @@ void SceneChoice::sortNamedScenes(const std::vector<Scene>& scenes) {
         if (hasRasters) {  // otherwise metadata of another scene that is given
             taken_.push_back(scene);
         }
-        sortScene(scene);
+        sortScene(scene, dropped);
     }
 }
 
-void SceneChoice::sortScene(const Scene& scene) {
+void SceneChoice::sortScene(const Scene& scene, const NamedEntries& dropped) {
     std::vector<SetAside> aside;
     for (const SetAside& each : scene.setAside) {
         if (each.reason == kPartOfNoScene) {
@@ -223,33 +216,45 @@ void SceneChoice::sortScene(const Scene& scene) {
             aside.push_back(each);
         }
     }
-    const std::vector<InputEntry> dropped = dropNamed(pathsOf(aside));
     setAside(scene.name, aside, dropped);
 }
 
-std::vector<InputEntry> SceneChoice::dropNamed(const std::vector<std::string>& files) {
-    const std::set<std::string> unwanted(files.begin(), files.end());
+SceneChoice::NamedEntries SceneChoice::dropNamed(const std::vector<Scene>& scenes,
+                                                 const Scene* wanted) {
+    std::unordered_set<std::string> unwanted;
+    for (const Scene& scene : scenes) {
+        const bool isOther = wanted != nullptr && &scene != wanted;
+        if (isOther) {
+            unwanted.insert(scene.files.begin(), scene.files.end());
+        }
+        for (const SetAside& each : scene.setAside) {
+            if (isOther || each.reason != kPartOfNoScene) {
+                unwanted.insert(each.path);
+            }
+        }
+    }
     const auto first =
         std::stable_partition(entries_.begin(), entries_.end(), [&unwanted](const auto& entry) {
             return !entry.isNamed || unwanted.count(entry.path) == 0;
         });
-    std::vector<InputEntry> dropped(first, entries_.end());
+    NamedEntries dropped;
+    std::for_each(first, entries_.end(),
+                  [&dropped](const auto& entry) { dropped[entry.path].push_back(entry); });
     entries_.erase(first, entries_.end());
     return dropped;
 }
 
 void SceneChoice::setAside(const std::string& name, const std::vector<SetAside>& files,
-                           const std::vector<InputEntry>& named) {
+                           const NamedEntries& named) {
     std::vector<SetAside> left;
     bool canTake = false;
     for (const SetAside& each : files) {
         if (each.isLayer && context_.withQuality) {
             context_.layers.insert(each.path);
-            const auto isThis = [&each](const InputEntry& one) { return one.path == each.path; };
-            std::copy_if(named.begin(), named.end(), std::back_inserter(entries_), isThis);
-            if (std::none_of(named.begin(), named.end(), isThis)) {
-                entries_.push_back({each.path});
-            }
+            const auto found = named.find(each.path);
+            const auto entries =
+                found != named.end() ? found->second : std::vector<InputEntry>{{each.path}};
+            entries_.insert(entries_.end(), entries.begin(), entries.end());
         } else {
             context_.inputs.addRaster(each.path);
             const bool isListed = (each.isLayer || each.reason == kPreview) && context_.listsLayers;

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "tool/scene/Context.h"
@@ -39,14 +40,18 @@ class SceneChoice {
     /// Scenes of products come first, then rasters for which `isNear` holds, then all others.
     template <typename IsNear>
     void takeScene(const std::string& name, const std::vector<Scene>& scenes, IsNear isNear);
+    /// By path; a file may have one for each of several frames.
+    using NamedEntries = std::unordered_map<std::string, std::vector<InputEntry>>;
+
     void sortNamedScenes(const std::vector<Scene>& scenes);
-    void sortScene(const Scene& scene);
-    /// Removes and returns the entries of these files that the user named.
-    std::vector<InputEntry> dropNamed(const std::vector<std::string>& files);
+    void sortScene(const Scene& scene, const NamedEntries& dropped);
+    /// Removes and returns the entries that the user named of files that the scenes set aside, and
+    /// of all files of scenes other than a wanted one.
+    NamedEntries dropNamed(const std::vector<Scene>& scenes, const Scene* wanted);
     /// Reports in one line what is left out, unless the user includes it: then with the frames of
     /// `named`.
     void setAside(const std::string& name, const std::vector<SetAside>& files,
-                  const std::vector<InputEntry>& named = {});
+                  const NamedEntries& named = {});
 
     Context& context_;
     std::vector<InputEntry>& entries_;
