@@ -146,7 +146,7 @@ Expected<RasterPointer> FileCache::load(const Format& format, const std::string&
         return place->second->file;  // another thread was faster
     }
     files_.splice(files_.begin(), own);
-    if (files_.size() > kMostFiles) {
+    if (files_.size() > mostFiles()) {
         places_.erase(files_.back().absolutePath);
         forgotten.splice(forgotten.begin(), files_, std::prev(files_.end()));
     }

@@ -32,9 +32,10 @@ class FileCache {
     static std::uint64_t beginOperation();
     static void endOperation(std::uint64_t before);
 
-    /// An entry takes about a kilobyte; few of the files have open datasets. Refusals are kept too
-    /// if files do not change.
-    static constexpr std::size_t kMostFiles = 16384;
+    /// How many files are kept. An entry takes about a kilobyte; few of the files have open
+    /// datasets. Refusals are kept too if files do not change. A program that ignores changes runs
+    /// one command, which asks for each file several times.
+    std::size_t mostFiles() const { return changes_ == FileChanges::Ignore ? 1 << 17 : 1 << 14; }
 
   private:
     struct Entry {

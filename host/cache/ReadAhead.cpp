@@ -22,7 +22,7 @@ ReadAhead::ReadAhead(std::shared_ptr<FileCache> cache, std::vector<std::string> 
     : cache_(std::move(cache)),
       paths_(std::move(paths)),
       stop_(std::move(stop)),
-      count_(std::min(paths_.size(), FileCache::kMostFiles)) {
+      count_(std::min(paths_.size(), cache_->mostFiles())) {
     const std::size_t threads =
         std::min<std::size_t>({count_ / kFilesForThread,
                                std::max(std::thread::hardware_concurrency(), 1U), kMostThreads});
