@@ -129,7 +129,6 @@ void addCheckCommand(CLI::App& app, Context& context) {
     command->add_flag("--json", options->json, "Write JSON");
     command->add_flag("--explain", options->explain, "Tell which rule makes the naming scheme");
     addInputOptions(*command, context);
-    addSkipMisfitsOption(*command, context);
     command->footer(
         "Examples:\n"
         "  kestms check scene.xml\n"
@@ -137,9 +136,7 @@ void addCheckCommand(CLI::App& app, Context& context) {
         "\n"
         "The exit code is 0 for a set that can be decoded, else 1, or 3 when too few of its files\n"
         "can be read.");
-    command->callback([&context, options] {
-        context.action = [&context, options] { return check(context, *options); };
-    });
+    runWhenChosen(*command, context, check, options);
 }
 
 }  // namespace kestms

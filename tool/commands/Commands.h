@@ -1,11 +1,11 @@
 #pragma once
 
 #include <CLI/App.hpp>
+#include <memory>
 
 #include "tool/scene/Context.h"
 
-// Each function adds one command, with its options and examples, to the command line. The command
-// sets `Context::action` when it is chosen.
+// Each function adds one command, with its options and examples, to the command line.
 
 namespace kestms {
 
@@ -19,5 +19,15 @@ void addVrtCommand(CLI::App& app, Context& context);
 void addExportCommand(CLI::App& app, Context& context);
 void addStacCommand(CLI::App& app, Context& context);
 void addProductsCommand(CLI::App& app, Context& context);
+
+/// Makes the action the one to run when the command is chosen.
+template <typename Options>
+void runWhenChosen(CLI::App& command, Context& context,
+                   ExitCode (*action)(Context& context, const Options& options),
+                   const std::shared_ptr<Options>& options) {
+    command.callback([&context, action, options] {
+        context.action = [&context, action, options] { return action(context, *options); };
+    });
+}
 
 }  // namespace kestms

@@ -29,7 +29,6 @@ void addExportCommand(CLI::App& app, Context& context) {
                      "A creation option of GDAL's GTiff or COG driver, as NAME=VALUE")
         ->allow_extra_args(false);
     addInputOptions(*command, context);
-    addSkipMisfitsOption(*command, context);
     command->footer(
         "Pixels are copied as they are where a band lies on the grid; one line says where one is\n"
         "resampled or moved. Bands keep their names, display channels, scales, offsets, units,\n"
@@ -42,9 +41,7 @@ void addExportCommand(CLI::App& app, Context& context) {
         "  kestms export scene.xml -o scene.tif --cog --resampling bilinear\n"
         "  kestms export scene.xml -o part.tif --bands nir,red --bbox "
         "500000,5600000,510000,5610000");
-    command->callback([&context, options] {
-        context.action = [&context, options] { return exportSet(context, *options); };
-    });
+    runWhenChosen(*command, context, exportSet, options);
 }
 
 }  // namespace kestms

@@ -183,16 +183,13 @@ void addInfoCommand(CLI::App& app, Context& context) {
                       "Write every property of every frame as well");
     command->add_flag("--explain", options->explain, "Tell which rule makes the naming scheme");
     addInputOptions(*command, context);
-    addSkipMisfitsOption(*command, context);
     command->footer(
         "Examples:\n"
         "  kestms info scene.xml\n"
         "  kestms info scene/*.TIF --explain\n"
         "  kestms info scene/ --json --properties\n"
         "  kestms --language ja info scene/");
-    command->callback([&context, options] {
-        context.action = [&context, options] { return info(context, *options); };
-    });
+    runWhenChosen(*command, context, info, options);
 }
 
 }  // namespace kestms

@@ -8,9 +8,6 @@ void addInputOptions(CLI::App& command, Context& context) {
                        "scenes), that of its product or folder, or a pattern");
     command.add_flag("--with-quality", context.withQuality,
                      "Take the scene's quality and other layers, too, if they fit its bands");
-}
-
-void addSkipMisfitsOption(CLI::App& command, Context& context) {
     command.add_flag("--skip-misfits", context.skipMisfits,
                      "Leave out, with a warning, what does not fit the first component");
 }

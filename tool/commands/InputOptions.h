@@ -6,9 +6,7 @@
 
 namespace kestms {
 
-/// The options that select files of the set: --scene, --with-quality.
+/// The options that select files of the set: --scene, --with-quality, --skip-misfits.
 void addInputOptions(CLI::App& command, Context& context);
-/// --skip-misfits, for commands that can do without some components.
-void addSkipMisfitsOption(CLI::App& command, Context& context);
 
 }  // namespace kestms

@@ -110,16 +110,13 @@ void addListCommand(CLI::App& app, Context& context) {
     command->add_flag("--overwrite", options->overwrite,
                       "Replace the output when it is there already");
     addInputOptions(*command, context);
-    addSkipMisfitsOption(*command, context);
     command->footer(
         "Examples:\n"
         "  kestms list scene/ -o scene.xml\n"
         "  kestms list red.tif green.tif nir.tif\n"
         "  kestms list 'stack.tif#0' 'stack.tif#3' -o pair.xml\n"
         "  ls scene/*.TIF | kestms list - --purify -o scene.xml");
-    command->callback([&context, options] {
-        context.action = [&context, options] { return list(context, *options); };
-    });
+    runWhenChosen(*command, context, list, options);
 }
 
 }  // namespace kestms

@@ -221,9 +221,7 @@ void addProductsCommand(CLI::App& app, Context& context) {
         "  kestms products sentinel-2-l2a\n"
         "  kestms products --check mine.xml\n"
         "  kestms --products mine.xml products --json");
-    command->callback([&context, options] {
-        context.action = [&context, options] { return products(context, *options); };
-    });
+    runWhenChosen(*command, context, products, options);
 }
 
 }  // namespace kestms

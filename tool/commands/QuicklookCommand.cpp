@@ -29,7 +29,6 @@ void addQuicklookCommand(CLI::App& app, Context& context) {
     command->get_option("--bands")->excludes(rgb);
     addPartOptions(*command, options->request);
     addInputOptions(*command, context);
-    addSkipMisfitsOption(*command, context);
     command->footer(
         "Bands of different pixel sizes are brought to one grid and stretched from 2 to 98 %,\n"
         "without borders of no-data or, in colours, zero. Without bands for red, green and blue\n"
@@ -40,9 +39,7 @@ void addQuicklookCommand(CLI::App& app, Context& context) {
         "  kestms quicklook scene/*.TIF -o scene.png\n"
         "  kestms quicklook scene.xml -o thumbnail.jpg --size 200\n"
         "  kestms quicklook scene.xml -o infrared.png --rgb nir,red,green");
-    command->callback([&context, options] {
-        context.action = [&context, options] { return drawPicture(context, *options); };
-    });
+    runWhenChosen(*command, context, drawPicture, options);
 }
 
 }  // namespace kestms

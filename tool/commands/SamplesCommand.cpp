@@ -30,9 +30,7 @@ void addSamplesCommand(CLI::App& app, Context& context) {
         "Examples:\n"
         "  kestms samples /tmp/scenes\n"
         "  kestms info /tmp/scenes/landsat7/set.xml");
-    command->callback([&context, options] {
-        context.action = [&context, options] { return writeSampleSets(context, *options); };
-    });
+    runWhenChosen(*command, context, writeSampleSets, options);
 }
 
 }  // namespace kestms

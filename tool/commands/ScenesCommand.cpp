@@ -139,9 +139,7 @@ void addScenesCommand(CLI::App& app, Context& context) {
         "Examples:\n"
         "  kestms scenes downloads/\n"
         "  kestms scenes LC08_*/ S2A_*.SAFE/ --json");
-    command->callback([&context, options] {
-        context.action = [&context, options] { return scenes(context, *options); };
-    });
+    runWhenChosen(*command, context, scenes, options);
 }
 
 }  // namespace kestms

@@ -23,7 +23,6 @@ void addStacCommand(CLI::App& app, Context& context) {
                         "(2018-06-29T00:02:41Z), or FROM/TO; by default as in its names and\n"
                         "its metadata file");
     addInputOptions(*command, context);
-    addSkipMisfitsOption(*command, context);
     command->footer(
         "The item is of STAC 1.0 with the extensions projection, eo, raster and processing. Every\n"
         "file is an asset with its bands: names, common names, wavelengths, grid, pixel size,\n"
@@ -32,9 +31,7 @@ void addStacCommand(CLI::App& app, Context& context) {
         "Examples:\n"
         "  kestms stac scene/ -o scene.json\n"
         "  kestms stac scene/*.tif -o scene.json --datetime 2021-05-03 --absolute");
-    command->callback([&context, options] {
-        context.action = [&context, options] { return writeStacItem(context, *options); };
-    });
+    runWhenChosen(*command, context, writeStacItem, options);
 }
 
 }  // namespace kestms

@@ -14,7 +14,6 @@ void addVrtCommand(CLI::App& app, Context& context) {
     addRasterOptions(*command, *request,
                      "The virtual raster to write (.vrt); - for standard output");
     addInputOptions(*command, context);
-    addSkipMisfitsOption(*command, context);
     command->footer(
         "Every band lies exactly where it lies in the world, and keeps its name, display\n"
         "channel, no-data value, mask, scale, offset, unit, categories, metadata and, where the\n"
@@ -25,9 +24,7 @@ void addVrtCommand(CLI::App& app, Context& context) {
         "  kestms vrt scene/*.TIF -o scene.vrt\n"
         "  kestms vrt scene.xml -o scene.vrt --bands red,green,blue\n"
         "  kestms vrt scene.xml -o scene.vrt --split");
-    command->callback([&context, request] {
-        context.action = [&context, request] { return writeVirtualRasters(context, *request); };
-    });
+    runWhenChosen(*command, context, writeVirtualRasters, request);
 }
 
 }  // namespace kestms
