@@ -1,6 +1,9 @@
 #include "bands/catalogue/Product.h"
 
 #include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
 
 #include "bands/AsciiText.h"
 
@@ -58,31 +61,22 @@ int number(std::u16string_view digits) {
 
 /// The date in eight digits, or in seven with the day of the year; empty if there is no such day.
 std::string isoDate(std::u16string_view digits) {
+    using namespace std::chrono;
     if (digits.empty()) {
         return {};
     }
-    const int year = number(digits.substr(0, 4));
-    int month = 0;
-    int day = 0;
-    const bool isLeap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-    const int lengths[] = {31, isLeap ? 29 : 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    if (digits.size() == 8) {
-        month = number(digits.substr(4, 2));
-        day = number(digits.substr(6));
-    } else {
-        day = number(digits.substr(4));
-        for (month = 1; month <= 12 && day > lengths[month - 1]; ++month) {
-            day -= lengths[month - 1];
-        }
-    }
-    if (month < 1 || month > 12 || day < 1 || day > lengths[month - 1]) {
+    const year itsYear(number(digits.substr(0, 4)));
+    const year_month_day date =
+        digits.size() == 8
+            ? itsYear / number(digits.substr(4, 2)) / number(digits.substr(6))
+            : year_month_day(sys_days(itsYear / January / 1) + days(number(digits.substr(4)) - 1));
+    if (!date.ok() || date.year() != itsYear) {
         return {};
     }
-    const auto padded = [](int value, std::size_t width) {
-        const std::string text = std::to_string(value);
-        return std::string(width - std::min(width, text.size()), '0') + text;
-    };
-    return padded(year, 4) + "-" + padded(month, 2) + "-" + padded(day, 2);
+    std::array<char, 16> text{};
+    std::snprintf(text.data(), text.size(), "%04d-%02u-%02u", int{date.year()},
+                  unsigned{date.month()}, unsigned{date.day()});
+    return text.data();
 }
 
 }  // namespace
