@@ -14,17 +14,6 @@ using xml::Element;
 constexpr std::size_t kMaxBuckets = 50;
 constexpr double kMaxMicrometres = 1000.0;
 
-/// The codes between "|".
-std::vector<std::u16string> codesOf(std::u16string_view text) {
-    std::vector<std::u16string> codes;
-    for (std::size_t bar = text.find(u'|'); bar != text.npos; bar = text.find(u'|')) {
-        codes.emplace_back(text.substr(0, bar));
-        text.remove_prefix(bar + 1);
-    }
-    codes.emplace_back(text);
-    return codes;
-}
-
 /// The place of the bucket; behind the last without one of that name.
 std::size_t placeOf(const std::vector<CatalogueBucket>& buckets, std::string_view id) {
     const auto found = std::find_if(buckets.begin(), buckets.end(),
@@ -78,7 +67,7 @@ void BandTables::readBucket(const Element& element, BandTable& table) const {
 
 CatalogueBand BandTables::readCommon(const Element& element, BandTable& table) const {
     CatalogueBand band;
-    band.codes = codesOf(wide(xml_.required(element, "code")));
+    band.codes = split(wide(xml_.required(element, "code")), u'|');
     for (const std::u16string& code : band.codes) {
         if (code.empty() || !table.codes.insert(upperCase(code)).second) {
             xml_.failAt(element, "has a \"code\" that is empty or there for the second time");

@@ -116,20 +116,13 @@ class NamePattern::Compiler {
         if (end == rest_.npos) {
             return fail("lacks a )");
         }
-        std::u16string_view texts = rest_.substr(0, end);
+        const std::u16string_view texts = rest_.substr(0, end);
         rest_.remove_prefix(end + 1);
         if (texts.find_first_of(u"#@([{}]/\\") != texts.npos) {
             return fail("has a choice of more than plain texts");
         }
         Part& part = add(Kind::Choice);
-        while (true) {
-            const std::size_t bar = std::min(texts.find(u'|'), texts.size());
-            part.choices.push_back(upperCase(texts.substr(0, bar)));
-            if (bar == texts.size()) {
-                break;
-            }
-            texts.remove_prefix(bar + 1);
-        }
+        part.choices = split(upperCase(texts), u'|');
         sortChoices(part);
         return true;
     }
