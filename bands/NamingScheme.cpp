@@ -85,11 +85,7 @@ SetNaming nameSet(const ComponentList& components, const Pyxis::ImageFormatCodec
 }
 
 int getNamingScheme(const Pyxis::FileSpecifier& componentList) {
-    return getNamingScheme(ComponentList(componentList));
-}
-
-int getNamingScheme(const ComponentList& components) {
-    return nameSet(components, nullptr, nullptr).scheme;
+    return nameSet(ComponentList(componentList), nullptr, nullptr).scheme;
 }
 
 }  // namespace kest

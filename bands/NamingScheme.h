@@ -50,7 +50,6 @@ SetNaming nameSet(const ComponentList& components, const Pyxis::ImageFormatCodec
 
 /// The scheme of the set that a compound specifier lists, without a finder.
 int getNamingScheme(const Pyxis::FileSpecifier& componentList);
-int getNamingScheme(const ComponentList& components);
 
 /// "po_", digits, "_", a band code, "_", digits.
 bool isPoProductName(const Pyxis::FileSpecifier& file);

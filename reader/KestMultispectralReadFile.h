@@ -51,8 +51,6 @@ class KestMultispectralReadFile : public Pyxis::ReadImageFileInterface {
 
     /// The naming scheme that the set follows, a kest::NamingScheme.
     int setKind() const { return naming_.scheme; }
-    /// The product of the catalogue that the set follows; null without one.
-    const kest::Product* product() const { return naming_.product.get(); }
     /// The record of a band, or of a bucket.
     const kest::BandRecord& band(int index) const;
     const kest::BucketRecord& bucket(int index) const;
