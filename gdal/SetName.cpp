@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "host/Text.h"
+
 namespace fs = std::filesystem;
 
 namespace kestgdal {
@@ -14,9 +16,7 @@ constexpr std::string_view kPrefix = "KESTMS:";
 
 bool startsWithPrefix(std::string_view text) {
     return text.size() > kPrefix.size() &&
-           std::equal(kPrefix.begin(), kPrefix.end(), text.begin(), [](char wanted, char given) {
-               return wanted == std::toupper(static_cast<unsigned char>(given));
-           });
+           Pyxis::equalIgnoringCase(text.substr(0, kPrefix.size()), kPrefix);
 }
 
 /// Some programs, such as rasterio, drop the quotes in names.

@@ -1,6 +1,5 @@
 #include "host/DirectoryFileFinder.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -12,15 +11,6 @@ namespace fs = std::filesystem;
 
 namespace Pyxis {
 namespace {
-
-char lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool equalIgnoringCase(const std::string& left, const std::string& right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](char a, char b) { return lower(a) == lower(b); });
-}
 
 /// Paths are 16-bit text on Windows and bytes elsewhere, as the standard library's path type is.
 fs::path pathOf(const FileSpecifier& file) {

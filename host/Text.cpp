@@ -84,6 +84,10 @@ std::size_t copyAscii(std::basic_string_view<From> text, std::basic_string<To>& 
     return done;
 }
 
+char lowered(char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
 void appendUtf8(char32_t value, std::string& out) {
     char bytes[kLongestUtf8];
     out.append(bytes, putUtf8(value, bytes));
@@ -168,6 +172,16 @@ StringBuffer toWideBuffer(std::string_view utf8) {
     const std::u16string text = utf8ToWide(utf8);
     return {static_cast<int>((text.size() + 1) * 2),
             reinterpret_cast<const unsigned char*>(text.c_str()), CharacterType::Wide};
+}
+
+std::string lowerCase(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(), lowered);
+    return text;
+}
+
+bool equalIgnoringCase(std::string_view one, std::string_view other) {
+    return std::equal(one.begin(), one.end(), other.begin(), other.end(),
+                      [](char a, char b) { return lowered(a) == lowered(b); });
 }
 
 FileSpecifier fileSpecifier(std::string_view path) {

@@ -22,6 +22,10 @@ PYXIS_API std::string toUtf8(const StringBuffer& buffer);
 PYXIS_API std::u16string wideCharacters(const StringBuffer& buffer);
 /// A wide buffer with the text and a terminator.
 PYXIS_API StringBuffer toWideBuffer(std::string_view utf8);
+/// The text with its ASCII letters in lower case.
+PYXIS_API std::string lowerCase(std::string text);
+/// Whether two texts are equal except for the case of ASCII letters.
+PYXIS_API bool equalIgnoringCase(std::string_view one, std::string_view other);
 /// A plain file specifier with the path as wide text.
 PYXIS_API FileSpecifier fileSpecifier(std::string_view path);
 

@@ -8,7 +8,6 @@
 #include "host/Text.h"
 #include "host/file/FileHead.h"
 #include "host/file/WorldFile.h"
-#include "host/formats/FastSiblings.h"
 #include "host/formats/Formats.h"
 #include "host/raster/Gdal.h"
 
@@ -86,11 +85,7 @@ bool isSideFile(const std::string& path) {
 
 bool isNamedLikeRaster(const std::string& path) {
     return std::any_of(formats().begin(), formats().end(), [&path](const Format* format) {
-        return format->isToldByName &&
-               std::any_of(format->extensions.begin(), format->extensions.end(),
-                           [&path](const char* extension) {
-                               return endsIgnoringCase(path, std::string(".") + extension);
-                           });
+        return format->isToldByName && hasExtensionOf(*format, path);
     });
 }
 

@@ -19,9 +19,6 @@ namespace Pyxis {
 Expected<RasterPointer> openSpecifier(FileCache& cache, const Format& format,
                                       const FileSpecifier& file);
 
-/// Whether the format's list of extensions has that of the file.
-bool hasExtensionOf(const Format& format, const FileSpecifier& file);
-
 /// On allocation failure the text is unchanged.
 void setText(StringBuffer& text, const char* value) noexcept;
 
@@ -48,7 +45,7 @@ class RasterCodec : public Interface, public RasterSources {
     }
     CodecCapability codecCapability() const override { return CodecCapability::ReadOnly; }
     bool isValidFileName(const FileSpecifier& file) const override {
-        return answerOr(false, [&] { return hasExtensionOf(format_, file); });
+        return answerOr(false, [&] { return hasExtensionOf(format_, toUtf8(file.string())); });
     }
     FormatType getFormatDecodabilityType() const override { return FormatType::ByContent; }
     FormatOrganization getFormatOrganization() const override { return FormatOrganization::Frames; }

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/Text.h"
 #include "host/formats/FastHeader.h"
 #include "host/formats/FastSiblings.h"
 #include "host/formats/Formats.h"

@@ -11,6 +11,7 @@
 #include <memory>
 #include <utility>
 
+#include "host/Text.h"
 #include "host/formats/FastHeader.h"
 
 namespace Pyxis {
@@ -22,10 +23,6 @@ struct Close {
     void operator()(DIR* directory) const { closedir(directory); }
 };
 using Directory = std::unique_ptr<DIR, Close>;
-
-char lowered(char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
 
 bool beginsWith(std::string_view name, std::string_view start) {
     return equalIgnoringCase(name.substr(0, start.size()), start);
@@ -69,11 +66,6 @@ Refusal unsafe(const char* why, const std::string& name) {
 }
 
 }  // namespace
-
-bool equalIgnoringCase(std::string_view one, std::string_view other) {
-    return std::equal(one.begin(), one.end(), other.begin(), other.end(),
-                      [](char a, char b) { return lowered(a) == lowered(b); });
-}
 
 std::optional<Refusal> whyNotSafeBeside(const std::string& header,
                                         const std::vector<std::string>& names) {

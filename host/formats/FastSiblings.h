@@ -2,7 +2,6 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "host/file/Expected.h"
@@ -15,8 +14,5 @@ namespace Pyxis {
 /// the header's names for its bands.
 std::optional<Refusal> whyNotSafeBeside(const std::string& header,
                                         const std::vector<std::string>& names);
-
-/// Whether two names are equal except for the case of ASCII letters.
-bool equalIgnoringCase(std::string_view one, std::string_view other);
 
 }  // namespace Pyxis

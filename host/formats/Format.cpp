@@ -1,11 +1,13 @@
 #include "host/formats/Format.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 
+#include "host/Text.h"
 #include "host/file/AuxiliaryFile.h"
 #include "host/file/WorldFile.h"
 #include "host/formats/FrameProperties.h"
@@ -146,6 +148,15 @@ Expected<RasterPointer> load(const Format& format, SourceFile file) {
 }
 
 }  // namespace
+
+bool hasExtensionOf(const Format& format, const std::string& path) {
+    const std::string_view name = std::string_view(path).substr(path.rfind('/') + 1);
+    const std::size_t dot = name.rfind('.');
+    return dot != name.npos &&
+           std::any_of(format.extensions.begin(), format.extensions.end(), [&](const char* one) {
+               return equalIgnoringCase(name.substr(dot + 1), one);
+           });
+}
 
 Expected<RasterPointer> loadRaster(const Format& format, const SourceFile& file) {
     Expected<RasterPointer> raster = load(format, file);

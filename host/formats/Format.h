@@ -68,6 +68,9 @@ struct Format {
     void (*describe)(RasterFile& file, int frame, FrameProperties& properties);
 };
 
+/// Whether the format's list of extensions has that of the file.
+bool hasExtensionOf(const Format& format, const std::string& path);
+
 /// Loads a file whose head has been read and recognised. When the process can open no more files,
 /// idle ones are closed first.
 Expected<RasterPointer> loadRaster(const Format& format, const SourceFile& file);

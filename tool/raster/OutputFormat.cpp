@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <optional>
 
+#include "host/Text.h"
 #include "tool/terminal/Failure.h"
 
 namespace kestms {
@@ -43,9 +44,8 @@ constexpr std::array kFormats = {
 };
 
 const FormatRow* rowOf(const std::string& path) {
-    std::string extension = std::filesystem::path(path).extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    const std::string extension =
+        Pyxis::lowerCase(std::filesystem::path(path).extension().string());
     const auto* row = std::find_if(kFormats.begin(), kFormats.end(), [&](const FormatRow& each) {
         return each.extension == extension;
     });

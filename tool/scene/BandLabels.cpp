@@ -49,9 +49,7 @@ void reverseAll(std::vector<std::string>& names) {
 bool isCount(std::string_view text) {
     constexpr std::string_view kDigits = "0123456789";
     const std::size_t word = text.find_first_of(" _0123456789");
-    std::string lower(text.substr(0, word));
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    const std::string lower = Pyxis::lowerCase(std::string(text.substr(0, word)));
     const std::size_t number = text.find_first_of(kDigits);
     return (lower == "band" || lower == "layer") && number != text.npos &&
            number <= lower.size() + 1 && text.find_first_not_of(kDigits, number) == text.npos;

@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <filesystem>
 #include <span>
-#include <string>
 #include <string_view>
+
+#include "host/Text.h"
 
 namespace kestms {
 
@@ -12,10 +13,8 @@ namespace kestms {
 /// the file's own does not matter.
 inline bool hasExtension(const std::filesystem::path& path,
                          std::span<const std::string_view> extensions) {
-    std::string own = path.extension().string();
-    std::transform(own.begin(), own.end(), own.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-    return std::find(extensions.begin(), extensions.end(), own) != extensions.end();
+    return std::find(extensions.begin(), extensions.end(),
+                     Pyxis::lowerCase(path.extension().string())) != extensions.end();
 }
 
 }  // namespace kestms
