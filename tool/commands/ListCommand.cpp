@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "host/Text.h"
-#include "pyxis/FileReadDescriptor.h"
 #include "tool/commands/Commands.h"
 #include "tool/commands/InputOptions.h"
 #include "tool/raster/OutputFile.h"
@@ -33,12 +32,8 @@ struct ListOptions {
 Pyxis::FileSpecifier purified(Context& context, const Pyxis::FileSpecifier& set) {
     Pyxis::FileSpecifier pure = set;
     const bool remains = context.session().codec().purifyFileSet(pure);
-    const std::vector<Component> given = componentsOf(set);
-    for (const Component& component : given) {
-        const Pyxis::ImageFormatCodec* codec = nullptr;
-        if (Pyxis::FileReadDescriptor::findImageFileCodec(Pyxis::fileSpecifier(component.path),
-                                                          codec) !=
-            Pyxis::FormatDecodability::Decodable) {
+    for (const Component& component : componentsOf(set)) {
+        if (!isDecodable(component.path)) {
             context.warn(component.path, "left out: " + whyNotReadable(component.path));
         }
     }

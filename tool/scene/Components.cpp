@@ -9,8 +9,8 @@
 #include "host/Text.h"
 #include "host/codecs/Places.h"
 #include "host/codecs/Readability.h"
-#include "pyxis/FileReadDescriptor.h"
 #include "sets/ComponentList.h"
+#include "sets/FindCodec.h"
 #include "tool/terminal/Failure.h"
 
 namespace fs = std::filesystem;
@@ -91,14 +91,15 @@ Pyxis::FileSpecifier setOf(const std::vector<Component>& components) {
     return builder.specifier();
 }
 
+bool isDecodable(const std::string& path) {
+    return kest::findCodec(Pyxis::fileSpecifier(path)) != nullptr;
+}
+
 std::unique_ptr<Pyxis::ReadImageFileInterface> openImage(const std::string& path) {
     const Pyxis::FileSpecifier file = Pyxis::fileSpecifier(path);
-    const Pyxis::ImageFormatCodec* codec = nullptr;
-    if (Pyxis::FileReadDescriptor::findImageFileCodec(file, codec) !=
-        Pyxis::FormatDecodability::Decodable) {
-        return nullptr;
-    }
-    return std::unique_ptr<Pyxis::ReadImageFileInterface>(codec->openImage(&file));
+    const Pyxis::ImageFormatCodec* codec = kest::findCodec(file);
+    return std::unique_ptr<Pyxis::ReadImageFileInterface>(codec != nullptr ? codec->openImage(&file)
+                                                                           : nullptr);
 }
 
 bool isVirtual(const std::string& path) {

@@ -34,6 +34,9 @@ std::vector<std::string> filesOf(const std::string& path);
 /// A compound specifier that lists the components.
 Pyxis::FileSpecifier setOf(const std::vector<Component>& components);
 
+/// Whether a codec reads the file.
+bool isDecodable(const std::string& path);
+
 /// The image in a file, through the codec that reads it; null when none does.
 std::unique_ptr<Pyxis::ReadImageFileInterface> openImage(const std::string& path);
 

@@ -3,15 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <memory>
 #include <string_view>
 #include <system_error>
 
 #include "codec/strings/BufferText.h"
 #include "host/Text.h"
-#include "pyxis/FileReadDescriptor.h"
-#include "pyxis/ReadImageFile.h"
 #include "sets/ComponentList.h"
+#include "tool/scene/Components.h"
+#include "tool/scene/FileExtension.h"
 #include "tool/scene/InputText.h"
 #include "tool/terminal/Failure.h"
 #include "tool/terminal/Json.h"
@@ -51,22 +50,12 @@ bool isOwnStacItem(const std::string& path) {
 }
 
 bool isOfKindWritten(const std::string& path) {
-    std::string extension = fs::path(path).extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-    return std::find(kWritten.begin(), kWritten.end(), extension) != kWritten.end() ||
-           isSetDocument(path) || isOwnStacItem(path);
+    return hasExtension(path, kWritten) || isSetDocument(path) || isOwnStacItem(path);
 }
 
 /// A header alone does not hold the pixels.
 bool isPartOf(const std::string& path, const std::string& raster) {
-    const Pyxis::FileSpecifier file = Pyxis::fileSpecifier(raster);
-    const Pyxis::ImageFormatCodec* codec = nullptr;
-    if (Pyxis::FileReadDescriptor::findImageFileCodec(file, codec) !=
-        Pyxis::FormatDecodability::Decodable) {
-        return false;
-    }
-    const std::unique_ptr<Pyxis::ReadImageFileInterface> image(codec->openImage(&file));
+    const auto image = openImage(raster);
     for (int i = 0; image && i < image->getNumFiles(); ++i) {
         if (sameFile(path, Pyxis::toUtf8(image->getFile(i).string()))) {
             return true;

@@ -8,9 +8,7 @@
 #include <system_error>
 #include <utility>
 
-#include "host/Text.h"
 #include "host/codecs/Places.h"
-#include "pyxis/FileReadDescriptor.h"
 #include "tool/scene/Components.h"
 #include "tool/scene/FileExtension.h"
 #include "tool/terminal/Failure.h"
@@ -40,12 +38,6 @@ bool isDigit(char c) {
 
 bool isHidden(const fs::path& path) {
     return path.filename().string().starts_with('.');
-}
-
-bool isDecodable(const std::string& path) {
-    const Pyxis::ImageFormatCodec* codec = nullptr;
-    return Pyxis::FileReadDescriptor::findImageFileCodec(Pyxis::fileSpecifier(path), codec) ==
-           Pyxis::FormatDecodability::Decodable;
 }
 
 /// A file with the name of a raster is listed even when no codec reads it, so that a damaged one
