@@ -3,21 +3,10 @@
 #include <cstdlib>
 
 #include "host/gdal/ErrorCapture.h"
+#include "host/gdal/SampleTypes.h"
 
 namespace kestgdal {
 namespace {
-
-using Pyxis::SampleFormat;
-
-SampleFormat formatOf(GDALDataType type) {
-    if (GDALDataTypeIsComplex(type)) {
-        return SampleFormat::Complex;
-    }
-    if (GDALDataTypeIsFloating(type)) {
-        return SampleFormat::FloatingPoint;
-    }
-    return GDALDataTypeIsSigned(type) ? SampleFormat::SignedInteger : SampleFormat::UnsignedInteger;
-}
 
 Pyxis::Size sizeOf(GDALRasterBand& band) {
     return {band.GetXSize(), band.GetYSize()};
@@ -68,7 +57,7 @@ class FrameSamples final : public PixelSource {
             if (buffer.type == GDT_CInt32 || own == GDT_CInt32) {
                 return false;
             }
-            request.sampleFormat = formatOf(buffer.type);
+            request.sampleFormat = Pyxis::sampleFormatOf(buffer.type);
             request.sampleBits = GDALGetDataTypeSizeBits(buffer.type);
         }
         request.pixelStride = static_cast<std::ptrdiff_t>(buffer.pixelSpace);
@@ -116,20 +105,7 @@ class ComponentMask final : public PixelSource {
 }  // namespace
 
 GDALDataType sampleTypeOf(const kestms::Band& band) {
-    constexpr int kBits64 = 64;
-    switch (band.format) {
-        case SampleFormat::Complex:
-            return band.bits < kBits64    ? GDT_CInt16
-                   : band.bits == kBits64 ? GDT_CFloat32
-                                          : GDT_CFloat64;
-        case SampleFormat::FloatingPoint:
-            return GDALFindDataType(band.bits, TRUE, TRUE, FALSE);
-        case SampleFormat::SignedInteger:
-            return band.bits == 8 ? GDT_Byte : GDALFindDataType(band.bits, TRUE, FALSE, FALSE);
-        case SampleFormat::UnsignedInteger:
-            break;
-    }
-    return GDALFindDataType(band.bits, FALSE, FALSE, FALSE);
+    return Pyxis::sampleTypeOf(band.format, band.bits).value_or(GDT_Byte);
 }
 
 std::unique_ptr<PixelSource> samplesOf(const kestms::OpenedSet& set, const kestms::Band& band,

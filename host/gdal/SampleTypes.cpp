@@ -49,10 +49,11 @@ std::optional<GDALDataType> sampleTypeOf(SampleFormat format, std::int32_t bits)
 }
 
 SampleFormat sampleFormatOf(GDALRasterBand& band) {
-    if (holdsSignedBytes(band)) {
-        return SampleFormat::SignedInteger;
-    }
-    const GDALDataType type = band.GetRasterDataType();
+    return holdsSignedBytes(band) ? SampleFormat::SignedInteger
+                                  : sampleFormatOf(band.GetRasterDataType());
+}
+
+SampleFormat sampleFormatOf(GDALDataType type) {
     const auto* found =
         std::find_if(std::begin(kSampleTypes), std::end(kSampleTypes),
                      [type](const SampleType& sample) { return sample.type == type; });
