@@ -50,37 +50,11 @@ constexpr std::array kMediaTypes = {
     MediaType{"NITF", "application/vnd.nitf"},
 };
 
-const char* dataTypeWord(GDALDataType type) {
-    switch (type) {
-        case GDT_Byte:
-            return "uint8";
-        case GDT_UInt16:
-            return "uint16";
-        case GDT_Int16:
-            return "int16";
-        case GDT_UInt32:
-            return "uint32";
-        case GDT_Int32:
-            return "int32";
-        case GDT_UInt64:
-            return "uint64";
-        case GDT_Int64:
-            return "int64";
-        case GDT_Float32:
-            return "float32";
-        case GDT_Float64:
-            return "float64";
-        case GDT_CInt16:
-            return "cint16";
-        case GDT_CInt32:
-            return "cint32";
-        case GDT_CFloat32:
-            return "cfloat32";
-        case GDT_CFloat64:
-            return "cfloat64";
-        default:
-            return "other";
-    }
+/// STAC's words for types are GDAL's in lower case, but for the byte.
+std::string dataTypeWord(const Band& band, GDALDataType type) {
+    return hasSignedBytes(band) ? "int8"
+           : type == GDT_Byte   ? "uint8"
+                                : Pyxis::lowerCase(GDALGetDataTypeName(type));
 }
 
 /// A path as part of a URI reference.
@@ -139,7 +113,7 @@ Json rasterBand(const Band& band, const ComponentDescription& facts, double metr
     const bool isPoint = items != facts.fileDomains.end() &&
                          items->second.contains("AREA_OR_POINT") &&
                          items->second.at("AREA_OR_POINT") == "Point";
-    Json json = {{"data_type", hasSignedBytes(band) ? "int8" : dataTypeWord(facts.type)},
+    Json json = {{"data_type", dataTypeWord(band, facts.type)},
                  {"sampling", isPoint ? "point" : "area"}};
     if (band.noData) {
         json["nodata"] = numberOrWord(*band.noData);
@@ -258,15 +232,10 @@ class Assets {
         Json eo = Json::array();
         Json rasters = Json::array();
         for (const Band& band : bands) {
-            const auto source = Pyxis::rasterSourceOf(Pyxis::fileSpecifier(band.componentPath),
-                                                      band.componentFrame);
-            if (!source) {
-                throw Failure(ExitCode::CannotRead, band.componentPath, "cannot be opened");
-            }
             const bool sharesSystem =
                 band.georeference && *band.georeference->coordinateSystem == system_;
             eo.push_back(eoBand(band, bands.size() == 1 ? key : band.name));
-            rasters.push_back(rasterBand(band, reader_.describe(band.componentPath, *source),
+            rasters.push_back(rasterBand(band, reader_.describe(band.componentPath, sourceOf(band)),
                                          sharesSystem ? metresPerUnit_ : 0));
             if (sharesSystem && &band == &bands.front()) {
                 addGrid(band, json);
