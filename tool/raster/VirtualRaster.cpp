@@ -39,47 +39,38 @@ std::string methodFor(const ComponentDescription& facts, const VirtualRasterOpti
     return mixes && facts.colourTable ? "nearest" : options.resampling;
 }
 
-/// Describes the sources of one raster.
-class SourceWriter {
-  public:
-    explicit SourceWriter(const VirtualRasterOptions& options) : options_(options) {}
+/// Whether the band's no-data pixels get another value.
+bool isRemapped(const Band& band, const VirtualRasterOptions& options) {
+    return options.noData && band.noData && band.noData != options.noData;
+}
 
-    /// The element that places a component's band, or its mask, in the raster; `name` is that of
-    /// the component.
-    std::string text(const OutputBand& band, const ComponentDescription& facts, bool ofMask,
-                     const std::string& name, bool isRelative) const {
-        const bool remapped = !ofMask && isRemapped(band.band);
-        const std::string method = band.isOnGrid() ? "nearest" : methodFor(facts, options_);
-        // GDAL turns simple sources that average into ones that go by whole pixels.
-        const bool averaged = method == "average";
-        // An average is of the pixels with data, so there is one wherever a part has data.
-        const bool resampled = averaged || (method != "nearest" && !ofMask);
-        const std::string element = remapped || averaged ? "ComplexSource" : "SimpleSource";
-        const Pyxis::Size size{band.band.width, band.band.height};
-        return "<" + element + (resampled ? " resampling=\"" + method + "\"" : std::string()) +
-               "><SourceFilename relativeToVRT=\"" + (isRelative ? "1" : "0") + "\">" +
-               escapedMarkup(name) + "</SourceFilename><SourceBand>" + (ofMask ? "mask," : "") +
-               std::to_string(band.source.band) + "</SourceBand><SourceProperties RasterXSize=\"" +
-               std::to_string(size.width) + "\" RasterYSize=\"" + std::to_string(size.height) +
-               "\" DataType=\"" + (ofMask ? "Byte" : band.source.dataType) + "\" BlockXSize=\"" +
-               std::to_string(facts.block.width) + "\" BlockYSize=\"" +
-               std::to_string(facts.block.height) + "\"/><SrcRect " +
-               rectangleAttributes(
-                   {0, 0, static_cast<double>(size.width), static_cast<double>(size.height)}) +
-               "/><DstRect " + rectangleAttributes(band.rectangle) + "/>" +
-               (remapped ? "<NODATA>" + numberText(*band.band.noData) + "</NODATA>"
-                         : std::string()) +
-               "</" + element + ">";
-    }
-
-    /// Whether the band's no-data pixels get another value.
-    bool isRemapped(const Band& band) const {
-        return options_.noData && band.noData && band.noData != options_.noData;
-    }
-
-  private:
-    const VirtualRasterOptions& options_;
-};
+/// The element that places a component's band, or its mask, in the raster; `name` is that of the
+/// component.
+std::string sourceText(const OutputBand& band, const ComponentDescription& facts,
+                       const VirtualRasterOptions& options, bool ofMask, const std::string& name,
+                       bool isRelative) {
+    const bool remapped = !ofMask && isRemapped(band.band, options);
+    const std::string method = band.isOnGrid() ? "nearest" : methodFor(facts, options);
+    // GDAL turns simple sources that average into ones that go by whole pixels.
+    const bool averaged = method == "average";
+    // An average is of the pixels with data, so there is one wherever a part has data.
+    const bool resampled = averaged || (method != "nearest" && !ofMask);
+    const std::string element = remapped || averaged ? "ComplexSource" : "SimpleSource";
+    const Pyxis::Size size{band.band.width, band.band.height};
+    return "<" + element + (resampled ? " resampling=\"" + method + "\"" : std::string()) +
+           "><SourceFilename relativeToVRT=\"" + (isRelative ? "1" : "0") + "\">" +
+           escapedMarkup(name) + "</SourceFilename><SourceBand>" + (ofMask ? "mask," : "") +
+           std::to_string(band.source.band) + "</SourceBand><SourceProperties RasterXSize=\"" +
+           std::to_string(size.width) + "\" RasterYSize=\"" + std::to_string(size.height) +
+           "\" DataType=\"" + (ofMask ? "Byte" : band.source.dataType) + "\" BlockXSize=\"" +
+           std::to_string(facts.block.width) + "\" BlockYSize=\"" +
+           std::to_string(facts.block.height) + "\"/><SrcRect " +
+           rectangleAttributes(
+               {0, 0, static_cast<double>(size.width), static_cast<double>(size.height)}) +
+           "/><DstRect " + rectangleAttributes(band.rectangle) + "/>" +
+           (remapped ? "<NODATA>" + numberText(*band.band.noData) + "</NODATA>" : std::string()) +
+           "</" + element + ">";
+}
 
 void setMetadata(GDALMajorObject& object, const std::string& domain, const MetadataItems& items) {
     CPLStringList list;
@@ -244,7 +235,6 @@ void VirtualRaster::addBand(OutputBand band, ComponentDescription& facts,
                       "its samples cannot have the value " + numberText(*options.noData));
     }
     const std::optional<double> noData = options.noData ? options.noData : band.band.noData;
-    const SourceWriter sources(options);
     const Pyxis::Size& size = raster_.size;
     dataset_->AddBand(facts.type, nullptr);
     GDALRasterBand& target = *dataset_->GetRasterBand(dataset_->GetRasterCount());
@@ -256,7 +246,7 @@ void VirtualRaster::addBand(OutputBand band, ComponentDescription& facts,
         dropStatistics(facts.domains[""]);
     }
     isUnchanged_ =
-        isUnchanged_ && isWhole && covers(band.rectangle, size) && !sources.isRemapped(band.band);
+        isUnchanged_ && isWhole && covers(band.rectangle, size) && !isRemapped(band.band, options);
     addSetFacts(band.band, facts);
     target.SetDescription(xmlText(band.band.name).c_str());
     describe(target, facts);
@@ -269,13 +259,14 @@ void VirtualRaster::addBand(OutputBand band, ComponentDescription& facts,
     const std::string name = band.source.prefix + (isRelative ? relativePath(path, raster_.path)
                                                    : isPlain  ? fs::absolute(path).string()
                                                               : absoluteName(path));
-    addSource(target, sources.text(band, facts, false, nameOf(band), false));
-    sources_.push_back(sources.text(band, facts, false, name, isRelative));
+    addSource(target, sourceText(band, facts, options, false, nameOf(band), false));
+    sources_.push_back(sourceText(band, facts, options, false, name, isRelative));
     maskSources_.emplace_back();
     if (facts.hasMask || (!noData && !covers(band.rectangle, size))) {
         target.CreateMaskBand(0);
-        addSource(*target.GetMaskBand(), sources.text(band, facts, true, nameOf(band), false));
-        maskSources_.back() = sources.text(band, facts, true, name, isRelative);
+        addSource(*target.GetMaskBand(),
+                  sourceText(band, facts, options, true, nameOf(band), false));
+        maskSources_.back() = sourceText(band, facts, options, true, name, isRelative);
     }
     if (!band.isOnGrid() && methodFor(facts, options) != options.resampling) {
         leftOut_.push_back(path + ": resampled (nearest), since its colours cannot be mixed");
