@@ -124,11 +124,6 @@ auto preference(const kest::Product& product, const Member& member) {
     return std::tuple(other, member.bucket->number);
 }
 
-constexpr const char* kSameBandInAnotherForm = "same band in another form";
-constexpr const char* kSameBandAtAnotherSize = "same band at another pixel size";
-constexpr const char* kSameLayerInAnotherForm = "same layer in another form";
-constexpr const char* kSameLayerAtAnotherSize = "same layer at another pixel size";
-
 /// By its extension: ".tfw", ".j2w", ".wld".
 bool isWorldFile(const std::string& path) {
     const std::string extension = fs::path(path).extension().string();
@@ -149,12 +144,10 @@ bool isMaskOfProduct(const std::string& path) {
 }
 
 /// Why a file is set aside that has the band or layer of another one.
-const char* repetitionOf(const Member& member, const Member& first) {
+std::string repetitionOf(const Member& member, const Member& first) {
     const bool isBand = member.band->details.role == kest::BandRole::Band;
-    return member.bucket == first.bucket
-               ? (isBand ? kSameBandInAnotherForm : kSameLayerInAnotherForm)
-           : isBand ? kSameBandAtAnotherSize
-                    : kSameLayerAtAnotherSize;
+    return std::string("same ") + (isBand ? "band" : "layer") +
+           (member.bucket == first.bucket ? " in another form" : " at another pixel size");
 }
 
 void sortMembers(Gathered& gathered) {
