@@ -8,7 +8,7 @@ namespace Pyxis {
 Expected<RasterPointer> openSpecifier(FileCache& cache, const Format& format,
                                       const FileSpecifier& file) {
     if (file.type() != FileSpecifier::Type::PlainFile) {
-        return Refusal{Refusal::Kind::Unreadable, "not a plain file"};
+        return unreadable("not a plain file");
     }
     Expected<RasterPointer> opened = cache.open(format, toUtf8(file.string()));
     if (opened && format.reject != nullptr) {

@@ -20,6 +20,10 @@ struct Refusal {
     std::string reason;  ///< for the user; does not name the file
 };
 
+inline Refusal unreadable(std::string reason) {
+    return {Refusal::Kind::Unreadable, std::move(reason)};
+}
+
 /// A value, or the refusal in its place.
 template <typename T>
 class [[nodiscard]] Expected {

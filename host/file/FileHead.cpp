@@ -11,7 +11,6 @@
 #include <chrono>
 #include <climits>
 #include <cstring>
-#include <utility>
 
 #include "host/file/AuxiliaryFile.h"
 #include "host/file/PathPolicy.h"
@@ -30,10 +29,6 @@ FileState stateOf(const struct stat& status) {
 }
 
 std::atomic<VirtualHeadReader> virtualHeadReader{nullptr};
-
-Refusal unreadable(std::string reason) {
-    return {Refusal::Kind::Unreadable, std::move(reason)};
-}
 
 /// A file descriptor, closed on destruction.
 class Descriptor {

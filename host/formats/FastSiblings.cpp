@@ -9,7 +9,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
-#include <utility>
 
 #include "host/Text.h"
 #include "host/formats/FastHeader.h"
@@ -77,8 +76,7 @@ std::optional<Refusal> whyNotSafeBeside(const std::string& header,
     const std::string headerName = header.substr(folder.size());
     const Directory directory(opendir(folder.c_str()));
     if (!directory) {
-        return Refusal{Refusal::Kind::Unreadable,
-                       std::string("its directory cannot be listed: ") + std::strerror(errno)};
+        return unreadable(std::string("its directory cannot be listed: ") + std::strerror(errno));
     }
     while (const dirent* entry = readdir(directory.get())) {
         const std::string name = entry->d_name;

@@ -5,7 +5,6 @@
 #include <cpl_vsi.h>
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cstddef>
 #include <memory>
@@ -51,10 +50,6 @@ class Reader {
     std::unique_ptr<VSILFILE, CloseFile> file_;
     std::uint64_t at_ = 0;
 };
-
-Refusal unreadable(std::string reason) {
-    return {Refusal::Kind::Unreadable, std::move(reason)};
-}
 
 std::uint64_t littleEndian(std::string_view bytes, std::size_t at, std::size_t count) {
     std::uint64_t number = 0;

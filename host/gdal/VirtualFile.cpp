@@ -47,10 +47,6 @@ struct CloseFile {
 };
 using OpenFile = std::unique_ptr<VSILFILE, CloseFile>;
 
-Refusal unreadable(std::string reason) {
-    return {Refusal::Kind::Unreadable, std::move(reason)};
-}
-
 /// The archive file of a path into an archive: the first file on the way.
 std::string archiveOf(const std::string& path) {
     const std::size_t start = path.find('/', 1) + 1;

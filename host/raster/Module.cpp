@@ -29,7 +29,7 @@ Expected<void*> functionIn(const char* library, const char* function) {
     void* const found = module != nullptr ? dlsym(module, function) : nullptr;
     if (found == nullptr) {
         const char* const reason = dlerror();
-        return Refusal{Refusal::Kind::Unreadable, reason != nullptr ? reason : library};
+        return unreadable(reason != nullptr ? reason : library);
     }
     return found;
 }
