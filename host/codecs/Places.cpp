@@ -33,14 +33,6 @@ std::string folderOf(const std::string& path) {
 
 }  // namespace
 
-PathKind kindOfPath(const std::string& path) {
-    return kindOf(path);
-}
-
-std::string absoluteInside(const std::string& path) {
-    return absolutePath(path);
-}
-
 std::string insideOfArchive(const std::string& path) {
     const auto name = std::find_if(
         kArchiveNames.begin(), kArchiveNames.end(),
@@ -53,7 +45,7 @@ std::string insideOfArchive(const std::string& path) {
 Expected<std::vector<std::string>> filesInArchive(const std::string& inside) {
     const std::string_view why = whyNotAllowed(inside);
     if (!why.empty()) {
-        return Refusal{Refusal::Kind::Unreadable, std::string(why)};
+        return unreadable(std::string(why));
     }
     const Expected<const Gdal*> gdal = Gdal::load();
     return gdal ? (*gdal)->listArchive(inside) : gdal.refusal();
@@ -67,14 +59,14 @@ std::vector<std::string> namesBeside(const std::string& raster) {
 
 Expected<std::string> contentOfSideFile(const std::string& path, std::size_t most) {
     if (kindOf(path) == PathKind::Remote) {
-        return Refusal{Refusal::Kind::Unreadable, "on the network"};
+        return unreadable("on the network");
     }
     Expected<FileHead> head = readHead(path, most);
     if (!head) {
         return head.refusal();
     }
     if (head->bytes.size() != head->state.size) {
-        return Refusal{Refusal::Kind::Unreadable, "too long"};
+        return unreadable("too long");
     }
     return std::move(head->bytes);
 }

@@ -6,18 +6,13 @@
 
 #include "host/file/Expected.h"
 #include "host/file/Export.h"
+#include "host/file/FileHead.h"
 #include "host/file/PathPolicy.h"
 #include "pyxis/FindFileInterface.h"
 
 // Places that may hold rasters: folders, archives, the network.
 
 namespace Pyxis {
-
-/// The kind of file that a path names.
-PYXIS_CODECS_API PathKind kindOfPath(const std::string& path);
-
-/// GDAL's name for a place in an archive, with the archive's absolute path.
-PYXIS_CODECS_API std::string absoluteInside(const std::string& path);
 
 /// GDAL's name for the inside of an archive: "/vsizip/{/home/me/a.zip}"; empty when the extension
 /// is not one of the archives that are read (.zip, .tar, .tar.gz, .tgz).

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/file/Expected.h"
+#include "host/file/Export.h"
 
 namespace Pyxis {
 
@@ -40,7 +41,7 @@ FileState stateOf(const std::string& path);
 FileStamp stampOf(const std::string& path, bool withWorldFiles);
 
 /// The absolute path, of an archive as well; empty for an empty path.
-std::string absolutePath(const std::string& path);
+PYXIS_CODECS_API std::string absolutePath(const std::string& path);
 
 /// A file's first bytes, read before GDAL sees it.
 struct FileHead {

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "host/file/Export.h"
+
 namespace Pyxis {
 
 /// The kind of file that a path names.
@@ -14,7 +16,7 @@ enum class PathKind {
     Other,      ///< any other special name of GDAL's
 };
 
-PathKind kindOf(std::string_view path);
+PYXIS_CODECS_API PathKind kindOf(std::string_view path);
 
 /// What the component codecs of this process may open besides plain files. The default is the
 /// strictest: components come from documents, and documents are untrusted.

@@ -254,7 +254,7 @@ void VirtualRaster::addBand(OutputBand band, ComponentDescription& facts,
         target.SetNoDataValue(*noData);
     }
     // GDAL's names for files in archives or on the network are never relative.
-    const bool isPlain = Pyxis::kindOfPath(path) == Pyxis::PathKind::Plain;
+    const bool isPlain = Pyxis::kindOf(path) == Pyxis::PathKind::Plain;
     const bool isRelative = isPlain && options.paths == VirtualRasterOptions::Paths::Relative;
     const std::string name = band.source.prefix + (isRelative ? relativePath(path, raster_.path)
                                                    : isPlain  ? fs::absolute(path).string()

@@ -103,12 +103,12 @@ std::unique_ptr<Pyxis::ReadImageFileInterface> openImage(const std::string& path
 }
 
 bool isVirtual(const std::string& path) {
-    return Pyxis::kindOfPath(path) != Pyxis::PathKind::Plain;
+    return Pyxis::kindOf(path) != Pyxis::PathKind::Plain;
 }
 
 std::string absoluteName(const std::string& path) {
     if (isVirtual(path)) {
-        return Pyxis::absoluteInside(path);
+        return Pyxis::absolutePath(path);
     }
     std::error_code error;
     const fs::path absolute = fs::absolute(path, error);

@@ -159,7 +159,7 @@ class ArgumentReader {
 
     void readArgument(const std::string& given) {
         const std::string argument = withoutScheme(given);
-        if (Pyxis::kindOfPath(argument) == Pyxis::PathKind::Remote) {
+        if (Pyxis::kindOf(argument) == Pyxis::PathKind::Remote) {
             const auto component = withFrame(argument);
             context_.nameRemote(component ? component->path : argument);
         }
@@ -333,7 +333,7 @@ std::vector<Scene> readScenes(const std::vector<std::string>& paths, Context& co
     std::set<std::string> seen;
     for (const std::string& given : paths) {
         const std::string path = withoutScheme(given);
-        if (Pyxis::kindOfPath(path) == Pyxis::PathKind::Remote) {
+        if (Pyxis::kindOf(path) == Pyxis::PathKind::Remote) {
             context.nameRemote(path);
         }
         const std::vector<std::string> found = rastersAt(path, context);

@@ -164,7 +164,7 @@ bool comesBefore(std::string_view left, std::string_view right) {
 }
 
 std::string insideOf(const std::string& path) {
-    if (Pyxis::kindOfPath(path) == Pyxis::PathKind::InArchive) {
+    if (Pyxis::kindOf(path) == Pyxis::PathKind::InArchive) {
         const bool isOneFile = path.starts_with("/vsigzip/");  // though it may unpack to a tar
         return isOneFile || isRaster(path) || !Pyxis::filesInArchive(path) ? "" : path;
     }

@@ -134,7 +134,7 @@ TEST_F(Archives, HostsMustAllowThem) {
         {"/vsistdin/", PathKind::Other},
     };
     for (const auto& [name, kind] : kinds) {
-        EXPECT_EQ(kindOfPath(name), kind) << name;
+        EXPECT_EQ(kindOf(name), kind) << name;
         EXPECT_EQ(codecOf(name), nullptr);
     }
 }
