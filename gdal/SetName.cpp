@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "host/Text.h"
+#include "tool/scene/MetadataFile.h"
 
 namespace fs = std::filesystem;
 
@@ -91,8 +92,8 @@ bool looksLikeComponentList(std::string_view head) {
 
 std::string argumentFor(const std::string& path) {
     std::error_code error;
-    constexpr std::string_view kMetadata = "_MTL.txt";  // stands for its scene
-    const bool isList = fs::path(path).extension() == ".txt" && !path.ends_with(kMetadata);
+    // Metadata stand for their scene.
+    const bool isList = fs::path(path).extension() == ".txt" && !kestms::isLandsatMetadata(path);
     return isList && fs::exists(path, error) ? "@" + path : path;
 }
 

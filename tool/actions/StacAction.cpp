@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -8,6 +7,7 @@
 #include "tool/raster/OutputFile.h"
 #include "tool/raster/OutputFormat.h"
 #include "tool/raster/StacItem.h"
+#include "tool/scene/MetadataFile.h"
 #include "tool/scene/OpenedSet.h"
 #include "tool/terminal/Json.h"
 #include "tool/terminal/TerminalText.h"

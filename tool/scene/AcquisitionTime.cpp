@@ -4,14 +4,11 @@
 #include <array>
 #include <charconv>
 #include <chrono>
-#include <filesystem>
-#include <iterator>
 #include <sstream>
 #include <string_view>
 
 #include "host/codecs/Places.h"
-
-namespace fs = std::filesystem;
+#include "tool/scene/MetadataFile.h"
 
 namespace kestms {
 namespace {
@@ -149,14 +146,12 @@ std::optional<TimeSpan> fromLines(const std::string& text) {
     return whole || !isDay(day) ? whole : wholeDay(day);
 }
 
-constexpr const char* kLinesEnding = "_MTL.txt";
-
 std::optional<TimeSpan> fromMetadata(const std::string& path) {
     const auto text = Pyxis::contentOfSideFile(path, kLargestFile);
     if (!text) {
         return std::nullopt;
     }
-    return path.ends_with(kLinesEnding) ? fromLines(*text) : fromTile(*text);
+    return isLandsatMetadata(path) ? fromLines(*text) : fromTile(*text);
 }
 
 }  // namespace
@@ -172,22 +167,6 @@ std::optional<TimeSpan> parseTimeSpan(const std::string& text) {
         return std::nullopt;
     }
     return TimeSpan{from->start, to->end};
-}
-
-std::string metadataFileBeside(const std::string& name, const std::vector<std::string>& files) {
-    if (files.empty() || name.empty()) {
-        return {};
-    }
-    const fs::path folder = fs::path(files.front()).parent_path();
-    const fs::path above = folder.parent_path();
-    const fs::path candidates[] = {folder / (name + kLinesEnding), folder / "MTD_TL.xml",
-                                   folder / "metadata.xml",        folder / "tileInfo.json",
-                                   above / "MTD_TL.xml",           above / "metadata.xml",
-                                   above / "tileInfo.json"};
-    const auto found =
-        std::find_if(std::begin(candidates), std::end(candidates),
-                     [](const fs::path& path) { return Pyxis::isSideFile(path.string()); });
-    return found == std::end(candidates) ? std::string() : found->string();
 }
 
 std::optional<TimeSpan> acquisitionTime(const std::string& name, const std::string& day,

@@ -2,7 +2,6 @@
 
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace kestms {
 
@@ -17,10 +16,6 @@ struct TimeSpan {
 /// Parses a day ("2018-06-29"), a time ("2018-06-29T00:02:41Z"), or two of them separated by "/".
 /// Nothing for another text.
 std::optional<TimeSpan> parseTimeSpan(const std::string& text);
-
-/// The path of a scene's metadata file, NAME_MTL.txt beside `files` or that of a Sentinel-2 tile
-/// beside or above them; empty if there is none.
-std::string metadataFileBeside(const std::string& name, const std::vector<std::string>& files);
 
 /// The time of a scene: from its metadata file (may be empty), from a date and time in its name,
 /// else the whole `day` ("2018-06-29"). Nothing if there is none of these.

@@ -1,14 +1,13 @@
 #include "tool/scene/SceneChoice.h"
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <iterator>
 #include <set>
-#include <string_view>
 #include <unordered_set>
 
 #include "tool/scene/Components.h"
+#include "tool/scene/MetadataFile.h"
 #include "tool/scene/OpenedSet.h"
 #include "tool/scene/RasterDirectory.h"
 #include "tool/scene/SceneNames.h"
@@ -27,27 +26,6 @@ bool liesDirectlyIn(const Scene& scene, const std::string& folder) {
     const fs::path place = inside.empty() ? folder : inside;
     const fs::path parent = fs::path(scene.files.front()).parent_path();
     return (parent / "").lexically_normal() == (place / "").lexically_normal();
-}
-
-/// Names of metadata files that do not begin with that of their scene.
-bool isNamedByProduct(const std::string& name) {
-    constexpr std::array<std::string_view, 4> kStarts = {"MTD_", "manifest.", "metadata.",
-                                                         "tileInfo."};
-    return std::any_of(kStarts.begin(), kStarts.end(),
-                       [&name](const auto start) { return name.starts_with(start); });
-}
-
-/// Tells before a folder is searched, which can be large, whether a file can be one of metadata.
-bool mayDescribeScene(const std::string& path) {
-    const std::string name = fs::path(path).filename().string();
-    return isMetadataFile(path) &&
-           (isNamedByProduct(name) || name.find("_MTL.") != std::string::npos);
-}
-
-/// By its name: a reader's own notes beside a scene do not stand for it.
-bool describes(const fs::path& metadata, const Scene& scene) {
-    const std::string name = metadata.filename().string();
-    return name.starts_with(scene.name) || isNamedByProduct(name);
 }
 
 /// The rasters below a folder; none instead of a Failure.
@@ -135,7 +113,7 @@ void SceneChoice::takeFolder(const std::string& folder) {
 }
 
 bool SceneChoice::takeSceneOf(const std::string& metadata) {
-    if (!mayDescribeScene(metadata)) {
+    if (!mayDescribeScene(metadata)) {  // a folder can be large
         return false;
     }
     const fs::path path = fs::absolute(metadata).lexically_normal();
@@ -143,7 +121,7 @@ bool SceneChoice::takeSceneOf(const std::string& metadata) {
     files.push_back(path);
     for (Scene& scene : scenesAmong(context_.session(), files)) {
         const bool isOfScene = std::erase_if(scene.setAside, [&](const SetAside& each) {
-                                   return each.path == path && describes(path, scene);
+                                   return each.path == path && describesScene(path, scene.name);
                                }) > 0;
         if (isOfScene && !scene.product.empty()) {
             context_.inputs.add(metadata);

@@ -6,7 +6,6 @@
 #include <functional>
 #include <iterator>
 #include <map>
-#include <optional>
 #include <string_view>
 #include <system_error>
 #include <tuple>
@@ -16,6 +15,7 @@
 #include "bands/catalogue/ProductCatalogue.h"
 #include "host/Text.h"
 #include "tool/scene/FileExtension.h"
+#include "tool/scene/MetadataFile.h"
 #include "tool/scene/RasterDirectory.h"
 #include "tool/terminal/Failure.h"
 #include "tool/terminal/Interrupt.h"
@@ -347,12 +347,6 @@ class Sorter {
 };
 
 }  // namespace
-
-bool isMetadataFile(const std::string& path) {
-    constexpr std::array<std::string_view, 6> kExtensions = {".xml",  ".txt", ".json",
-                                                             ".html", ".htm", ".safe"};
-    return hasExtension(path, kExtensions);
-}
 
 std::vector<Scene> scenesAmong(Session& session, const std::vector<std::string>& paths) {
     Sorter sorter(session);

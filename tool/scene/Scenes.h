@@ -36,9 +36,6 @@ struct Scene {
     std::vector<SetAside> setAside;
 };
 
-/// By its extension: what producers write beside rasters for people and programs to read.
-bool isMetadataFile(const std::string& path);
-
 /// Sorts rasters into scenes: those of known products first, each group in the order of its first
 /// files in `paths`. If a band has several pixel sizes, the product's own is used. A raster of no
 /// product in the folder of a scene is set aside there. Every path is in one scene.

@@ -7,6 +7,7 @@
 #include "tests/tool/Process.h"
 #include "tool/raster/Footprint.h"
 #include "tool/scene/AcquisitionTime.h"
+#include "tool/scene/MetadataFile.h"
 
 namespace kestms {
 namespace {

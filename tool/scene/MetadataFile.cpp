@@ -1,0 +1,67 @@
+#include "tool/scene/MetadataFile.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <string_view>
+
+#include "host/codecs/Places.h"
+#include "tool/scene/FileExtension.h"
+
+namespace fs = std::filesystem;
+
+namespace kestms {
+namespace {
+
+constexpr const char* kLandsat = "_MTL.txt";
+constexpr std::array kOfTile = {"MTD_TL.xml", "metadata.xml", "tileInfo.json"};
+
+/// Names that do not begin with that of their scene.
+bool isNamedByProduct(const std::string& name) {
+    constexpr std::array<std::string_view, 4> kStarts = {"MTD_", "manifest.", "metadata.",
+                                                         "tileInfo."};
+    return std::any_of(kStarts.begin(), kStarts.end(),
+                       [&name](const auto start) { return name.starts_with(start); });
+}
+
+}  // namespace
+
+bool isMetadataFile(const std::string& path) {
+    constexpr std::array<std::string_view, 6> kExtensions = {".xml",  ".txt", ".json",
+                                                             ".html", ".htm", ".safe"};
+    return hasExtension(path, kExtensions);
+}
+
+bool isLandsatMetadata(const std::string& path) {
+    return path.ends_with(kLandsat);
+}
+
+bool mayDescribeScene(const std::string& path) {
+    const std::string name = fs::path(path).filename().string();
+    return isMetadataFile(path) &&
+           (isNamedByProduct(name) || name.find("_MTL.") != std::string::npos);
+}
+
+bool describesScene(const std::string& path, const std::string& scene) {
+    const std::string name = fs::path(path).filename().string();
+    return name.starts_with(scene) || isNamedByProduct(name);
+}
+
+std::string metadataFileBeside(const std::string& name, const std::vector<std::string>& files) {
+    if (files.empty() || name.empty()) {
+        return {};
+    }
+    const fs::path folder = fs::path(files.front()).parent_path();
+    std::vector<fs::path> candidates = {folder / (name + kLandsat)};
+    for (const fs::path& place : {folder, folder.parent_path()}) {
+        for (const char* const ofTile : kOfTile) {
+            candidates.push_back(place / ofTile);
+        }
+    }
+    const auto found = std::find_if(candidates.begin(), candidates.end(), [](const fs::path& path) {
+        return Pyxis::isSideFile(path.string());
+    });
+    return found == candidates.end() ? std::string() : found->string();
+}
+
+}  // namespace kestms
