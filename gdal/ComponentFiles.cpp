@@ -14,8 +14,7 @@ GDALRasterBand* ComponentFiles::band(const kestms::Band& band) {
         return nullptr;
     }
     const Pyxis::ErrorCapture silent;
-    const auto source =
-        Pyxis::rasterSourceOf(Pyxis::fileSpecifier(band.componentPath), band.componentFrame);
+    const auto source = Pyxis::rasterSourceOf(band.componentPath, band.componentFrame);
     if (!source) {
         return nullptr;
     }
@@ -34,9 +33,8 @@ GDALRasterBand* ComponentFiles::band(const kestms::Band& band) {
 
 kestms::ComponentDescription ComponentFiles::describe(const kestms::Band& band) {
     kestms::ComponentDescription facts;
-    const auto source = closed_ ? std::nullopt
-                                : Pyxis::rasterSourceOf(Pyxis::fileSpecifier(band.componentPath),
-                                                        band.componentFrame);
+    const auto source =
+        closed_ ? std::nullopt : Pyxis::rasterSourceOf(band.componentPath, band.componentFrame);
     if (source) {
         try {
             facts = reader_.describe(band.componentPath, *source);

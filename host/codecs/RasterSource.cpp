@@ -1,6 +1,7 @@
 #include "host/codecs/RasterSource.h"
 
 #include "host/CodecRegistry.h"
+#include "host/Text.h"
 #include "host/raster/RasterFile.h"
 
 namespace Pyxis {
@@ -39,7 +40,8 @@ std::optional<RasterSource> sourceOf(const RasterFile& file, int frame) {
                         handle.driver(),           facts.label, filesOf(file)};
 }
 
-std::optional<RasterSource> rasterSourceOf(const FileSpecifier& file, int frame) {
+std::optional<RasterSource> rasterSourceOf(const std::string& path, int frame) {
+    const FileSpecifier file = fileSpecifier(path);
     const ImageFormatCodec* codec = nullptr;
     if (CodecRegistry::instance().find(file, codec) != FormatDecodability::Decodable) {
         return std::nullopt;

@@ -36,6 +36,6 @@ std::optional<RasterSource> sourceOf(const RasterFile& file, int frame);
 
 /// The source of a frame, from the registered codec that reads the file, which still has a recently
 /// used file open; nothing when no component codec reads it or it has no such frame.
-PYXIS_CODECS_API std::optional<RasterSource> rasterSourceOf(const FileSpecifier& file, int frame);
+PYXIS_CODECS_API std::optional<RasterSource> rasterSourceOf(const std::string& path, int frame);
 
 }  // namespace Pyxis

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <filesystem>
 #include <limits>
 #include <utility>
@@ -210,8 +209,7 @@ std::string countOf(std::ptrdiff_t bands) {
 
 Pyxis::RasterSource sourceOf(const Band& band) {
     throwIfInterrupted();
-    const auto source =
-        Pyxis::rasterSourceOf(Pyxis::fileSpecifier(band.componentPath), band.componentFrame);
+    const auto source = Pyxis::rasterSourceOf(band.componentPath, band.componentFrame);
     if (!source) {
         throw Failure(ExitCode::CannotRead, band.componentPath, "the band cannot be opened");
     }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <filesystem>
 #include <map>
 #include <optional>
@@ -208,7 +207,7 @@ class Assets {
 
     Json describe(AssetFile& file, const std::string& key) {
         Json json = {{"href", linkTo(file.path, links_)}};
-        const auto source = Pyxis::rasterSourceOf(Pyxis::fileSpecifier(file.path), 0);
+        const auto source = Pyxis::rasterSourceOf(file.path, 0);
         const auto* type = std::find_if(
             kMediaTypes.begin(), kMediaTypes.end(),
             [&](const MediaType& row) { return source && row.driver == source->driver; });

@@ -57,8 +57,7 @@ bool isCount(std::string_view text) {
 
 /// The component's own name for the band; empty without one.
 std::string ownLabel(const Band& band, const std::map<int, AuxiliaryBand>& auxiliary) {
-    const auto source =
-        Pyxis::rasterSourceOf(Pyxis::fileSpecifier(band.componentPath), band.componentFrame);
+    const auto source = Pyxis::rasterSourceOf(band.componentPath, band.componentFrame);
     if (!source) {
         return {};
     }

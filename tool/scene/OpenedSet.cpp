@@ -22,6 +22,7 @@
 #include "tool/scene/Diagnosis.h"
 #include "tool/scene/Inputs.h"
 #include "tool/scene/Misfits.h"
+#include "tool/scene/PropertyText.h"
 #include "tool/terminal/Interrupt.h"
 
 namespace kestms {
@@ -148,7 +149,7 @@ class LastAuxiliaryFile {
         if (content_.bands.empty()) {
             return std::nullopt;
         }
-        const auto source = Pyxis::rasterSourceOf(Pyxis::fileSpecifier(path_), band.componentFrame);
+        const auto source = Pyxis::rasterSourceOf(path_, band.componentFrame);
         const auto found = content_.bands.find(source ? source->band : 0);
         return found == content_.bands.end() ? std::nullopt : found->second.noData;
     }
@@ -160,17 +161,8 @@ class LastAuxiliaryFile {
 
 void readProperties(Pyxis::ReadImageFileFrameInterface& frame, Band& band, SetDescription& set,
                     SystemText& system) {
-    const std::unique_ptr<Pyxis::FormatCodecPropertySetIterator> properties(frame.getProperties());
-    if (!properties) {
-        return;
-    }
     PropertyReader reader(band, set, system);
-    for (properties->start(); !properties->endOfList(); properties->step()) {
-        if (const auto* property = properties->openProperty()) {
-            reader.read(*property);
-        }
-        properties->closeProperty();
-    }
+    forEachProperty(frame, [&reader](const auto& property) { reader.read(property); });
 }
 
 }  // namespace

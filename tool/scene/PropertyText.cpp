@@ -1,7 +1,5 @@
 #include "tool/scene/PropertyText.h"
 
-#include <memory>
-
 #include "host/Text.h"
 #include "properties/KestMultispectralBandNameProperty.h"
 #include "properties/KestMultispectralBandTypeProperty.h"
@@ -75,16 +73,9 @@ std::string valueText(const Pyxis::FormatCodecPropertyInterface& property) {
 
 std::vector<PropertyText> propertyTexts(Pyxis::ReadImageFileFrameInterface& frame) {
     std::vector<PropertyText> texts;
-    const std::unique_ptr<Pyxis::FormatCodecPropertySetIterator> properties(frame.getProperties());
-    if (!properties) {
-        return texts;
-    }
-    for (properties->start(); !properties->endOfList(); properties->step()) {
-        if (const auto* property = properties->openProperty()) {
-            texts.push_back({toUtf8(property->getName()), valueText(*property)});
-        }
-        properties->closeProperty();
-    }
+    forEachProperty(frame, [&texts](const auto& property) {
+        texts.push_back({toUtf8(property.getName()), valueText(property)});
+    });
     return texts;
 }
 

@@ -64,13 +64,12 @@ TEST(Sources, OfAllBandsComeFromOneOpenFile) {
     const fakes::TempDirectory directory;
     const StandardCodecs codecs(StandardCodecs::QuickBird::With, StandardCodecs::Changes::Ignore);
     const std::string path = fakes::writeRaster(directory / "bands.tif", {.bands = 3});
-    const FileSpecifier file = fileSpecifier(path);
-    ASSERT_TRUE(rasterSourceOf(file, 0));
+    ASSERT_TRUE(rasterSourceOf(path, 0));
     std::filesystem::remove(path);  // opening it again would fail
-    const auto source = rasterSourceOf(file, 2);
+    const auto source = rasterSourceOf(path, 2);
     ASSERT_TRUE(source);
     EXPECT_EQ(source->prefix + std::to_string(source->band) + source->dataType, "3Byte");
-    EXPECT_FALSE(rasterSourceOf(file, 3) || rasterSourceOf(file, -1));
+    EXPECT_FALSE(rasterSourceOf(path, 3) || rasterSourceOf(path, -1));
 }
 
 }  // namespace
