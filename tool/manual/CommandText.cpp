@@ -3,6 +3,8 @@
 #include <CLI/CLI.hpp>
 #include <sstream>
 
+#include "tool/terminal/TerminalText.h"
+
 namespace kestms {
 namespace {
 
@@ -33,14 +35,6 @@ OptionText optionText(const CLI::Option& option) {
 }
 
 }  // namespace
-
-std::string joined(const std::vector<std::string>& words, const std::string& separator) {
-    std::string text;
-    for (const std::string& word : words) {
-        text += (text.empty() ? "" : separator) + word;
-    }
-    return text;
-}
 
 CommandText textOf(const CLI::App& app) {
     CommandText text{app.get_name(), app.get_description(), {}, app.get_footer(), {}, {}};

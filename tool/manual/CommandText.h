@@ -27,6 +27,4 @@ struct CommandText {
 
 CommandText textOf(const CLI::App& app);
 
-std::string joined(const std::vector<std::string>& words, const std::string& separator);
-
 }  // namespace kestms

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "tool/terminal/TerminalText.h"
+
 namespace kestms {
 namespace {
 

@@ -4,19 +4,9 @@
 #include "tool/scene/Resources.h"
 #include "tool/terminal/Failure.h"
 #include "tool/terminal/Interrupt.h"
+#include "tool/terminal/TerminalText.h"
 
 namespace kestms {
-namespace {
-
-std::string joined(const std::vector<std::string>& words) {
-    std::string text;
-    for (const std::string& word : words) {
-        text += (text.empty() ? "" : ", ") + word;
-    }
-    return text;
-}
-
-}  // namespace
 
 Session::Session(const std::string& language, Changes changes)
     : language_(language.empty() ? environmentLanguage() : language),
@@ -25,7 +15,7 @@ Session::Session(const std::string& language, Changes changes)
     const std::string file = resourceFile(language_);
     if (file.empty() && !language.empty()) {
         throw Failure(ExitCode::Usage, "--language " + language,
-                      "no such language; there are " + joined(availableLanguages()));
+                      "no such language; there are " + joined(availableLanguages(), ", "));
     }
     codec_.setResourceFileName(Pyxis::fileSpecifier(file));
 }

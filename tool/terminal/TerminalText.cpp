@@ -169,6 +169,14 @@ std::string fileMessage(const std::string& file, std::string_view reason) {
     return (file.empty() ? "''" : printableName(file)) + ": " + printable(line);
 }
 
+std::string joined(const std::vector<std::string>& words, std::string_view separator) {
+    std::string text;
+    for (const std::string& word : words) {
+        text.append(text.empty() ? "" : separator).append(word);
+    }
+    return text;
+}
+
 std::size_t displayWidth(std::string_view utf8) {
     if (isPlain(utf8)) {
         return utf8.size();

@@ -23,6 +23,9 @@ std::string printableJson(std::string_view json);
 /// GDAL's messages do, the name is not repeated.
 std::string fileMessage(const std::string& file, std::string_view reason);
 
+/// The words with a separator between them.
+std::string joined(const std::vector<std::string>& words, std::string_view separator);
+
 /// The width of the text in terminal columns: two for East Asian wide characters, none for
 /// combining marks.
 std::size_t displayWidth(std::string_view utf8);
