@@ -21,7 +21,7 @@ PlacedBand::PlacedBand(GDALDataset* dataset, int number, GDALDataType type,
     nBlockYSize = std::clamp(sampling.block.height, 1, nRasterYSize);
 }
 
-bool PlacedBand::read(const GridWindow& window, const Buffer& buffer) {
+bool PlacedBand::read(const kestms::PixelRectangle& window, const Buffer& buffer) {
     return source_ && Pyxis::answerOr(false, [&] {
                return readPlaced(*source_, sampling_.place, window, buffer, sampling_.outside);
            });
@@ -33,8 +33,9 @@ bool PlacedBand::read(const Window& window, const Buffer& buffer) {
                    return source_->read(sampling_.level, window, buffer);
                });
     }
-    return read(GridWindow{static_cast<double>(window.x), static_cast<double>(window.y),
-                           static_cast<double>(window.width), static_cast<double>(window.height)},
+    return read(kestms::PixelRectangle{static_cast<double>(window.x), static_cast<double>(window.y),
+                                       static_cast<double>(window.width),
+                                       static_cast<double>(window.height)},
                 buffer);
 }
 
@@ -64,11 +65,11 @@ CPLErr PlacedBand::IRasterIO(GDALRWFlag flag, int x, int y, int width, int heigh
         const bool withinPixels = extra != nullptr && extra->bFloatingPointWindowValidity &&
                                   (extra->dfXOff != x || extra->dfYOff != y ||
                                    extra->dfXSize != width || extra->dfYSize != height);
-        const bool done =
-            withinPixels
-                ? read(GridWindow{extra->dfXOff, extra->dfYOff, extra->dfXSize, extra->dfYSize},
-                       buffer)
-                : read(Window{x, y, width, height}, buffer);
+        const bool done = withinPixels
+                              ? read(kestms::PixelRectangle{extra->dfXOff, extra->dfYOff,
+                                                            extra->dfXSize, extra->dfYSize},
+                                     buffer)
+                              : read(Window{x, y, width, height}, buffer);
         if (done) {
             return CE_None;
         }

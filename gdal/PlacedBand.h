@@ -43,7 +43,7 @@ class PlacedBand : public GDALRasterBand {
 
   private:
     bool read(const Window& window, const Buffer& buffer);
-    bool read(const GridWindow& window, const Buffer& buffer);
+    bool read(const kestms::PixelRectangle& window, const Buffer& buffer);
 
     std::shared_ptr<PixelSource> source_;
     Sampling sampling_;

@@ -1,7 +1,6 @@
 #include "gdal/PlacedRead.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstring>
 #include <utility>
@@ -147,7 +146,7 @@ class Lines {
 
 }  // namespace
 
-bool readPlaced(PixelSource& source, const BandPlace& place, const GridWindow& window,
+bool readPlaced(PixelSource& source, const BandPlace& place, const kestms::PixelRectangle& window,
                 const Buffer& buffer, double outside) {
     const double perSample = std::min(place.x.scale * window.width / buffer.width,
                                       place.y.scale * window.height / buffer.height);
