@@ -54,7 +54,6 @@ Written writeAll(const Context& context, const ExportRequest& request,
                  const VirtualRasterOptions& options, const std::vector<OutputRaster>& rasters,
                  const Files& files, const RasterWriter& write) {
     Written written;
-    std::vector<Note>& notes = written.notes;
     ProgressBar bar(context.err, !context.quiet && isTerminal(context.err));
     for (std::size_t i = 0; i < rasters.size(); ++i) {
         const auto count = static_cast<double>(rasters.size());
@@ -62,15 +61,14 @@ Written writeAll(const Context& context, const ExportRequest& request,
             bar.show((static_cast<double>(i) + part) / count);
         };
         const VirtualRaster pixels(rasters[i], options);
-        for (const std::string& text : requestNotes(rasters[i], request)) {
-            notes.push_back({rasters[i].path, text});
-        }
-        for (const std::string& text : pixels.leftOut()) {
-            notes.push_back({rasters[i].path, text});
-        }
-        for (const std::string& text : write(rasters[i], pixels, *files[i], progress)) {
-            notes.push_back({rasters[i].path, text});
-        }
+        const auto note = [&](const std::vector<std::string>& texts) {
+            for (const std::string& text : texts) {
+                written.notes.push_back({rasters[i].path, text});
+            }
+        };
+        note(requestNotes(rasters[i], request));
+        note(pixels.leftOut());
+        note(write(rasters[i], pixels, *files[i], progress));
         written.styles.push_back(request.withStyle ? layerStyle(pixels.dataset(), rasters[i].path)
                                                    : "");
     }
