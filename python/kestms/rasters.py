@@ -14,7 +14,7 @@ from rasterio.errors import RasterioIOError
 
 PathLike = Union[str, "os.PathLike[str]"]
 
-_PREFIX = "KESTMS:"
+PREFIX = "KESTMS:"
 #: Datasets that a thread keeps open. Opening one takes as long as reading a few blocks.
 _MOST_OPEN = 8
 _local = threading.local()
@@ -52,18 +52,18 @@ def data_set_name(path: PathLike) -> str:
     Paths become absolute, since arrays may be read in another directory, or process.
     """
     text = os.fspath(path)
-    if text.upper().startswith(_PREFIX):
+    if text.upper().startswith(PREFIX):
         return text
     mark, place = ("@", text[1:]) if text.startswith("@") else ("", text)
     if not place.startswith("/vsi") and "://" not in place:
         place = os.path.abspath(place)
-    return f"{_PREFIX}{mark}{place}"
+    return f"{PREFIX}{mark}{place}"
 
 
 def part_name(path: PathLike, label: str) -> str:
     """GDAL's name for the bands of one pixel size ("30m") of the set at `path`."""
-    plain = data_set_name(path)[len(_PREFIX):].strip('"')
-    return f'{_PREFIX}"{plain}":{label}'
+    plain = data_set_name(path)[len(PREFIX):].strip('"')
+    return f'{PREFIX}"{plain}":{label}'
 
 
 def is_document(path: PathLike) -> bool:

@@ -15,7 +15,7 @@ from rasterio.windows import Window
 from xarray.backends import BackendArray, BackendEntrypoint
 from xarray.core import indexing
 
-from kestms.rasters import PathLike, Source, data_set_name, is_document, opened, part_name
+from kestms.rasters import PREFIX, PathLike, Source, data_set_name, is_document, opened, part_name
 
 #: Chunks hold at least this many pixels, so that a graph stays small.
 _CHUNK_PIXELS = 1 << 20
@@ -103,7 +103,7 @@ class KestmsBackendEntrypoint(BackendEntrypoint):
         if not isinstance(filename_or_obj, (str, os.PathLike)):
             return False
         path = os.fspath(filename_or_obj)
-        if path.upper().startswith("KESTMS:"):
+        if path.upper().startswith(PREFIX):
             return True
         if not path.lower().endswith(".xml"):
             return False
