@@ -5,10 +5,9 @@
 #include <filesystem>
 #include <fstream>
 #include <istream>
-#include <iterator>
 #include <system_error>
 
-#include "host/Text.h"
+#include "sets/xml/XmlUtf16.h"
 #include "tool/terminal/Failure.h"
 #include "tool/terminal/Interrupt.h"
 
@@ -21,33 +20,12 @@ namespace {
 constexpr std::size_t kMaximumBytes = std::size_t{64} << 20U;
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
-constexpr std::string_view kLittleEndianMark = "\xFF\xFE";
-constexpr std::string_view kBigEndianMark = "\xFE\xFF";
-
-std::string fromUtf16(std::string_view bytes, bool bigEndian) {
-    std::u16string text;
-    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-        const auto first = static_cast<unsigned char>(bytes[i]);
-        const auto second = static_cast<unsigned char>(bytes[i + 1]);
-        text.push_back(
-            static_cast<char16_t>(bigEndian ? first << 8 | second : second << 8 | first));
-    }
-    return Pyxis::wideToUtf8(text);
-}
-
-bool isUtf16(std::string_view text) {
-    return text.starts_with(kLittleEndianMark) || text.starts_with(kBigEndianMark);
-}
 
 std::string decoded(std::string bytes) {
-    const std::string_view text = bytes;
-    if (text.starts_with(kUtf8Mark)) {
+    if (bytes.starts_with(kUtf8Mark)) {
         return bytes.substr(kUtf8Mark.size());
     }
-    if (isUtf16(text)) {
-        return fromUtf16(text.substr(2), text.starts_with(kBigEndianMark));
-    }
-    return bytes;
+    return kest::xml::isUtf16(bytes) ? kest::xml::utf16ToUtf8(bytes) : bytes;
 }
 
 }  // namespace
@@ -59,7 +37,7 @@ std::string readText(std::istream& stream, const std::string& name) {
         const std::string_view read(block.data(), static_cast<std::size_t>(stream.gcount()));
         bytes.append(read);
         throwIfInterrupted();
-        if (!isUtf16(bytes) && read.find('\0') != std::string_view::npos) {
+        if (!kest::xml::isUtf16(bytes) && read.find('\0') != std::string_view::npos) {
             throw Failure(ExitCode::CannotRead, name, "not a text file");
         }
         if (bytes.size() > kMaximumBytes) {
