@@ -5,9 +5,7 @@
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 
-#include <limits>
 #include <pugixml.hpp>
-#include <sstream>
 
 #include "benchmarks/Sets.h"
 #include "sets/xml/XmlDocument.h"

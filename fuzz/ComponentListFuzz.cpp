@@ -3,8 +3,6 @@
 
 #include <limits>
 #include <optional>
-#include <string>
-#include <string_view>
 
 #include "fuzz/Input.h"
 #include "fuzz/Texts.h"

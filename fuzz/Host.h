@@ -3,7 +3,6 @@
 #include <limits>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "fuzz/Input.h"
 #include "fuzz/Texts.h"

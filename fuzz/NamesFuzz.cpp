@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>

@@ -1,7 +1,5 @@
 // The first directory of a TIFF file, as far as the bytes read first hold it.
 
-#include <cmath>
-
 #include "fuzz/Input.h"
 #include "host/tiff/TiffDirectory.h"
 

@@ -1,10 +1,8 @@
 // Runs every command of the tool in this process, on a folder of small files.
 
 #include <cpl_minixml.h>
-#include <gdal_priv.h>
 #include <sanitizer/allocator_interface.h>
 #include <sys/resource.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <filesystem>

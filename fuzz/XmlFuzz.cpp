@@ -1,7 +1,6 @@
 // The XML tree: parse, walk, write, parse again, edit, then walk and write again. What was written
 // parses to the same tree.
 
-#include <algorithm>
 #include <cstring>
 #include <map>
 #include <set>

@@ -2,7 +2,6 @@
 
 #include <memory>
 
-#include "host/Text.h"
 #include "host/codecs/RasterSource.h"
 #include "host/gdal/ErrorCapture.h"
 #include "tool/terminal/Failure.h"

@@ -1,7 +1,5 @@
 #include "gdal/PixelSource.h"
 
-#include <cstdlib>
-
 #include "host/gdal/ErrorCapture.h"
 #include "host/gdal/SampleTypes.h"
 

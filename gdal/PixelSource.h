@@ -6,7 +6,6 @@
 
 #include "gdal/ComponentFiles.h"
 #include "pyxis/Geometry.h"
-#include "pyxis/ReadImageFile.h"
 #include "tool/scene/OpenedSet.h"
 
 namespace kestgdal {

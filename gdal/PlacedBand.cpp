@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "gdal/PlacedRead.h"
 #include "pyxis/NoThrow.h"
 
 namespace kestgdal {

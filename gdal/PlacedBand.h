@@ -7,14 +7,14 @@
 
 #include "gdal/Grid.h"
 #include "gdal/PixelSource.h"
-#include "gdal/PlacedRead.h"
+#include "tool/raster/OutputGrid.h"
 
 namespace kestgdal {
 
 /// How a band takes its samples from a source.
 struct Sampling {
     BandPlace place;
-    /// The level of the source to read as it is, where the source lies on the band's own grid.
+    /// The level of the source to read as it is, where the source is on the band's own grid.
     int level = 0;
     Pyxis::Size size;      ///< of the band
     Pyxis::Size block;     ///< its natural block

@@ -3,7 +3,6 @@
 #include <gdal_priv.h>
 #include <ogr_spatialref.h>
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>

@@ -3,7 +3,6 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <exception>
-#include <iostream>
 #include <memory>
 #include <new>
 #include <optional>

@@ -4,7 +4,6 @@
 #include <map>
 #include <set>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "bands/catalogue/ElementReader.h"

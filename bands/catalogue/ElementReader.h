@@ -1,7 +1,6 @@
 #pragma once
 
 #include <charconv>
-#include <cstddef>
 #include <initializer_list>
 #include <optional>
 #include <string>
@@ -18,7 +17,7 @@ struct DocumentFault {
     std::string reason;
 };
 
-/// A part of a catalogue as reasons quote it, cut to a bearable length.
+/// A part of a catalogue as reasons quote it, cut to a readable length.
 std::string quoted(std::string_view text);
 
 /// Without the blanks around it.

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 
 #include "host/formats/Format.h"
 #include "host/raster/RasterFile.h"

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <memory>
-#include <mutex>
-
 #include "host/formats/Format.h"
 #include "pyxis/ReadImageFile.h"
 

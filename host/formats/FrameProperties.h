@@ -1,6 +1,5 @@
 #pragma once
 
-#include <memory>
 #include <string_view>
 
 #include "pyxis/ComponentCodecs.h"

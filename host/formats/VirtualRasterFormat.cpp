@@ -2,7 +2,6 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "host/file/PathPolicy.h"
 #include "host/formats/Formats.h"

@@ -7,7 +7,6 @@
 #include <cstddef>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <iterator>
 
 #include "host/raster/DatasetHandle.h"
 

@@ -6,7 +6,6 @@
 
 #include "bands/IntegerPattern.h"
 #include "bands/NamingScheme.h"
-#include "codec/strings/BufferText.h"
 #include "tests/fakes/Fakes.h"
 #include "tests/fakes/Resources.h"
 

@@ -12,7 +12,6 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
-#include <utility>
 #include <vector>
 
 // Small raster files for tests, made by GDAL in a directory that goes with the test.

@@ -33,9 +33,8 @@ TimeSpan timeOf(const StacOptions& options, const std::string& name, const std::
                                            : parseTimeSpan(options.time);
     if (!time) {
         throw options.time.empty()
-            ? Failure(
-                  ExitCode::Usage, name,
-                  "neither its name nor a metadata file tells its date; give it with --datetime")
+            ? Failure(ExitCode::Usage, name,
+                      "neither its name nor a metadata file has its date; give it with --datetime")
             : Failure(ExitCode::Usage, "--datetime",
                       options.time +
                           " is neither a day (2018-06-29), a time "

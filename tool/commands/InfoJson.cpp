@@ -1,7 +1,5 @@
 #include "tool/commands/InfoJson.h"
 
-#include <string>
-
 #include "tool/commands/PlaceJson.h"
 #include "tool/scene/Words.h"
 

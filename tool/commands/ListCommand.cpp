@@ -4,7 +4,6 @@
 #include <ostream>
 #include <string>
 #include <system_error>
-#include <utility>
 #include <vector>
 
 #include "host/Text.h"

@@ -1,5 +1,4 @@
 #include <memory>
-#include <string>
 
 #include "tool/actions/RasterActions.h"
 #include "tool/commands/Commands.h"

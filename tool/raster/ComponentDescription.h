@@ -2,7 +2,6 @@
 
 #include <gdal_priv.h>
 
-#include <map>
 #include <memory>
 #include <string>
 #include <string_view>

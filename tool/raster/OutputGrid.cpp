@@ -7,7 +7,6 @@
 #include <utility>
 
 #include <ogr_spatialref.h>
-#include "host/Text.h"
 #include "tool/raster/PixelGrid.h"
 #include "tool/terminal/Failure.h"
 #include "tool/terminal/Interrupt.h"
@@ -16,7 +15,7 @@
 namespace kestms {
 namespace {
 
-/// The most that a corner may lie off an upright rectangle, in pixels.
+/// The most that a corner may be off an upright rectangle, in pixels.
 constexpr double kMostSlant = 0.5;
 constexpr const char* kHoldsNothing = "the part asked for holds nothing of the scene";
 constexpr double kLargestSide = std::numeric_limits<int>::max();
@@ -61,7 +60,7 @@ bool hasPixelSize(const Band& band, double size) {
 }
 
 /// The band whose pixels the grid has, or that it starts from. Bands of the size that is asked for
-/// shall not move.
+/// do not move.
 std::size_t baseOf(const std::vector<const Band*>& bands, const GridOptions& options) {
     if (options.resolution == GridOptions::Resolution::Given) {
         const auto same = std::find_if(bands.begin(), bands.end(), [&options](const Band* band) {
@@ -83,7 +82,7 @@ std::size_t baseOf(const std::vector<const Band*>& bands, const GridOptions& opt
 
 /// The whole pixels that hold the base, and another band where that reaches beyond them by a pixel
 /// of its own. Less does not count: the panchromatic band of a scene ends within the outermost
-/// pixels of the coarser ones, and shall have its own grid.
+/// pixels of the coarser ones, and keeps its own grid.
 PixelRectangle extended(const PixelRectangle& all, const PixelRectangle& own, const Band& band) {
     const double column = own.width / band.width;
     const double row = own.height / band.height;

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "tool/scene/AcquisitionTime.h"
-#include "tool/scene/Context.h"
 #include "tool/scene/OpenedSet.h"
+#include "tool/scene/Scenes.h"
 #include "tool/terminal/Json.h"
 
 namespace kestms {

@@ -16,8 +16,6 @@
 #include "host/Text.h"
 #include "tool/scene/FileExtension.h"
 #include "tool/scene/MetadataFile.h"
-#include "tool/scene/RasterDirectory.h"
-#include "tool/terminal/Failure.h"
 #include "tool/terminal/Interrupt.h"
 
 namespace fs = std::filesystem;

@@ -5,7 +5,6 @@
 #include <bit>
 #include <cstdint>
 #include <string>
-#include <utility>
 #include <vector>
 
 // Small TIFF files made field by field, for files that no writer makes.

@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 
 #include <map>
-#include <tuple>
 
 #include "tests/tool/raster/RasterExports.h"
 #include "tool/scene/InputText.h"
