@@ -91,7 +91,7 @@ def one_call(raster, number: int) -> None:
 
 
 def in_threads(name: str, number: int) -> Callable[[], None]:
-    """Threads with a data set each read the windows of one band, every second row of them."""
+    """Threads with a dataset each read the windows of one band, every second row of them."""
     def part(first: int) -> None:
         band = (raster := gdal.Open(name)).GetRasterBand(number)
         for y in range(first * 512, SIZE, THREADS * 512):

@@ -31,7 +31,7 @@ class Bench:
         return os.path.join(self.bin, name)
 
     def contenders(self, count):
-        """What tells what so many files hold: the tool, a bare loop, and a virtual raster."""
+        """Commands that describe so many files: the tool, a bare loop, and a virtual raster."""
         files = os.path.join(self.samples, f"small{count}.txt")
         stack = os.path.join(self.samples, "stack.vrt")
         return {

@@ -12,7 +12,7 @@ namespace kestgdal {
 /// overviews, so only those count that every band on the grid itself has.
 class CommonLevels {
   public:
-    /// Adds the samples of a band that lies on the data set's own grid.
+    /// Adds the samples of a band on the dataset's own grid.
     void add(std::weak_ptr<PixelSource> samples) { samples_.push_back(std::move(samples)); }
     /// Largest first. Found at the first call, which may open the components.
     const std::vector<Pyxis::Size>& sizes();

@@ -175,7 +175,7 @@ int ComponentBand::GetMaskFlags() {
     if (ownMask() == nullptr) {
         return GDALRasterBand::GetMaskFlags();
     }
-    // Each component has its own mask. Many programs heed only one that holds for all bands.
+    // Each component has its own mask. Many programs use only a mask of all bands.
     return poDS->GetRasterCount() == 1 ? GMF_PER_DATASET : 0;
 }
 

@@ -11,11 +11,11 @@
 
 namespace kestgdal {
 
-/// One band of a set on the grid of its data set, with what the set and the component know of it.
-/// What only the component's own file tells is looked up when it is asked for.
+/// One band of a set on the grid of its dataset, with what the set and the component know of it.
+/// Facts that only the component's file has are read when they are asked for.
 class ComponentBand final : public PlacedBand {
   public:
-    /// `band` and `files` live as long as the data set. `levels` are those of the band; null for an
+    /// `band` and `files` live as long as the dataset. `levels` are those of the band; null for an
     /// overview, which has none.
     ComponentBand(GDALDataset* dataset, int number, const kestms::Band& band, ComponentFiles& files,
                   std::shared_ptr<PixelSource> samples, const Sampling& sampling,

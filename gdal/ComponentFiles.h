@@ -12,7 +12,7 @@
 
 namespace kestgdal {
 
-/// The components as GDAL itself opens them, for what a frame does not tell: scale, unit, mask,
+/// The components as GDAL itself opens them, for what a frame does not have: scale, unit, mask,
 /// sizes of overviews. They open when they are first asked for, each once.
 class ComponentFiles {
   public:

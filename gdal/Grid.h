@@ -28,7 +28,7 @@ struct BandPlace {
     BandPlace onCoarserGrid(Pyxis::Size fine, Pyxis::Size coarse) const;
 };
 
-/// The grid of a data set: `kestms::sharedGrid`, seen from each of its pixels.
+/// The grid of a dataset: `kestms::sharedGrid`, seen from each of its pixels.
 struct Grid {
     Pyxis::Size size;
     std::array<double, 6> transform{};
@@ -36,7 +36,7 @@ struct Grid {
     std::vector<BandPlace> places;  ///< one for each band
 };
 
-/// Throws a Failure with ExitCode::NotDecodable for a band that does not lie upright on the grid.
+/// Throws a Failure with ExitCode::NotDecodable for a band that is not upright on the grid.
 Grid gridOf(const std::vector<kestms::Band>& bands);
 
 }  // namespace kestgdal

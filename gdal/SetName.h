@@ -6,7 +6,7 @@
 
 namespace kestgdal {
 
-/// A data set as GDAL programs name it: "KESTMS:PATH", or with one of the set's pixel sizes
+/// A dataset as GDAL programs name it: "KESTMS:PATH", or with one of the set's pixel sizes
 /// "KESTMS:"PATH":15m", whose quotes may be missing.
 struct SetName {
     std::string path;

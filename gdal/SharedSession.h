@@ -13,7 +13,7 @@ namespace kestgdal {
 
 /// The host and its codecs, once for the whole process.
 ///
-/// Never destroyed: a program may leave data sets open, which GDAL closes when the process ends,
+/// Never destroyed: a program may leave datasets open, which GDAL closes when the process ends,
 /// and by then the statics of this module may be gone. Codecs are asked by one thread at a time;
 /// frames are read without a lock.
 class SharedSession {
@@ -28,7 +28,7 @@ class SharedSession {
     /// The files that make up a set: headers, and the pixels that they describe.
     std::vector<std::string> filesOf(const kestms::OpenedSet& set);
 
-    /// Counts the data sets that may read. With the last of them the files of components close:
+    /// Counts the datasets that may read. With the last of them the files of components close:
     /// GDAL destroys what is still open when its drivers go.
     void addReader();
     void removeReader();

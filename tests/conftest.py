@@ -1,7 +1,7 @@
 """What the tests of clients share: the driver just built, and a scene made by rasterio.
 
 The scene has the names and the places of a real one: the panchromatic band has half the pixel size
-and begins and ends within the outermost pixels of the others. Each sample tells its column, row and
+and begins and ends within the outermost pixels of the others. Each sample holds its column, row and
 band, so that one that is moved shows.
 """
 

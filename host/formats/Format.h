@@ -59,7 +59,7 @@ struct Format {
     /// Whether a file that begins with these bytes (at most `FileHead::kBytes`) may be of this
     /// format. `path` is absolute, for formats recognised by the files beside them.
     bool (*recognise)(std::string_view head, const std::string& path);
-    /// Loads a recognised file. The handle is opened only if the file's own bytes do not suffice.
+    /// Loads a recognised file. The handle is opened only if the file's own bytes are not enough.
     Expected<RasterFacts> (*load)(const SourceFile& file, DatasetHandle& handle);
     /// For a format that is a subset of another one: why a loaded file is not of this format; empty
     /// when it is.

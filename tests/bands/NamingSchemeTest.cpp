@@ -68,7 +68,7 @@ TEST_F(NamingSchemeTest, DecidesForTheWholeSet) {
             return false;
         };
         EXPECT_EQ(kest::getNamingScheme(setOf(paths)), scheme);
-        // Codecs are asked only when names do not suffice.
+        // Codecs are asked only when names are not enough.
         EXPECT_TRUE(!asked || scheme == kest::SchemeGeneric || scheme == kest::SchemeQuickBird ||
                     scheme == kest::SchemeNitf);
     }

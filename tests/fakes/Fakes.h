@@ -136,7 +136,7 @@ struct GeoFacts {
     std::int32_t height = 100;
     int code = 0;  ///< 0: none
     std::string system = {};
-    const World* world = nullptr;  ///< hears of each question, if there is one
+    const World* world = nullptr;  ///< records each question, if there is one
 };
 
 /// Base is Pyxis::FormatCodecGeoCorrelation or GeoTiffCorrelation.

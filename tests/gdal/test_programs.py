@@ -145,7 +145,7 @@ def test_open_options_choose_scene_bands_and_catalogue(run, tmp_path):
     with rasterio.open(f"KESTMS:{tmp_path}", products=catalogue, scene="cam_111111_20200101") as raster:
         assert raster.descriptions == ("Ruby", "Emerald", "Sapphire")
     with pytest.raises(rasterio.errors.RasterioIOError, match="no such scene"):
-        # The catalogue of one data set is none of another.
+        # The catalogue of one dataset is none of another.
         rasterio.open(f"KESTMS:{tmp_path}", scene="cam_111111_20200101")
 
 

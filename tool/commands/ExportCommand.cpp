@@ -30,7 +30,7 @@ void addExportCommand(CLI::App& app, Context& context) {
         ->allow_extra_args(false);
     addInputOptions(*command, context);
     command->footer(
-        "Pixels are copied as they are where a band lies on the grid; one line says where one is\n"
+        "Pixels are copied as they are where a band is on the grid; one line says where one is\n"
         "resampled or moved. Bands keep their names, display channels, scales, offsets, units,\n"
         "categories, metadata and, where the sensor is known, wavelengths. Bands with different\n"
         "no-data values get a mask, unless --nodata gives them one value. The names written are\n"

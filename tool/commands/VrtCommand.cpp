@@ -15,7 +15,7 @@ void addVrtCommand(CLI::App& app, Context& context) {
                      "The virtual raster to write (.vrt); - for standard output");
     addInputOptions(*command, context);
     command->footer(
-        "Every band lies exactly where it lies in the world, and keeps its name, display\n"
+        "Every band is exactly where it is in the world, and keeps its name, display\n"
         "channel, no-data value, mask, scale, offset, unit, categories, metadata and, where the\n"
         "sensor is known, wavelengths. Components are named relative to the virtual raster. The\n"
         "names written are printed.\n"

@@ -19,7 +19,7 @@ namespace {
 constexpr std::array kNotCarried = {"IMAGE_STRUCTURE", "DERIVED_SUBDATASETS", "OVERVIEWS",
                                     "COLOR_PROFILE"};
 
-/// Domains of whole files that speak of positions in them, or of how they are stored.
+/// Domains of whole files about positions in them, or about how they are stored.
 constexpr std::array kNotOfOutputs = {"RPC", "GEOLOCATION", "SUBDATASETS", "TRE",
                                       "CGM", "TEXT",        "ENVI"};
 

@@ -13,8 +13,8 @@
 namespace kestms {
 
 /// Keeps GDAL, on this thread, to the files that it is told to open and write: it writes masks
-/// inside them and nothing beside them. Components are opened by names under which nothing lies
-/// beside them (`Pyxis::PrivateFiles`). What GDAL would print is kept from the terminal: it may
+/// inside them and nothing beside them. Components are opened by names with nothing beside
+/// them (`Pyxis::PrivateFiles`). What GDAL would print is kept from the terminal: it may
 /// quote the files.
 class GdalSession {
   public:

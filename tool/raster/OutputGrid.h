@@ -52,7 +52,7 @@ struct OutputRaster {
 /// Where GDAL finds a band's samples. Throws a Failure with ExitCode::CannotRead.
 Pyxis::RasterSource sourceOf(const Band& band);
 
-/// The grid that bands share, and where each of them lies on it.
+/// The grid that bands share, and where each of them is on it.
 struct SharedGrid {
     PixelGrid grid;
     Pyxis::Size size;
@@ -76,11 +76,11 @@ SharedGrid sharedGrid(const std::vector<Band>& bands, const GridOptions& options
 /// "m", "deg", or nothing for another unit.
 std::string unitOf(const OGRSpatialReference& system);
 
-/// How the band's pixel size is written in names: "15m", "60x30m", "0.00025deg". Five digits tell
-/// sizes apart that differ for people.
+/// How the band's pixel size is written in names: "15m", "60x30m", "0.00025deg". Five digits
+/// distinguish sizes that differ for people.
 std::string pixelSizeLabel(const Band& band, const std::string& unit);
 
-/// The rasters that show the bands, or a part of them, each band exactly where it lies in the
+/// The rasters that show the bands, or a part of them, each band exactly where it is in the
 /// world, on the grid that they share. Throws a Failure:
 /// ExitCode::NotDecodable for a band that no upright rectangle can hold, ExitCode::CannotRead for
 /// one that GDAL cannot find, ExitCode::Usage for a part that holds nothing or a raster too large.

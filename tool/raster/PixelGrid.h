@@ -23,7 +23,7 @@ class PixelGrid {
 
     Pyxis::Point2d toWorld(double column, double row) const;
     Pyxis::Point2d toRaster(const Pyxis::Point2d& world) const;
-    /// As GDAL takes it, for a raster whose upper-left corner lies at that position in this one.
+    /// As GDAL takes it, for a raster whose upper-left corner is at that position in this one.
     std::array<double, 6> geoTransform(double column, double row) const;
 
   private:

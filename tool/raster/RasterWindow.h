@@ -23,7 +23,7 @@ struct RasterWindow {
 inline constexpr int kTileSide = 256;
 
 /// The windows in which to read a raster whose components mostly have blocks of `blockRows` lines:
-/// whole lines of blocks, so that each is read once and in the order in which they lie in a file;
+/// whole lines of blocks, so that each is read once and in their order in the file;
 /// parts of lines where those are too long. At most 32 MiB each. If the blocks are as high as
 /// tiles, the edges of windows are those of tiles or of the raster.
 std::vector<RasterWindow> windowsOf(GDALDataset& raster, std::size_t pixelBytes, int blockRows);

@@ -6,7 +6,7 @@
 namespace kestms {
 
 /// The absolute path, its directory without links, since ".." in a path leaves the directory that a
-/// link leads to. The last name stays: what lies beside a linked file is not what lies beside its
+/// link leads to. The last name stays: the files beside a link are not those beside its
 /// target.
 std::filesystem::path throughRealDirectory(const std::string& path);
 

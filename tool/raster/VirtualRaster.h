@@ -29,7 +29,7 @@ struct VirtualRasterOptions {
 
 /// A GDAL virtual raster (VRT) that takes its pixels from the components and carries what they say
 /// of them. It is open and named after no file. The open one sees the components alone; programs
-/// that open the document see what lies beside them as well.
+/// that open the document see the files beside them as well.
 class VirtualRaster {
   public:
     /// Throws a Failure: ExitCode::CannotRead for a component, ExitCode::Usage for a no-data value

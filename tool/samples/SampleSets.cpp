@@ -194,7 +194,7 @@ SampleSet quickBirdPanchromatic() {
 SampleSet nitfLetters() {
     return {
         "nitf",
-        "NITF files whose bands bear the letters R, G, B, N and M",
+        "NITF files whose bands have the letters R, G, B, N and M",
         1024.0,
         Samples::ElevenBits,
         {nitf("north.ntf", Red, "R"), nitf("east.ntf", Green, "G"), nitf("south.ntf", Blue, "B"),

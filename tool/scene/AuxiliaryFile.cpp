@@ -29,7 +29,7 @@ std::optional<Number> numberIn(std::string_view text) {
 }
 
 /// The number whose bytes are written in hexadecimal digits, the least significant one first. GDAL
-/// adds them where its decimal digits do not suffice.
+/// adds them where its decimal digits are not enough.
 std::optional<double> numberOfBytes(std::string_view digits) {
     constexpr int kBase = 16;
     std::uint64_t bits = 0;

@@ -28,7 +28,7 @@ std::vector<Component> componentsIn(Context& context, const std::vector<std::str
 std::vector<Component> componentsOf(const Pyxis::FileSpecifier& set);
 
 /// The files of the image at a path, the path itself first: a header's pixels are in other files.
-/// Those follow that describe or place it and lie beside it.
+/// Then the files beside it that describe or place it.
 std::vector<std::string> filesOf(const std::string& path);
 
 /// A compound specifier that lists the components.

@@ -64,7 +64,7 @@ bool isPartOf(const std::string& path, const std::string& raster) {
     return false;
 }
 
-/// Whether one of the files, or what it links to, lies in the directory.
+/// Whether one of the files, or what it links to, is in the directory.
 bool isOneIn(const fs::path& directory, const std::set<std::string>& files) {
     return std::any_of(files.begin(), files.end(), [&directory](const std::string& file) {
         std::error_code gone;

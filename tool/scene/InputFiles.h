@@ -26,7 +26,7 @@ class InputFiles {
     void refuseOutput(const std::string& path, bool overwrite) const;
     /// The same for a file that goes or changes with an output beside it, of whatever kind.
     void refuseSideFile(const std::string& path, bool overwrite) const;
-    /// Whether an input lies in the directory itself.
+    /// Whether an input is in the directory itself.
     bool areIn(const std::filesystem::path& directory) const;
 
   private:

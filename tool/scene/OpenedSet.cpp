@@ -138,7 +138,7 @@ void readPixelFacts(Pyxis::ReadImageFileFrameInterface& frame, Band& band) {
     }
 }
 
-/// What lies beside the component that was asked about last: bands of one follow each other.
+/// What is beside the component that was asked about last: bands of one follow each other.
 class LastAuxiliaryFile {
   public:
     std::optional<double> noDataOf(const Band& band) {

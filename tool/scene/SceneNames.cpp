@@ -35,7 +35,7 @@ constexpr SceneMatcher kSceneMatchers[] = {
 
 using Scenes = std::vector<const Scene*>;
 
-/// A scene for a message: its name, and what tells it from others of that name.
+/// A scene for a message: its name, and what distinguishes it from others of that name.
 std::string labelOf(const Scene& scene, const Scenes& scenes) {
     const auto sameName = std::count_if(scenes.begin(), scenes.end(), [&scene](const Scene* each) {
         return each->name == scene.name;

@@ -24,7 +24,7 @@ extern "C" void noteInterrupt(int /*signal*/) {
     interrupted = 1;
     const char byte = 0;
     if (write(wakeUp, &byte, 1) < 0) {
-        // Without a watcher the flag alone must suffice.
+        // Without a watcher the flag alone must do.
     }
 }
 
