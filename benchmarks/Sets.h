@@ -6,7 +6,7 @@
 
 #include "codec/KestMultispectralCodec.h"
 #include "codec/strings/BufferText.h"
-#include "tests/fakes/Fakes.h"
+#include "tests/fakes/Codecs.h"
 #include "tests/fakes/Sets.h"
 
 // The sets that are measured, by their number of components.

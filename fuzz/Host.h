@@ -6,7 +6,7 @@
 
 #include "fuzz/Input.h"
 #include "fuzz/Texts.h"
-#include "tests/fakes/Fakes.h"
+#include "tests/fakes/Codecs.h"
 #include "tests/fakes/Resources.h"
 
 namespace fuzz {

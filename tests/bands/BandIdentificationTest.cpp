@@ -6,7 +6,7 @@
 
 #include "bands/IntegerPattern.h"
 #include "bands/NamingScheme.h"
-#include "tests/fakes/Fakes.h"
+#include "tests/fakes/Codecs.h"
 #include "tests/fakes/Resources.h"
 
 namespace {

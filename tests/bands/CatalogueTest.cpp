@@ -7,7 +7,7 @@
 
 #include "codec/KestMultispectralCodec.h"
 #include "reader/KestMultispectralReadFile.h"
-#include "tests/fakes/Fakes.h"
+#include "tests/fakes/Codecs.h"
 #include "tests/fakes/Resources.h"
 #include "tests/fakes/Sets.h"
 

@@ -4,7 +4,7 @@
 
 #include <sstream>
 
-#include "tests/fakes/Fakes.h"
+#include "tests/fakes/Codecs.h"
 #include "tests/fakes/Sets.h"
 
 namespace {

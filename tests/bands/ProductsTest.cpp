@@ -6,7 +6,7 @@
 #include "bands/BandWords.h"
 #include "bands/catalogue/ProductCatalogue.h"
 #include "host/Text.h"
-#include "tests/fakes/Fakes.h"
+#include "tests/fakes/Codecs.h"
 #include "tests/fakes/Paths.h"
 #include "tests/fakes/Products.h"
 

@@ -6,7 +6,7 @@
 
 #include "codec/KestMultispectralFormatCodecApiVersion.h"
 #include "sets/SetJudge.h"
-#include "tests/fakes/Fakes.h"
+#include "tests/fakes/Codecs.h"
 #include "tests/fakes/Resources.h"
 #include "tests/fakes/Sets.h"
 

@@ -10,8 +10,8 @@
 #include "properties/KestMultispectralMetadataTextFileProperty.h"
 #include "properties/KestMultispectralProperty.h"
 #include "reader/KestMultispectralReadFile.h"
+#include "tests/fakes/Codecs.h"
 #include "tests/fakes/FailingMemory.h"
-#include "tests/fakes/Fakes.h"
 #include "tests/fakes/Resources.h"
 #include "tests/fakes/Sets.h"
 

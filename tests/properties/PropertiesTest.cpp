@@ -11,7 +11,7 @@
 #include "properties/KestMultispectralPropertySetIterator.h"
 #include "properties/KestMultispectralReferenceNameProperty.h"
 #include "properties/PropertyNames.h"
-#include "tests/fakes/Fakes.h"
+#include "tests/fakes/Codecs.h"
 #include "tests/fakes/Resources.h"
 #include "tests/fakes/Sets.h"
 

@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "properties/KestMultispectralBandNameProperty.h"
-#include "tests/fakes/Fakes.h"
+#include "tests/fakes/Codecs.h"
 #include "tests/fakes/Resources.h"
 #include "tests/fakes/Sets.h"
 

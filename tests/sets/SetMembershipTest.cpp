@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-#include "tests/fakes/Fakes.h"
+#include "tests/fakes/Codecs.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include "codec/KestMultispectralFormatCodecApiVersion.h"
 #include "platform/Platform.h"
 #include "properties/KestMultispectralBandNameProperty.h"
-#include "tests/fakes/Fakes.h"
+#include "tests/fakes/Codecs.h"
 #include "tests/windows/Modules.h"
 
 namespace {
