@@ -13,7 +13,7 @@
 #include "tool/scene/Misfits.h"
 #include "tool/scene/Words.h"
 #include "tool/terminal/Json.h"
-#include "tool/terminal/TerminalText.h"
+#include "tool/terminal/TextTable.h"
 
 namespace kestms {
 namespace {

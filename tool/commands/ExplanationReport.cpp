@@ -2,6 +2,7 @@
 
 #include "tool/scene/Words.h"
 #include "tool/terminal/TerminalText.h"
+#include "tool/terminal/TextTable.h"
 
 namespace kestms {
 

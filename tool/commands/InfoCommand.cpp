@@ -14,6 +14,7 @@
 #include "tool/scene/Words.h"
 #include "tool/terminal/NumberText.h"
 #include "tool/terminal/TerminalText.h"
+#include "tool/terminal/TextTable.h"
 
 namespace kestms {
 namespace {

@@ -12,7 +12,7 @@
 #include "tool/terminal/Interrupt.h"
 #include "tool/terminal/Json.h"
 #include "tool/terminal/NumberText.h"
-#include "tool/terminal/TerminalText.h"
+#include "tool/terminal/TextTable.h"
 
 namespace kestms {
 namespace {

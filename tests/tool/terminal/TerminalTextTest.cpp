@@ -1,4 +1,5 @@
 #include "tool/terminal/TerminalText.h"
+#include "tool/terminal/TextTable.h"
 
 #include <gtest/gtest.h>
 
