@@ -20,12 +20,15 @@ using Files = std::vector<std::unique_ptr<OutputFile>>;
 /// GDAL takes some 80 kB for each band of an output, and time that grows faster than their number.
 constexpr std::size_t kMostBands = 2048;
 
-void refuseTooMany(const std::vector<Band>& bands) {
+std::vector<OutputRaster> rastersOf(const Context& context, const OpenedSet& set,
+                                    const ExportRequest& request, const std::string& path) {
+    const std::vector<Band> bands = bandsOf(context, set, request);
     if (bands.size() > kMostBands) {
         throw Failure(ExitCode::Usage, "--bands",
                       std::to_string(bands.size()) + " bands are too many for one output; choose " +
                           std::to_string(kMostBands) + " at most");
     }
+    return layOut(bands, path, request.grid, requestedPart(bands, request.grid));
 }
 
 /// A line to print after the progress bar.
@@ -136,10 +139,7 @@ void exportRasters(Context& context, const ExportRequest& request, OutputFormat 
     }
     requireExtension(request.output, format);
     const OpenedSet set = openSet(context, request.inputs);
-    const std::vector<Band> bands = bandsOf(context, set, request);
-    refuseTooMany(bands);
-    const std::vector<OutputRaster> rasters =
-        layOut(bands, request.output, request.grid, requestedPart(bands, request.grid));
+    const std::vector<OutputRaster> rasters = rastersOf(context, set, request, request.output);
     Files files;
     for (const OutputRaster& raster : rasters) {
         files.push_back(std::make_unique<OutputFile>(
@@ -166,10 +166,7 @@ void printVirtualRaster(Context& context, const ExportRequest& request) {
         throw Failure(ExitCode::Usage, request.output, "--split writes several files; name one");
     }
     const OpenedSet set = openSet(context, request.inputs);
-    const std::vector<Band> bands = bandsOf(context, set, request);
-    refuseTooMany(bands);
-    const std::vector<OutputRaster> rasters =
-        layOut(bands, "standard output", request.grid, requestedPart(bands, request.grid));
+    const std::vector<OutputRaster> rasters = rastersOf(context, set, request, "standard output");
     const VirtualRaster pixels(rasters.front(),
                                optionsOf(request, VirtualRasterOptions::Paths::Absolute));
     for (const std::string& note : requestNotes(rasters.front(), request)) {
