@@ -98,7 +98,7 @@ std::uint32_t tileAt(TIFF* file, int x, int y, int band) {
 
 bool isFirstOfPlainTiff(const OutputBand& band) {
     return band.source.driver == "GTiff" && band.source.prefix.empty() && band.source.band == 1 &&
-           Pyxis::kindOfPath(band.band.componentPath) == Pyxis::PathKind::Plain;
+           Pyxis::kindOf(band.band.componentPath) == Pyxis::PathKind::Plain;
 }
 
 }  // namespace
