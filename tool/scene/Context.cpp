@@ -16,6 +16,9 @@ Session& Context::session() {
         Pyxis::StandardCodecs::allow(paths);
         auto session = std::make_unique<Session>(language, changes);
         session->useProducts(products);
+        for (const std::string& file : products.files) {
+            inputs.add(file);
+        }
         session_ = std::move(session);
     }
     return *session_;

@@ -29,6 +29,12 @@ bool sameFile(const std::string& a, const std::string& b) {
     return fs::equivalent(a, b, error);
 }
 
+/// Also for a link that leads nowhere.
+bool isThere(const std::string& path) {
+    std::error_code error;
+    return fs::exists(fs::symlink_status(path, error));
+}
+
 bool isSetDocument(const std::string& path) {
     if (!fileMayListComponents(path)) {
         return false;
@@ -83,6 +89,13 @@ constexpr const char* kExists = "there is such a file already (--overwrite repla
 
 }  // namespace
 
+void InputFiles::addRaster(const std::string& path) {
+    rasters_.insert(path);
+    if (isVirtual(path)) {
+        files_.insert(archiveOf(path));
+    }
+}
+
 bool InputFiles::isInput(const std::string& path) const {
     const auto same = [&path](const std::string& input) { return sameFile(path, input); };
     return std::any_of(files_.begin(), files_.end(), same) ||
@@ -91,10 +104,18 @@ bool InputFiles::isInput(const std::string& path) const {
                        [&path](const std::string& raster) { return isPartOf(path, raster); });
 }
 
-bool InputFiles::liesBesideRaster(const std::string& path) const {
+bool InputFiles::liesBesideInputs(const std::string& path) const {
     // A link may also lead beside a raster.
     std::error_code error;
-    return isOneIn(fs::weakly_canonical(fs::absolute(path), error).parent_path(), rasters_);
+    const fs::path folder = fs::weakly_canonical(fs::absolute(path), error).parent_path();
+    const auto isAround = [&folder](const std::string& input) {
+        fs::path at = folder;
+        while (at.has_relative_path() && !sameFile(at, input)) {
+            at = at.parent_path();
+        }
+        return sameFile(at, input);
+    };
+    return isOneIn(folder, rasters_) || std::any_of(files_.begin(), files_.end(), isAround);
 }
 
 bool InputFiles::areIn(const fs::path& directory) const {
@@ -102,8 +123,7 @@ bool InputFiles::areIn(const fs::path& directory) const {
 }
 
 void InputFiles::refuseOutput(const std::string& path, bool overwrite) const {
-    std::error_code error;
-    if (!fs::exists(path, error)) {
+    if (!isThere(path)) {
         for (const std::string_view ending : kSideFileEndings) {
             if (path.ends_with(ending) && isInput(path.substr(0, path.size() - ending.size()))) {
                 refuse(path, "the output would become part of an input");
@@ -114,7 +134,7 @@ void InputFiles::refuseOutput(const std::string& path, bool overwrite) const {
     if (isInput(path)) {
         refuse(path, kIsInput);
     }
-    if (liesBesideRaster(path) && !isOfKindWritten(path)) {
+    if (liesBesideInputs(path) && !isOfKindWritten(path)) {
         refuse(path, "the output would overwrite a file that lies beside the inputs");
     }
     if (!overwrite) {
@@ -123,8 +143,7 @@ void InputFiles::refuseOutput(const std::string& path, bool overwrite) const {
 }
 
 void InputFiles::refuseSideFile(const std::string& path, bool overwrite) const {
-    std::error_code error;
-    if (fs::exists(path, error) && (!overwrite || isInput(path))) {
+    if (isThere(path) && (!overwrite || isInput(path))) {
         refuse(path, overwrite ? kIsInput : kExists);
     }
 }

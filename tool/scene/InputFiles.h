@@ -14,15 +14,15 @@ inline constexpr std::array kSideFileEndings = {".aux.xml", ".ovr", ".msk"};
 /// belongs to one.
 class InputFiles {
   public:
-    /// A list, a document or another file that is read.
+    /// A list, a document, a folder or another file that is read.
     void add(const std::string& path) { files_.insert(path); }
-    /// A raster: the files beside it may describe it.
-    void addRaster(const std::string& path) { rasters_.insert(path); }
+    /// A raster: the files beside it may describe it. Of one in an archive, the archive counts.
+    void addRaster(const std::string& path);
 
     /// Throws a Failure with ExitCode::Usage for an existing file that is an input, is part of one
-    /// (the bands of a header), is beside a raster and of a kind that the tool does not write, or
-    /// would be overwritten although `overwrite` is false; and for any file that would become part
-    /// of an input.
+    /// (the bands of a header), is beside a raster or in a folder that is an input and of a kind
+    /// that the tool does not write, or would be overwritten although `overwrite` is false; and for
+    /// any file that would become part of an input.
     void refuseOutput(const std::string& path, bool overwrite) const;
     /// The same for a file that goes or changes with an output beside it, of whatever kind.
     void refuseSideFile(const std::string& path, bool overwrite) const;
@@ -31,7 +31,7 @@ class InputFiles {
 
   private:
     bool isInput(const std::string& path) const;
-    bool liesBesideRaster(const std::string& path) const;
+    bool liesBesideInputs(const std::string& path) const;
 
     std::set<std::string> files_;
     std::set<std::string> rasters_;

@@ -136,19 +136,17 @@ std::vector<std::string> rastersAt(const std::string& path, const Context& conte
 using FileIdentity = std::tuple<dev_t, ino_t, std::string>;
 
 /// Of a file that may have several paths: a document has absolute ones, and links have other names.
-/// Of a member of an archive, "/vsizip/{a.zip}/b.tif", the archive counts.
+/// Of a member of an archive the archive counts.
 FileIdentity identityOf(const std::string& path) {
     struct stat status {};
-    if (stat(path.c_str(), &status) == 0) {
-        return {status.st_dev, status.st_ino, ""};
+    const std::string archive = archiveOf(path);
+    const std::string& file = archive.empty() ? path : archive;
+    if (stat(file.c_str(), &status) != 0) {
+        return {0, 0, path};
     }
-    const std::size_t start = path.find('{') + 1;
-    for (std::size_t end = path.find('}'); end != path.npos; end = path.find('}', end + 1)) {
-        if (stat(path.substr(start, end - start).c_str(), &status) == 0) {
-            return {status.st_dev, status.st_ino, path.substr(end)};
-        }
-    }
-    return {0, 0, path};
+    std::string member = path.substr(path.find(file) + file.size());
+    member.erase(0, member.starts_with('}') ? 1 : 0);
+    return {status.st_dev, status.st_ino, member};
 }
 
 /// Turns arguments into a set.
@@ -164,6 +162,7 @@ class ArgumentReader {
             context_.nameRemote(component ? component->path : argument);
         }
         if (argument == "-") {
+            context_.inputs.add("/dev/stdin");  // perhaps a file
             readText(kestms::readText(context_.in, kStandardInput), kStandardInput);
         } else if (argument.starts_with('@') && !exists(argument)) {
             const std::string path = argument.substr(1);

@@ -52,6 +52,12 @@ std::string referenceNameOf(Context& context, const Scene& scene) {
 
 }  // namespace
 
+void SceneChoice::protect(const std::vector<std::string>& files) {
+    for (const std::string& path : files) {
+        context_.inputs.addRaster(path);
+    }
+}
+
 template <typename IsNear>
 void SceneChoice::takeScene(const std::string& name, const std::vector<Scene>& scenes,
                             IsNear isNear) {
@@ -107,6 +113,7 @@ const Scene& SceneChoice::chosen(const std::vector<Scene>& scenes) {
 
 void SceneChoice::takeFolder(const std::string& folder) {
     const FolderContents contents = rasterFilesBelow(folder);
+    protect(contents.rasters);
     noteUnopened(context_, folder, contents);
     takeScene(folder, scenesAmong(context_.session(), contents.rasters),
               [&folder](const Scene& scene) { return liesDirectlyIn(scene, folder); });
@@ -133,6 +140,7 @@ bool SceneChoice::takeSceneOf(const std::string& metadata) {
 }
 
 void SceneChoice::takeGlob(const std::string& pattern, const std::vector<std::string>& files) {
+    protect(files);
     const std::vector<Scene> scenes = scenesAmong(context_.session(), files);
     if (scenes.front().product.empty()) {
         for (const std::string& path : files) {
@@ -152,6 +160,7 @@ void SceneChoice::sortNamedFiles() {
             paths.push_back(entry.path);
         }
     }
+    protect(paths);
     const std::vector<Scene> scenes = scenesAmong(context_.session(), paths);
     if (!scenes.empty() && !scenes.front().product.empty()) {
         sortNamedScenes(scenes);

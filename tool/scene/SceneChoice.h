@@ -35,6 +35,8 @@ class SceneChoice {
     void sortNamedFiles();
 
   private:
+    /// No output may replace files that were found or named, whether their scene is chosen or not.
+    void protect(const std::vector<std::string>& files);
     /// That which the user named. Throws a Failure with ExitCode::Usage when there is none.
     const Scene& chosen(const std::vector<Scene>& scenes);
     /// Scenes of products come first, then rasters for which `isNear` holds, then all others.

@@ -71,8 +71,13 @@ TEST_F(Outputs, AnOutputNeverReplacesAnInput) {
     ASSERT_EQ(runTool({"samples", directory_.path(), "--size", "8"}).code, 0);
     const std::string fast = directory_ / "landsat7-fast/";
     const std::string product = directory_ / "po-product/";
+    const std::string scenes = directory_ / "landsat9/";
     const std::string own = directory_ / "own/";
-    fs::create_directory(own);
+    fs::create_directories(own + "notes");
+    fakes::writeFile(own + "notes/read.me", "text");
+    const std::string scene = scenes + "LC09_L1TP_193026_20250712_20250712_02_T1_B";
+    const std::string otherScene =
+        write("landsat9/LC09_L1TP_193027_20250712_20250712_02_T1_B2.TIF");
     const Strings pair = {write("own/v1.tif"), write("own/v2.tif")};
     fakes::writeFile(own + "damaged.tif", fakes::readFile(pair[0]).substr(0, 300));
     const char* const sideFiles[] = {"v1.tfw",         "v1.tifw",    "v2.wld",
@@ -83,6 +88,15 @@ TEST_F(Outputs, AnOutputNeverReplacesAnInput) {
     fakes::writeFile(list, pair[0] + "\n" + pair[1] + "\n" + own + "damaged.tif\n");
     const std::string document = directory_ / "damaged.xml";
     fakes::writeFile(document, runTool({"list", pair[0], pair[1], own + "damaged.tif"}).out);
+    const std::string archive = directory_ / "scene.tar";
+    ASSERT_EQ(Process({"tar", "-cf", archive, "-C", own, "v1.tif", "v2.tif"}).wait().code, 0);
+    const std::string archived = directory_ / "archived.xml";
+    fakes::writeFile(archived, runTool({"list", archive}).out);
+    const std::string catalogue = directory_ / "mine.xml";
+    fakes::writeFile(catalogue,
+                     "<catalogue version='1'><product id='a'><name>A</name><file>[a]_{band}</file>"
+                     "<bucket id='b' number='0'/><band code='B4' type='red'/></product>"
+                     "</catalogue>");
     std::vector<std::pair<Strings, std::string>> cases = {
         {{fast + "set.xml"}, fast + "set.xml"},
         {{fast + "set.xml"}, fast + "L71026029_02920000609_HRF.FST"},
@@ -93,6 +107,12 @@ TEST_F(Outputs, AnOutputNeverReplacesAnInput) {
         {{document}, own + "damaged.tif"},
         {{"@" + list}, own + "damaged.tif"},
         {pair, pair[1]},
+        {{archived}, archive},
+        {{own}, own + "notes/read.me"},
+        {{scenes, "--scene", "*193026*"}, otherScene},
+        {{scenes + "*9302*", "--scene", "*193026*"}, otherScene},
+        {{scene + "2.TIF", scene + "3.TIF", otherScene, "--scene", "*193026*"}, otherScene},
+        {joined(pair, {"--products", catalogue}), catalogue},
     };
     for (const char* name : sideFiles) {
         fakes::writeFile(own + name, "<text/>");
