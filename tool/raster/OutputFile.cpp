@@ -1,5 +1,6 @@
 #include "tool/raster/OutputFile.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -44,7 +45,6 @@ class Renaming {
     /// Puts a file in its place, or nothing where `from` is empty. What was there is kept as
     /// `previous` until the end. Throws std::system_error.
     void replace(const fs::path& from, const fs::path& target, const fs::path& previous) {
-        Step step{target, {}};
         if (fs::is_directory(target)) {
             throw std::system_error(EISDIR, std::generic_category());
         }
@@ -52,19 +52,41 @@ class Renaming {
         // them.
         if ((!from.empty() && link(target.c_str(), previous.c_str()) == 0) ||
             std::rename(target.c_str(), previous.c_str()) == 0) {
-            step.previous = previous;
-        } else if (errno != ENOENT) {
-            throw std::system_error(errno, std::generic_category());
+            steps_.push_back({target, previous});
+            check(from.empty() ? 0 : std::rename(from.c_str(), target.c_str()));
+        } else if (errno == ENOENT) {
+            add(from, target);
+        } else {
+            check(-1);
         }
-        steps_.push_back(step);
-        if (!from.empty() && std::rename(from.c_str(), target.c_str()) != 0) {
-            throw std::system_error(errno, std::generic_category());
+    }
+
+    /// Puts a file in its place, where another program may have put one meanwhile. Throws
+    /// std::system_error then; also where `from` is empty.
+    void add(const fs::path& from, const fs::path& target) {
+        if (fs::exists(fs::symlink_status(target))) {
+            throw std::system_error(EEXIST, std::generic_category());
+        }
+        if (!from.empty()) {
+            int result =
+                renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE);
+            if (result != 0 && errno == EINVAL) {  // not every file system knows the flag
+                result = std::rename(from.c_str(), target.c_str());
+            }
+            check(result);
+            steps_.push_back({target, {}});
         }
     }
 
     void keep() { steps_.clear(); }
 
   private:
+    static void check(int result) {
+        if (result != 0) {
+            throw std::system_error(errno, std::generic_category());
+        }
+    }
+
     struct Step {
         fs::path target;
         fs::path previous;  ///< empty if there was none
@@ -75,7 +97,8 @@ class Renaming {
 
 }  // namespace
 
-OutputFile::OutputFile(const std::string& path, const OutputRules& rules) : given_(path) {
+OutputFile::OutputFile(const std::string& path, const OutputRules& rules)
+    : given_(path), mayReplace_(rules.overwrite) {
     std::error_code error;
     const fs::file_status status = fs::status(path, error);
     if (fs::is_directory(status)) {
@@ -134,8 +157,14 @@ void commitTogether(const std::vector<std::unique_ptr<OutputFile>>& files) {
     const TemporaryDirectory::CommitLock lock;
     Renaming renaming;
     for (const auto& file : files) {
-        const auto keptAs = [&file](const char* ending) {
-            return file->directory_->path() / (std::string("previous") + ending);
+        const auto put = [&](const std::string& from, const char* ending) {
+            const std::string target = file->target_ + ending;
+            if (file->mayReplace_) {
+                renaming.replace(from, target,
+                                 file->directory_->path() / (std::string("previous") + ending));
+            } else {
+                renaming.add(from, target);
+            }
         };
         struct stat existing {};
         if (stat(file->target_.c_str(), &existing) == 0) {
@@ -146,9 +175,9 @@ void commitTogether(const std::vector<std::unique_ptr<OutputFile>>& files) {
             for (const char* const ending : kSideFileEndings) {
                 const std::string written = file->temporary_ + ending;
                 const bool isWritten = access(written.c_str(), F_OK) == 0;
-                renaming.replace(isWritten ? written : "", file->target_ + ending, keptAs(ending));
+                put(isWritten ? written : "", ending);
             }
-            renaming.replace(file->isRemoved_ ? "" : file->temporary_, file->target_, keptAs(""));
+            put(file->isRemoved_ ? "" : file->temporary_, "");
         } catch (const std::system_error& why) {
             file->fail(reasonOf(why.code().value()));
         }

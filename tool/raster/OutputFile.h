@@ -51,10 +51,12 @@ class OutputFile {
     std::string target_;  ///< with links resolved
     std::unique_ptr<TemporaryDirectory> directory_;
     std::string temporary_;
+    bool mayReplace_ = false;
     bool isRemoved_ = false;
 };
 
-/// Gives the files their names, all or none. Existing files keep their permissions. Throws a
+/// Gives the files their names, all or none. Existing files keep their permissions, and those that
+/// have appeared meanwhile stay unless the rules let them be overwritten. Throws a
 /// Failure with ExitCode::CannotWrite, and one with ExitCode::Interrupted when the user has
 /// interrupted the command.
 void commitTogether(const std::vector<std::unique_ptr<OutputFile>>& files);

@@ -107,7 +107,7 @@ void addStyle(const Context& context, const OutputRaster& raster, const std::str
     } else if (style.empty()) {
         return;
     }
-    files.push_back(std::make_unique<OutputFile>(path, OutputRules{context.inputs, true}));
+    files.push_back(std::make_unique<OutputFile>(path, OutputRules{context.inputs, isThere}));
     if (style.empty()) {
         files.back()->remove();  // it is that of the raster before
     } else {

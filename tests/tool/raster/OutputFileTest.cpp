@@ -92,6 +92,23 @@ TEST(OutputFile, OutputsAppearTogetherOrNotAtAll) {
     EXPECT_EQ(fakes::readFile(directory / "old.tif"), "new");
 }
 
+TEST(OutputFile, WhatAppearsWhileItIsWrittenStays) {
+    const fakes::TempDirectory directory;
+    for (const char* ending : {"", ".msk"}) {
+        Files files;
+        files.push_back(std::make_unique<OutputFile>(directory / "out", OutputRules{kNoInputs}));
+        files.front()->write("new");
+        fakes::writeFile(directory / "out" + ending, "of another");
+        EXPECT_THROW(commitTogether(files), Failure) << ending;
+        files.clear();
+        EXPECT_THAT(namesIn(directory), ElementsAre(std::string("out") + ending));
+        EXPECT_EQ(fakes::readFile(directory / "out" + ending), "of another");
+        fs::remove(directory / "out" + ending);
+    }
+    fs::create_symlink("nowhere", directory / "link");
+    EXPECT_THROW(OutputFile(directory / "link", {kNoInputs, false}), Failure);
+}
+
 TEST(OutputFile, ALaterRunClearsWhatADeadProcessLeft) {
     const fakes::TempDirectory directory;
     const auto child = fork();
