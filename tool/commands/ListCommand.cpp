@@ -42,13 +42,15 @@ Pyxis::FileSpecifier purified(Context& context, const Pyxis::FileSpecifier& set)
     return pure;
 }
 
-/// XML has no way to write control characters but tabs and line ends, and other programs would not
-/// read the document.
-void refuseControlCharacters(const std::vector<Component>& components) {
+/// XML has no way to write control characters but tabs and line ends, nor U+FFFE and U+FFFF, and
+/// other programs would not read the document.
+void refuseUnwritable(const std::vector<Component>& components) {
     for (const Component& component : components) {
-        if (std::any_of(component.path.begin(), component.path.end(), [](unsigned char c) {
-                return c < ' ' && c != '\t' && c != '\n' && c != '\r';
-            })) {
+        const std::string& path = component.path;
+        if (std::any_of(
+                path.begin(), path.end(),
+                [](unsigned char c) { return c < ' ' && c != '\t' && c != '\n' && c != '\r'; }) ||
+            path.find("\xEF\xBF\xBE") != path.npos || path.find("\xEF\xBF\xBF") != path.npos) {
             throw Failure(ExitCode::CannotWrite, component.path,
                           "a set document cannot hold this name");
         }
@@ -71,7 +73,7 @@ ExitCode list(Context& context, const ListOptions& options) {
     if (options.purify) {
         set = purified(context, set);
     }
-    refuseControlCharacters(componentsOf(set));
+    refuseUnwritable(componentsOf(set));
     const std::string document = Pyxis::toUtf8(set.string()) + "\n";
     if (options.output.empty() || isStandardOutput(options.output)) {
         context.out << document;

@@ -26,11 +26,13 @@ TEST_F(ListAndCheck, ListWritesAFileWithAbsolutePathsUnlessToldOtherwise) {
 }
 
 TEST_F(ListAndCheck, ListRefusesNamesThatXmlCannotHold) {
-    const Outcome refused = runTool({"list", write("a.tif"), write("b\x1B\x01.tif")});
-    EXPECT_EQ(refused.code, 4);
-    EXPECT_EQ(refused.out, "");
-    EXPECT_THAT(refused.err, AllOf(HasSubstr("a set document cannot hold this name"),
-                                   Not(HasSubstr("\x1B")), HasSubstr("/b")));
+    for (const char* name : {"b\x1B\x01.tif", "b\xEF\xBF\xBF.tif"}) {
+        const Outcome refused = runTool({"list", write("a.tif"), write(name)});
+        EXPECT_EQ(refused.code, 4);
+        EXPECT_EQ(refused.out, "");
+        EXPECT_THAT(refused.err, AllOf(HasSubstr("a set document cannot hold this name"),
+                                       Not(HasSubstr("\x1B")), HasSubstr("/b")));
+    }
 }
 
 TEST_F(ListAndCheck, WhatCannotBeReadIsLeftOutAndNamed) {
