@@ -43,6 +43,11 @@ std::string methodFor(const ComponentDescription& facts, const VirtualRasterOpti
 bool isRemapped(const Band& band, const VirtualRasterOptions& options) {
     return options.noData && band.noData && band.noData != options.noData;
 }
+/// GDAL drops blanks before a text.
+std::string relativeName(const std::string& file, const std::string& raster) {
+    const std::string path = relativePath(file, raster);
+    return path.find_first_of(" \t\r\n") == 0 ? "./" + path : path;
+}
 
 /// The element that places a component's band, or its mask, in the raster; `name` is that of the
 /// component.
@@ -256,7 +261,7 @@ void VirtualRaster::addBand(OutputBand band, ComponentDescription& facts,
     // GDAL's names for files in archives or on the network are never relative.
     const bool isPlain = Pyxis::kindOf(path) == Pyxis::PathKind::Plain;
     const bool isRelative = isPlain && options.paths == VirtualRasterOptions::Paths::Relative;
-    const std::string name = band.source.prefix + (isRelative ? relativePath(path, raster_.path)
+    const std::string name = band.source.prefix + (isRelative ? relativeName(path, raster_.path)
                                                    : isPlain  ? fs::absolute(path).string()
                                                               : absoluteName(path));
     addSource(target, sourceText(band, facts, options, false, nameOf(band), false));

@@ -359,6 +359,11 @@ TEST_F(RasterExport, APathThatXmlCannotHoldIsRefusedInAVirtualRasterOnly) {
         EXPECT_THAT(outcome.err, HasSubstr("_02.tif: a virtual raster cannot hold this name\n"));
         EXPECT_EQ(infoOf({"export"}, files)["bands"].size(), 2U);
     }
+    for (const char* name : {" b_02.tif", "\n'b\"_02.tif"}) {
+        const Strings files = {write("a_01.tif"), write(name)};
+        EXPECT_EQ(infoOf({"vrt"}, files)["bands"][1]["checksum"],
+                  gdalInfo(files[1])["bands"][0]["checksum"]);
+    }
 }
 
 TEST_F(RasterExport, AStyleShowsNaturalColours) {
