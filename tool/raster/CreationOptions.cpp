@@ -4,7 +4,11 @@
 
 #include <algorithm>
 #include <array>
+#include <future>
 #include <string>
+#include <system_error>
+#include <thread>
+#include <vector>
 
 #include "host/gdal/ErrorCapture.h"
 #include "tool/terminal/Failure.h"
@@ -14,6 +18,27 @@ namespace {
 
 /// Options for a georeference beside the file. The file has its own.
 constexpr std::array kBesideFile = {"TFW", "WORLDFILE", "RPB", "RPCTXT", "PROFILE"};
+
+/// As many threads as possible: GDAL waits for ever for those that it fails to start.
+const char* threadsToUse() {
+    const unsigned wanted = std::thread::hardware_concurrency() + 1;  // one reads ahead
+    std::promise<void> end;
+    const std::shared_future<void> ended = end.get_future().share();
+    std::vector<std::thread> threads;
+    const char* answer = "ALL_CPUS";
+    try {
+        while (threads.size() < wanted) {
+            threads.emplace_back([ended] { ended.wait(); });
+        }
+    } catch (const std::system_error&) {
+        answer = "1";
+    }
+    end.set_value();
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    return answer;
+}
 
 std::string compressionOf(const GeoTiffOptions& settings) {
     return settings.compression.value_or("DEFLATE");
@@ -91,7 +116,7 @@ CPLStringList creationOptions(const GeoTiffOptions& settings, GDALDataType type,
     options.SetNameValue("PREDICTOR", predictorFor(type, compression));
     options.SetNameValue("INTERLEAVE", "BAND");
     options.SetNameValue("BIGTIFF", "IF_SAFER");
-    options.SetNameValue("NUM_THREADS", "ALL_CPUS");
+    options.SetNameValue("NUM_THREADS", threadsToUse());
     if (compression == "DEFLATE") {
         // In the differences there is little to find for more effort, which takes longer.
         options.SetNameValue("ZLEVEL", "1");
@@ -112,7 +137,7 @@ CPLStringList cloudCreationOptions(const GeoTiffOptions& settings, GDALDataType 
     const bool differs = compression != "NONE" && GDALDataTypeIsComplex(type) == FALSE;
     options.SetNameValue("PREDICTOR", differs ? "YES" : "NO");
     options.SetNameValue("BIGTIFF", "IF_SAFER");
-    options.SetNameValue("NUM_THREADS", "ALL_CPUS");
+    options.SetNameValue("NUM_THREADS", threadsToUse());
     addUsers(settings, options);
     return options;
 }
