@@ -4,11 +4,11 @@
 #include <memory>
 #include <ostream>
 
+#include "host/codecs/Places.h"
 #include "tool/raster/BandSelection.h"
 #include "tool/raster/DisplayChannels.h"
 #include "tool/raster/HiddenPixels.h"
 #include "tool/raster/LayerStyle.h"
-#include "tool/scene/InputText.h"
 #include "tool/scene/OpenedSet.h"
 #include "tool/terminal/TerminalText.h"
 
@@ -19,6 +19,9 @@ using Files = std::vector<std::unique_ptr<OutputFile>>;
 
 /// GDAL takes some 80 kB for each band of an output, and time that grows faster than their number.
 constexpr std::size_t kMostBands = 2048;
+
+/// Styles of other programs list the symbols of classes.
+constexpr std::size_t kLongestStyle = std::size_t{16} << 20U;
 
 std::vector<OutputRaster> rastersOf(const Context& context, const OpenedSet& set,
                                     const ExportRequest& request, const std::string& path) {
@@ -94,10 +97,10 @@ void addStyle(const Context& context, const OutputRaster& raster, const std::str
     std::error_code error;
     const bool isThere = std::filesystem::exists(path, error);
     if (isThere) {
-        const std::string existing =
-            std::filesystem::is_regular_file(path, error) ? readTextFile(path) : "";
-        if (!isLayerStyleOf(existing, raster.path)) {
-            if (!showTheSame(existing, style)) {
+        // What is no style of this program's, whatever it is, stays.
+        const auto existing = Pyxis::contentOfSideFile(path, kLongestStyle);
+        if (!existing || !isLayerStyleOf(*existing, raster.path)) {
+            if (!existing || !showTheSame(*existing, style)) {
                 context.warn(path, "the style that is there stays, and QGIS shows " +
                                        std::filesystem::path(raster.path).filename().string() +
                                        " by it");

@@ -43,6 +43,7 @@ std::string methodFor(const ComponentDescription& facts, const VirtualRasterOpti
 bool isRemapped(const Band& band, const VirtualRasterOptions& options) {
     return options.noData && band.noData && band.noData != options.noData;
 }
+
 /// GDAL drops blanks before a text.
 std::string relativeName(const std::string& file, const std::string& raster) {
     const std::string path = relativePath(file, raster);

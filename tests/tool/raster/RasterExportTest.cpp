@@ -404,7 +404,7 @@ TEST_F(RasterExport, AStyleIsReplacedWithItsFileOnly) {
     }
     infoOf({"export"}, set);
     const std::string text = fakes::readFile(style);
-    for (const std::string& there : {text, std::string("mine")}) {
+    for (const std::string& there : {text, std::string("mine"), std::string("m\0ne", 4)}) {
         fakes::writeFile(style, there);
         for (const Strings& options : {Strings{"--no-style"}, {"--order", "display"}}) {
             infoOf(joined({"vrt"}, options), set);
