@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 namespace kestms {
 namespace {
 
-/// A list of half a million files; anything larger is not a list.
+/// Far more than a list of files needs.
 constexpr std::size_t kMaximumBytes = std::size_t{64} << 20U;
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";

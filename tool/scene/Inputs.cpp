@@ -32,6 +32,14 @@ namespace kestms {
 namespace {
 
 constexpr const char* kStandardInput = "standard input";
+constexpr std::string_view kWildcards = "*?[";
+
+/// Twice the bands that files of several bands may have together; each costs some kilobytes.
+constexpr std::size_t kMostFiles = 32768;
+/// Of a list: a few bytes can name a large folder again and again.
+constexpr std::size_t kMostPlaces = 1000;
+/// Of all documents together.
+constexpr std::size_t kMostDocumentBytes = std::size_t{64} << 20U;
 
 bool exists(const std::string& path) {
     std::error_code error;
@@ -93,11 +101,13 @@ std::string withoutScheme(const std::string& argument) {
                : argument;
 }
 
-/// The files of a pattern that the shell did not expand, in natural order; empty for other words.
+/// The files of a pattern that the shell did not expand, in natural order; empty for other words,
+/// and for a way back up behind a wildcard, by which each folder would be searched many times.
 std::vector<std::string> filesMatching(const std::string& pattern) {
     std::vector<std::string> files;
     glob_t found{};
-    if (pattern.find_first_of("*?[") != std::string::npos &&
+    const std::size_t wildcard = pattern.find_first_of(kWildcards);
+    if (wildcard != std::string::npos && pattern.find("/..", wildcard) == std::string::npos &&
         glob(pattern.c_str(), GLOB_NOSORT, nullptr, &found) == 0) {
         for (std::size_t i = 0; i < found.gl_pathc; ++i) {
             if (isPlaceToLook(found.gl_pathv[i])) {
@@ -174,6 +184,9 @@ class ArgumentReader {
     }
 
     Pyxis::FileSpecifier set() {
+        if (!entries_.empty()) {
+            refuseTooManyFiles(entries_.back().path);
+        }
         scenes_.sortNamedFiles();
         std::vector<std::string> files;
         for (const InputEntry& entry : entries_) {
@@ -198,14 +211,34 @@ class ArgumentReader {
         }
         oneArgument_ = false;
         const auto before = entries_.size();
+        isInList_ = true;
         for (const std::string& line : linesOf(text)) {
             const std::string entry = exists(line) ? line : withoutScheme(withoutComment(line));
             if (!entry.empty()) {
                 readEntry(entry);
+                refuseTooManyFiles(entry);
             }
         }
+        isInList_ = false;
         if (entries_.size() == before) {
             throw Failure(ExitCode::CannotRead, name, "the list names no files");
+        }
+    }
+
+    void refuseTooManyFiles(const std::string& last) const {
+        if (entries_.size() > kMostFiles) {
+            throw Failure(
+                ExitCode::Usage, last,
+                "with this the set has more than " + std::to_string(kMostFiles) + " files");
+        }
+    }
+
+    /// Before a folder, a pattern or a document is looked into.
+    void countPlace(const std::string& place) {
+        if (isInList_ && ++places_ > kMostPlaces) {
+            throw Failure(ExitCode::Usage, place,
+                          "the list names more than " + std::to_string(kMostPlaces) +
+                              " folders, patterns and documents");
         }
     }
 
@@ -214,11 +247,12 @@ class ArgumentReader {
         std::error_code error;
         const fs::file_status status = fs::status(entry, error);
         if (isPlaceToLook(entry)) {
+            countPlace(entry);
             context_.inputs.add(entry);
             scenes_.takeFolder(entry);
         } else if (fs::exists(status)) {
             readFile(entry, status);
-        } else if (const auto matches = filesMatching(entry); !matches.empty()) {
+        } else if (const auto matches = filesOfPattern(entry); !matches.empty()) {
             scenes_.takeGlob(entry, matches);
         } else if (const auto component = withFrame(entry)) {
             failIfMissing(component->path);
@@ -229,10 +263,23 @@ class ArgumentReader {
         }
     }
 
+    std::vector<std::string> filesOfPattern(const std::string& pattern) {
+        if (pattern.find_first_of(kWildcards) != std::string::npos) {
+            countPlace(pattern);
+        }
+        return filesMatching(pattern);
+    }
+
     void readFile(const std::string& path, const fs::file_status& status) {
         if (mayBeDocument(path, status)) {
+            countPlace(path);
             context_.inputs.add(path);
-            readDocument(readTextFile(path), path);
+            const std::string text = readTextFile(path);
+            documentBytes_ += text.size();
+            if (documentBytes_ > kMostDocumentBytes) {
+                throw Failure(ExitCode::Usage, path, "with this the documents exceed 64 MiB");
+            }
+            readDocument(text, path);
         } else if (!oneArgument_ || !scenes_.takeSceneOf(path)) {
             entries_.push_back({path, {}, true});
         }
@@ -312,6 +359,9 @@ class ArgumentReader {
     SceneChoice scenes_{context_, entries_};
     std::optional<Pyxis::FileSpecifier> document_;  ///< if the first entries come from one
     std::size_t componentsOfDocument_ = 0;
+    bool isInList_ = false;
+    std::size_t places_ = 0;  ///< that lists name
+    std::size_t documentBytes_ = 0;
 };
 
 }  // namespace

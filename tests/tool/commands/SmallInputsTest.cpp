@@ -47,10 +47,25 @@ TEST_F(SmallInputs, TakeLittleTimeAndMemory) {
     const std::string other = writeBands("other.tif", 1024);
     const std::vector<std::string> tooMany(5, a);
     std::string missing;
-    for (int i = 0; i < 100000; ++i) {
+    for (int i = 0; i < 32768; ++i) {
         missing += "m" + std::to_string(i) + ".tif\n";
     }
     fakes::writeFile(directory_ / "missing", missing);
+    fakes::writeFile(directory_ / "more", missing + "more.tif\n");
+    fakes::writeFile(directory_ / "set.xml", runTool({"list", half, other}).out);
+    std::string documents;
+    std::string patterns;
+    for (int i = 0; i < 1001; ++i) {
+        documents += directory_ / "set.xml\n";
+        patterns += directory_ / ("*." + std::to_string(i) + "\n");
+    }
+    fakes::writeFile(directory_ / "documents", documents);
+    fakes::writeFile(directory_ / "patterns", patterns);
+    std::string up = directory_.path();
+    for (int i = 0; i < 20; ++i) {
+        std::filesystem::create_directory(directory_ / ("folder" + std::to_string(i)));
+        up += "/*/..";
+    }
     struct Case {
         Strings arguments;
         int code;
@@ -63,6 +78,10 @@ TEST_F(SmallInputs, TakeLittleTimeAndMemory) {
         {{"export", half, other, "-o", directory_ / "both.tif"}, 0, ""},
         {joined({"info"}, tooMany), 2, "with this file the set has more than 16384 bands"},
         {{"check", "@" + (directory_ / "missing")}, 3, "m0.tif: No such file"},
+        {{"check", "@" + (directory_ / "more")}, 2, "more.tif: with this the set has more than"},
+        {{"list", "@" + (directory_ / "documents")}, 2, "with this the set has more than 32768"},
+        {{"check", "@" + (directory_ / "patterns")}, 2, "more than 1000 folders, patterns and"},
+        {{"info", up + "/*.tif"}, 3, "No such file"},
         {{"vrt", a, b, "-o", directory_ / "a.vrt"}, 2, "8192 bands are too many for one output"},
         {{"export", a, b, "-o", directory_ / "o.tif"}, 2, "8192 bands are too many"},
     };
