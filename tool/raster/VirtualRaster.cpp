@@ -79,9 +79,13 @@ std::string sourceText(const OutputBand& band, const ComponentDescription& facts
 }
 
 void setMetadata(GDALMajorObject& object, const std::string& domain, const MetadataItems& items) {
-    CPLStringList list;
+    MetadataItems writable;
     for (const auto& [key, value] : items) {
-        list.SetNameValue(xmlText(key).c_str(), xmlText(value).c_str());
+        writable[xmlText(key)] = xmlText(value);
+    }
+    CPLStringList list;
+    for (const auto& [key, value] : writable) {
+        list.AddNameValue(key.c_str(), value.c_str());
     }
     object.SetMetadata(list.List(), domain.c_str());
 }

@@ -19,6 +19,10 @@ using kest::xml::Element;
 /// Histograms make them long.
 constexpr std::size_t kLargestFile = 16 << 20;
 
+/// GDAL compares each item with all others of its domain, and each domain with all others.
+constexpr std::size_t kMostItems = 4096;
+constexpr std::size_t kMostDomains = 64;
+
 template <typename Number>
 std::optional<Number> numberIn(std::string_view text) {
     const std::size_t start = text.find_first_not_of(" \t\r\n+");
@@ -58,10 +62,14 @@ std::vector<std::string> categoriesIn(const Element& names) {
 
 void readItems(const Document& document, const Element& metadata, MetadataDomains& domains) {
     const std::string domain(document.attribute(&metadata, "domain").value_or(""));
-    for (const Element* each = document.child(&metadata, "MDI"); each != nullptr;
-         each = each->next()) {
+    if (domains.size() == kMostDomains && !domains.contains(domain)) {
+        return;
+    }
+    MetadataItems& items = domains[domain];
+    for (const Element* each = document.child(&metadata, "MDI");
+         each != nullptr && items.size() < kMostItems; each = each->next()) {
         if (const auto key = document.attribute(each, "key")) {
-            domains[domain][std::string(*key)] = each->text();
+            items[std::string(*key)] = each->text();
         }
     }
 }

@@ -66,6 +66,14 @@ TEST_F(SmallInputs, TakeLittleTimeAndMemory) {
         std::filesystem::create_directory(directory_ / ("folder" + std::to_string(i)));
         up += "/*/..";
     }
+    const Strings described = {write("d1.tif"), write("d2.tif")};
+    std::string domains;
+    for (int i = 0; i < 20000; ++i) {
+        domains += "<Metadata domain='" + std::to_string(i) + "'><MDI key='k'>v</MDI></Metadata>";
+    }
+    for (const std::string& path : described) {
+        fakes::writeFile(path + ".aux.xml", "<PAMDataset>" + domains + "</PAMDataset>");
+    }
     struct Case {
         Strings arguments;
         int code;
@@ -81,6 +89,7 @@ TEST_F(SmallInputs, TakeLittleTimeAndMemory) {
         {{"check", "@" + (directory_ / "more")}, 2, "more.tif: with this the set has more than"},
         {{"list", "@" + (directory_ / "documents")}, 2, "with this the set has more than 32768"},
         {{"check", "@" + (directory_ / "patterns")}, 2, "more than 1000 folders, patterns and"},
+        {joined({"export", "--cog", "-o", directory_ / "d.tif"}, described), 0, ""},
         {{"info", up + "/*.tif"}, 3, "No such file"},
         {{"vrt", a, b, "-o", directory_ / "a.vrt"}, 2, "8192 bands are too many for one output"},
         {{"export", a, b, "-o", directory_ / "o.tif"}, 2, "8192 bands are too many"},
