@@ -8,7 +8,7 @@
 namespace kestms {
 
 /// What the names of files beside a raster end in that GDAL reads as a part of it.
-inline constexpr std::array kSideFileEndings = {".aux.xml", ".ovr", ".msk"};
+inline constexpr std::array kSideFileEndings = {".aux.xml", ".ovr", ".msk", ".OVR", ".MSK"};
 
 /// The input files of a command, used or not. No output may replace one of them or a file that
 /// belongs to one.

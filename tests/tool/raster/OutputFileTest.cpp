@@ -37,7 +37,7 @@ Files filesOf(const Strings& paths) {
 
 TEST(OutputFile, ReplacesWhatALinkLeadsToAndItsSideFilesAndKeepsThePermissions) {
     const fakes::TempDirectory directory;
-    for (const char* name : {"old.tif", "old.tif.aux.xml", "old.tif.ovr"}) {
+    for (const char* name : {"old.tif", "old.tif.aux.xml", "old.tif.ovr", "old.tif.OVR"}) {
         fakes::writeFile(directory / name, "old");
     }
     fs::create_symlink("old.tif", directory / "link.tif");
