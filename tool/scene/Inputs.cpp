@@ -34,8 +34,8 @@ namespace {
 constexpr const char* kStandardInput = "standard input";
 constexpr std::string_view kWildcards = "*?[";
 
-/// Twice the bands that files of several bands may have together; each costs some kilobytes.
-constexpr std::size_t kMostFiles = 32768;
+/// Whole archives of scenes have 100,000; each costs some kilobytes.
+constexpr std::size_t kMostFiles = 131072;
 /// Of a list: a few bytes can name a large folder again and again.
 constexpr std::size_t kMostPlaces = 1000;
 /// Of all documents together.
@@ -213,7 +213,8 @@ class ArgumentReader {
         const auto before = entries_.size();
         isInList_ = true;
         for (const std::string& line : linesOf(text)) {
-            const std::string entry = exists(line) ? line : withoutScheme(withoutComment(line));
+            const std::string bare = withoutScheme(withoutComment(line));
+            const std::string entry = bare != line && exists(line) ? line : bare;
             if (!entry.empty()) {
                 readEntry(entry);
                 refuseTooManyFiles(entry);
@@ -246,7 +247,7 @@ class ArgumentReader {
         throwIfInterrupted();
         std::error_code error;
         const fs::file_status status = fs::status(entry, error);
-        if (isPlaceToLook(entry)) {
+        if (isPlaceToLook(entry, status)) {
             countPlace(entry);
             context_.inputs.add(entry);
             scenes_.takeFolder(entry);

@@ -138,6 +138,11 @@ std::string_view takeNumber(std::string_view& text) {
     return number;
 }
 
+fs::file_status statusOf(const std::string& path) {
+    std::error_code error;
+    return fs::status(path, error);
+}
+
 }  // namespace
 
 bool comesBefore(std::string_view left, std::string_view right) {
@@ -163,18 +168,24 @@ bool comesBefore(std::string_view left, std::string_view right) {
     return a.empty() && b.empty() ? left < right : a.empty();
 }
 
-std::string insideOf(const std::string& path) {
+std::string insideOf(const std::string& path, const fs::file_status& status) {
     if (Pyxis::kindOf(path) == Pyxis::PathKind::InArchive) {
         const bool isOneFile = path.starts_with("/vsigzip/");  // though it may unpack to a tar
         return isOneFile || isRaster(path) || !Pyxis::filesInArchive(path) ? "" : path;
     }
-    std::error_code error;
-    return fs::is_regular_file(path, error) ? Pyxis::insideOfArchive(path) : std::string();
+    return fs::is_regular_file(status) ? Pyxis::insideOfArchive(path) : std::string();
+}
+
+std::string insideOf(const std::string& path) {
+    return insideOf(path, statusOf(path));
+}
+
+bool isPlaceToLook(const std::string& path, const fs::file_status& status) {
+    return fs::is_directory(status) || !insideOf(path, status).empty();
 }
 
 bool isPlaceToLook(const std::string& path) {
-    std::error_code error;
-    return fs::is_directory(path, error) || !insideOf(path).empty();
+    return isPlaceToLook(path, statusOf(path));
 }
 
 FolderContents rasterFilesBelow(const std::string& directory) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,9 +14,12 @@ namespace kestms {
 bool comesBefore(std::string_view left, std::string_view right);
 
 /// GDAL's name for the inside of an archive, or for a folder in one; empty for another path.
+/// `status` is that of the path.
+std::string insideOf(const std::string& path, const std::filesystem::file_status& status);
 std::string insideOf(const std::string& path);
 
 /// Whether a path is a directory or an archive, or a folder in one.
+bool isPlaceToLook(const std::string& path, const std::filesystem::file_status& status);
 bool isPlaceToLook(const std::string& path);
 
 struct FolderContents {

@@ -47,7 +47,7 @@ TEST_F(SmallInputs, TakeLittleTimeAndMemory) {
     const std::string other = writeBands("other.tif", 1024);
     const std::vector<std::string> tooMany(5, a);
     std::string missing;
-    for (int i = 0; i < 32768; ++i) {
+    for (int i = 0; i < 131072; ++i) {
         missing += "m" + std::to_string(i) + ".tif\n";
     }
     fakes::writeFile(directory_ / "missing", missing);
@@ -87,7 +87,7 @@ TEST_F(SmallInputs, TakeLittleTimeAndMemory) {
         {joined({"info"}, tooMany), 2, "with this file the set has more than 16384 bands"},
         {{"check", "@" + (directory_ / "missing")}, 3, "m0.tif: No such file"},
         {{"check", "@" + (directory_ / "more")}, 2, "more.tif: with this the set has more than"},
-        {{"list", "@" + (directory_ / "documents")}, 2, "with this the set has more than 32768"},
+        {{"list", "@" + (directory_ / "documents")}, 2, "with this the set has more than 131072"},
         {{"check", "@" + (directory_ / "patterns")}, 2, "more than 1000 folders, patterns and"},
         {joined({"export", "--cog", "-o", directory_ / "d.tif"}, described), 0, ""},
         {{"info", up + "/*.tif"}, 3, "No such file"},
