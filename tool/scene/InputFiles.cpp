@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include "codec/strings/BufferText.h"
 #include "host/Text.h"
@@ -59,12 +60,30 @@ bool isOfKindWritten(const std::string& path) {
     return hasExtension(path, kWritten) || isSetDocument(path) || isOwnStacItem(path);
 }
 
-/// A header alone does not hold the pixels.
-bool isPartOf(const std::string& path, const std::string& raster) {
+/// The files that make up a raster: a header alone does not hold the pixels, and a virtual raster
+/// may name others.
+std::vector<std::string> partsOf(const std::string& raster) {
+    std::vector<std::string> parts;
     const auto image = openImage(raster);
     for (int i = 0; image && i < image->getNumFiles(); ++i) {
-        if (sameFile(path, Pyxis::toUtf8(image->getFile(i).string()))) {
+        parts.push_back(Pyxis::toUtf8(image->getFile(i).string()));
+    }
+    return parts;
+}
+
+/// Whether a file is a part of one of the rasters.
+bool isPartOfOne(const std::string& path, std::set<std::string> rasters) {
+    std::vector<std::string> unseen(rasters.begin(), rasters.end());
+    while (!unseen.empty()) {
+        const std::string raster = std::move(unseen.back());
+        unseen.pop_back();
+        if (sameFile(path, raster)) {
             return true;
+        }
+        for (std::string& part : partsOf(raster)) {
+            if (rasters.insert(part).second) {
+                unseen.push_back(std::move(part));
+            }
         }
     }
     return false;
@@ -99,9 +118,7 @@ void InputFiles::addRaster(const std::string& path) {
 bool InputFiles::isInput(const std::string& path) const {
     const auto same = [&path](const std::string& input) { return sameFile(path, input); };
     return std::any_of(files_.begin(), files_.end(), same) ||
-           std::any_of(rasters_.begin(), rasters_.end(), same) ||
-           std::any_of(rasters_.begin(), rasters_.end(),
-                       [&path](const std::string& raster) { return isPartOf(path, raster); });
+           std::any_of(rasters_.begin(), rasters_.end(), same) || isPartOfOne(path, rasters_);
 }
 
 bool InputFiles::liesBesideInputs(const std::string& path) const {

@@ -394,10 +394,13 @@ TEST_F(Scenes, VirtualRastersAreReadOnRequest) {
         EXPECT_EQ(outcome.code, 0) << outcome.err;
         EXPECT_EQ(gdalPixels(to, 1), gdalPixels(component, 1)) << command;
     }
-    EXPECT_THAT(
-        runTool({"--allow-vrt", "export", virtualOne, virtualOne, "-o", component, "--overwrite"})
-            .err,
-        HasSubstr("the output would overwrite an input"));
+    const std::string outer = directory_ / "outer.vrt";
+    ASSERT_EQ(Process({"gdalbuildvrt", "-q", outer, virtualOne}).wait().code, 0);
+    for (const std::string& named : {virtualOne, outer}) {
+        EXPECT_THAT(
+            runTool({"--allow-vrt", "export", named, named, "-o", component, "--overwrite"}).err,
+            HasSubstr("the output would overwrite an input"));
+    }
     std::filesystem::remove(component);
     EXPECT_THAT(runTool({"--allow-vrt", "check", virtualOne, virtualOne}).out,
                 HasSubstr("what it names cannot be read"));
