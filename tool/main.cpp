@@ -1,3 +1,6 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cstdlib>
 #include <iostream>
 
@@ -11,6 +14,16 @@
 namespace {
 
 bool needsModule = false;
+
+/// Otherwise a pipe or a file gets the number of a closed stream, and what is printed to it.
+void occupyClosedStreams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) < 0) {
+            // Its use still fails.
+            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+        }
+    }
+}
 
 kestms::ExitCode leaveToModule() {
     needsModule = true;
@@ -53,6 +66,7 @@ ExitCode writeSampleSets(Context& /*context*/, const SamplesOptions& /*options*/
 }  // namespace kestms
 
 int main(int argc, char** argv) {
+    occupyClosedStreams();
     int code = kestms::run(argc, argv, std::cin, std::cout, std::cerr);
     if (needsModule) {
         code = runModule(argc, argv);

@@ -197,6 +197,17 @@ TEST_F(WritingProcess, HeedsLimitsAndSignalsThatItsParentIgnores) {
     EXPECT_EQ(background.wait().code, 0);
 }
 
+TEST_F(WritingProcess, MistakesNoMessageForAnInterrupt) {
+    // Of a file that is given twice.
+    Process process(joined(command(), {files_[0], "--resolution", "15", "--resampling", "cubic"}),
+                    [] {
+                        close(STDOUT_FILENO);
+                        close(STDERR_FILENO);
+                    });
+    EXPECT_EQ(process.wait().code, 4) << "the name that it wrote cannot be printed";
+    EXPECT_TRUE(fs::exists(directory_ / "out.tif"));
+}
+
 TEST(StarvedProcess, NeverWritesFewerBands) {
     const fakes::TempDirectory directory;
     Strings files;
