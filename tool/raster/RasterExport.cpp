@@ -92,7 +92,7 @@ VirtualRasterOptions optionsOf(const ExportRequest& request, VirtualRasterOption
 /// A style that the user saved stays, since no argument has named it, and so does that of another
 /// raster. One of this file is replaced or removed with it.
 void addStyle(const Context& context, const OutputRaster& raster, const std::string& style,
-              Files& files) {
+              Files& files, std::vector<Note>& notes) {
     const std::string path = layerStylePath(raster.path);
     std::error_code error;
     const bool isThere = std::filesystem::exists(path, error);
@@ -101,9 +101,9 @@ void addStyle(const Context& context, const OutputRaster& raster, const std::str
         const auto existing = Pyxis::contentOfSideFile(path, kLongestStyle);
         if (!existing || !isLayerStyleOf(*existing, raster.path)) {
             if (!existing || !showTheSame(*existing, style)) {
-                context.warn(path, "the style that is there stays, and QGIS shows " +
-                                       std::filesystem::path(raster.path).filename().string() +
-                                       " by it");
+                notes.push_back({path, "the style that is there stays, and QGIS shows " +
+                                           std::filesystem::path(raster.path).filename().string() +
+                                           " by it"});
             }
             return;
         }
@@ -151,11 +151,13 @@ void exportRasters(Context& context, const ExportRequest& request, OutputFormat 
     const VirtualRasterOptions options = optionsOf(
         request, format == OutputFormat::VirtualRaster ? VirtualRasterOptions::Paths::Relative
                                                        : VirtualRasterOptions::Paths::Absolute);
-    const Written written = writeAll(context, request, options, rasters, files, write);
+    Written written = writeAll(context, request, options, rasters, files, write);
     for (std::size_t i = 0; i < rasters.size(); ++i) {
-        addStyle(context, rasters[i], written.styles[i], files);
+        addStyle(context, rasters[i], written.styles[i], files, written.notes);
     }
     commitTogether(files);
+    files.clear();
+    // Not before: whoever reads them may have gone, which ends the program.
     for (const Note& note : written.notes) {
         context.warn(note.path, note.text);
     }

@@ -208,6 +208,18 @@ TEST_F(WritingProcess, MistakesNoMessageForAnInterrupt) {
     EXPECT_TRUE(fs::exists(directory_ / "out.tif"));
 }
 
+TEST_F(WritingProcess, KeepsWhatItWroteWhenNobodyReadsItsMessages) {
+    fakes::writeFile(directory_ / "out.qml", "of a user, which is worth a message");
+    Process process(command(), [] {
+        int ends[2];
+        EXPECT_EQ(pipe(ends), 0);
+        dup2(ends[1], STDERR_FILENO);
+        close(ends[0]);
+    });
+    EXPECT_EQ(process.wait().code, -SIGPIPE);
+    EXPECT_THAT(namesIn(directory_), ElementsAre("a_01.tif", "a_02.tif", "out.qml", "out.tif"));
+}
+
 TEST(StarvedProcess, NeverWritesFewerBands) {
     const fakes::TempDirectory directory;
     Strings files;
