@@ -77,7 +77,7 @@ bool isSideFile(const std::string& path) {
 
 bool isNamedLikeRaster(const std::string& path) {
     return std::any_of(formats().begin(), formats().end(), [&path](const Format* format) {
-        return format->isToldByName && hasExtensionOf(*format, path);
+        return format->countsByName && hasExtensionOf(*format, path);
     });
 }
 

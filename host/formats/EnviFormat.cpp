@@ -59,7 +59,7 @@ const Format& enviFormat() {
         .name = "ENVI",
         .description = "Pixels as they are, with an ENVI header beside them",
         .extensions = {"dat", "img", "bsq", "bil", "bip"},
-        .isToldByName = false,
+        .countsByName = false,
         .features = {},
         .driver = "ENVI",
         .mayBeKept = false,  // the header may change

@@ -21,7 +21,7 @@ const Format& erdasFormat() {
         .name = "Erdas Imagine",
         .description = "Erdas Imagine image",
         .extensions = {"img"},
-        .isToldByName = false,
+        .countsByName = false,
         .features = {FormatFeature::Compression, FormatFeature::ReducedResolutions,
                      FormatFeature::Palette, FormatFeature::Tiling},
         .driver = "HFA",

@@ -54,7 +54,7 @@ std::string realPath(const std::string& path) {
 
 /// Whether a file is really beside the header. A header and its bands may all be links to another
 /// directory.
-bool liesWithHeader(const std::string& file, const std::string& header) {
+bool isWithHeader(const std::string& file, const std::string& header) {
     const std::string real = realPath(file);
     return !real.empty() && (directoryOf(real) == realPath(directoryOf(header) + "/") ||
                              directoryOf(real) == directoryOf(realPath(header)));
@@ -93,7 +93,7 @@ std::optional<Refusal> whyNotSafeBeside(const std::string& header,
         const bool isLink =
             fstatat(dirfd(directory.get()), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
             S_ISLNK(status.st_mode);
-        if (isLink && !liesWithHeader(folder + name, header)) {
+        if (isLink && !isWithHeader(folder + name, header)) {
             return unsafe("leads out of the header's directory", name);
         }
     }

@@ -41,7 +41,7 @@ struct Format {
     const char* description;
     std::vector<const char*> extensions;  ///< without the dot
     /// Whether a file with such an extension counts as a raster even when it is damaged.
-    bool isToldByName = true;
+    bool countsByName = true;
     std::vector<FormatFeature> features;
     Interface interface = Interface::General;
     const char* ownProperty = nullptr;  ///< name of the property beside the geo-correlation

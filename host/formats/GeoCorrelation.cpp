@@ -18,7 +18,7 @@ std::unique_ptr<FormatCodecGeoCorrelation> correlationOf(std::shared_ptr<const G
     if (!facts) {
         return nullptr;
     }
-    if (facts->isToldByRotation()) {
+    if (facts->rotationDeterminesCorners()) {
         return std::make_unique<OriginCorrelation>(std::move(facts));
     }
     return std::make_unique<CornerCorrelation>(std::move(facts));

@@ -40,7 +40,7 @@ const Format& virtualRasterFormat() {
         .name = "VRT",
         .description = "GDAL virtual raster, if the host allows it",
         .extensions = {"vrt"},
-        .isToldByName = false,
+        .countsByName = false,
         .features = {},
         .driver = "VRT",
         .view = View::Sources,

@@ -30,7 +30,7 @@ double GeoFacts::rotation() const {
     return mirrored() ? -angle : angle;
 }
 
-bool GeoFacts::isToldByRotation() const {
+bool GeoFacts::rotationDeterminesCorners() const {
     constexpr double kMostPixelsOff = 1e-3;
     const Vector2d size = pixelSize();
     const double angle = rotation();

@@ -26,7 +26,7 @@ struct GeoFacts {
     double rotation() const;
     /// Whether origin, pixel size and rotation determine the corners, as for an upright raster and
     /// a rotated one with square pixels.
-    bool isToldByRotation() const;
+    bool rotationDeterminesCorners() const;
 };
 
 /// Null when the raster, of this size in pixels, has no usable geotransform (ground control points

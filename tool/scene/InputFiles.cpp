@@ -121,7 +121,7 @@ bool InputFiles::isInput(const std::string& path) const {
            std::any_of(rasters_.begin(), rasters_.end(), same) || isPartOfOne(path, rasters_);
 }
 
-bool InputFiles::liesBesideInputs(const std::string& path) const {
+bool InputFiles::isBesideInputs(const std::string& path) const {
     // A link may also lead beside a raster.
     std::error_code error;
     const fs::path folder = fs::weakly_canonical(fs::absolute(path), error).parent_path();
@@ -151,7 +151,7 @@ void InputFiles::refuseOutput(const std::string& path, bool overwrite) const {
     if (isInput(path)) {
         refuse(path, kIsInput);
     }
-    if (liesBesideInputs(path) && !isOfKindWritten(path)) {
+    if (isBesideInputs(path) && !isOfKindWritten(path)) {
         refuse(path, "the output would overwrite a file that lies beside the inputs");
     }
     if (!overwrite) {

@@ -31,7 +31,7 @@ class InputFiles {
 
   private:
     bool isInput(const std::string& path) const;
-    bool liesBesideInputs(const std::string& path) const;
+    bool isBesideInputs(const std::string& path) const;
 
     std::set<std::string> files_;
     std::set<std::string> rasters_;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <iterator>
 #include <set>
 #include <unordered_set>
 
@@ -21,7 +20,7 @@ namespace {
 
 using Strings = std::vector<std::string>;
 
-bool liesDirectlyIn(const Scene& scene, const std::string& folder) {
+bool isDirectlyIn(const Scene& scene, const std::string& folder) {
     const std::string inside = insideOf(folder);
     const fs::path place = inside.empty() ? folder : inside;
     const fs::path parent = fs::path(scene.files.front()).parent_path();
@@ -116,7 +115,7 @@ void SceneChoice::takeFolder(const std::string& folder) {
     protect(contents.rasters);
     noteUnopened(context_, folder, contents);
     takeScene(folder, scenesAmong(context_.session(), contents.rasters),
-              [&folder](const Scene& scene) { return liesDirectlyIn(scene, folder); });
+              [&folder](const Scene& scene) { return isDirectlyIn(scene, folder); });
 }
 
 bool SceneChoice::takeSceneOf(const std::string& metadata) {

@@ -55,7 +55,7 @@ std::string folderName(const std::string& path) {
     return name;
 }
 
-bool liesIn(const std::string& path, const std::string& folder) {
+bool isBelow(const std::string& path, const std::string& folder) {
     return folder.empty() ? path.find('/') == std::string::npos : path.starts_with(folder + "/");
 }
 
@@ -81,7 +81,7 @@ std::string safeFolderOf(const std::string& path) {
 std::string commonFolder(const std::vector<Member>& members) {
     std::string folder = folderOf(members.front().path);
     for (const Member& member : members) {
-        while (!folder.empty() && !liesIn(member.path, folder)) {
+        while (!folder.empty() && !isBelow(member.path, folder)) {
             folder = folderOf(folder);
         }
     }
@@ -311,7 +311,7 @@ class Sorter {
             Scene* owner = ownerOf(path, fs::path(path).filename().string(), owners);
             if (owner == nullptr && isMetadata) {  // of a product, above the folders of its bands
                 const auto below = std::find_if(owners.begin(), owners.end(), [&](auto& each) {
-                    return liesIn(each.first.first, folderOf(path));
+                    return isBelow(each.first.first, folderOf(path));
                 });
                 owner = below != owners.end() ? below->second : nullptr;
             }
