@@ -80,6 +80,8 @@ int leadingNumber(std::string_view text) {
     return number;
 }
 
+}  // namespace
+
 /// A document whose list of components can be read and extended.
 class ListDocument {
   public:
@@ -150,21 +152,11 @@ class ListDocument {
     std::vector<const xml::Element*> components_;
 };
 
-}  // namespace
-
-class ComponentList::Document : public ListDocument {
-    using ListDocument::ListDocument;
-};
-
-class ComponentListBuilder::Document : public ListDocument {
-    using ListDocument::ListDocument;
-};
-
 ComponentList::ComponentList(const FileSpecifier& specifier) {
     if (specifier.type() != FileSpecifier::Type::Compound) {
         plainCount_ = specifier.string().isZero() ? 0 : 1;
     } else if (!specifier.string().isZero()) {
-        document_ = std::make_unique<Document>(parse(narrowed(specifier.string())));
+        document_ = std::make_unique<ListDocument>(parse(narrowed(specifier.string())));
     }
 }
 
@@ -184,9 +176,7 @@ std::optional<Component> ComponentList::get(int index) const {
 }
 
 ComponentListBuilder::ComponentListBuilder()
-    : document_(std::make_unique<Document>(newDocument())) {}
-ComponentListBuilder::ComponentListBuilder(ComponentListBuilder&&) noexcept = default;
-ComponentListBuilder& ComponentListBuilder::operator=(ComponentListBuilder&&) noexcept = default;
+    : document_(std::make_unique<ListDocument>(newDocument())) {}
 ComponentListBuilder::~ComponentListBuilder() = default;
 
 void ComponentListBuilder::append(const FileSpecifier& component, int frame) {

@@ -30,6 +30,8 @@ bool getComponent(const Pyxis::FileSpecifier& specifier, int index, Pyxis::FileS
 void appendComponent(const Pyxis::FileSpecifier& component, int frame,
                      Pyxis::FileSpecifier& specifier);
 
+class ListDocument;
+
 /// A component list parsed once, for callers that read more than one component. Its answers are
 /// those of the functions above.
 class ComponentList {
@@ -47,8 +49,7 @@ class ComponentList {
     friend bool getComponent(const Pyxis::FileSpecifier& specifier, int index,
                              Pyxis::FileSpecifier& file, int& frame);
 
-    class Document;
-    std::unique_ptr<Document> document_;  ///< none for a plain specifier
+    std::unique_ptr<ListDocument> document_;  ///< none for a plain specifier
     int plainCount_ = 0;
 };
 
@@ -57,8 +58,6 @@ class ComponentListBuilder {
   public:
     /// Starts where `appendComponent` on an empty specifier would.
     ComponentListBuilder();
-    ComponentListBuilder(ComponentListBuilder&&) noexcept;
-    ComponentListBuilder& operator=(ComponentListBuilder&&) noexcept;
     ~ComponentListBuilder();
 
     void append(const Pyxis::FileSpecifier& component, int frame);
@@ -67,8 +66,7 @@ class ComponentListBuilder {
     Pyxis::FileSpecifier specifier() const;
 
   private:
-    class Document;
-    std::unique_ptr<Document> document_;
+    std::unique_ptr<ListDocument> document_;
 };
 
 }  // namespace kest
