@@ -15,8 +15,13 @@ RasterFrame::RasterFrame(RasterPointer file, const Format& format, int index)
     colourTable_ = {static_cast<std::int32_t>(colours.size() / 4), colours.data()};
 }
 
-const Dataset* RasterFrame::datasetIn(DatasetHandle::Use& use) const {
-    return use.dataset(facts().part);
+template <typename Answer, typename Ask>
+Answer RasterFrame::answerOfDataset(Answer fallback, Ask ask) const {
+    return answerOr(fallback, [&] {
+        DatasetHandle::Use use = file_->use();
+        const Dataset* dataset = use.dataset(facts().part);
+        return dataset != nullptr ? ask(*dataset) : fallback;
+    });
 }
 
 bool RasterFrame::mayHaveLevel(int number) const {
@@ -24,11 +29,8 @@ bool RasterFrame::mayHaveLevel(int number) const {
 }
 
 bool RasterFrame::frameOp1(int number) {
-    return answerOr(false, [&] {
-        DatasetHandle::Use use = file_->use();
-        const Dataset* dataset = datasetIn(use);
-        return dataset != nullptr && mayHaveLevel(number) &&
-               dataset->hasLevel(facts().band, number);
+    return answerOfDataset(false, [&](const Dataset& dataset) {
+        return mayHaveLevel(number) && dataset.hasLevel(facts().band, number);
     });
 }
 
@@ -67,10 +69,8 @@ std::int32_t RasterFrame::frameOp7() {
 }
 
 std::int32_t RasterFrame::frameOp8() {
-    return answerOr(0, [&] {
-        DatasetHandle::Use use = file_->use();
-        const Dataset* dataset = datasetIn(use);
-        return dataset != nullptr && format_.hasOverviews ? dataset->numOverviews(facts().band) : 0;
+    return answerOfDataset(0, [&](const Dataset& dataset) {
+        return format_.hasOverviews ? dataset.numOverviews(facts().band) : 0;
     });
 }
 
@@ -90,12 +90,8 @@ void RasterFrame::frameOp11(int channel, ChannelRange* range) {
         *range = *facts().range;
         return;
     }
-    attempt([&] {
-        DatasetHandle::Use use = file_->use();
-        if (const Dataset* dataset = datasetIn(use)) {
-            *range = dataset->range(facts().band);
-        }
-    });
+    *range = answerOfDataset(*range,
+                             [&](const Dataset& dataset) { return dataset.range(facts().band); });
 }
 
 const ColourTable* RasterFrame::frameOp12() {
@@ -103,12 +99,9 @@ const ColourTable* RasterFrame::frameOp12() {
 }
 
 bool RasterFrame::frameOp13(int number, PixelRequest* request) {
-    return request != nullptr && answerOr(false, [&] {
-               DatasetHandle::Use use = file_->use();
-               const Dataset* dataset = datasetIn(use);
-               return dataset != nullptr && mayHaveLevel(number) &&
-                      dataset->read(facts().band, number, facts().format, *request,
-                                    format_.hasOverviews);
+    return request != nullptr && answerOfDataset(false, [&](const Dataset& dataset) {
+               return mayHaveLevel(number) && dataset.read(facts().band, number, facts().format,
+                                                           *request, format_.hasOverviews);
            });
 }
 

@@ -35,8 +35,9 @@ class RasterFrame final : public ReadImageFileFrameInterface {
 
   private:
     const FrameFacts& facts() const { return file_->frame(index_); }
-    /// Null when the file is gone or has changed.
-    const Dataset* datasetIn(DatasetHandle::Use& use) const;
+    /// What the open dataset answers; `fallback` when the file is gone or has changed.
+    template <typename Answer, typename Ask>
+    Answer answerOfDataset(Answer fallback, Ask ask) const;
     bool mayHaveLevel(int number) const;
 
     RasterPointer file_;
