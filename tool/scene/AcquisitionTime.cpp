@@ -78,15 +78,13 @@ std::optional<TimeSpan> parseOne(std::string_view text) {
 /// "20180629" and "2018180", the year with the day in it.
 std::array<std::string, 2> compactForms(std::string_view day) {
     using namespace std::chrono;
-    const std::string year(day.substr(0, 4));
-    const std::string month(day.substr(5, 2));
-    const auto first = std::chrono::year(numberAt(day, 0, 4)) / January / 1;
-    const auto date = std::chrono::year(numberAt(day, 0, 4)) /
-                      static_cast<int>(numberAt(day, 5, 2)) / static_cast<int>(numberAt(day, 8, 2));
-    const auto number = (sys_days(date) - sys_days(first)).count() + 1;
-    std::string ofYear = std::to_string(number);
-    ofYear.insert(0, 3 - std::min<std::size_t>(ofYear.size(), 3), '0');
-    return {year + month + std::string(day.substr(8, 2)), year + ofYear};
+    std::string digits(day);
+    std::erase(digits, '-');
+    const year itsYear(numberAt(day, 0, 4));
+    const sys_days date(itsYear / numberAt(day, 5, 2) / numberAt(day, 8, 2));
+    const auto number = (date - sys_days(itsYear / January / 1)).count() + 1;
+    const std::string threeDigits = std::to_string(1000 + number).substr(1);
+    return {digits, digits.substr(0, 4) + threeDigits};
 }
 
 /// "20180629T000241" or "2018180T000241" in a name, if it is of that day.
@@ -171,11 +169,11 @@ std::optional<TimeSpan> parseTimeSpan(const std::string& text) {
 
 std::optional<TimeSpan> acquisitionTime(const std::string& name, const std::string& day,
                                         const std::string& metadataFile) {
-    if (auto told = fromMetadata(metadataFile)) {
-        return told;
+    if (auto time = fromMetadata(metadataFile)) {
+        return time;
     }
-    if (auto told = fromName(name, day)) {
-        return told;
+    if (auto time = fromName(name, day)) {
+        return time;
     }
     return isDay(day) ? std::optional(wholeDay(day)) : std::nullopt;
 }
