@@ -10,7 +10,8 @@
 #include "host/file/PathPolicy.h"
 #include "pyxis/FindFileInterface.h"
 
-// Places that may hold rasters: folders, archives, the network.
+// Places that may hold rasters: folders, archives, the network. What depends on the path policy is
+// defined in this library alone: libPyxisGdal has a copy of host/file, whose policy nobody sets.
 
 namespace Pyxis {
 
