@@ -48,6 +48,8 @@ struct Band : kest::BandDetails {
     Pyxis::Size block;  ///< the natural block of the file
     std::optional<double> noData;
     std::optional<Georeference> georeference;
+
+    std::string sideDescription;  ///< in the component's auxiliary file; may be empty
 };
 
 /// Bands that share one pixel size.

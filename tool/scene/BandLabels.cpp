@@ -7,7 +7,6 @@
 
 #include "host/Text.h"
 #include "host/codecs/RasterSource.h"
-#include "tool/scene/AuxiliaryFile.h"
 
 namespace kestms {
 namespace {
@@ -56,17 +55,17 @@ bool isCount(std::string_view text) {
 }
 
 /// The component's own name for the band; empty without one.
-std::string ownLabel(const Band& band, const std::map<int, AuxiliaryBand>& auxiliary) {
+std::string ownLabel(const Band& band) {
     const auto source = Pyxis::rasterSourceOf(band.componentPath, band.componentFrame);
     if (!source) {
         return {};
     }
-    const auto beside = auxiliary.find(source->band);
-    const bool hasOwn = !source->label.empty() && !isCount(source->label);
-    const std::string label = hasOwn || beside == auxiliary.end()
-                                  ? source->label
-                                  : beside->second.description.value_or("");
-    return isCount(label) ? std::string() : label;
+    for (const std::string& label : {source->label, band.sideDescription}) {
+        if (!label.empty() && !isCount(label)) {
+            return label;
+        }
+    }
+    return {};
 }
 
 }  // namespace
@@ -97,20 +96,17 @@ void labelBands(const std::vector<Band*>& bands, const std::vector<std::string>&
     struct File {
         std::string part;
         int bands = 0;
-        std::map<int, AuxiliaryBand> auxiliary;
     };
     std::map<std::string, File> files;
     const std::vector<std::string> parts = distinguishingParts(paths);
     for (std::size_t i = 0; i < paths.size(); ++i) {
         File& file = files[paths[i]];
         file.part = parts[i];
-        if (++file.bands == 1) {
-            file.auxiliary = readAuxiliaryFile(paths[i]).bands;
-        }
+        ++file.bands;
     }
     for (Band* band : bands) {
         const File& file = files[band->componentPath];
-        const std::string own = ownLabel(*band, file.auxiliary);
+        const std::string own = ownLabel(*band);
         if (!own.empty()) {
             band->name = own;
         } else if (byFileName && !file.part.empty()) {

@@ -141,17 +141,23 @@ void readPixelFacts(Pyxis::ReadImageFileFrameInterface& frame, Band& band) {
 /// What is beside the component that was asked about last: bands of one follow each other.
 class LastAuxiliaryFile {
   public:
-    std::optional<double> noDataOf(const Band& band) {
+    /// Adds what it says of the band.
+    void describe(Band& band) {
         if (path_ != band.componentPath) {
             path_ = band.componentPath;
             content_ = readAuxiliaryFile(path_);
         }
         if (content_.bands.empty()) {
-            return std::nullopt;
+            return;
         }
         const auto source = Pyxis::rasterSourceOf(path_, band.componentFrame);
         const auto found = content_.bands.find(source ? source->band : 0);
-        return found == content_.bands.end() ? std::nullopt : found->second.noData;
+        if (found != content_.bands.end()) {
+            band.sideDescription = found->second.description.value_or("");
+            if (found->second.noData) {
+                band.noData = found->second.noData;  // before the file's own, as in GDAL
+            }
+        }
     }
 
   private:
@@ -231,9 +237,7 @@ void OpenedSet::gatherBands(const KestMultispectralCodec& codec) {
         band.frame = i;
         readPixelFacts(*frame, band);
         readProperties(*frame, band, description_, system);
-        if (const auto beside = auxiliary.noDataOf(band)) {
-            band.noData = beside;  // before the file's own, as in GDAL
-        }
+        auxiliary.describe(band);
         codec.getBandDetails(*image_, i, band);
         if (!band.noData) {
             band.noData = band.productNoData;
