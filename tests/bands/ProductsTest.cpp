@@ -50,10 +50,7 @@ TEST(ProductsTest, FilesOfEveryProductBecomeItsBands) {
         SCOPED_TRACE(test.product);
         tried.insert(test.product);
         std::vector<std::u16string> paths;
-        for (std::string file : test.files) {
-            if (const std::size_t scene = file.find('~'); scene != file.npos) {
-                file.replace(scene, 1, test.scene);
-            }
+        for (const std::string& file : test.fileNames()) {
             paths.push_back(Pyxis::utf8ToWide(file));
         }
         const auto product = catalogue.productOf(paths, nullptr, &finder);

@@ -329,10 +329,7 @@ TEST_F(Scenes, AFolderOfEveryProductIsOneImage) {
         SCOPED_TRACE(c.product);
         const std::string folder = directory_ / (c.product + " " + c.scene);
         const auto product = runTool({"products", c.product, "--json"}).json()["products"][0];
-        for (std::string file : c.files) {
-            if (const std::size_t scene = file.find('~'); scene != file.npos) {
-                file.replace(scene, 1, c.scene);
-            }
+        for (const std::string& file : c.fileNames()) {
             const std::filesystem::path path = folder + "/" + file;
             std::filesystem::create_directories(path.parent_path());
             fakes::writeFile(path, tif);
