@@ -59,7 +59,14 @@ inline double sampleAt(int band, int x, int y, bool withSign) {
     return (x * 7 + y * 13 + band * 31) % 251 - (withSign ? 120 : 0);
 }
 
+/// Makes the folders of a file that is to be written.
+inline void makeFoldersOf(const std::filesystem::path& path) {
+    std::error_code there;
+    std::filesystem::create_directories(path.parent_path(), there);
+}
+
 inline void writeFile(const std::string& path, const std::string& content) {
+    makeFoldersOf(path);
     std::ofstream(path, std::ios::binary) << content;
 }
 
@@ -80,6 +87,7 @@ inline std::vector<std::string> namesIn(const TempDirectory& directory) {
 
 inline std::string writeRaster(const std::string& path, const Raster& raster = {}) {
     GDALAllRegister();
+    makeFoldersOf(path);
     CPLStringList options;
     for (const std::string& option : raster.options) {
         options.AddString(option.c_str());
@@ -135,6 +143,14 @@ inline std::string writeRaster(const std::string& path, const Raster& raster = {
         dataset.reset(driver->CreateCopy(path.c_str(), dataset.get(), FALSE, options.List(),
                                          nullptr, nullptr));
     }
+    return path;
+}
+
+/// Changes a raster by a function of its dataset, and returns its path.
+template <typename Change>
+std::string changeRaster(const std::string& path, Change change) {
+    const GDALDatasetUniquePtr file(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE));
+    change(*file);
     return path;
 }
 

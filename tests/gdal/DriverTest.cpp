@@ -33,17 +33,10 @@ GDALDatasetUniquePtr openRaster(const std::string& name) {
 /// GDAL's message when the name cannot be opened; empty when it can, or there is no message.
 std::string whyNot(const std::string& name) {
     CPLErrorReset();
-    CPLPushErrorHandler(CPLQuietErrorHandler);
+    const CPLErrorHandlerPusher quiet(CPLQuietErrorHandler);
     const auto dataset = GDALDatasetUniquePtr(
         GDALDataset::Open(name.c_str(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR));
-    CPLPopErrorHandler();
     return dataset ? "" : CPLGetLastErrorMsg();
-}
-
-template <typename Change>
-void changeRaster(const std::string& name, Change change) {
-    const auto file = GDALDatasetUniquePtr(GDALDataset::Open(name.c_str(), GDAL_OF_UPDATE));
-    change(*file, *file->GetRasterBand(1));
 }
 
 /// Calls a function in so many threads, each with its number.
@@ -166,9 +159,8 @@ TEST_F(DriverTest, ReportsTheToolsReasonOnce) {
         EXPECT_THAT(whyNot(name), AllOf(HasSubstr(reason), Not(HasSubstr("--")))) << name;
     }
     CPLErrorReset();
-    CPLPushErrorHandler(CPLQuietErrorHandler);
+    const CPLErrorHandlerPusher quiet(CPLQuietErrorHandler);
     EXPECT_EQ(GDALOpen(folder().c_str(), GA_Update), nullptr);
-    CPLPopErrorHandler();
     EXPECT_THAT(CPLGetLastErrorMsg(), HasSubstr("read only"));
 }
 
@@ -177,11 +169,10 @@ TEST_F(DriverTest, DeletesTheDocumentAloneAndNoComponent) {
     const std::string set = directory_ / (std::string(kScene) + "set.xml");
     fakes::writeFile(set, documentOf({path("B10"), path("B20")}));
     GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("KESTMS");
-    CPLPushErrorHandler(CPLQuietErrorHandler);
+    const CPLErrorHandlerPusher quiet(CPLQuietErrorHandler);
     EXPECT_EQ(driver->Delete(folder().c_str()), CE_Failure);
     EXPECT_EQ(driver->Rename((directory_ / "new.xml").c_str(), set.c_str()), CE_Failure);
     EXPECT_EQ(driver->CopyFiles((directory_ / "new.xml").c_str(), set.c_str()), CE_Failure);
-    CPLPopErrorHandler();
     EXPECT_EQ(GDALDriver::QuietDelete(set.c_str()), CE_None);  // as before writing over it
     EXPECT_TRUE(whyNot(folder()).empty());
     EXPECT_EQ(openRaster(folder())->GetRasterCount(), 4);
@@ -228,7 +219,7 @@ TEST_F(DriverTest, ReadsWindowsAsGdalReadsTheComponent) {
                         .options = {"TILED=YES", "BLOCKXSIZE=64", "BLOCKYSIZE=32"}};
     for (const char* band : {"B10", "B20"}) {
         fakes::writeRaster(path(band), raster);
-        changeRaster(path(band), [](GDALDataset& file, GDALRasterBand& /*band*/) {
+        fakes::changeRaster(path(band), [](GDALDataset& file) {
             const int levels[] = {2, 4};
             EXPECT_EQ(file.BuildOverviews("AVERAGE", 2, levels, 0, nullptr, nullptr, nullptr),
                       CE_None);
@@ -260,7 +251,8 @@ TEST_F(DriverTest, ReadsWindowsAsGdalReadsTheComponent) {
 
 TEST_F(DriverTest, CarriesWhatComponentsTell) {
     writeScene();
-    changeRaster(path("B40"), [](GDALDataset& file, GDALRasterBand& band) {
+    fakes::changeRaster(path("B40"), [](GDALDataset& file) {
+        GDALRasterBand& band = *file.GetRasterBand(1);
         band.SetScale(0.5);
         band.SetOffset(-3);
         band.SetUnitType("W");
@@ -298,12 +290,12 @@ TEST_F(DriverTest, ShowsTheMaskOfAComponent) {
     for (const char* name : {"B10", "B20"}) {
         fakes::writeRaster(path(name), raster);
     }
-    changeRaster(path("B20"), [](GDALDataset& file, GDALRasterBand& band) {
+    fakes::changeRaster(path("B20"), [](GDALDataset& file) {
         EXPECT_EQ(file.CreateMaskBand(GMF_PER_DATASET), CE_None);
         std::vector<std::uint8_t> valid(12 * 8, 255);
         valid[5] = 0;
-        EXPECT_EQ(band.GetMaskBand()->RasterIO(GF_Write, 0, 0, 12, 8, valid.data(), 12, 8, GDT_Byte,
-                                               0, 0, nullptr),
+        EXPECT_EQ(file.GetRasterBand(1)->GetMaskBand()->RasterIO(
+                      GF_Write, 0, 0, 12, 8, valid.data(), 12, 8, GDT_Byte, 0, 0, nullptr),
                   CE_None);
     });
     CPLSetConfigOption("GDAL_TIFF_INTERNAL_MASK", nullptr);
@@ -319,9 +311,8 @@ TEST_F(DriverTest, ShowsTheMaskOfAComponent) {
     EXPECT_EQ(std::count(mask.begin(), mask.end(), 255), 12 * 8 - 1);
     // An alpha band masks the other band of its file.
     const fakes::TempDirectory other;
-    const std::string alpha = fakes::writeRaster(other / "a.tif", {.bands = 2});
     fakes::writeRaster(other / "b.tif", {});  // GDAL itself sees to files of two bands
-    changeRaster(alpha, [](GDALDataset& file, GDALRasterBand& /*band*/) {
+    fakes::changeRaster(fakes::writeRaster(other / "a.tif", {.bands = 2}), [](GDALDataset& file) {
         file.GetRasterBand(2)->SetColorInterpretation(GCI_AlphaBand);
     });
     const auto masked = openRaster("KESTMS:" + other.path());
@@ -362,10 +353,9 @@ TEST_F(DriverTest, ShowsTheBandsAskedForInTheOrderAskedFor) {
     };
     for (auto row : rows) {
         row.options.push_back(nullptr);
-        CPLPushErrorHandler(CPLQuietErrorHandler);
+        const CPLErrorHandlerPusher quiet(CPLQuietErrorHandler);
         const auto set = GDALDatasetUniquePtr(GDALDataset::Open(
             folder().c_str(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR, nullptr, row.options.data()));
-        CPLPopErrorHandler();
         std::string names;
         for (int i = 1; set && i <= set->GetRasterCount(); ++i) {
             names += (i > 1 ? " " : "") +
@@ -442,12 +432,11 @@ TEST_F(DriverTest, FailsAfterItsFilesWereLetGo) {
     EXPECT_EQ(Closer::close(*set), TRUE);
     EXPECT_EQ(Closer::close(*set), FALSE);
     set->FlushCache();
-    CPLPushErrorHandler(CPLQuietErrorHandler);
+    const CPLErrorHandlerPusher quiet(CPLQuietErrorHandler);
     double sample = 0;
     EXPECT_EQ(set->GetRasterBand(1)->RasterIO(GF_Read, 0, 0, 1, 1, &sample, 1, 1, GDT_Float64, 0, 0,
                                               nullptr),
               CE_Failure);
-    CPLPopErrorHandler();
     EXPECT_EQ(set->GetRasterBand(1)->GetScale(), 1.0);
 }
 

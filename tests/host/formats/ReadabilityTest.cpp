@@ -24,8 +24,9 @@ TEST_F(Readability, ExplainsWhatCannotBeRead) {
     ASSERT_EQ(mkfifo((directory / "pipe.tif").c_str(), 0600), 0);
     // Metadata in a TIFF may name any file as overviews.
     const std::string sent = fakes::writeRaster(directory / "sent.tif");
-    GDALDatasetUniquePtr(GDALDataset::Open(sent.c_str(), GDAL_OF_UPDATE))
-        ->SetMetadataItem("OVERVIEW_FILE", "/vsimem/elsewhere.tif", "OVERVIEWS");
+    fakes::changeRaster(sent, [](GDALDataset& file) {
+        file.SetMetadataItem("OVERVIEW_FILE", "/vsimem/elsewhere.tif", "OVERVIEWS");
+    });
     const std::pair<std::string, const char*> cases[] = {
         {directory / "none.tif", "No such file"},
         {directory.path(), "is a directory"},

@@ -22,7 +22,6 @@ class SideFiles : public OnFiles {
 TEST_F(SideFiles, AreNotOpenedWhateverTheyName) {
     const std::string path = placedByWorldFile();
     const fakes::Listener listener;
-    std::filesystem::create_directory(directory / "far");
     const std::string far = fakes::writeRaster(directory / "far/o.tif", {.width = 6, .height = 4});
     ASSERT_EQ(mkfifo((directory / "pipe").c_str(), 0600), 0);
     for (const char* name : {"lost.tif.msk", "lost.tab", "lost.IMD", "lost.RPB", "lost_rpc.txt"}) {

@@ -143,16 +143,15 @@ TEST_F(TiffCodec, PublishesWhatTheFileSaysOfItsPlace) {
     // Ground control points alone.
     const std::string path =
         fakes::writeRaster(directory / "points.tif", {.transform = std::nullopt, .epsg = 0});
-    {
-        const GDALDatasetUniquePtr dataset(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE));
+    fakes::changeRaster(path, [](GDALDataset& file) {
         char none[] = "";
         const GDAL_GCP points[] = {{none, none, 0, 0, 500000, 4600000, 0},
                                    {none, none, 12, 0, 500360, 4600000, 0},
                                    {none, none, 12, 8, 500360, 4599760, 0}};
         OGRSpatialReference system;
         system.importFromEPSG(32632);
-        ASSERT_EQ(dataset->SetGCPs(3, points, &system), CE_None);
-    }
+        ASSERT_EQ(file.SetGCPs(3, points, &system), CE_None);
+    });
     EXPECT_EQ(Opened(path).place(), "none");
 }
 
@@ -240,13 +239,11 @@ TEST_F(TiffCodec, WindowsAreReadOrRefused) {
 
 TEST_F(TiffCodec, ShowsReducedLevelsRangeAndColours) {
     const std::string path = fakes::writeRaster(directory / "raster.tif", {.palette = true});
-    {
-        const GDALDatasetUniquePtr dataset(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE));
+    fakes::changeRaster(path, [](GDALDataset& file) {
         const int half = 2;
-        dataset->GetRasterBand(1)->SetNoDataValue(9);
-        ASSERT_EQ(dataset->BuildOverviews("NEAREST", 1, &half, 0, nullptr, nullptr, nullptr),
-                  CE_None);
-    }
+        file.GetRasterBand(1)->SetNoDataValue(9);
+        ASSERT_EQ(file.BuildOverviews("NEAREST", 1, &half, 0, nullptr, nullptr, nullptr), CE_None);
+    });
     const Opened opened(path);
     EXPECT_EQ(opened.frame->frameOp8(), 1);
     EXPECT_TRUE(opened.frame->frameOp1(0) && opened.frame->frameOp1(1));

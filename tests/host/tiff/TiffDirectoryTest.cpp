@@ -112,8 +112,9 @@ TEST_F(TiffDirectory, TellsWhatGdalSays) {
         const std::string path =
             fakes::writeRaster(directory / (std::string(c.name) + ".tif"), c.raster);
         if (c.metadata[0] != nullptr) {
-            GDALDatasetUniquePtr(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE))
-                ->SetMetadataItem(c.metadata[0], c.metadata[1]);
+            fakes::changeRaster(path, [&c](GDALDataset& file) {
+                file.SetMetadataItem(c.metadata[0], c.metadata[1]);
+            });
         }
         const Opened opened(path);
         EXPECT_EQ(openBelow(path).empty(), c.opensLater);

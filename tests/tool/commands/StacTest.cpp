@@ -22,18 +22,16 @@ class Stac : public InDirectory {
   protected:
     /// Two bands and a quality layer; the second band has its own facts.
     void writeScene() const {
-        fakes::Raster raster;
-        raster.type = GDT_UInt16;
         for (const char* band : {"_SR_B2.TIF", "_SR_B5.TIF", "_QA_PIXEL.TIF"}) {
-            write(kScene + band, raster);
+            write(kScene + band, {.type = GDT_UInt16});
         }
-        const GDALDatasetUniquePtr file(
-            GDALDataset::Open((directory_ / (kScene + "_SR_B5.TIF")).c_str(), GDAL_OF_UPDATE));
-        GDALRasterBand& band = *file->GetRasterBand(1);
-        band.SetScale(0.0000275);
-        band.SetOffset(-0.2);
-        band.SetNoDataValue(0);
-        band.SetUnitType("1");
+        fakes::changeRaster(directory_ / (kScene + "_SR_B5.TIF"), [](GDALDataset& file) {
+            GDALRasterBand& band = *file.GetRasterBand(1);
+            band.SetScale(0.0000275);
+            band.SetOffset(-0.2);
+            band.SetNoDataValue(0);
+            band.SetUnitType("1");
+        });
     }
 
     Outcome stac(const Strings& options) const {

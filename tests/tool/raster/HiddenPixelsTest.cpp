@@ -103,7 +103,7 @@ TEST_F(RasterExport, MasksAndWhatIsNotCoveredAreKept) {
     const Strings files = {write("a_01.tif", wide), write("a_02.tif", moved),
                            write("a_03.tif", wide)};
     CPLSetThreadLocalConfigOption("GDAL_TIFF_INTERNAL_MASK", "YES");
-    change(files[2], [](GDALDataset& file) {
+    fakes::changeRaster(files[2], [](GDALDataset& file) {
         file.CreateMaskBand(GMF_PER_DATASET);
         file.GetRasterBand(1)->GetMaskBand()->Fill(255);
         std::uint8_t hidden = 0;
@@ -132,9 +132,9 @@ TEST_F(RasterExport, MasksAndWhatIsNotCoveredAreKept) {
     // Only one of four pixels is hidden, that under the centre.
     infoOf({"vrt", "--resolution", "60", "--resampling", "average"}, {files[0], files[2]});
     EXPECT_GT(maskOf(directory_ / "out.vrt", 20 * 4, "mask,2")[2 * 20 + 2], 0);
-    const std::string alpha = write("b.tif", {.bands = 2});
-    change(alpha,
-           [](GDALDataset& file) { file.GetRasterBand(2)->SetColorInterpretation(GCI_AlphaBand); });
+    const std::string alpha = fakes::changeRaster(
+        write("b.tif", {.bands = 2}),
+        [](GDALDataset& file) { file.GetRasterBand(2)->SetColorInterpretation(GCI_AlphaBand); });
     infoOf({"vrt", "--bands", "#0"}, {alpha});
     const std::vector<double> opaque = gdalPixels(alpha, 2);
     EXPECT_EQ(maskOf(directory_ / "out.vrt", opaque.size(), "mask,1"), opaque);

@@ -73,7 +73,6 @@ TEST_F(Outputs, AnOutputNeverReplacesAnInput) {
     const std::string product = directory_ / "po-product/";
     const std::string scenes = directory_ / "landsat9/";
     const std::string own = directory_ / "own/";
-    fs::create_directories(own + "notes");
     fakes::writeFile(own + "notes/read.me", "text");
     const std::string scene = scenes + "LC09_L1TP_193026_20250712_20250712_02_T1_B";
     const std::string otherScene =

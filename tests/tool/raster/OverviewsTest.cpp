@@ -13,15 +13,15 @@ class Overviews : public RasterExport {
         const std::string path =
             RasterExport::write(name, {.width = 1200, .height = 1200, .type = GDT_UInt16});
         EXPECT_EQ(Process(joined({"gdaladdo", "-q"}, joined(options, {path, "4"}))).wait().code, 0);
-        const GDALDatasetUniquePtr file(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE));
-        EXPECT_EQ(file->GetRasterBand(1)->GetOverview(0)->Fill(4000), CE_None);
-        return path;
+        return fakes::changeRaster(path, [](GDALDataset& file) {
+            EXPECT_EQ(file.GetRasterBand(1)->GetOverview(0)->Fill(4000), CE_None);
+        });
     }
 };
 
 TEST_F(Overviews, AreReadFromComponentsAndMadeAnewForCopies) {
     const Strings files = {write("a_01.tif", {}), write("a_02.tif", {"-ro"})};
-    change(files[0], [](GDALDataset& file) {
+    fakes::changeRaster(files[0], [](GDALDataset& file) {
         CPLStringList items;
         for (const char* name :
              {"LINE_OFF", "SAMP_OFF", "LAT_OFF", "LONG_OFF", "HEIGHT_OFF", "LINE_SCALE",

@@ -104,16 +104,15 @@ TEST_F(Pictures, AreStretched) {
     // In colours zero is a border, and so is what lies beside it.
     expectLimits({"--rgb", "B01,B02,B01"}, 6, 245, 0);
     // Not by what lies beside pixels without data, here every fourth of the first sixty.
-    {
-        const GDALDatasetUniquePtr file(GDALDataset::Open(files[0].c_str(), GDAL_OF_UPDATE));
-        GDALRasterBand& band = *file->GetRasterBand(1);
+    fakes::changeRaster(files[0], [](GDALDataset& file) {
+        GDALRasterBand& band = *file.GetRasterBand(1);
         for (int i = 0; i < 251; ++i) {
             auto value = static_cast<std::uint8_t>(i < 60 ? i % 4 == 1 : i);
             ASSERT_EQ(band.RasterIO(GF_Write, i, 0, 1, 1, &value, 1, 1, GDT_Byte, 0, 0, nullptr),
                       CE_None);
         }
         band.SetNoDataValue(0);
-    }
+    });
     expectLimits({"--bands", "B01"}, 65, 246, 60);
 }
 

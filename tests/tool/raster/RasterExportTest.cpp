@@ -147,7 +147,7 @@ TEST_F(RasterExport, ABandOfNoProductIsCalledWhatItsComponentCallsIt) {
     const Strings files = {write("s_named.tif"), write("s_beside.tif"), write("s_counted.tif"),
                            write("s_plain.tif")};
     for (const auto& [file, name] : {std::pair(files[0], "cover < 1"), {files[2], "Layer_1"}}) {
-        change(file, [called = name](GDALDataset& raster) {
+        fakes::changeRaster(file, [called = name](GDALDataset& raster) {
             raster.GetRasterBand(1)->SetDescription(called);
         });
     }
@@ -212,27 +212,27 @@ TEST_F(RasterExport, BandsAreChosenNamedAndOrdered) {
 }
 
 /// A component with every possible description.
-std::string describe(const std::string& path, int noData) {
-    const GDALDatasetUniquePtr file(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE));
-    GDALRasterBand& band = *file->GetRasterBand(1);
-    band.SetDescription("cover");
-    band.SetScale(0.5);
-    band.SetOffset(-3.25);
-    band.SetUnitType("m");
-    band.SetMetadataItem("OWN", "a < b\xFF");
-    band.SetMetadataItem("ITEM", "x", "DOMAIN");
-    band.SetNoDataValue(noData);
-    file->SetMetadataItem("SHARED", "same");
-    file->SetMetadataItem("ITEM", "z", "FILE");
-    file->SetMetadataItem("DIFFERENT", path.c_str());
-    const char* const names[] = {"water", "l&nd", nullptr};
-    band.SetCategoryNames(const_cast<char**>(names));
-    return path;
+std::string describe(const std::string& path) {
+    return fakes::changeRaster(path, [&path](GDALDataset& file) {
+        GDALRasterBand& band = *file.GetRasterBand(1);
+        band.SetDescription("cover");
+        band.SetScale(0.5);
+        band.SetOffset(-3.25);
+        band.SetUnitType("m");
+        band.SetMetadataItem("OWN", "a < b\xFF");
+        band.SetMetadataItem("ITEM", "x", "DOMAIN");
+        band.SetNoDataValue(7);
+        file.SetMetadataItem("SHARED", "same");
+        file.SetMetadataItem("ITEM", "z", "FILE");
+        file.SetMetadataItem("DIFFERENT", path.c_str());
+        const char* const names[] = {"water", "l&nd", nullptr};
+        band.SetCategoryNames(const_cast<char**>(names));
+    });
 }
 
 /// The table of docs/rasters.md, row by row.
 TEST_F(RasterExport, NothingOfAComponentIsLost) {
-    const Strings files = {describe(write("a.tif"), 7), describe(write("b.tif"), 7)};
+    const Strings files = {describe(write("a.tif")), describe(write("b.tif"))};
     for (const Strings& command : {Strings{"vrt"}, {"export"}, {"export", "--cog"}}) {
         const json info = infoOf(command, files);
         const json& band = info["bands"][1];
@@ -284,7 +284,8 @@ TEST_F(RasterExport, StatisticsAreThoseOfTheBandsPixels) {
     const fakes::Raster fine{
         .width = 24, .height = 16, .transform = {{500000, 15, 0, 4600000, 0, -15}}};
     const Strings files = {write("a_01.tif"), write("a_02.tif"), write("a_03.tif", fine)};
-    change(files[0], [](GDALDataset& file) { file.GetRasterBand(1)->SetStatistics(1, 99, 2, 3); });
+    fakes::changeRaster(
+        files[0], [](GDALDataset& file) { file.GetRasterBand(1)->SetStatistics(1, 99, 2, 3); });
     for (const std::string& file : {files[1], files[2]}) {
         ASSERT_EQ(Process({"gdalinfo", "-stats", file}).wait().code, 0);
         ASSERT_TRUE(fs::exists(file + ".aux.xml"));
@@ -378,10 +379,10 @@ TEST_F(RasterExport, AStyleShowsNaturalColours) {
     // As their components say, if the set does not know.
     Strings coloured;
     for (const GDALColorInterp colour : {GCI_BlueBand, GCI_GreenBand, GCI_RedBand}) {
-        coloured.push_back(write("c" + std::to_string(colour) + ".tif"));
-        change(coloured.back(), [colour](GDALDataset& file) {
-            file.GetRasterBand(1)->SetColorInterpretation(colour);
-        });
+        coloured.push_back(fakes::changeRaster(
+            write("c" + std::to_string(colour) + ".tif"), [colour](GDALDataset& file) {
+                file.GetRasterBand(1)->SetColorInterpretation(colour);
+            }));
     }
     infoOf({"vrt"}, coloured);
     EXPECT_THAT(fakes::readFile(directory_ / "out.qml"), HasSubstr("Band=\"1\""));
@@ -418,7 +419,6 @@ TEST_F(RasterExport, AStyleIsReplacedWithItsFileOnly) {
 }
 
 TEST_F(RasterExport, ARasterMovesWithItsComponents) {
-    fs::create_directories(directory_ / "old/scene");
     const Strings files = {write("old/scene/a&b_01.tif"), write("old/scene/a&b_02.tif")};
     fs::create_directories(directory_ / "far/from/here");
     fs::create_directory_symlink(directory_ / "far/from/here", directory_ / "old/link");

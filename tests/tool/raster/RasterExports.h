@@ -7,15 +7,10 @@ namespace kestms {
 /// Writes rasters of sets by the tool, and reads them back by GDAL's programs.
 class RasterExport : public InDirectory {
   protected:
-    template <typename Change>
-    static void change(const std::string& path, Change change) {
-        const GDALDatasetUniquePtr file(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE));
-        change(*file);
-    }
     /// Gives a raster's first band a no-data value, and returns its path.
     static std::string withNoData(const std::string& path, double value) {
-        change(path, [value](GDALDataset& file) { file.GetRasterBand(1)->SetNoDataValue(value); });
-        return path;
+        return fakes::changeRaster(
+            path, [value](GDALDataset& file) { file.GetRasterBand(1)->SetNoDataValue(value); });
     }
     /// The last `size` pixels of a mask that is read behind other bands.
     static std::vector<double> maskOf(const std::string& raster, std::size_t size,

@@ -21,13 +21,14 @@ constexpr double kField = 1000;
 constexpr double kMark = 6000;
 
 std::string marked(const std::string& path, int column, int row) {
-    const GDALDatasetUniquePtr file(GDALDataset::Open(path.c_str(), GDAL_OF_UPDATE));
-    GDALRasterBand& band = *file->GetRasterBand(1);
-    band.Fill(kField);
-    double mark = kMark;
-    EXPECT_EQ(band.RasterIO(GF_Write, column, row, 1, 1, &mark, 1, 1, GDT_Float64, 0, 0, nullptr),
-              CE_None);
-    return path;
+    return fakes::changeRaster(path, [column, row](GDALDataset& file) {
+        GDALRasterBand& band = *file.GetRasterBand(1);
+        band.Fill(kField);
+        double mark = kMark;
+        EXPECT_EQ(
+            band.RasterIO(GF_Write, column, row, 1, 1, &mark, 1, 1, GDT_Float64, 0, 0, nullptr),
+            CE_None);
+    });
 }
 
 /// The centre of the brightness beyond that of the field, in the world.

@@ -64,22 +64,13 @@ TEST_F(TileCopies, TilesAreCopiedAsTheyAreWhereBothFilesStoreThemAlike) {
 
 /// Tiles that are missing, and values that change, are no matter of copying.
 TEST_F(TileCopies, NoDataStaysNoData) {
-    Strings files = components(kAsWritten);
-    change(files[0], [&](GDALDataset& whole) {
-        CPLStringList options;
-        for (const std::string& option : joined(kAsWritten, {"SPARSE_OK=TRUE"})) {
-            options.AddString(option.c_str());
-        }
-        files[1] = directory_ / "b_02.tif";
-        const GDALDatasetUniquePtr sparse(
-            whole.GetDriver()->Create(files[1].c_str(), 700, 300, 1, GDT_UInt16, options.List()));
-        std::array<double, 6> transform{};
-        whole.GetGeoTransform(transform.data());
-        sparse->SetGeoTransform(transform.data());
-        sparse->SetSpatialRef(whole.GetSpatialRef());
-        sparse->GetRasterBand(1)->SetNoDataValue(5);
-        whole.GetRasterBand(1)->SetNoDataValue(5);
-    });
+    const Strings files = {withNoData(components(kAsWritten)[0], 5), directory_ / "b_02.tif"};
+    Strings sparse = {"gdal_create", "-q", "-if", files[0], files[1], "-co", "SPARSE_OK=TRUE"};
+    for (const std::string& option : kAsWritten) {
+        sparse = joined(sparse, {"-co", option});
+    }
+    ASSERT_EQ(Process(sparse).wait().code, 0);
+    ASSERT_EQ(lastTile(files[1]).second, 0U);
     for (const double value : {5.0, 7.0}) {
         const std::string word = std::to_string(static_cast<int>(value));
         ASSERT_EQ(runKestms({"export", "-o", output(), "--overwrite", "--nodata", word, files[0],
