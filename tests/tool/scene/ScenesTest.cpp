@@ -26,23 +26,40 @@ class Scenes : public InDirectory {
     /// A folder with three bands, two quality layers of which one has another pixel layout, the
     /// metadata and a picture.
     std::string writeLandsat8(const std::string& folder, const std::string& scene) const {
-        std::filesystem::create_directories(directory_ / folder);
-        const fakes::Raster sixteenBits{.type = GDT_UInt16};
         for (const char* band : {"SR_B4", "SR_B2", "ST_B10", "QA_PIXEL"}) {
-            write(folder + "/" + scene + "_" + band + ".TIF", sixteenBits);
+            write(folder + "/" + scene + "_" + band + ".TIF", {.type = GDT_UInt16});
         }
         write(folder + "/" + scene + "_SR_QA_AEROSOL.TIF");
         fakes::writeFile(directory_ / (folder + "/" + scene + "_MTL.xml"), "<product/>");
         return directory_ / folder;
     }
 
-    static Strings bandNames(const Outcome& outcome) {
-        Strings names;
-        const nlohmann::json set = outcome.json();
-        for (const auto& band : set["bands"]) {
-            names.push_back(band["name"]);
+    /// Those facts of the bands or files in a list.
+    static Strings each(const char* fact, const nlohmann::json& list) {
+        Strings facts;
+        for (const auto& one : list) {
+            facts.push_back(one[fact]);
         }
-        return names;
+        return facts;
+    }
+    static Strings bandNames(const Outcome& outcome) {
+        return each("name", outcome.json()["bands"]);
+    }
+    static nlohmann::json bandsOf(const Strings& arguments) {
+        return runTool(joined({"info", "--json"}, arguments)).json()["bands"];
+    }
+    static nlohmann::json scenesOf(const Strings& arguments) {
+        return runTool(joined({"scenes", "--json"}, arguments)).json()["scenes"];
+    }
+    struct Refusal {
+        Strings arguments;
+        std::string message;
+    };
+    /// On the error stream of `info`.
+    static void expectSaid(const std::vector<Refusal>& rows) {
+        for (const auto& [arguments, message] : rows) {
+            EXPECT_THAT(runTool(joined({"info"}, arguments)).err, HasSubstr(message));
+        }
     }
 };
 
@@ -79,21 +96,20 @@ TEST_F(Scenes, OneOfSeveralIsChosen) {
     // Products of one day have one scene name.
     for (const char* band : {"2", "4"}) {
         const std::string tile = "all/t/T32TQM_20180629T101031_B0" + std::string(band);
-        std::filesystem::create_directories(directory_ / "all/t");
         write(tile + ".tif", {.type = GDT_UInt16});
         write(tile + "_10m.tif", {.type = GDT_UInt16});
     }
-    EXPECT_THAT(runTool({"info", all, "--scene", "T32*"}).err,
-                HasSubstr("names several scenes; --scene takes the name of a product or a folder"));
-    EXPECT_EQ(runTool({"info", all, "--scene", "*level 2A", "--json"}).json()["bands"].size(), 2U);
-    EXPECT_THAT(runTool({"info", all, "--scene", "x"}).err,
-                HasSubstr("x: no such scene; there are " + kFirst));
-    EXPECT_THAT(runTool({"info", all + "/a", all + "/b"}).err,
-                HasSubstr("files of 2 scenes are given: " + kFirst + ", " + kSecond));
-    EXPECT_THAT(runTool({"info", folder, write("dem.tif", {.type = GDT_UInt16})}).err,
-                HasSubstr("dem.tif: is part of no scene, but " + kFirst + " is one"));
+    EXPECT_EQ(bandsOf({all, "--scene", "*level 2A"}).size(), 2U);
+    const std::string dem = write("dem.tif", {.type = GDT_UInt16});
     fakes::writeFile(folder + "/" + kFirst + "_SR_B2.TFW", "30\n0\n0\n-30\n0\n0\n");
-    EXPECT_THAT(runTool({"info", folder + "/*_SR_B*"}).err, HasSubstr("set aside: 1 world file"));
+    expectSaid({
+        {{all, "--scene", "T32*"},
+         "names several scenes; --scene takes the name of a product or a folder"},
+        {{all, "--scene", "x"}, "x: no such scene; there are " + kFirst},
+        {{all + "/a", all + "/b"}, "files of 2 scenes are given: " + kFirst + ", " + kSecond},
+        {{folder, dem}, "dem.tif: is part of no scene, but " + kFirst + " is one"},
+        {{folder + "/*_SR_B*"}, "set aside: 1 world file"},
+    });
     const Strings files = {
         folder + "/" + kFirst + "_SR_B2.TIF", folder + "/" + kFirst + "_SR_B4.TIF",
         all + "/b/" + kSecond + "_SR_B2.TIF", all + "/b/" + kSecond + "_QA_PIXEL.TIF"};
@@ -101,8 +117,7 @@ TEST_F(Scenes, OneOfSeveralIsChosen) {
     EXPECT_EQ(mixed.json()["bands"].size(), 3U);
     EXPECT_THAT(mixed.err, HasSubstr("kestms: files of 2 scenes are given: " + kFirst));
     EXPECT_THAT(mixed.err, HasSubstr(kSecond + ": set aside: 1 quality"));
-    EXPECT_EQ(runTool(joined({"info", "--json", "--scene", kFirst}, files)).json()["bands"].size(),
-              2U);
+    EXPECT_EQ(bandsOf(joined({"--scene", kFirst}, files)).size(), 2U);
 }
 
 TEST_F(Scenes, FramesAndMetadataThatAreNamedAreSortedToo) {
@@ -112,11 +127,11 @@ TEST_F(Scenes, FramesAndMetadataThatAreNamedAreSortedToo) {
     const Strings files = {prefix + "_QA_PIXEL.TIF#0", prefix + "_SR_B4.TIF#0",
                            prefix + "_SR_B2.TIF#0"};
     EXPECT_THAT(runTool(joined({"info"}, files)).err, HasSubstr(": set aside: 1 quality ("));
-    EXPECT_EQ(runTool(joined({"info", "--json", "--with-quality"}, files)).json()["bands"].size(),
-              3U);
-    EXPECT_EQ(runTool({"info", files[1], files[1], files[2], "--json"}).json()["bands"].size(), 3U);
-    for (const char* alone : {"_MTL.txt", "_MTL.xml"}) {
-        EXPECT_EQ(runTool({"info", "--json", prefix + alone}).json()["bands"].size(), 3U);
+    for (const Strings& arguments : {joined({"--with-quality"}, files),
+                                     {files[1], files[1], files[2]},
+                                     {prefix + "_MTL.txt"},
+                                     {prefix + "_MTL.xml"}}) {
+        EXPECT_EQ(bandsOf(arguments).size(), 3U) << arguments[0];
     }
     fakes::writeFile(directory_ / "scene/notes.txt", "mine");
     EXPECT_EQ(runTool({"info", directory_ / "scene/notes.txt"}).code, 3);
@@ -130,19 +145,15 @@ TEST_F(Scenes, FramesAndMetadataThatAreNamedAreSortedToo) {
                 testing::EndsWith(kFirst + ": set aside: 3 metadata, 2 preview\n"));
     EXPECT_THAT(runTool({"info", directory_ / "scene", prefix + "_MTL.txt"}).err,
                 testing::Not(HasSubstr("2 scenes")));
-    EXPECT_EQ(
-        runTool(joined({"scenes", "--json"}, joined(files, {files[1], prefix + "_SR_B2.TIF"})))
-            .json()["scenes"][0]["files"]
-            .size(),
-        2U);
-    const auto scenes = runTool(joined({"scenes", "--json"}, all)).json()["scenes"];
+    const Strings twice = joined(files, {files[1], prefix + "_SR_B2.TIF"});
+    EXPECT_EQ(scenesOf(twice)[0]["files"].size(), 2U);
+    const auto scenes = scenesOf(all);
     ASSERT_EQ(scenes.size(), 1U);
     EXPECT_EQ(scenes[0]["setAside"].size(), 5U);
 }
 
 TEST_F(Scenes, WhatElseIsInAFolderIsMentioned) {
     writeLandsat8("all/scene", kFirst);
-    std::filesystem::create_directories(directory_ / "all/other");
     write("all/other/dem.tif");
     fakes::writeFile(directory_ / "all/other/a.ZIP", "PK");
     const std::string all = directory_ / "all";
@@ -161,26 +172,23 @@ TEST_F(Scenes, WhatElseIsInAFolderIsMentioned) {
 /// whose layers are named like those of another product.
 TEST_F(Scenes, CopiesOfASceneAreToldApart) {
     const std::string tile = "T32TQM_20200101T100319_";
-    for (const std::string& edition : {std::string("N0208"), std::string("N0500")}) {
+    for (const std::string edition : {"N0208", "N0500"}) {
         const std::string safe = "two/S2A_MSIL2A_20200101T100319_" + edition + "_T32TQM.SAFE/";
         for (const std::string& file :
              {"IMG_DATA/R10m/" + tile + "B02_10m", "IMG_DATA/R10m/" + tile + "B04_10m",
               "QI_DATA/" + tile + "PVI"}) {
-            std::filesystem::create_directories(
-                std::filesystem::path(directory_ / (safe + file)).parent_path());
             write(safe + file + ".tif", {.type = GDT_UInt16});
         }
     }
     writeLandsat8("two/x", kFirst);
     writeLandsat8("two/y", kFirst);
-    std::filesystem::create_directories(directory_ / "two/z");
     for (const char* row : {"026", "027"}) {
         for (const char* name : {"toa_band2", "toa_band4", "pixel_qa"}) {
             write("two/z/LC08_L1TP_193" + std::string(row) + "_20160712_20170720_01_T1_" + name +
                   ".tif");
         }
     }
-    const auto scenes = runTool({"scenes", directory_ / "two", "--json"}).json()["scenes"];
+    const auto scenes = scenesOf({directory_ / "two"});
     ASSERT_EQ(scenes.size(), 6U);
     for (const nlohmann::json& scene : scenes) {
         EXPECT_EQ(scene["files"].size(), scene["name"] == kFirst ? 3U : 2U);
@@ -188,39 +196,33 @@ TEST_F(Scenes, CopiesOfASceneAreToldApart) {
     }
     EXPECT_EQ(scenes[0]["setAside"][0]["reason"], "preview");
     EXPECT_THAT(runTool({"info", directory_ / "two"}).err, HasSubstr("N0500_T32TQM.SAFE)"));
-    const auto bands = runTool({"info", directory_ / "two", "--scene", "*N0500*", "--json"});
-    EXPECT_THAT(bands.json()["bands"][1]["file"].get<std::string>(), HasSubstr("N0500"));
+    const auto bands = bandsOf({directory_ / "two", "--scene", "*N0500*"});
+    EXPECT_THAT(bands[1]["file"].get<std::string>(), HasSubstr("N0500"));
     EXPECT_EQ(runTool({"info", directory_ / "two", "--scene", "y"}).code, 0);
 }
 
 TEST_F(Scenes, PicturesAreRastersWhereThereIsNothingElse) {
-    std::filesystem::create_directory(directory_ / "p");
     for (const std::string name : {"p/a_01", "p/a_02"}) {
         write(name + ".png", {.transform = {}, .driver = "PNG"});
         fakes::writeFile(directory_ / name + ".pgw", "30\n0\n0\n-30\n1015\n1985\n");
     }
     write("p/preview.png", {.transform = {}, .driver = "PNG"});
     std::filesystem::remove(directory_ / "p/preview.png.aux.xml");
-    EXPECT_EQ(runTool({"info", "--json", directory_ / "p"}).json()["bands"].size(), 2U);
+    EXPECT_EQ(bandsOf({directory_ / "p"}).size(), 2U);
     const Strings rasters = {write("p/b_1.tif"), write("p/b_2.tif")};
-    EXPECT_EQ(runTool({"info", "--json", directory_ / "p"}).json()["bands"],
-              runTool(joined({"info", "--json"}, rasters)).json()["bands"]);
+    EXPECT_EQ(bandsOf({directory_ / "p"}), bandsOf(rasters));
 }
 
 TEST_F(Scenes, OfABandAtSeveralPixelSizesTheOwnIsTaken) {
     const std::string tile = "T32TQM_20180629T012042_";
     const std::string data = "renamed/GRANULE/L2A/IMG_DATA/";
-    for (const char* name :
-         {"R20m/B02_20m", "R10m/B02_10m", "R20m/B8A_20m", "R60m/B8A_60m", "R10m/TCI_10m",
-          "R20m/AOT_20m", "R10m/AOT_10m", "R60m/SCL_60m", "R20m/SCL_20m"}) {
-        const std::string path = name;
-        std::filesystem::create_directories(directory_ / (data + path.substr(0, 4)));
-        write(data + path.substr(0, 5) + tile + path.substr(5) + ".tif", {.type = GDT_UInt16});
+    for (const std::string name : {"B02_20m", "B02_10m", "B8A_20m", "B8A_60m", "TCI_10m", "AOT_20m",
+                                   "AOT_10m", "SCL_60m", "SCL_20m"}) {
+        write(data + "R" + name.substr(4) + "/" + tile + name + ".tif", {.type = GDT_UInt16});
     }
-    std::filesystem::create_directories(directory_ / "renamed/GRANULE/L2A/QI_DATA");
     write("renamed/GRANULE/L2A/QI_DATA/MSK_B02.tif");
     write("renamed/GRANULE/L2A/QI_DATA/" + tile + "PVI.tif");
-    const auto scenes = runTool({"scenes", directory_.path(), "--json"}).json()["scenes"];
+    const auto scenes = scenesOf({directory_.path()});
     ASSERT_EQ(scenes.size(), 1U);
     EXPECT_EQ(scenes[0]["product"], "sentinel-2-l2a");
     EXPECT_EQ(scenes[0]["date"], "2018-06-29");
@@ -230,14 +232,11 @@ TEST_F(Scenes, OfABandAtSeveralPixelSizesTheOwnIsTaken) {
                             directory_ / (data + "R20m/" + tile + "B8A_20m.tif")));
     EXPECT_EQ(summaryOf({{"a", "mask", true}, {"b", "quality", true}, {"c", "mask", true}}),
               "2 mask, 1 quality");
-    Strings reasons;
-    for (const auto& file : scenes[0]["setAside"]) {
-        reasons.push_back(file["reason"]);
-    }
-    EXPECT_THAT(reasons, testing::UnorderedElementsAre(
-                             "same band at another pixel size", "same band at another pixel size",
-                             "preview", "ancillary", "mask", "same layer at another pixel size",
-                             "same layer at another pixel size", "mask", "preview"));
+    EXPECT_THAT(each("reason", scenes[0]["setAside"]),
+                testing::UnorderedElementsAre(
+                    "same band at another pixel size", "same band at another pixel size", "preview",
+                    "ancillary", "mask", "same layer at another pixel size",
+                    "same layer at another pixel size", "mask", "preview"));
     const Outcome layers = runTool({"info", directory_.path(), "--with-quality", "--json"});
     EXPECT_THAT(bandNames(layers),
                 ElementsAre("Blue (B02)", HasSubstr("B8A"), "Aerosol optical thickness",
@@ -247,10 +246,8 @@ TEST_F(Scenes, OfABandAtSeveralPixelSizesTheOwnIsTaken) {
 
 TEST_F(Scenes, ListWhatIsThereAndWhyItIsNoSet) {
     writeLandsat8("a", kFirst);
-    std::filesystem::create_directories(directory_ / "loose");
     write("loose/nir.tif");
     write("loose/red.tif");
-    std::filesystem::create_directories(directory_ / "one");
     write("one/single.tif");
     const Outcome outcome = runTool({"scenes", directory_.path()});
     EXPECT_EQ(outcome.code, 0);
@@ -258,13 +255,13 @@ TEST_F(Scenes, ListWhatIsThereAndWhyItIsNoSet) {
                 HasSubstr(kFirst + "  Landsat 8-9 OLI/TIRS, Collection 2 level 2  2020-09-08"));
     EXPECT_THAT(outcome.out, HasSubstr("  2 quality  yes\n"));
     EXPECT_THAT(outcome.out, HasSubstr("a set needs at least two bands\n"));
-    EXPECT_EQ(runTool({"info", directory_ / "loose", "--json"}).json()["bands"].size(), 2U);
+    EXPECT_EQ(bandsOf({directory_ / "loose"}).size(), 2U);
     EXPECT_EQ(runTool({"scenes", directory_ / "none"}).code, 3);
 }
 
 TEST_F(Scenes, AnArchiveIsAPlaceToLook) {
     const std::string folder = writeLandsat8("scene", kFirst);
-    const nlohmann::json bands = runTool({"info", folder, "--json"}).json()["bands"];
+    const nlohmann::json bands = bandsOf({folder});
     const std::string tar = directory_ / "LC08.tar";
     const std::string zipped = directory_ / "a {b}.TGZ";
     ASSERT_EQ(Process({"tar", "-cf", tar, "-C", directory_.path(), "scene"}).wait().code, 0);
@@ -275,12 +272,12 @@ TEST_F(Scenes, AnArchiveIsAPlaceToLook) {
         EXPECT_THAT(outcome.err, HasSubstr("set aside: 2 quality"));
         EXPECT_EQ(outcome.json()["referenceName"], kFirst);
         EXPECT_EQ(outcome.json()["bands"].size(), bands.size());
-        EXPECT_EQ(runTool({"scenes", path, "--json"}).json()["scenes"][0]["decodable"], true);
+        EXPECT_EQ(scenesOf({path})[0]["decodable"], true);
     }
     EXPECT_THAT(runTool({"info", tar, directory_ / "./LC08.tar"}).err, HasSubstr("given 2 times"));
     const std::string document = directory_ / "set.xml";
     EXPECT_EQ(runTool({"list", tar, "-o", document}).code, 0);
-    EXPECT_EQ(runTool({"info", document, "--json"}).json()["bands"].size(), bands.size());
+    EXPECT_EQ(bandsOf({document}).size(), bands.size());
     const std::string vrt = directory_ / "set.vrt";
     EXPECT_EQ(runTool({"vrt", tar, "-o", vrt}).code, 0);
     EXPECT_EQ(gdalPixels(vrt, 1), gdalPixels(folder + "/" + kFirst + "_SR_B2.TIF", 1));
@@ -312,13 +309,11 @@ TEST_F(Scenes, OnlyTheUserNamesFilesOnTheNetwork) {
                 HasSubstr("not named by the user (--allow-remote reads it)"));
     const fakes::WebServer server(directory_.path());
     const std::string remote = server.url() + "a.tif";
-    const Outcome named = runTool({"info", remote, remote, "--json"});
-    ASSERT_EQ(named.code, 0) << named.err;
-    EXPECT_EQ(named.json()["bands"].size(), 2U);
+    EXPECT_EQ(bandsOf({remote, remote}).size(), 2U);
     fakes::writeFile(directory_ / "list.txt", remote + "\n" + (directory_ / "a.tif"));
     const std::string list = "@" + (directory_ / "list.txt");
     EXPECT_EQ(runTool({"info", list}).code, 3);
-    EXPECT_EQ(runTool({"info", list, "--allow-remote", "--json"}).json()["bands"].size(), 2U);
+    EXPECT_EQ(bandsOf({list, "--allow-remote"}).size(), 2U);
 }
 
 /// Of every product, whatever its folders look like.
@@ -331,7 +326,6 @@ TEST_F(Scenes, AFolderOfEveryProductIsOneImage) {
         const auto product = runTool({"products", c.product, "--json"}).json()["products"][0];
         for (const std::string& file : c.fileNames()) {
             const std::filesystem::path path = folder + "/" + file;
-            std::filesystem::create_directories(path.parent_path());
             fakes::writeFile(path, tif);
             for (const std::string witness : product["witnesses"]) {
                 // That of a folder of one pixel size lies above it.
@@ -351,31 +345,22 @@ TEST_F(Scenes, AFolderOfEveryProductIsOneImage) {
                 (bucket.empty() ? roles : commonNames).push_back(word);
             }
         }
-        const auto scenes = runTool({"scenes", folder, "--json"}).json()["scenes"];
+        const auto scenes = scenesOf({folder});
         ASSERT_EQ(scenes.size(), 1U);
         EXPECT_EQ(scenes[0]["product"], c.product);
         EXPECT_EQ(scenes[0]["name"], c.scene);
         EXPECT_EQ(scenes[0]["files"].size(), commonNames.size());
-        Strings setAside;
-        for (const auto& file : scenes[0]["setAside"]) {
-            setAside.push_back(file["reason"]);
-        }
-        EXPECT_EQ(setAside, roles);
+        EXPECT_EQ(each("reason", scenes[0]["setAside"]), roles);
         if (commonNames.size() > 1) {
             const Outcome image = runTool({"info", folder, "--json"});
             ASSERT_EQ(image.code, 0) << image.err;
             EXPECT_EQ(image.json()["referenceName"], c.scene);
-            Strings found;
-            for (const nlohmann::json set = image.json(); const auto& band : set["bands"]) {
-                found.push_back(band["commonName"]);
-            }
-            EXPECT_EQ(found, commonNames);
+            EXPECT_EQ(each("commonName", image.json()["bands"]), commonNames);
         }
     }
 }
 
 TEST_F(Scenes, VirtualRastersAreReadOnRequest) {
-    std::filesystem::create_directory(directory_ / "in");
     const std::string component = write("in/a.tif");
     const std::string virtualOne = directory_ / "v.vrt";
     ASSERT_EQ(Process({"gdalbuildvrt", "-q", virtualOne, component}).wait().code, 0);
