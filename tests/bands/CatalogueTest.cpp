@@ -213,55 +213,53 @@ TEST_F(CatalogueTest, TellsWhyADocumentCannotBeUsed) {
         "</name></term>";
     EXPECT_EQ(use("\xEF\xBB\xBF" + catalogueOf(good) + "\n<!-- end -->\n"), "");
     EXPECT_EQ(use(utf16(catalogueOf("<term id = 'a' ><name>a</name></term >"))), "");
-    for (const char* attributes :
-         {"code='B1'", "type='mauve'", "channel='grey'", "centre='-1' width='1'", "order='1000'",
-          "term='none'", "code='a|'", "centre='nan' width='1'"}) {
-        std::string band = "<band code='B2' type='red'/>";
-        const std::string attribute = attributes;
-        if (attribute.starts_with("code")) {
-            band.replace(6, 9, attribute);
-        } else if (attribute.starts_with("type")) {
-            band.replace(16, 10, attribute);
-        } else {
-            band.insert(6, attribute + " ");
-        }
+    const std::pair<std::string, const char*> bands[] = {
+        {"code='B1' type='red'", "\"code\" that is empty or there for the second time"},
+        {"code='a|' type='red'", "\"code\" that is empty or there for the second time"},
+        {"code='B3' type='mauve'", "\"type\" cannot be \"mauve\""},
+        {"code='B3' type='red' channel='grey'", "\"channel\" cannot be \"grey\""},
+        {"code='B3' type='red' centre='-1' width='1'", "\"centre\" is not a number from 0"},
+        {"code='B3' type='red' centre='nan' width='1'", "\"centre\" is not a number from 0"},
+        {"code='B3' type='red' order='1000'", "\"order\" is not a number from"},
+        {"code='B3' type='red' term='none'", "needs a <term> above it named \"none\""},
+    };
+    for (const auto& [attributes, reason] : bands) {
         std::string broken = kDocument;
-        EXPECT_NE(use(broken.insert(broken.find("<layer"), band)), "") << attributes;
+        broken.insert(broken.find("<layer"), "<band " + attributes + "/>");
+        EXPECT_THAT(use(broken), HasSubstr(reason));
     }
     EXPECT_FALSE(codec_.setProductCatalogue(Pyxis::fileSpecifier("/none/catalogue.xml")));
 }
 
+/// So many times a text with a number in it.
+std::string numbered(int count, const std::string& before, const std::string& after) {
+    std::string text;
+    for (int i = 0; i < count; ++i) {
+        text += before + std::to_string(i) + after;
+    }
+    return text;
+}
+
 TEST_F(CatalogueTest, BoundsWhatADocumentCanAskFor) {
-    std::string bands;
-    for (int i = 0; i < 1000; ++i) {
-        bands += "<band code='B" + std::to_string(i) + "' type='red'/>";
+    const std::string bucket = "<bucket id='b' number='0'/>";
+    const std::string table =
+        "<bands id='t'>" + bucket + numbered(1000, "<band code='B", "' type='red'/>") + "</bands>";
+    const std::string product = "<product id='p' bands='t'><name>p</name>";
+    const std::pair<std::string, const char*> cases[] = {
+        {table + numbered(21, "<product id='",
+                          "' bands='t'><name>p</name><file>{band}</file></product>"),
+         "product \"20\" has too many bands"},
+        {table + product + numbered(21, "<file>x", "{band}</file>") + "</product>",
+         "too many bands"},
+        {"<term id='t'>" + numbered(31, "<name language='", "'>t</name>") + "</term>",
+         "<name> is one too many"},
+        {"<product id='p'>" + bucket + "<band code='B' type='red'/><name>p</name>" +
+             numbered(51, "<file>x", "{band}</file>") + "</product>",
+         "too many file names"},
+    };
+    for (const auto& [content, reason] : cases) {
+        EXPECT_THAT(use(catalogueOf(content)), HasSubstr(reason));
     }
-    std::string document = "<bands id='t'><bucket id='b' number='0'/>" + bands + "</bands>";
-    for (int i = 0; i < 21; ++i) {
-        document += "<product id='" + std::to_string(i) +
-                    "' bands='t'><name>p</name><file>{band}</file></product>";
-    }
-    EXPECT_THAT(use(catalogueOf(document)), HasSubstr("product \"20\" has too many bands"));
-    document = "<bands id='t'><bucket id='b' number='0'/>" + bands +
-               "</bands><product id='p' bands='t'><name>p</name>";
-    for (int i = 0; i < 21; ++i) {
-        document += "<file>x" + std::to_string(i) + "{band}</file>";
-    }
-    EXPECT_THAT(use(catalogueOf(document + "</product>")), HasSubstr("too many bands"));
-    std::string names;
-    for (int i = 0; i < 31; ++i) {
-        names += "<name language='" + std::to_string(i) + "'>t</name>";
-    }
-    EXPECT_THAT(use(catalogueOf("<term id='t'>" + names + "</term>")),
-                HasSubstr("<name> is one too many"));
-    std::string files;
-    for (int i = 0; i < 51; ++i) {
-        files += "<file>{band}</file>";
-    }
-    EXPECT_THAT(use(catalogueOf("<product id='p'><bucket id='b' number='0'/><band code='B' "
-                                "type='red'/><name>p</name>" +
-                                files + "</product>")),
-                HasSubstr("too many file names"));
 }
 
 TEST_F(CatalogueTest, TakesSeveralDocumentsAndTriesThemInOrder) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <optional>
 #include <set>
 
 #include "codec/KestMultispectralCodec.h"
@@ -177,11 +178,12 @@ using Answers = std::set<std::string>;
 struct Operation {
     const char* name;
     void (*run)(Scene&);
-    /// The allowed answers when any host call fails, when one throws, and when an allocation fails.
-    /// They include the answer without a fault.
+    /// The allowed answers when any host call fails and when an allocation fails. They include the
+    /// answer without a fault.
     Answers whenCallsFail;
-    Answers whenCallsThrow;
     Answers whenMemoryFails;
+    /// When a host call throws, if that is not answered as its failure is.
+    std::optional<Answers> whenCallsThrow = std::nullopt;
     Product product = Product::Po;
 };
 
@@ -248,64 +250,55 @@ const std::vector<Operation> kOperations = {
          s.answer = std::to_string(static_cast<int>(s.codec.isDecodableFile(s.set, nullptr)));
      },
      {"0", "1", "3"},
-     {"0", "1", "3"},
      {"0", "1", "3"}},
     {"purifyFileSet",
      [](Scene& s) { s.answer = s.codec.purifyFileSet(s.set) ? "true" : "false"; },
-     {"true", "true of 2"},
      {"true", "true of 2"},
      {"true", "false"}},
     {"openImage",
      openImage,
      {"1 named +text", "2 named +text", "3 named", "3 named +text"},
-     {"null", "1 named +text", "2 named +text", "3 named +text"},
-     {"null", "3 named +text"}},
+     {"null", "3 named +text"},
+     Answers{"null", "1 named +text", "2 named +text", "3 named +text"}},
     {"openImage by band lists",
      openImage,
      {"1 named", "2 named", "1 generic 2 named", "3 generic", "3 named"},
-     {"null", "1 named", "2 named", "1 generic 2 named", "3 generic", "3 named"},
      {"null", "1 generic 2 named", "3 generic", "3 named"},
+     Answers{"null", "1 named", "2 named", "1 generic 2 named", "3 generic", "3 named"},
      Product::BandListTiff},
     {"openImage by band letters",
      openImage,
      {"1 named", "2 named", "1 generic 2 named", "2 named 1 nameless", "3 generic", "3 named"},
-     {"null", "1 named", "2 named", "1 generic 2 named", "2 named 1 nameless", "3 generic",
-      "3 named"},
      {"null", "1 generic 2 named", "3 named"},
+     Answers{"null", "1 named", "2 named", "1 generic 2 named", "2 named 1 nameless", "3 generic",
+             "3 named"},
      Product::Nitf},
     {"openImage by band files",
      openImage,
      {"1 named", "2 named", "3 named"},
-     {"null", "1 named", "2 named", "3 named"},
      {"null", "3 named"},
+     Answers{"null", "1 named", "2 named", "3 named"},
      Product::Fast},
     {"openFrame",
      [](Scene& s) { s.frame.reset(s.opened->openFrame(2)); },
-     {"null", "frame 2"},
      {"null", "frame 2"},
      {"null", "frame 2"}},
     {"getProperties",
      [](Scene& s) { s.properties.reset(s.openedFrame->getProperties()); },
      {"some", "all"},
-     {"null", "all"},
-     {"null", "some", "all"}},
+     {"null", "some", "all"},
+     Answers{"null", "all"}},
     {"cloneOpenImage",
      [](Scene& s) { s.image.reset(s.codec.cloneOpenImage(s.opened.get())); },
-     {"3 named +text"},
      {"3 named +text"},
      {"null", "3 named +text"}},
     {"getFile",
      [](Scene& s) { s.answer = s.opened->getFile(0).isEmpty() ? "none" : "file"; },
      {"file"},
-     {"file"},
      {"file", "none"}},
-    {"texts", askTexts, {"all"}, {"all"}, {"all", "some"}},
-    {"clone", cloneProperties, {"all"}, {"all"}, {"all", "some"}},
-    {"what properties write",
-     askProperties,
-     {"2 files 2 texts"},
-     {"2 files 2 texts"},
-     {"2 files 2 texts"}},
+    {"texts", askTexts, {"all"}, {"all", "some"}},
+    {"clone", cloneProperties, {"all"}, {"all", "some"}},
+    {"what properties write", askProperties, {"2 files 2 texts"}, {"2 files 2 texts"}},
 };
 
 /// Runs the operation with a fault in the n-th host call; false when it makes fewer calls.
@@ -333,8 +326,9 @@ TEST(FaultInjectionTest, EveryHostCallMayFailOrThrow) {
             for (int n = 0; runWithFault(operation, kind, n, answers); ++n) {
                 ++faults;
             }
-            EXPECT_EQ(answers,
-                      kind == Fault::Throw ? operation.whenCallsThrow : operation.whenCallsFail);
+            EXPECT_EQ(answers, kind == Fault::Throw && operation.whenCallsThrow
+                                   ? *operation.whenCallsThrow
+                                   : operation.whenCallsFail);
         }
     }
     std::cout << "host calls made to fail or throw: " << faults << "\n";
