@@ -109,12 +109,14 @@ constexpr int kAll = 5;
 
 class FailingMemory : public testing::Test {
   protected:
-    enum class Faults { Single, Lasting };
     enum class Requests { All, Ours };
 
-    /// Makes the calls with one allocation, or all from it on, failing, for every allocation.
-    static void failEach(const std::string& path, Faults faults, Requests requests,
-                         int usual = kAll) {
+    /// Makes the calls with one allocation, then with all from it on, failing, for every one.
+    static void failEach(const std::string& path, Requests requests, int usual = kAll) {
+        failEach(path, requests, usual, false);
+        failEach(path, requests, usual, true);
+    }
+    static void failEach(const std::string& path, Requests requests, int usual, bool isLasting) {
         SCOPED_TRACE(path);
         const FileSpecifier file = fileSpecifier(path);
         bool reached = true;
@@ -123,8 +125,7 @@ class FailingMemory : public testing::Test {
             // GDAL counts the files that a thread is opening, and exceptions confuse it.
             std::thread([&] {
                 passLeaks(true);
-                memoryFault = {n, 0, faults == Faults::Lasting,
-                               requests == Requests::Ours ? isOfGdal : nullptr};
+                memoryFault = {n, 0, isLasting, requests == Requests::Ours ? isOfGdal : nullptr};
                 EXPECT_NO_THROW(ask(file)) << n;
                 reached = memoryFault.requests > n;
                 memoryFault = {};
@@ -146,14 +147,9 @@ class FailingMemory : public testing::Test {
 };
 
 TEST_F(FailingMemory, GivesTheUsualAnswersAndBreaksNothing) {
-    const std::string tiffs[] = {
-        fakes::writeRaster(directory / "plain.tif"),
-        fakes::writeRaster(directory / "described.tif", {.description = "scene"}),
-    };
-    for (const std::string& path : tiffs) {
-        failEach(path, Faults::Lasting, Requests::All);
-        failEach(path, Faults::Single, Requests::All);
-    }
+    failEach(fakes::writeRaster(directory / "plain.tif"), Requests::All);
+    failEach(fakes::writeRaster(directory / "described.tif", {.description = "scene"}),
+             Requests::All);
 }
 
 /// Other libraries end the process on allocation failure, so their allocations succeed.
@@ -168,16 +164,14 @@ TEST_F(FailingMemory, BreaksNothingOfOursInOtherFormats) {
         unplaced("world.png", "PNG"),
     };
     for (const std::string& path : paths) {
-        failEach(path, Faults::Lasting, Requests::Ours);
-        failEach(path, Faults::Single, Requests::Ours);
+        failEach(path, Requests::Ours);
     }
     // Opening a FAST file asks PROJ for too much to try each request. What is looked at before
     // that, here a band that is no file, is ours.
     const kestms::samples::FastProduct product{{"L7_B10.FST"}, 12, 8, 500000, 5600000, 30};
     fakes::writeFile(directory / "L7_HRF.FST", kestms::samples::fastHeaderText(product));
     ASSERT_EQ(mkfifo((directory / "L7_B10.FST").c_str(), 0600), 0);
-    failEach(directory / "L7_HRF.FST", Faults::Lasting, Requests::All, 0);
-    failEach(directory / "L7_HRF.FST", Faults::Single, Requests::All, 0);
+    failEach(directory / "L7_HRF.FST", Requests::All, 0);
 }
 
 }  // namespace
