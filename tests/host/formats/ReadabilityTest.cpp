@@ -52,10 +52,6 @@ TEST_F(Readability, ExplainsWhatCannotBeRead) {
         EXPECT_TRUE(!why.empty() && why.find(reason) != std::string::npos) << path << why;
         EXPECT_NE(why.rfind(path + ":", 0), 0U) << why;
     }
-    // A raster without georeference, and a pipe instead of its world file.
-    const std::string lost = fakes::writeRaster(directory / "lost.tif", {.transform = {}});
-    ASSERT_EQ(mkfifo((directory / "lost.tfw").c_str(), 0600), 0);
-    EXPECT_NE(codecOf(lost), nullptr);
     const FileSpecifier compound(toWideBuffer(tiff), FileSpecifier::Type::Compound);
     EXPECT_NE(whyNotReadable(compound), "");
     const ImageFormatCodec* codec = nullptr;
