@@ -85,15 +85,13 @@ class DriverTest : public testing::Test {
     std::string folder() const { return "KESTMS:" + directory_.path(); }
 
     void writeScene(GDALDataType type = GDT_Byte) const {
-        const Raster coarse{.width = 20, .type = type};
         for (const char* band : {"B10", "B20", "B40"}) {
-            fakes::writeRaster(path(band), coarse);
+            fakes::writeRaster(path(band), {.width = 20, .type = type});
         }
-        Raster fine = coarse;
-        fine.width = 39;
-        fine.height = 15;
-        fine.transform = {{500007.5, 15, 0, 4599992.5, 0, -15}};
-        fakes::writeRaster(path("B80"), fine);
+        fakes::writeRaster(path("B80"), {.width = 39,
+                                         .height = 15,
+                                         .type = type,
+                                         .transform = {{500007.5, 15, 0, 4599992.5, 0, -15}}});
     }
 
     fakes::TempDirectory directory_;

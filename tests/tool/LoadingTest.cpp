@@ -40,11 +40,8 @@ TEST_F(Loading, LoadsGdalOnlyWhereItIsNeeded) {
                                                        joined({"info", "--json"}, files)}) {
         EXPECT_FALSE(loadsGdal(without)) << without.back();
     }
-    fakes::Raster packed;
-    packed.bands = 2;
-    packed.options = {"COMPRESS=PACKBITS"};
-    const std::string unusual = write("packed.tif", packed);
-    EXPECT_TRUE(loadsGdal({"info", unusual}));
+    const std::string packed = write("packed.tif", {.bands = 2, .options = {"COMPRESS=PACKBITS"}});
+    EXPECT_TRUE(loadsGdal({"info", packed}));
     EXPECT_TRUE(loadsGdal(joined({"vrt", "-o", directory_ / "set.vrt"}, files)));
 }
 

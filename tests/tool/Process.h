@@ -83,14 +83,18 @@ inline Outcome runKestms(const Strings& arguments, const std::function<void()>& 
     return Process(joined({fakes::kTool, "--language", "en"}, arguments), prepare).wait();
 }
 
+/// Runs a program that must succeed.
+inline Outcome runProgram(const Strings& arguments) {
+    const Outcome outcome = Process(arguments).wait();
+    if (outcome.code != 0) {
+        throw std::runtime_error(arguments[0] + ": " + outcome.err);
+    }
+    return outcome;
+}
+
 /// The output of `gdalinfo` for a raster.
 inline nlohmann::json gdalInfo(const std::string& raster) {
-    const Outcome outcome =
-        Process({"gdalinfo", "-json", "-checksum", "-mdd", "all", raster}).wait();
-    if (outcome.code != 0) {
-        throw std::runtime_error(outcome.err);
-    }
-    return outcome.json();
+    return runProgram({"gdalinfo", "-json", "-checksum", "-mdd", "all", raster}).json();
 }
 
 /// A band's pixels line by line, as `gdal_translate` reads them with the options.
@@ -99,13 +103,9 @@ inline std::vector<double> gdalPixels(const std::string& raster, int band,
     const fakes::TempDirectory directory;
     const std::string file = directory / "pixels";
     const std::string number = std::to_string(band);
-    const Outcome outcome = Process(joined({"gdal_translate", "-q", "-of", "ENVI", "-ot", "Float64",
-                                            "-b", number, raster, file},
-                                           options))
-                                .wait();
-    if (outcome.code != 0) {
-        throw std::runtime_error(outcome.err);
-    }
+    runProgram(joined(
+        {"gdal_translate", "-q", "-of", "ENVI", "-ot", "Float64", "-b", number, raster, file},
+        options));
     const std::string bytes = fakes::readFile(file);
     std::vector<double> pixels(bytes.size() / sizeof(double));
     bytes.copy(reinterpret_cast<char*>(pixels.data()), bytes.size());

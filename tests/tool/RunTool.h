@@ -46,6 +46,15 @@ inline Outcome runTool(const Strings& arguments, const std::string& input = {}) 
     return runAsTheUser(joined({"--language", "en"}, arguments), std::istringstream(input));
 }
 
+/// The text that each entry of a list has under a key.
+inline Strings valuesOf(const nlohmann::json& list, const char* key) {
+    Strings values;
+    for (const nlohmann::json& entry : list) {
+        values.push_back(entry[key]);
+    }
+    return values;
+}
+
 /// A test with its own directory.
 class InDirectory : public testing::Test {
   protected:
@@ -67,15 +76,11 @@ inline const std::string kLandsat = "L71195025_02520010730_";
 
 /// Five bands of a Landsat 7 product, the last on a grid twice as fine.
 inline Strings writeLandsat(const fakes::TempDirectory& directory) {
-    Strings files;
-    for (const char* band : {"B80", "B70", "B61", "B40", "B10"}) {
-        fakes::Raster raster;
-        if (band == std::string("B80")) {
-            raster.width *= 2;
-            raster.height *= 2;
-            raster.transform = {{500000, 15, 0, 4600000, 0, -15}};
-        }
-        files.push_back(fakes::writeRaster(directory / (kLandsat + band + ".TIF"), raster));
+    const fakes::Raster fine{
+        .width = 24, .height = 16, .transform = {{500000, 15, 0, 4600000, 0, -15}}};
+    Strings files = {fakes::writeRaster(directory / (kLandsat + "B80.TIF"), fine)};
+    for (const char* band : {"B70", "B61", "B40", "B10"}) {
+        files.push_back(fakes::writeRaster(directory / (kLandsat + band + ".TIF")));
     }
     return files;
 }

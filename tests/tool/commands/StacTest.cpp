@@ -96,7 +96,7 @@ TEST_F(Stac, DescribesEveryFileOfAScene) {
     EXPECT_EQ(assets.size(), 4U);
     const fakes::TempDirectory other;
     const std::string tar = other / "scene.tar";
-    ASSERT_EQ(Process({"tar", "-cf", tar, "-C", directory_.path(), "."}).wait().code, 0);
+    runProgram({"tar", "-cf", tar, "-C", directory_.path(), "."});
     EXPECT_EQ(runKestms({"stac", tar, "-o", "-"}).json()["properties"], item["properties"]);
 }
 

@@ -12,7 +12,7 @@ class Overviews : public RasterExport {
     std::string write(const std::string& name, const Strings& options) const {
         const std::string path =
             RasterExport::write(name, {.width = 1200, .height = 1200, .type = GDT_UInt16});
-        EXPECT_EQ(Process(joined({"gdaladdo", "-q"}, joined(options, {path, "4"}))).wait().code, 0);
+        runProgram(joined({"gdaladdo", "-q"}, joined(options, {path, "4"})));
         return fakes::changeRaster(path, [](GDALDataset& file) {
             EXPECT_EQ(file.GetRasterBand(1)->GetOverview(0)->Fill(4000), CE_None);
         });

@@ -7,20 +7,27 @@ namespace {
 
 using nlohmann::json;
 
-using Pictures = InDirectory;
+class Pictures : public InDirectory {
+  protected:
+    /// The path of a picture that the tool made of a set, its longer side so many pixels.
+    std::string picture(const std::string& name, int size, const Strings& setAndOptions) const {
+        const Strings command = {"quicklook",   "-o",     directory_ / name,
+                                 "--overwrite", "--size", std::to_string(size)};
+        const Outcome outcome = runKestms(joined(command, setAndOptions));
+        EXPECT_EQ(outcome.code, 0) << outcome.err;
+        return directory_ / name;
+    }
+};
 
 TEST_F(Pictures, AreOfTheBandsAndFormatAskedFor) {
     ASSERT_EQ(runTool({"samples", directory_.path(), "--size", "32"}).code, 0);
     const std::string set = directory_ / "quickbird-1234/set.xml";
-    const auto picture = [&](const std::string& name, const Strings& options) {
-        const std::string path = directory_ / name;
-        EXPECT_EQ(runKestms(joined({"quicklook", set, "-o", path, "--size", "32"}, options)).code,
-                  0);
-        return gdalInfo(path);
+    const auto infoOf = [&](const std::string& name, const Strings& options) {
+        return gdalInfo(picture(name, 32, joined({set}, options)));
     };
-    const json natural = picture("n.png", {});
-    const json same = picture("s.png", {"--rgb", "red,green,blue"});
-    const json infrared = picture("i.png", {"--bands", "nir,red,green"});
+    const json natural = infoOf("n.png", {});
+    const json same = infoOf("s.png", {"--rgb", "red,green,blue"});
+    const json infrared = infoOf("i.png", {"--bands", "nir,red,green"});
     const auto sum = [](const json& info, std::size_t band) {
         return info["bands"][band]["checksum"];
     };
@@ -29,11 +36,11 @@ TEST_F(Pictures, AreOfTheBandsAndFormatAskedFor) {
     }
     EXPECT_EQ(sum(infrared, 1), sum(natural, 0));
     EXPECT_EQ(sum(infrared, 2), sum(natural, 1));
-    const json grey = picture("g.png", {"--bands", "nir"});
+    const json grey = infoOf("g.png", {"--bands", "nir"});
     EXPECT_EQ(sum(grey, 2), sum(infrared, 0));
-    EXPECT_EQ(picture("w.png", {"--window", "3,4,8,16"})["size"], (json{16, 32}));
-    EXPECT_EQ(picture("p.jpg", {})["driverShortName"], "JPEG");
-    EXPECT_EQ(picture("p.webp", {})["driverShortName"], "WEBP");
+    EXPECT_EQ(infoOf("w.png", {"--window", "3,4,8,16"})["size"], (json{16, 32}));
+    EXPECT_EQ(infoOf("p.jpg", {})["driverShortName"], "JPEG");
+    EXPECT_EQ(infoOf("p.webp", {})["driverShortName"], "WEBP");
     for (const Strings& wrong : {Strings{"red,nir"}, {"red,nir,green", "--bands", "red"}}) {
         const Strings command = {"quicklook", set, "-o", directory_ / "x.png", "--rgb"};
         EXPECT_EQ(runTool(joined(command, wrong)).code, 2);
@@ -41,20 +48,15 @@ TEST_F(Pictures, AreOfTheBandsAndFormatAskedFor) {
     // Of a set that knows no channels, those of its components: here bands 3, 2 and 1.
     const std::string coloured = directory_ / "coloured.vrt";
     EXPECT_EQ(runTool({"vrt", set, "-o", coloured}).code, 0);
-    const std::string own = directory_ / "c.png";
-    EXPECT_EQ(runKestms({"quicklook", "--allow-vrt", coloured, "-o", own, "--size", "32"}).code, 0);
-    EXPECT_EQ(sum(gdalInfo(own), 0), sum(natural, 0));
+    EXPECT_EQ(sum(gdalInfo(picture("c.png", 32, {"--allow-vrt", coloured})), 0), sum(natural, 0));
 }
 
 /// Where the bands shown are coarser than others, a window is the same part as in an export.
 TEST_F(Pictures, AWindowCountsPixelsOfTheFinestGrid) {
     ASSERT_EQ(runTool({"samples", directory_.path(), "--size", "64"}).code, 0);
     const std::string set = directory_ / "landsat7/set.xml";
-    const auto picture = [&](const Strings& options) {
-        const std::string path = directory_ / "p.png";
-        const Strings command = {"quicklook", set, "-o", path, "--size", "8", "--overwrite"};
-        EXPECT_EQ(runKestms(joined(command, options)).code, 0);
-        return gdalInfo(path)["bands"];
+    const auto bandsOf = [&](const Strings& options) {
+        return gdalInfo(picture("p.png", 8, joined({set}, options)))["bands"];
     };
     const nlohmann::json all = runTool({"info", set, "--json"}).json()["bands"];
     const int fine = all.back()["size"][0];
@@ -63,18 +65,15 @@ TEST_F(Pictures, AWindowCountsPixelsOfTheFinestGrid) {
     const auto text = [](int first, int size) {
         return std::to_string(first) + ",0," + std::to_string(size) + "," + std::to_string(size);
     };
-    EXPECT_EQ(picture({"--window", text(start, 8)}),
-              picture({"--bands", "red,green,blue", "--window",
+    EXPECT_EQ(bandsOf({"--window", text(start, 8)}),
+              bandsOf({"--bands", "red,green,blue", "--window",
                        text(start * coarse / fine, 8 * coarse / fine)}));
 }
 
 TEST_F(Pictures, HaveNorthAtTheTop) {
     const auto pixelsOf = [&](const fakes::Raster& raster) {
         const Strings files = {write("a_01.tif", raster), write("a_02.tif", raster)};
-        const std::string picture = directory_ / "p.png";
-        const Strings command = {"quicklook", "-o", picture, "--size", "4", "--overwrite"};
-        EXPECT_EQ(runKestms(joined(command, files)).code, 0);
-        return gdalPixels(picture, 1);
+        return gdalPixels(picture("p.png", 4, files), 1);
     };
     const fakes::Raster raster{.width = 3, .height = 4};
     fakes::Raster turned = raster;
@@ -89,12 +88,9 @@ TEST_F(Pictures, AreStretched) {
     const Strings files = {write("a_01.tif", raster), write("a_02.tif", raster)};
     const auto expectLimits = [&](const Strings& bands, double dark, double bright,
                                   std::size_t first) {
-        const std::string picture = directory_ / "q.png";
-        const Strings command =
-            joined({"quicklook", "-o", picture, "--size", "251", "--overwrite"}, bands);
-        ASSERT_EQ(runKestms(joined(command, files)).code, 0);
         const std::vector<double> values = gdalPixels(files[0], 1);
-        const std::vector<double> shown = gdalPixels(picture, 1);
+        const std::vector<double> shown =
+            gdalPixels(picture("q.png", 251, joined(files, bands)), 1);
         for (std::size_t i = first; i < values.size(); ++i) {
             const double part = (values[i] - dark) / (bright - dark);
             EXPECT_EQ(shown[i], std::round(255 * std::clamp(part, 0.0, 1.0)));

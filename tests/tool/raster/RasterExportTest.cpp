@@ -54,11 +54,7 @@ void expectSame(const json& written, const json& band, const json& source, const
 }
 
 Strings namesIn(const json& info) {
-    Strings names;
-    for (const json& band : info["bands"]) {
-        names.push_back(band["description"]);
-    }
-    return names;
+    return valuesOf(info["bands"], "description");
 }
 
 TEST_F(RasterExport, BandsOfEverySampleKeepTheirPixelsAndSayWhatTheyAre) {
@@ -124,7 +120,7 @@ TEST_F(RasterExport, ComponentsOfEveryFormatAreHandedOn) {
                 fakes::writeRaster(directory_ / (name + ".tif"), {.width = 64, .height = 64});
             files.push_back(directory_ / (name + ending));
             const Strings command = {"gdal_translate", "-q", "-of", driver, tif, files.back()};
-            ASSERT_EQ(Process(joined(command, options)).wait().code, 0);
+            runProgram(joined(command, options));
             fs::remove(files.back() + ".aux.xml");  // has the place in another form
         }
         const json own = gdalInfo(files[1]);
@@ -155,12 +151,7 @@ TEST_F(RasterExport, ABandOfNoProductIsCalledWhatItsComponentCallsIt) {
                      "<PAMDataset><PAMRasterBand band=\"1\"><Description>beside"
                      "</Description></PAMRasterBand></PAMDataset>");
     const Strings names = {"cover < 1", "beside", "counted", "plain"};
-    Strings shown;
-    const json info = runTool(joined({"info", "--json"}, files)).json();
-    for (const json& band : info["bands"]) {
-        shown.push_back(band["name"]);
-    }
-    EXPECT_EQ(shown, names);
+    EXPECT_EQ(valuesOf(runTool(joined({"info", "--json"}, files)).json()["bands"], "name"), names);
     EXPECT_EQ(namesIn(infoOf({"vrt"}, files)), names);
     EXPECT_EQ(namesIn(infoOf({"export"}, files)), names);
     EXPECT_EQ(namesIn(infoOf({"vrt", "--bands", "beside"}, files)), Strings{"beside"});
@@ -262,7 +253,7 @@ TEST_F(RasterExport, WhatLiesBesideAComponentDescribesIt) {
                      "</PAMDataset>");
     fakes::writeFile(files[0] + ".MSK", "whatever");
     const std::string archive = directory_ / "a.tar";
-    ASSERT_EQ(Process({"tar", "-cf", archive, "-C", directory_.path(), "."}).wait().code, 0);
+    runProgram({"tar", "-cf", archive, "-C", directory_.path(), "."});
     for (const Strings& set : {files, {archive}}) {
         SCOPED_TRACE(set[0]);
         EXPECT_EQ(runTool(joined({"info", "--json"}, set)).json()["bands"][1]["noData"], 62);
@@ -287,7 +278,7 @@ TEST_F(RasterExport, StatisticsAreThoseOfTheBandsPixels) {
     fakes::changeRaster(
         files[0], [](GDALDataset& file) { file.GetRasterBand(1)->SetStatistics(1, 99, 2, 3); });
     for (const std::string& file : {files[1], files[2]}) {
-        ASSERT_EQ(Process({"gdalinfo", "-stats", file}).wait().code, 0);
+        runProgram({"gdalinfo", "-stats", file});
         ASSERT_TRUE(fs::exists(file + ".aux.xml"));
     }
     using Has = std::vector<bool>;

@@ -69,7 +69,7 @@ TEST_F(TileCopies, NoDataStaysNoData) {
     for (const std::string& option : kAsWritten) {
         sparse = joined(sparse, {"-co", option});
     }
-    ASSERT_EQ(Process(sparse).wait().code, 0);
+    runProgram(sparse);
     ASSERT_EQ(lastTile(files[1]).second, 0U);
     for (const double value : {5.0, 7.0}) {
         const std::string word = std::to_string(static_cast<int>(value));

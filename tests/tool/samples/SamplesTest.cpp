@@ -57,11 +57,7 @@ TEST(Samples, EverySetIsRecognisedBandByBand) {
     }
     EXPECT_EQ(fakes::namesIn(directory).size(), std::size(cases) + 1);
     const auto landsat = runTool({"info", directory / "landsat7/set.xml", "--json"}).json();
-    Strings types;
-    for (const auto& band : landsat["bands"]) {
-        types.push_back(band["type"]);
-    }
-    EXPECT_EQ(types,
+    EXPECT_EQ(valuesOf(landsat["bands"], "type"),
               (Strings{"blue", "green", "red", "near-infrared", "mid-infrared", "mid-infrared",
                        "thermal-low-gain", "thermal-high-gain", "panchromatic"}));
 }

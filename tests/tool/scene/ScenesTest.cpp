@@ -34,16 +34,8 @@ class Scenes : public InDirectory {
         return directory_ / folder;
     }
 
-    /// Those facts of the bands or files in a list.
-    static Strings each(const char* fact, const nlohmann::json& list) {
-        Strings facts;
-        for (const auto& one : list) {
-            facts.push_back(one[fact]);
-        }
-        return facts;
-    }
     static Strings bandNames(const Outcome& outcome) {
-        return each("name", outcome.json()["bands"]);
+        return valuesOf(outcome.json()["bands"], "name");
     }
     static nlohmann::json bandsOf(const Strings& arguments) {
         return runTool(joined({"info", "--json"}, arguments)).json()["bands"];
@@ -232,7 +224,7 @@ TEST_F(Scenes, OfABandAtSeveralPixelSizesTheOwnIsTaken) {
                             directory_ / (data + "R20m/" + tile + "B8A_20m.tif")));
     EXPECT_EQ(summaryOf({{"a", "mask", true}, {"b", "quality", true}, {"c", "mask", true}}),
               "2 mask, 1 quality");
-    EXPECT_THAT(each("reason", scenes[0]["setAside"]),
+    EXPECT_THAT(valuesOf(scenes[0]["setAside"], "reason"),
                 testing::UnorderedElementsAre(
                     "same band at another pixel size", "same band at another pixel size", "preview",
                     "ancillary", "mask", "same layer at another pixel size",
@@ -264,8 +256,8 @@ TEST_F(Scenes, AnArchiveIsAPlaceToLook) {
     const nlohmann::json bands = bandsOf({folder});
     const std::string tar = directory_ / "LC08.tar";
     const std::string zipped = directory_ / "a {b}.TGZ";
-    ASSERT_EQ(Process({"tar", "-cf", tar, "-C", directory_.path(), "scene"}).wait().code, 0);
-    ASSERT_EQ(Process({"tar", "-czf", zipped, "-C", folder, "."}).wait().code, 0);
+    runProgram({"tar", "-cf", tar, "-C", directory_.path(), "scene"});
+    runProgram({"tar", "-czf", zipped, "-C", folder, "."});
     for (const std::string& path : {tar, zipped, "/vsitar/" + tar + "/scene"}) {
         SCOPED_TRACE(path);
         const Outcome outcome = runTool({"info", path, "--json"});
@@ -350,12 +342,12 @@ TEST_F(Scenes, AFolderOfEveryProductIsOneImage) {
         EXPECT_EQ(scenes[0]["product"], c.product);
         EXPECT_EQ(scenes[0]["name"], c.scene);
         EXPECT_EQ(scenes[0]["files"].size(), commonNames.size());
-        EXPECT_EQ(each("reason", scenes[0]["setAside"]), roles);
+        EXPECT_EQ(valuesOf(scenes[0]["setAside"], "reason"), roles);
         if (commonNames.size() > 1) {
             const Outcome image = runTool({"info", folder, "--json"});
             ASSERT_EQ(image.code, 0) << image.err;
             EXPECT_EQ(image.json()["referenceName"], c.scene);
-            EXPECT_EQ(each("commonName", image.json()["bands"]), commonNames);
+            EXPECT_EQ(valuesOf(image.json()["bands"], "commonName"), commonNames);
         }
     }
 }
@@ -363,7 +355,7 @@ TEST_F(Scenes, AFolderOfEveryProductIsOneImage) {
 TEST_F(Scenes, VirtualRastersAreReadOnRequest) {
     const std::string component = write("in/a.tif");
     const std::string virtualOne = directory_ / "v.vrt";
-    ASSERT_EQ(Process({"gdalbuildvrt", "-q", virtualOne, component}).wait().code, 0);
+    runProgram({"gdalbuildvrt", "-q", virtualOne, component});
     const Strings files = {virtualOne, component};
     const std::string reason = virtualOne +
                                ": a virtual raster, which may open any other file "
@@ -377,7 +369,7 @@ TEST_F(Scenes, VirtualRastersAreReadOnRequest) {
         EXPECT_EQ(gdalPixels(to, 1), gdalPixels(component, 1)) << command;
     }
     const std::string outer = directory_ / "outer.vrt";
-    ASSERT_EQ(Process({"gdalbuildvrt", "-q", outer, virtualOne}).wait().code, 0);
+    runProgram({"gdalbuildvrt", "-q", outer, virtualOne});
     for (const std::string& named : {virtualOne, outer}) {
         EXPECT_THAT(
             runTool({"--allow-vrt", "export", named, named, "-o", component, "--overwrite"}).err,
