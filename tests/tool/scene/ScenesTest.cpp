@@ -43,16 +43,6 @@ class Scenes : public InDirectory {
     static nlohmann::json scenesOf(const Strings& arguments) {
         return runTool(joined({"scenes", "--json"}, arguments)).json()["scenes"];
     }
-    struct Refusal {
-        Strings arguments;
-        std::string message;
-    };
-    /// On the error stream of `info`.
-    static void expectSaid(const std::vector<Refusal>& rows) {
-        for (const auto& [arguments, message] : rows) {
-            EXPECT_THAT(runTool(joined({"info"}, arguments)).err, HasSubstr(message));
-        }
-    }
 };
 
 TEST_F(Scenes, AFolderWithOneSceneIsASet) {
@@ -94,14 +84,17 @@ TEST_F(Scenes, OneOfSeveralIsChosen) {
     EXPECT_EQ(bandsOf({all, "--scene", "*level 2A"}).size(), 2U);
     const std::string dem = write("dem.tif", {.type = GDT_UInt16});
     fakes::writeFile(folder + "/" + kFirst + "_SR_B2.TFW", "30\n0\n0\n-30\n0\n0\n");
-    expectSaid({
+    const std::pair<Strings, std::string> said[] = {
         {{all, "--scene", "T32*"},
          "names several scenes; --scene takes the name of a product or a folder"},
         {{all, "--scene", "x"}, "x: no such scene; there are " + kFirst},
         {{all + "/a", all + "/b"}, "files of 2 scenes are given: " + kFirst + ", " + kSecond},
         {{folder, dem}, "dem.tif: is part of no scene, but " + kFirst + " is one"},
         {{folder + "/*_SR_B*"}, "set aside: 1 world file"},
-    });
+    };
+    for (const auto& [arguments, message] : said) {
+        EXPECT_THAT(runTool(joined({"info"}, arguments)).err, HasSubstr(message));
+    }
     const Strings files = {
         folder + "/" + kFirst + "_SR_B2.TIF", folder + "/" + kFirst + "_SR_B4.TIF",
         all + "/b/" + kSecond + "_SR_B2.TIF", all + "/b/" + kSecond + "_QA_PIXEL.TIF"};
