@@ -16,11 +16,10 @@ namespace kestms {
 namespace {
 
 /// GDAL's names for compressions whose data do not depend on anything outside of a tile.
-constexpr std::array<std::pair<std::string_view, std::uint16_t>, 5> kCompressions = {{
+constexpr std::array<std::pair<std::string_view, std::uint16_t>, 4> kCompressions = {{
     {"NONE", COMPRESSION_NONE},
     {"LZW", COMPRESSION_LZW},
     {"DEFLATE", COMPRESSION_ADOBE_DEFLATE},
-    {"LZMA", COMPRESSION_LZMA},
     {"ZSTD", COMPRESSION_ZSTD},
 }};
 
@@ -49,10 +48,12 @@ std::optional<TileLayout> createdLayout(const OutputRaster& raster, GDALDataType
                       static_cast<std::uint16_t>(std::stoi(options.FetchNameValue("PREDICTOR")))};
 }
 
+/// The value of a field, or TIFF's default for one that is not there. (libtiff's own defaults are
+/// not asked for: it takes the predictor from the state of any compression.)
 template <typename Number>
 Number numberIn(TIFF* file, std::uint32_t tag, Number otherwise) {
     Number value = otherwise;
-    return TIFFGetFieldDefaulted(file, tag, &value) != 0 ? value : otherwise;
+    return TIFFGetField(file, tag, &value) != 0 ? value : otherwise;
 }
 
 TileLayout layoutIn(TIFF* file) {
@@ -60,9 +61,9 @@ TileLayout layoutIn(TIFF* file) {
             numberIn<std::uint32_t>(file, TIFFTAG_IMAGELENGTH, 0),
             numberIn<std::uint32_t>(file, TIFFTAG_TILEWIDTH, 0),
             numberIn<std::uint32_t>(file, TIFFTAG_TILELENGTH, 0),
-            numberIn<std::uint16_t>(file, TIFFTAG_BITSPERSAMPLE, 0),
-            numberIn<std::uint16_t>(file, TIFFTAG_SAMPLEFORMAT, 0),
-            numberIn<std::uint16_t>(file, TIFFTAG_COMPRESSION, 0),
+            numberIn<std::uint16_t>(file, TIFFTAG_BITSPERSAMPLE, 1),
+            numberIn<std::uint16_t>(file, TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_UINT),
+            numberIn<std::uint16_t>(file, TIFFTAG_COMPRESSION, COMPRESSION_NONE),
             numberIn<std::uint16_t>(file, TIFFTAG_PREDICTOR, PREDICTOR_NONE)};
 }
 

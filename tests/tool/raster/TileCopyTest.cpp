@@ -40,6 +40,7 @@ TEST_F(TileCopies, TilesAreCopiedAsTheyAreWhereBothFilesStoreThemAlike) {
         {kAsWritten, {}, true},
         {joined(kAsWritten, {"COPY_SRC_OVERVIEWS=YES", "BIGTIFF=YES"}), {}, true},
         {{"TILED=YES", "COMPRESS=DEFLATE", "PREDICTOR=3"}, {}, true, GDT_Float32},
+        {{"TILED=YES"}, {"--compress", "none"}, true},
         {{"TILED=YES", "COMPRESS=ZSTD", "PREDICTOR=2"}, {"--compress", "zstd"}, true, GDT_Int16},
         {{"TILED=YES", "COMPRESS=LZW", "PREDICTOR=2"}, {}, false},
         {{"TILED=YES", "COMPRESS=DEFLATE"}, {}, false},
