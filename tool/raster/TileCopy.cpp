@@ -23,6 +23,9 @@ constexpr std::array<std::pair<std::string_view, std::uint16_t>, 4> kCompression
     {"ZSTD", COMPRESSION_ZSTD},
 }};
 
+/// Not mapped into memory: a file that is cut short meanwhile would end the program.
+constexpr const char* kForReading = "rm";
+
 std::uint16_t formatOf(GDALDataType type, const CPLStringList& options) {
     return GDALDataTypeIsFloating(type) != FALSE ? SAMPLEFORMAT_IEEEFP
            : GDALDataTypeIsSigned(type) != FALSE || options.FetchNameValue("PIXELTYPE") != nullptr
@@ -116,7 +119,7 @@ TileCopy::TileCopy(const std::string& path, const TileLayout& layout)
 }
 
 bool TileCopy::copy(const std::string& component, int band, const RasterWindow& window) {
-    const File from(TIFFOpen(component.c_str(), "r"));
+    const File from(TIFFOpen(component.c_str(), kForReading));
     bool isRead = from && layoutIn(from.get()) == layout_;
     for (int y = window.y; y < window.y + window.height; y += kTileSide) {
         for (int x = window.x; x < window.x + window.width; x += kTileSide) {
@@ -150,7 +153,8 @@ std::optional<TileLayout> sharedLayout(const OutputRaster& raster, GDALDataType 
     const std::optional<TileLayout> layout = createdLayout(raster, type, creationOptions);
     const auto isAlike = [&](const OutputBand& band) {
         const std::unique_ptr<TIFF, decltype(&TIFFClose)> file(
-            isFirstOfPlainTiff(band) ? TIFFOpen(band.band.componentPath.c_str(), "r") : nullptr,
+            isFirstOfPlainTiff(band) ? TIFFOpen(band.band.componentPath.c_str(), kForReading)
+                                     : nullptr,
             TIFFClose);
         return file && layoutIn(file.get()) == *layout && hasUsualBytes(file.get()) &&
                hasAllTiles(file.get());
