@@ -22,9 +22,9 @@ std::string besideThis(const char* library) {
 }  // namespace
 
 Expected<void*> functionIn(const char* library, const char* function) {
-    // Never closed: its objects may live as long as the process. Lazy for the sake of GDAL's and
-    // PROJ's own dependencies, whose symbols take as long to resolve as the rest of loading; our
-    // modules are linked with "-z now", so that a symbol missing to them is known here.
+    // Never closed: its objects may live as long as the process. Lazy, as the symbols of GDAL's own
+    // dependencies take milliseconds to resolve; our modules are linked with "-z now", so that one
+    // that lacks a symbol is refused here.
     void* const module = dlopen(besideThis(library).c_str(), RTLD_LAZY | RTLD_LOCAL);
     void* const found = module != nullptr ? dlsym(module, function) : nullptr;
     if (found == nullptr) {

@@ -196,7 +196,7 @@ class Writer {
 
     /// Reads a piece while the one before is compressed and written. Each band in turn, so that
     /// the mask of a window is complete with its last band. Pieces whose tiles are copied are read
-    /// as well: what cannot be unpacked shall not be handed on.
+    /// as well, so that a damaged tile is noticed.
     void copyPixels(const ProgressFunction& progress) {
         addMask();
         const int count = from_.GetRasterCount();

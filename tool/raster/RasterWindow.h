@@ -23,12 +23,12 @@ struct RasterWindow {
 inline constexpr int kTileSide = 256;
 
 /// The windows in which to read a raster whose components mostly have blocks of `blockRows` lines:
-/// whole lines of blocks, so that each is read once and in their order in the file;
-/// parts of lines where those are too long. At most 32 MiB each. If the blocks are as high as
-/// tiles, the edges of windows are those of tiles or of the raster.
+/// whole lines of blocks, so that each block is read once and in the order of the file, or parts of
+/// lines where those are too long. At most 32 MiB each. If the blocks are as high as tiles, the
+/// edges of windows are those of tiles or of the raster.
 std::vector<RasterWindow> windowsOf(GDALDataset& raster, std::size_t pixelBytes, int blockRows);
 
-/// Between the window and one sample after the other. Returns whether GDAL could do it.
+/// Reads or writes the samples of a window, line by line. Returns whether GDAL could do it.
 bool readWindow(GDALRasterBand& band, const RasterWindow& window, GDALDataType type, void* samples);
 bool writeWindow(GDALRasterBand& band, const RasterWindow& window, GDALDataType type,
                  void* samples);

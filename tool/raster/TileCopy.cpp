@@ -24,7 +24,9 @@ constexpr std::array<std::pair<std::string_view, std::uint16_t>, 4> kCompression
 }};
 
 /// Not mapped into memory: a file that is cut short meanwhile would end the program.
-constexpr const char* kForReading = "rm";
+TiffFile openedForReading(const std::string& path) {
+    return TiffFile(TIFFOpen(path.c_str(), "rm"));
+}
 
 std::uint16_t formatOf(GDALDataType type, const CPLStringList& options) {
     return GDALDataTypeIsFloating(type) != FALSE ? SAMPLEFORMAT_IEEEFP
@@ -107,7 +109,7 @@ bool isFirstOfPlainTiff(const OutputBand& band) {
 
 }  // namespace
 
-void TileCopy::Close::operator()(TIFF* file) const {
+void CloseTiff::operator()(TIFF* file) const {
     TIFFClose(file);
 }
 
@@ -119,7 +121,7 @@ TileCopy::TileCopy(const std::string& path, const TileLayout& layout)
 }
 
 bool TileCopy::copy(const std::string& component, int band, const RasterWindow& window) {
-    const File from(TIFFOpen(component.c_str(), kForReading));
+    const TiffFile from = openedForReading(component);
     bool isRead = from && layoutIn(from.get()) == layout_;
     for (int y = window.y; y < window.y + window.height; y += kTileSide) {
         for (int x = window.x; x < window.x + window.width; x += kTileSide) {
@@ -152,10 +154,8 @@ std::optional<TileLayout> sharedLayout(const OutputRaster& raster, GDALDataType 
     const Pyxis::ErrorCapture silence;
     const std::optional<TileLayout> layout = createdLayout(raster, type, creationOptions);
     const auto isAlike = [&](const OutputBand& band) {
-        const std::unique_ptr<TIFF, decltype(&TIFFClose)> file(
-            isFirstOfPlainTiff(band) ? TIFFOpen(band.band.componentPath.c_str(), kForReading)
-                                     : nullptr,
-            TIFFClose);
+        const TiffFile file =
+            isFirstOfPlainTiff(band) ? openedForReading(band.band.componentPath) : nullptr;
         return file && layoutIn(file.get()) == *layout && hasUsualBytes(file.get()) &&
                hasAllTiles(file.get());
     };

@@ -16,6 +16,12 @@ struct tiff;  // libtiff's
 
 namespace kestms {
 
+struct CloseTiff {
+    void operator()(tiff* file) const;
+};
+/// An open file; null when it could not be opened.
+using TiffFile = std::unique_ptr<tiff, CloseTiff>;
+
 /// How a TIFF file stores samples: between files of one layout, tiles can be copied as they are.
 struct TileLayout {
     std::uint32_t width = 0;
@@ -50,15 +56,10 @@ class TileCopy {
     bool finish();
 
   private:
-    struct Close {
-        void operator()(tiff* file) const;
-    };
-    using File = std::unique_ptr<tiff, Close>;
-
     bool read(tiff* from, std::uint32_t tile);
 
     TileLayout layout_;
-    File file_;
+    TiffFile file_;
     std::vector<std::byte> tile_;
 };
 

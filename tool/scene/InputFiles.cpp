@@ -110,8 +110,8 @@ constexpr const char* kExists = "there is such a file already (--overwrite repla
 
 void InputFiles::addRaster(const std::string& path) {
     rasters_.insert(path);
-    if (isVirtual(path)) {
-        files_.insert(archiveOf(path));
+    if (const std::string archive = archiveOf(path); !archive.empty()) {
+        files_.insert(archive);
     }
 }
 
