@@ -53,18 +53,19 @@ std::size_t decodeSequence(std::string_view text, char32_t& value) {
 }
 
 /// Copies the ASCII characters at the start, which are the same in every encoding; returns how many
-/// there are. Most texts are ASCII throughout. Local blocks, which nothing else points into, become
-/// vector instructions.
+/// there are. Most texts are ASCII throughout. `text` are the bytes of `size` characters, which
+/// need not be aligned. Local blocks, which nothing else points into, become vector instructions.
 template <typename From, typename To>
-std::size_t copyAscii(std::basic_string_view<From> text, std::basic_string<To>& out) {
+std::size_t copyAscii(const void* text, std::size_t size, std::basic_string<To>& out) {
     constexpr std::size_t kBlock = 16;
     using Unsigned = std::make_unsigned_t<From>;
-    out.resize(text.size());
+    const auto* bytes = static_cast<const unsigned char*>(text);
+    out.resize(size);
     std::size_t done = 0;
-    while (text.size() - done >= kBlock) {
+    while (size - done >= kBlock) {
         std::array<From, kBlock> from{};
         std::array<To, kBlock> to{};
-        std::memcpy(from.data(), text.data() + done, sizeof from);
+        std::memcpy(from.data(), bytes + done * sizeof(From), sizeof from);
         Unsigned all = 0;
         for (std::size_t i = 0; i < kBlock; ++i) {
             all = static_cast<Unsigned>(all | static_cast<Unsigned>(from[i]));
@@ -76,8 +77,13 @@ std::size_t copyAscii(std::basic_string_view<From> text, std::basic_string<To>& 
         std::memcpy(out.data() + done, to.data(), sizeof to);
         done += kBlock;
     }
-    for (; done < text.size() && static_cast<Unsigned>(text[done]) < 0x80; ++done) {
-        out[done] = static_cast<To>(text[done]);
+    for (; done < size; ++done) {
+        From character{};
+        std::memcpy(&character, bytes + done * sizeof(From), sizeof character);
+        if (static_cast<Unsigned>(character) >= 0x80) {
+            break;
+        }
+        out[done] = static_cast<To>(character);
     }
     out.resize(done);
     return done;
@@ -96,7 +102,7 @@ void appendUtf8(char32_t value, std::string& out) {
 
 std::u16string utf8ToWide(std::string_view text) {
     std::u16string wide;
-    text.remove_prefix(copyAscii(text, wide));
+    text.remove_prefix(copyAscii<char>(text.data(), text.size(), wide));
     while (!text.empty()) {
         char32_t value = 0;
         const std::size_t length = decodeSequence(text, value);
@@ -119,7 +125,8 @@ std::u16string utf8ToWide(std::string_view text) {
 
 std::string wideToUtf8(std::u16string_view text) {
     std::string bytes;
-    for (std::size_t i = copyAscii(text, bytes); i < text.size(); ++i) {
+    std::size_t i = copyAscii<char16_t>(text.data(), text.size(), bytes);
+    for (; i < text.size(); ++i) {
         const char16_t unit = text[i];
         const char16_t next = i + 1 < text.size() ? text[i + 1] : u'\0';
         if (unit >= 0xD800 && unit < 0xDC00 && next >= 0xDC00 && next < 0xE000) {
@@ -136,7 +143,13 @@ std::string wideToUtf8(std::u16string_view text) {
 
 std::string toUtf8(const StringBuffer& buffer) {
     if (buffer.type() == CharacterType::Wide) {
-        return wideToUtf8(wideCharacters(buffer));
+        const std::size_t size = static_cast<std::size_t>(buffer.numDataBytes()) / 2;
+        std::string text;
+        if (copyAscii<char16_t>(buffer.data(), size, text) < size) {
+            return wideToUtf8(wideCharacters(buffer));
+        }
+        text.resize(std::min(text.find('\0'), size));
+        return text;
     }
     const std::string_view bytes(reinterpret_cast<const char*>(buffer.data()),
                                  static_cast<std::size_t>(buffer.numDataBytes()));
