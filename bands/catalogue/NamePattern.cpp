@@ -41,6 +41,10 @@ class NamePattern::Compiler {
         if (sceneStarts_ != sceneEnds_) {
             return fail("lacks a ]");
         }
+        const auto first = std::find_if(parts_.begin(), parts_.end(), [](const Part& part) {
+            return part.kind != Kind::SceneStart;
+        });
+        pattern.start_ = first->text;  // there is a band, at the least
         pattern.folders_ = folders_;
         pattern.parts_ = std::move(parts_);
         return true;
@@ -162,6 +166,9 @@ std::optional<NamePattern> NamePattern::compile(std::u16string_view text,
 }
 
 std::optional<NamePattern::Match> NamePattern::match(std::u16string_view name) const {
+    if (!name.starts_with(start_)) {
+        return std::nullopt;
+    }
     Match match;
     std::size_t at = 0;
     std::size_t sceneStart = 0;

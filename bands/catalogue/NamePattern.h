@@ -61,6 +61,7 @@ class NamePattern {
     static std::size_t lengthAt(const Part& part, std::u16string_view rest, std::size_t& choice);
 
     std::vector<Part> parts_;
+    std::u16string start_;  ///< what all names begin with: most files are of other products
     std::size_t folders_ = 0;
 };
 

@@ -39,18 +39,6 @@ std::u16string comparableText(std::u16string_view path) {
     return text;
 }
 
-/// Where the file's name with that many folders before it starts; nothing when there are fewer.
-std::optional<std::size_t> startOf(std::u16string_view text, std::size_t folders) {
-    std::size_t start = text.rfind(u'/') + 1;
-    for (; folders > 0; --folders) {
-        if (start < 2) {
-            return std::nullopt;
-        }
-        start = text.rfind(u'/', start - 2) + 1;
-    }
-    return start;
-}
-
 int number(std::u16string_view digits) {
     int value = 0;
     for (const char16_t digit : digits) {
@@ -98,13 +86,24 @@ std::u16string_view ProductFile::witnessFolder() const {
 }
 
 ProductPath::ProductPath(std::u16string_view path)
-    : path_(path), comparable_(comparableText(path)) {}
+    : path_(path), comparable_(comparableText(path)) {
+    std::size_t start = comparable_.rfind(u'/') + 1;
+    starts_.push_back(start);
+    while (start >= 2) {
+        start = comparable_.rfind(u'/', start - 2) + 1;
+        starts_.push_back(start);
+    }
+}
+
+std::optional<std::size_t> ProductPath::startOf(std::size_t folders) const {
+    return folders < starts_.size() ? std::optional(starts_[folders]) : std::nullopt;
+}
 
 std::optional<ProductFile> Product::match(const ProductPath& whole) const {
     const std::u16string_view path = whole.path();
     const std::u16string_view view = whole.comparable();
     for (const FilePattern& each : files) {
-        const std::optional<std::size_t> start = startOf(view, each.pattern.folders());
+        const std::optional<std::size_t> start = whole.startOf(each.pattern.folders());
         const auto found = start ? each.pattern.match(view.substr(*start)) : std::nullopt;
         if (!found) {
             continue;

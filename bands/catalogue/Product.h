@@ -58,10 +58,14 @@ class ProductPath {
     std::u16string_view path() const { return path_; }
     /// The path without extension, in upper case, with "/" between folders; the same offsets.
     std::u16string_view comparable() const { return comparable_; }
+    /// Where the file's name with so many folders before it starts in both; nothing when there are
+    /// fewer.
+    std::optional<std::size_t> startOf(std::size_t folders) const;
 
   private:
     std::u16string_view path_;
     std::u16string comparable_;
+    std::vector<std::size_t> starts_;  ///< of the file's name, of its folder, and so on
 };
 
 struct Product;
