@@ -15,6 +15,12 @@ constexpr std::size_t kFilesForThread = 16;
 /// More threads would only wait for disk and memory.
 constexpr std::size_t kMostThreads = 4;
 
+std::size_t threadsFor(std::size_t files) {
+    const std::size_t wanted = std::min(files / kFilesForThread, kMostThreads);
+    // Counting the processors means reading a file, which takes as long as opening one.
+    return wanted < 2 ? wanted : std::min<std::size_t>(wanted, std::thread::hardware_concurrency());
+}
+
 }  // namespace
 
 ReadAhead::ReadAhead(std::shared_ptr<FileCache> cache, std::vector<std::string> paths,
@@ -23,27 +29,18 @@ ReadAhead::ReadAhead(std::shared_ptr<FileCache> cache, std::vector<std::string> 
       paths_(std::move(paths)),
       stop_(std::move(stop)),
       count_(std::min(paths_.size(), cache_->mostFiles())) {
-    const std::size_t threads =
-        std::min<std::size_t>({count_ / kFilesForThread,
-                               std::max(std::thread::hardware_concurrency(), 1U), kMostThreads});
+    const std::size_t threads = threadsFor(count_);
     if (threads < 2) {
         return;
     }
     helpers_.reserve(threads - 1);
     try {
-        // The first file most likely has the coordinate system of all. A helper opens it, so that
-        // the caller need not wait for it.
-        helpers_.emplace_back([this] {
-            open(0);
-            openNextFiles();
-        });
         while (helpers_.size() < threads - 1) {
             helpers_.emplace_back([this] { openNextFiles(); });
         }
     } catch (const std::exception&) {
         // Fewer threads do the work.
     }
-    openNextFiles();
 }
 
 ReadAhead::~ReadAhead() {
@@ -53,15 +50,17 @@ ReadAhead::~ReadAhead() {
     }
 }
 
-void ReadAhead::open(std::size_t at) {
-    answerOr(false, [&] {
-        return static_cast<bool>(cache_->open(paths_[at]));  // the codecs report refusals
-    });
+void ReadAhead::help() {
+    if (!helpers_.empty()) {
+        openNextFiles();
+    }
 }
 
 void ReadAhead::openNextFiles() {
     for (std::size_t at = next_++; at < count_ && !stop_(); at = next_++) {
-        open(at);
+        answerOr(false, [&] {
+            return static_cast<bool>(cache_->open(paths_[at]));  // the codecs report refusals
+        });
     }
 }
 

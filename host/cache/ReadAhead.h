@@ -12,9 +12,7 @@ namespace Pyxis {
 
 class FileCache;
 
-/// Opens files on several threads and leaves them in a cache. The constructor returns when every
-/// file is opened or being opened: computing a coordinate system takes as long as opening a hundred
-/// files, and only its users wait for it.
+/// Opens files on other threads and leaves them in a cache.
 class ReadAhead {
   public:
     /// Ends early when `stop` returns true.
@@ -22,18 +20,22 @@ class ReadAhead {
               std::function<bool()> stop);
     ReadAhead(const ReadAhead&) = delete;
     ReadAhead& operator=(const ReadAhead&) = delete;
-    /// Waits for the files that are being opened.
+    /// Waits for the files that are being opened; others are not.
     ~ReadAhead();
 
+    /// Opens files on this thread too, until every file is opened or being opened: computing a
+    /// coordinate system takes as long as opening a hundred files, and only its users wait for it.
+    /// Does nothing for so few files that there are no other threads.
+    void help();
+
   private:
-    void open(std::size_t at);
     void openNextFiles();
 
     std::shared_ptr<FileCache> cache_;
     std::vector<std::string> paths_;
     std::function<bool()> stop_;
     std::size_t count_;
-    std::atomic<std::size_t> next_{1};  // the first is the first helper's
+    std::atomic<std::size_t> next_{0};
     std::vector<std::thread> helpers_;
 };
 

@@ -54,6 +54,12 @@ void StandardCodecs::readAhead(const std::vector<std::string>& paths,
     readingAhead_ = std::make_unique<ReadAhead>(cache_, paths, stop);
 }
 
+void StandardCodecs::finishReadingAhead() {
+    if (readingAhead_) {
+        readingAhead_->help();
+    }
+}
+
 void StandardCodecs::allow(const PathPolicy& policy) {
     setPathPolicy(policy);
 }

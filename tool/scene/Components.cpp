@@ -49,6 +49,7 @@ void addFrames(const std::string& path, std::vector<Component>& components) {
 
 std::vector<Component> componentsIn(Context& context, const std::vector<std::string>& files) {
     context.session().readAhead(files);
+    context.session().finishReadingAhead();
     std::vector<Component> components;
     for (const std::string& path : files) {
         addFrames(path, components);

@@ -187,13 +187,15 @@ class ArgumentReader {
         if (!entries_.empty()) {
             refuseTooManyFiles(entries_.back().path);
         }
+        // Most files that are named are wanted.
+        context_.session().readAhead(paths());
         scenes_.sortNamedFiles();
-        std::vector<std::string> files;
-        for (const InputEntry& entry : entries_) {
-            context_.inputs.addRaster(entry.path);
-            files.push_back(entry.path);
+        const std::vector<std::string> files = paths();
+        for (const std::string& file : files) {
+            context_.inputs.addRaster(file);
         }
         context_.session().readAhead(files);
+        context_.session().finishReadingAhead();
         // A document by itself is used unchanged.
         if (document_ && entries_.size() == componentsOfDocument_) {
             return *document_;
@@ -306,6 +308,14 @@ class ArgumentReader {
         }
         document_ = alone ? std::optional(document) : std::nullopt;
         componentsOfDocument_ = entries_.size();
+    }
+
+    std::vector<std::string> paths() const {
+        std::vector<std::string> paths;
+        for (const InputEntry& entry : entries_) {
+            paths.push_back(entry.path);
+        }
+        return paths;
     }
 
     std::vector<Component> components() const {

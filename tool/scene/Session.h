@@ -27,8 +27,10 @@ class Session {
 
     const KestMultispectralCodec& codec() const { return codec_; }
     Pyxis::FindFileInterface& finder() { return archiveFinder_; }
-    /// Opens files that will be needed soon, several at a time.
+    /// Begins to open files that may be needed soon, on other threads.
     void readAhead(const std::vector<std::string>& paths);
+    /// Returns when those files are opened or being opened.
+    void finishReadingAhead() { componentCodecs_.finishReadingAhead(); }
     /// Closes the files that nobody is reading.
     void closeFiles() { componentCodecs_.closeFiles(); }
     /// The language in use.
