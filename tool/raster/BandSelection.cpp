@@ -4,11 +4,11 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <utility>
 
 #include "bands/BandWords.h"
 #include "tool/raster/DisplayChannels.h"
+#include "tool/scene/PathParts.h"
 #include "tool/terminal/Failure.h"
 
 namespace kestms {
@@ -81,13 +81,13 @@ bool hasCodeLike(const Band& band, const std::string& pattern) {
 
 /// "B61" or "SR_B?" for what ends the file's name after an underscore.
 bool endsFileName(const Band& band, const std::string& pattern) {
-    const std::string name = "_" + std::filesystem::path(band.componentPath).stem().string();
+    const std::string name = "_" + std::string(stemOf(band.componentPath));
     return !pattern.empty() && matches(name, "*_" + pattern);
 }
 
 /// "61" for a file that ends with "_B61".
 bool endsFileNameWithNumber(const Band& band, const std::string& word) {
-    const std::string name = "_" + std::filesystem::path(band.componentPath).stem().string();
+    const std::string name = "_" + std::string(stemOf(band.componentPath));
     return matches(numberInCode(name.substr(name.rfind('_') + 1)), literally(numberInCode(word)));
 }
 
@@ -125,7 +125,7 @@ constexpr Matcher kMatchers[] = {
     [](const Band& band, const std::string& word) {
         return hasCodeLike(band, word) || endsFileName(band, word) || matches(band.name, word) ||
                matches(band.commonName, word) ||
-               matches(std::filesystem::path(band.componentPath).filename().string(), word);
+               matches(std::string(fileNameOf(band.componentPath)), word);
     },
 };
 

@@ -5,6 +5,7 @@
 #include "bands/BandWords.h"
 #include "tool/raster/DisplayChannels.h"
 #include "tool/raster/XmlText.h"
+#include "tool/scene/PathParts.h"
 
 namespace kestms {
 namespace {
@@ -13,7 +14,7 @@ constexpr std::string_view kEndOfMark = " -->\n";
 
 /// Other programs leave comments out when they save a style.
 std::string markFor(const std::string& path) {
-    std::string name = xmlText(std::filesystem::path(path).filename().string());
+    std::string name = xmlText(std::string(fileNameOf(path)));
     // A comment cannot hold two hyphens.
     for (std::size_t at = 0; (at = name.find("--", at)) != name.npos;) {
         name.replace(at, 2, "- -");

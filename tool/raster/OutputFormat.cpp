@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <optional>
 
 #include "host/Text.h"
+#include "tool/scene/PathParts.h"
 #include "tool/terminal/Failure.h"
 
 namespace kestms {
@@ -44,8 +44,7 @@ constexpr std::array kFormats = {
 };
 
 const FormatRow* rowOf(const std::string& path) {
-    const std::string extension =
-        Pyxis::lowerCase(std::filesystem::path(path).extension().string());
+    const std::string extension = Pyxis::lowerCase(std::string(extensionOf(path)));
     const auto* row = std::find_if(kFormats.begin(), kFormats.end(), [&](const FormatRow& each) {
         return each.extension == extension;
     });

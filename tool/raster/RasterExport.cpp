@@ -10,6 +10,7 @@
 #include "tool/raster/HiddenPixels.h"
 #include "tool/raster/LayerStyle.h"
 #include "tool/scene/OpenedSet.h"
+#include "tool/scene/PathParts.h"
 #include "tool/terminal/TerminalText.h"
 
 namespace kestms {
@@ -102,8 +103,7 @@ void addStyle(const Context& context, const OutputRaster& raster, const std::str
         if (!existing || !isLayerStyleOf(*existing, raster.path)) {
             if (!existing || !showTheSame(*existing, style)) {
                 notes.push_back({path, "the style that is there stays, and QGIS shows " +
-                                           std::filesystem::path(raster.path).filename().string() +
-                                           " by it"});
+                                           std::string(fileNameOf(raster.path)) + " by it"});
             }
             return;
         }

@@ -11,8 +11,8 @@
 #include "host/Text.h"
 #include "sets/ComponentList.h"
 #include "tool/scene/Components.h"
-#include "tool/scene/FileExtension.h"
 #include "tool/scene/InputText.h"
+#include "tool/scene/PathParts.h"
 #include "tool/terminal/Failure.h"
 #include "tool/terminal/Json.h"
 
@@ -47,7 +47,7 @@ bool isSetDocument(const std::string& path) {
 
 /// Products come with STAC items too, which must not be overwritten.
 bool isOwnStacItem(const std::string& path) {
-    const std::string extension = fs::path(path).extension().string();
+    const std::string_view extension = extensionOf(path);
     if (extension != ".json" && extension != ".geojson") {
         return false;
     }

@@ -22,6 +22,7 @@
 #include "host/codecs/Readability.h"
 #include "sets/ComponentList.h"
 #include "tool/scene/InputText.h"
+#include "tool/scene/PathParts.h"
 #include "tool/scene/RasterDirectory.h"
 #include "tool/scene/SceneChoice.h"
 #include "tool/terminal/Interrupt.h"
@@ -83,7 +84,7 @@ const char* documentFault(const std::string& text, const Pyxis::FileSpecifier& d
 }
 
 bool mayBeDocument(const std::string& path, const fs::file_status& status) {
-    const std::string extension = fs::path(path).extension().string();
+    const std::string_view extension = extensionOf(path);
     // A shell's process substitution can be read only once.
     return fs::is_fifo(status) ||
            (fs::is_regular_file(status) &&

@@ -1,4 +1,5 @@
 #include "tool/scene/MetadataFile.h"
+#include "tool/scene/PathParts.h"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +7,6 @@
 #include <string_view>
 
 #include "host/codecs/Places.h"
-#include "tool/scene/FileExtension.h"
 
 namespace fs = std::filesystem;
 
@@ -17,7 +17,7 @@ constexpr const char* kLandsat = "_MTL.txt";
 constexpr std::array kOfTile = {"MTD_TL.xml", "metadata.xml", "tileInfo.json"};
 
 /// Names that do not begin with that of their scene.
-bool isNamedByProduct(const std::string& name) {
+bool isNamedByProduct(std::string_view name) {
     constexpr std::array<std::string_view, 4> kStarts = {"MTD_", "manifest.", "metadata.",
                                                          "tileInfo."};
     return std::any_of(kStarts.begin(), kStarts.end(),
@@ -37,13 +37,12 @@ bool isLandsatMetadata(const std::string& path) {
 }
 
 bool mayDescribeScene(const std::string& path) {
-    const std::string name = fs::path(path).filename().string();
-    return isMetadataFile(path) &&
-           (isNamedByProduct(name) || name.find("_MTL.") != std::string::npos);
+    const std::string_view name = fileNameOf(path);
+    return isMetadataFile(path) && (isNamedByProduct(name) || name.find("_MTL.") != name.npos);
 }
 
 bool describesScene(const std::string& path, const std::string& scene) {
-    const std::string name = fs::path(path).filename().string();
+    const std::string_view name = fileNameOf(path);
     return name.starts_with(scene) || isNamedByProduct(name);
 }
 

@@ -1,9 +1,9 @@
 #include "tool/scene/OpenedSet.h"
 
 #include <cerrno>
-#include <filesystem>
-#include <set>
+#include <string_view>
 #include <system_error>
+#include <unordered_set>
 #include <utility>
 
 #include "bands/NamingScheme.h"
@@ -22,6 +22,7 @@
 #include "tool/scene/Diagnosis.h"
 #include "tool/scene/Inputs.h"
 #include "tool/scene/Misfits.h"
+#include "tool/scene/PathParts.h"
 #include "tool/scene/PropertyText.h"
 #include "tool/terminal/Interrupt.h"
 
@@ -210,7 +211,7 @@ std::unique_ptr<Pyxis::ReadImageFileFrameInterface> OpenedSet::openFrame(int fra
 }
 
 void OpenedSet::gatherFiles() {
-    std::set<std::string> seen;
+    std::unordered_set<std::string> seen;
     const auto add = [&](const std::string& path) {
         if (seen.insert(path).second) {
             files_.push_back(path);
@@ -250,7 +251,7 @@ namespace {
 
 /// One file of a numbered set may end in something else ("SCL"), which is no number of a band.
 bool endsInNumber(const std::string& path) {
-    const std::string name = std::filesystem::path(path).stem().string();
+    const std::string_view name = stemOf(path);
     return !name.empty() && name.back() >= '0' && name.back() <= '9';
 }
 

@@ -10,7 +10,7 @@
 
 #include "host/codecs/Places.h"
 #include "tool/scene/Components.h"
-#include "tool/scene/FileExtension.h"
+#include "tool/scene/PathParts.h"
 #include "tool/terminal/Failure.h"
 #include "tool/terminal/Interrupt.h"
 
@@ -36,15 +36,15 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-bool isHidden(const fs::path& path) {
-    return path.filename().string().starts_with('.');
+bool isHidden(std::string_view path) {
+    return fileNameOf(path).starts_with('.');
 }
 
 /// A file with the name of a raster is listed even when no codec reads it, so that a damaged one
 /// does not go unnoticed.
-bool isRaster(const fs::path& path) {
-    return Pyxis::isNamedLikeRaster(path.string()) ||
-           (!hasExtension(path, kOtherExtensions) && isDecodable(path.string()));
+bool isRaster(const std::string& path) {
+    return Pyxis::isNamedLikeRaster(path) ||
+           (!hasExtension(path, kOtherExtensions) && isDecodable(path));
 }
 
 /// The pixels of FAST files are in other files of their kind, which are no rasters of their own.
@@ -205,12 +205,12 @@ FolderContents rasterFilesBelow(const std::string& directory) {
     for (; !error && entries != fs::recursive_directory_iterator(); entries.increment(error)) {
         throwIfInterrupted();
         std::error_code gone;
-        if (isHidden(entries->path()) || entries.depth() >= kDeepestFolder) {
+        if (isHidden(entries->path().native()) || entries.depth() >= kDeepestFolder) {
             entries.disable_recursion_pending();
         }
         if (entries->is_regular_file(gone)) {
             rasters.add(entries->path().string());
-        } else if (!isHidden(entries->path()) && entries->is_symlink(gone) &&
+        } else if (!isHidden(entries->path().native()) && entries->is_symlink(gone) &&
                    entries->is_directory(gone)) {
             rasters.addLink();
         }

@@ -14,8 +14,8 @@
 #include "bands/BandWords.h"
 #include "bands/catalogue/ProductCatalogue.h"
 #include "host/Text.h"
-#include "tool/scene/FileExtension.h"
 #include "tool/scene/MetadataFile.h"
+#include "tool/scene/PathParts.h"
 #include "tool/terminal/Interrupt.h"
 
 namespace fs = std::filesystem;
@@ -36,12 +36,6 @@ struct Gathered {
     const kest::Product* product = nullptr;
     std::vector<Member> members;
 };
-
-/// Asked for every file, and much faster than std::filesystem, which splits paths into their parts.
-std::string folderOf(const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    return slash == path.npos ? std::string() : path.substr(0, std::max<std::size_t>(slash, 1));
-}
 
 /// The name of the folder that holds the file, of the current directory as well.
 std::string folderName(const std::string& path) {
@@ -124,7 +118,7 @@ auto preference(const kest::Product& product, const Member& member) {
 
 /// By its extension: ".tfw", ".j2w", ".wld".
 bool isWorldFile(const std::string& path) {
-    const std::string extension = fs::path(path).extension().string();
+    const std::string_view extension = extensionOf(path);
     constexpr std::size_t kShortest = 4;
     return extension.size() >= kShortest && (extension.back() == 'w' || extension.back() == 'W' ||
                                              extension == ".wld" || extension == ".WLD");
@@ -133,12 +127,12 @@ bool isWorldFile(const std::string& path) {
 /// By its name: that of the scene with the extension of a picture.
 bool isPictureOf(const Scene& scene, const std::string& path) {
     constexpr std::array<std::string_view, 3> kExtensions = {".jpg", ".jpeg", ".png"};
-    return fs::path(path).stem() == scene.name && hasExtension(path, kExtensions);
+    return stemOf(path) == scene.name && hasExtension(path, kExtensions);
 }
 
 /// Of a Sentinel-2 product: "MSK_DETFOO_B02.jp2".
 bool isMaskOfProduct(const std::string& path) {
-    return fs::path(path).filename().string().starts_with("MSK_") && !safeFolderOf(path).empty();
+    return fileNameOf(path).starts_with("MSK_") && !safeFolderOf(path).empty();
 }
 
 /// Why a file is set aside that has the band or layer of another one.
@@ -255,6 +249,9 @@ class Sorter {
     /// The scene whose folder holds the file, the innermost; of several the one with the start of
     /// `name`, which is the last that does not sort behind it. Null without one.
     static Scene* ownerOf(const std::string& path, const std::string& name, const Owners& owners) {
+        if (owners.empty()) {
+            return nullptr;
+        }
         for (std::string folder = folderOf(path);; folder = folderOf(folder)) {
             const auto next = owners.upper_bound({folder, name});
             if (next != owners.begin() && std::prev(next)->first.first == folder) {
@@ -308,7 +305,7 @@ class Sorter {
         std::map<std::string, std::size_t> byFolder;
         for (const std::string& path : loose_) {
             const bool isMetadata = isMetadataFile(path);
-            Scene* owner = ownerOf(path, fs::path(path).filename().string(), owners);
+            Scene* owner = ownerOf(path, std::string(fileNameOf(path)), owners);
             if (owner == nullptr && isMetadata) {  // of a product, above the folders of its bands
                 const auto below = std::find_if(owners.begin(), owners.end(), [&](auto& each) {
                     return isBelow(each.first.first, folderOf(path));
