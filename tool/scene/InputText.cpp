@@ -32,7 +32,7 @@ std::string decoded(std::string bytes) {
 
 std::string readText(std::istream& stream, const std::string& name) {
     std::string bytes;
-    std::array<char, 65536> block{};
+    std::array<char, 16384> block{};
     while (stream.read(block.data(), block.size()) || stream.gcount() > 0) {
         const std::string_view read(block.data(), static_cast<std::size_t>(stream.gcount()));
         bytes.append(read);
