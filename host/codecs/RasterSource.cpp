@@ -36,8 +36,9 @@ std::optional<RasterSource> sourceOf(const RasterFile& file, int frame) {
     }
     const FrameFacts& facts = file.frame(frame);
     const DatasetHandle& handle = file.handle();
-    return RasterSource{handle.prefix(facts.part), facts.band,  facts.sampleType,
-                        handle.driver(),           facts.label, filesOf(file)};
+    return RasterSource{
+        handle.prefix(facts.part),     facts.band,   facts.sampleType, handle.driver(), facts.label,
+        handle.mayHaveAuxiliaryFile(), filesOf(file)};
 }
 
 std::optional<RasterSource> rasterSourceOf(const std::string& path, int frame) {

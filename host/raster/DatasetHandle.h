@@ -57,10 +57,11 @@ class DatasetHandle {
     /// Closes the datasets unless somebody is using them; returns whether they are closed.
     bool closeIfIdle();
 
-    // While the file is loaded, by one thread.
-
     /// Whether there was an auxiliary file when the file was first opened.
     bool mayHaveAuxiliaryFile() const;
+
+    // While the file is loaded, by one thread.
+
     /// The file names no other file as overviews, so GDAL need not be asked.
     void setNamesNoOverviews() { opening_.mayNameOverviews = false; }
     /// GDAL also needs this file of the same directory.

@@ -49,7 +49,9 @@ struct Band : kest::BandDetails {
     std::optional<double> noData;
     std::optional<Georeference> georeference;
 
-    std::string sideDescription;  ///< in the component's auxiliary file; may be empty
+    // The component's own names for it; may be empty.
+    std::string label;            ///< in the file
+    std::string sideDescription;  ///< in its auxiliary file
 };
 
 /// Bands that share one pixel size.

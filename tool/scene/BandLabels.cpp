@@ -1,12 +1,11 @@
 #include "tool/scene/BandLabels.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <map>
 #include <string_view>
+#include <unordered_map>
 
 #include "host/Text.h"
-#include "host/codecs/RasterSource.h"
+#include "tool/scene/PathParts.h"
 
 namespace kestms {
 namespace {
@@ -56,16 +55,10 @@ bool isCount(std::string_view text) {
 
 /// The component's own name for the band; empty without one.
 std::string ownLabel(const Band& band) {
-    const auto source = Pyxis::rasterSourceOf(band.componentPath, band.componentFrame);
-    if (!source) {
-        return {};
-    }
-    for (const std::string& label : {source->label, band.sideDescription}) {
-        if (!label.empty() && !isCount(label)) {
-            return label;
-        }
-    }
-    return {};
+    const auto isName = [](const std::string& label) { return !label.empty() && !isCount(label); };
+    return isName(band.label)             ? band.label
+           : isName(band.sideDescription) ? band.sideDescription
+                                          : std::string();
 }
 
 }  // namespace
@@ -74,7 +67,7 @@ std::vector<std::string> distinguishingParts(const std::vector<std::string>& pat
     std::vector<std::string> names;
     names.reserve(paths.size());
     for (const std::string& path : paths) {
-        names.push_back(std::filesystem::path(path).stem().string());
+        names.emplace_back(stemOf(path));
     }
     if (names.empty() || std::all_of(names.begin(), names.end(), [&names](const std::string& name) {
             return name == names.front();
@@ -97,7 +90,7 @@ void labelBands(const std::vector<Band*>& bands, const std::vector<std::string>&
         std::string part;
         int bands = 0;
     };
-    std::map<std::string, File> files;
+    std::unordered_map<std::string_view, File> files;
     const std::vector<std::string> parts = distinguishingParts(paths);
     for (std::size_t i = 0; i < paths.size(); ++i) {
         File& file = files[paths[i]];

@@ -139,20 +139,21 @@ void readPixelFacts(Pyxis::ReadImageFileFrameInterface& frame, Band& band) {
     }
 }
 
-/// What is beside the component that was asked about last: bands of one follow each other.
-class LastAuxiliaryFile {
+/// What a component says itself, and its auxiliary file. Keeps the last one of these: bands of one
+/// component follow each other.
+class ComponentReader {
   public:
-    /// Adds what it says of the band.
     void describe(Band& band) {
-        if (path_ != band.componentPath) {
-            path_ = band.componentPath;
-            content_ = readAuxiliaryFile(path_);
-        }
-        if (content_.bands.empty()) {
+        const auto source = Pyxis::rasterSourceOf(band.componentPath, band.componentFrame);
+        if (!source) {
             return;
         }
-        const auto source = Pyxis::rasterSourceOf(path_, band.componentFrame);
-        const auto found = content_.bands.find(source ? source->band : 0);
+        band.label = source->label;
+        if (path_ != band.componentPath) {
+            path_ = band.componentPath;
+            content_ = source->mayHaveAuxiliaryFile ? readAuxiliaryFile(path_) : AuxiliaryFile();
+        }
+        const auto found = content_.bands.find(source->band);
         if (found != content_.bands.end()) {
             band.sideDescription = found->second.description.value_or("");
             if (found->second.noData) {
@@ -230,7 +231,7 @@ void OpenedSet::gatherFiles() {
 void OpenedSet::gatherBands(const KestMultispectralCodec& codec) {
     description_.scheme = codec.getNamingScheme(*image_);
     SystemText system;
-    LastAuxiliaryFile auxiliary;
+    ComponentReader component;
     for (int i = 0; i < image_->getNumFrames(); ++i) {
         throwIfInterrupted();
         const auto frame = openFrame(i);
@@ -238,7 +239,7 @@ void OpenedSet::gatherBands(const KestMultispectralCodec& codec) {
         band.frame = i;
         readPixelFacts(*frame, band);
         readProperties(*frame, band, description_, system);
-        auxiliary.describe(band);
+        component.describe(band);
         codec.getBandDetails(*image_, i, band);
         if (!band.noData) {
             band.noData = band.productNoData;
