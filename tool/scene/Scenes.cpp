@@ -71,13 +71,19 @@ std::string safeFolderOf(const std::string& path) {
     return {};
 }
 
-/// The deepest common folder of the files; for a Sentinel-2 product its whole folder.
+/// The innermost of a folder and those around it with whose path the other path begins.
+std::string startOf(const std::string& folder, const std::string& other) {
+    const auto end = std::mismatch(folder.begin(), folder.end(), other.begin(), other.end()).first;
+    const std::string common(folder.begin(), end);
+    return end == folder.end() || *end == '/' ? common : folderOf(common);
+}
+
+/// The innermost folder that holds all files; for a Sentinel-2 product its whole folder.
 std::string commonFolder(const std::vector<Member>& members) {
     std::string folder = folderOf(members.front().path);
     for (const Member& member : members) {
-        while (!folder.empty() && !isBelow(member.path, folder)) {
-            folder = folderOf(folder);
-        }
+        const std::string other = folderOf(member.path);
+        folder = startOf(other, startOf(folder, other));
     }
     const std::string safe = safeFolderOf(members.front().path);
     return safe.empty() ? folder : safe;
@@ -249,20 +255,24 @@ class Sorter {
     /// The scene whose folder holds the file, the innermost; of several the one with the start of
     /// `name`, which is the last that does not sort behind it. Null without one.
     static Scene* ownerOf(const std::string& path, const std::string& name, const Owners& owners) {
-        if (owners.empty()) {
-            return nullptr;
-        }
-        for (std::string folder = folderOf(path);; folder = folderOf(folder)) {
+        std::string folder = folderOf(path);
+        while (true) {
             const auto next = owners.upper_bound({folder, name});
-            if (next != owners.begin() && std::prev(next)->first.first == folder) {
-                return std::prev(next)->second;
+            const auto last = next != owners.begin() ? std::prev(next) : owners.end();
+            for (const auto place : {last, next}) {
+                if (place != owners.end() && place->first.first == folder) {
+                    return place->second;
+                }
             }
-            if (next != owners.end() && next->first.first == folder) {
-                return next->second;
-            }
-            if (folder.empty() || folder == folderOf(folder)) {
+            if (last == owners.end()) {
                 return nullptr;
             }
+            // A folder around it sorts before it, and is the start of all that sorts between.
+            std::string outer = startOf(folder, last->first.first);
+            if (outer.empty() && folder.starts_with('/')) {
+                return nullptr;
+            }
+            folder = std::move(outer);
         }
     }
 

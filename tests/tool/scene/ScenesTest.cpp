@@ -135,6 +135,8 @@ TEST_F(Scenes, FramesAndMetadataThatAreNamedAreSortedToo) {
     const auto scenes = scenesOf(all);
     ASSERT_EQ(scenes.size(), 1U);
     EXPECT_EQ(scenes[0]["setAside"].size(), 5U);
+    // Files of a scene that have no folder in common.
+    EXPECT_EQ(runTool({"check", "/" + kFirst + "_SR_B2.TIF", kFirst + "_SR_B3.TIF"}).code, 3);
 }
 
 TEST_F(Scenes, WhatElseIsInAFolderIsMentioned) {
