@@ -263,8 +263,11 @@ TEST_F(DriverTest, CarriesWhatComponentsTell) {
         <CategoryNames><Category>none</Category><Category>sea</Category></CategoryNames>
         </PAMRasterBand></PAMDataset>)");
     const auto set = openRaster(folder());
+    CPLSetThreadLocalConfigOption("GDAL_PAM_ENABLED", "YES");  // the program's own
     GDALRasterBand& band = *set->GetRasterBand(3);
     EXPECT_EQ(band.GetScale(), 0.5);
+    EXPECT_STREQ(CPLGetThreadLocalConfigOption("GDAL_PAM_ENABLED", "lost"), "YES");
+    CPLSetThreadLocalConfigOption("GDAL_PAM_ENABLED", nullptr);
     EXPECT_EQ(band.GetOffset(), -3);
     EXPECT_STREQ(band.GetUnitType(), "W");
     EXPECT_EQ(band.GetNoDataValue(), 17);

@@ -1,13 +1,10 @@
 #pragma once
 
-#include <cpl_conv.h>
-
-#include <array>
 #include <string>
-#include <utility>
 
 #include "host/gdal/ErrorCapture.h"
 #include "host/gdal/PrivateFiles.h"
+#include "host/gdal/ThreadOption.h"
 #include "tool/terminal/Failure.h"
 
 namespace kestms {
@@ -18,19 +15,6 @@ namespace kestms {
 /// quote the files.
 class GdalSession {
   public:
-    GdalSession() {
-        for (const auto& [key, value] : kOptions) {
-            CPLSetThreadLocalConfigOption(key, value);
-        }
-    }
-    GdalSession(const GdalSession&) = delete;
-    GdalSession& operator=(const GdalSession&) = delete;
-    ~GdalSession() {
-        for (const auto& [key, value] : kOptions) {
-            CPLSetThreadLocalConfigOption(key, nullptr);
-        }
-    }
-
     /// Throws a Failure with ExitCode::CannotRead that names a component and says what GDAL has
     /// said last.
     [[noreturn]] void failToRead(const std::string& component) const {
@@ -40,12 +24,9 @@ class GdalSession {
     }
 
   private:
-    static constexpr std::array<std::pair<const char*, const char*>, 3> kOptions = {{
-        {"GDAL_PAM_ENABLED", "NO"},
-        {"GDAL_DISABLE_READDIR_ON_OPEN", "YES"},
-        {"GDAL_TIFF_INTERNAL_MASK", "YES"},
-    }};
-
+    Pyxis::ThreadOption noAuxiliaryFiles_{"GDAL_PAM_ENABLED", "NO"};
+    Pyxis::ThreadOption noListing_{"GDAL_DISABLE_READDIR_ON_OPEN", "YES"};
+    Pyxis::ThreadOption masksInside_{"GDAL_TIFF_INTERNAL_MASK", "YES"};
     Pyxis::ErrorCapture silent_;
 };
 
