@@ -28,6 +28,13 @@ FileState stateOf(const struct stat& status) {
             nanoseconds(status.st_mtim), nanoseconds(status.st_ctim)};
 }
 
+/// Where the archive's own path begins: "/vsizip/a.zip/..." or "/vsizip/{a.zip}/...", in which GDAL
+/// looks for the matching brace.
+std::size_t startOfArchive(const std::string& path) {
+    const std::size_t afterPrefix = path.find('/', 1) + 1;
+    return afterPrefix + (path[afterPrefix] == '{' ? 1 : 0);
+}
+
 std::atomic<VirtualHeadReader> virtualHeadReader{nullptr};
 
 /// A file descriptor, closed on destruction.
@@ -89,9 +96,33 @@ std::string absolutePath(const std::string& path) {
     if (kindOf(path) != PathKind::InArchive) {
         return absolute(path);
     }
-    // "/vsizip/a.zip/..." and "/vsizip/{a.zip}/..." name an archive of the current directory.
-    const std::size_t archive = path.find('/', 1) + (path[path.find('/', 1) + 1] == '{' ? 2 : 1);
+    const std::size_t archive = startOfArchive(path);
     return path.substr(0, archive) + absolute(path.substr(archive));
+}
+
+std::string archiveOf(const std::string& path) {
+    if (kindOf(path) != PathKind::InArchive) {
+        return {};
+    }
+    const std::size_t start = startOfArchive(path);
+    std::size_t end = start;
+    if (path[start - 1] == '{') {
+        for (int depth = 1; end < path.size(); ++end) {
+            depth += path[end] == '{' ? 1 : path[end] == '}' ? -1 : 0;
+            if (depth == 0) {
+                break;
+            }
+        }
+        return path.substr(start, end - start);
+    }
+    while ((end = path.find('/', end + 1)) != path.npos && end - start < PATH_MAX) {
+        std::string part = path.substr(start, end - start);
+        struct stat status {};
+        if (stat(part.c_str(), &status) == 0 && S_ISREG(status.st_mode)) {
+            return part;
+        }
+    }
+    return path.substr(start);
 }
 
 void setVirtualHeadReader(VirtualHeadReader reader) {

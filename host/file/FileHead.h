@@ -43,6 +43,10 @@ FileStamp stampOf(const std::string& path, bool withWorldFiles);
 /// The absolute path, of an archive as well; empty for an empty path.
 PYXIS_CODECS_API std::string absolutePath(const std::string& path);
 
+/// The file that holds a member of an archive, or the compressed file; empty for other paths. The
+/// rest of the path if no part of it is a file.
+PYXIS_CODECS_API std::string archiveOf(const std::string& path);
+
 /// A file's first bytes, read before GDAL sees it.
 struct FileHead {
     std::string bytes;  ///< the first ones, at most `kBytes`

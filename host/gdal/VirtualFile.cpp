@@ -47,20 +47,6 @@ struct CloseFile {
 };
 using OpenFile = std::unique_ptr<VSILFILE, CloseFile>;
 
-/// The archive file of a path into an archive: the first file on the way.
-std::string archiveOf(const std::string& path) {
-    const std::size_t start = path.find('/', 1) + 1;
-    if (path.compare(start, 1, "{") == 0) {
-        return path.substr(start + 1, path.rfind('}') - start - 1);
-    }
-    for (std::size_t end = path.find('/', start + 1);; end = path.find('/', end + 1)) {
-        std::string part = path.substr(start, end - start);
-        if (end == std::string::npos || readHead(part, 0)) {
-            return part;
-        }
-    }
-}
-
 /// The files of an archive. GDAL compares a name that is not there with all of them.
 class ArchiveNames {
   public:
@@ -139,7 +125,7 @@ Expected<Archive> readableArchive(const std::string& path) {
 /// The part of a path that names a place in the archive; empty for the archive as a whole.
 std::string placeIn(const std::string& path, const std::string& archive) {
     const std::size_t at = path.find(archive) + archive.size();
-    const std::size_t place = path.find_first_not_of("}/", at);
+    const std::size_t place = path.find_first_not_of('/', at + (path[at] == '}' ? 1 : 0));
     return place == path.npos ? std::string() : path.substr(place);
 }
 

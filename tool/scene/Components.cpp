@@ -107,21 +107,6 @@ bool isVirtual(const std::string& path) {
     return Pyxis::kindOf(path) != Pyxis::PathKind::Plain;
 }
 
-std::string archiveOf(const std::string& path) {
-    const std::size_t afterPrefix = path.find('/', 1);
-    const std::size_t start =
-        isVirtual(path) ? path.find_first_not_of('{', afterPrefix + 1) : path.npos;
-    std::error_code error;
-    for (std::size_t end = start; end < path.size();) {
-        end = std::min(path.find_first_of("/}", end + 1), path.size());
-        if (std::string archive = path.substr(start, end - start);
-            fs::is_regular_file(archive, error)) {
-            return archive;
-        }
-    }
-    return {};
-}
-
 std::string absoluteName(const std::string& path) {
     if (isVirtual(path)) {
         return Pyxis::absolutePath(path);

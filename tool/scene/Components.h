@@ -43,9 +43,6 @@ std::unique_ptr<Pyxis::ReadImageFileInterface> openImage(const std::string& path
 /// Whether only GDAL can read the path: it leads into an archive or to the network.
 bool isVirtual(const std::string& path);
 
-/// The file that holds a member of an archive, or a compressed file; empty for other paths.
-std::string archiveOf(const std::string& path);
-
 /// The absolute path of a component.
 std::string absoluteName(const std::string& path);
 

@@ -9,6 +9,7 @@
 
 #include "codec/strings/BufferText.h"
 #include "host/Text.h"
+#include "host/codecs/Places.h"
 #include "sets/ComponentList.h"
 #include "tool/scene/Components.h"
 #include "tool/scene/InputText.h"
@@ -110,7 +111,7 @@ constexpr const char* kExists = "there is such a file already (--overwrite repla
 
 void InputFiles::addRaster(const std::string& path) {
     rasters_.insert(path);
-    if (const std::string archive = archiveOf(path); !archive.empty()) {
+    if (const std::string archive = Pyxis::archiveOf(path); !archive.empty()) {
         files_.insert(archive);
     }
 }

@@ -150,7 +150,7 @@ using FileIdentity = std::tuple<dev_t, ino_t, std::string>;
 /// Of a member of an archive the archive counts.
 FileIdentity identityOf(const std::string& path) {
     struct stat status {};
-    const std::string archive = archiveOf(path);
+    const std::string archive = Pyxis::archiveOf(path);
     const std::string& file = archive.empty() ? path : archive;
     if (stat(file.c_str(), &status) != 0) {
         return {0, 0, path};

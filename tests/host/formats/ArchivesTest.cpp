@@ -79,13 +79,14 @@ TEST_F(Archives, MembersAreReadLikeFiles) {
     const std::string bytes = fakes::readFile(plain);
     const std::string lost =
         fakes::readFile(fakes::writeRaster(directory / "l.tif", {.transform = {}, .epsg = 0}));
-    const std::string archive =
-        zip("a.zip",
-            {{"in/a.tif", bytes}, {"in/l.tif", lost}, {"in/l.tfw", "30\n0\n0\n-30\n1015\n1985\n"}});
+    const std::string archive = zip("a.zip", {{"in/a.tif", bytes},
+                                              {"in/{}}.tif", bytes},
+                                              {"in/l.tif", lost},
+                                              {"in/l.tfw", "30\n0\n0\n-30\n1015\n1985\n"}});
     const std::string tar = directory / "a.tar";
     fakes::writeFile(tar, tarMember("in/a.tif", bytes) + std::string(1024, '\0'));
     for (const std::string& path : {member(archive, "in/a.tif"), "/vsizip/" + archive + "/in/a.tif",
-                                    member(tar, "in/a.tif")}) {
+                                    member(archive, "in/{}}.tif"), member(tar, "in/a.tif")}) {
         SCOPED_TRACE(path);
         const Opened opened(path);
         ASSERT_NE(opened.frame, nullptr) << whyNotReadable(fileSpecifier(path));
@@ -107,7 +108,8 @@ TEST_F(Archives, MembersAreReadLikeFiles) {
         EXPECT_EQ(Opened(member(directory / name, "\u00fc/a.tif")).pixels(), gdalPixels(plain, 1));
     }
     EXPECT_THAT(*filesInArchive(insideOfArchive(archive) + "/in"),
-                ElementsAre(EndsWith("in/a.tif"), EndsWith("in/l.tif"), EndsWith("in/l.tfw")));
+                ElementsAre(EndsWith("in/a.tif"), EndsWith("in/{}}.tif"), EndsWith("in/l.tif"),
+                            EndsWith("in/l.tfw")));
 }
 
 TEST_F(Archives, HostsMustAllowThem) {
