@@ -1,7 +1,7 @@
 #include <array>
 
 #include "bands/AsciiText.h"
-#include "bands/ComponentCodec.h"
+#include "bands/StringValue.h"
 #include "bands/schemes/Schemes.h"
 #include "codec/strings/BufferText.h"
 #include "pyxis/ComponentCodecs.h"

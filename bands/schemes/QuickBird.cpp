@@ -5,7 +5,7 @@
 #include <string>
 
 #include "bands/BandIdentification.h"
-#include "bands/ComponentCodec.h"
+#include "bands/StringValue.h"
 #include "bands/schemes/Schemes.h"
 #include "pyxis/ComponentCodecs.h"
 #include "pyxis/FileReadDescriptor.h"

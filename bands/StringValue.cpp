@@ -1,4 +1,4 @@
-#include "bands/ComponentCodec.h"
+#include "bands/StringValue.h"
 
 #include <memory>
 
