@@ -1,25 +1,21 @@
 #include "host/file/WorldFile.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <string_view>
 
+#include "host/Text.h"
 #include "host/file/FileHead.h"
 
 namespace Pyxis {
 namespace {
 
+/// Whatever the locale: in Turkish, the capital of "i" is another letter.
 std::string capitals(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char letter) { return static_cast<char>(std::toupper(letter)); });
-    return text;
-}
-
-std::string smallLetters(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
+    std::transform(text.begin(), text.end(), text.begin(), [](char letter) {
+        return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+    });
     return text;
 }
 
@@ -54,7 +50,7 @@ std::vector<std::string> worldFilesOf(const std::string& path) {
     if (dot == std::string::npos || (slash != std::string::npos && dot < slash)) {
         return {};
     }
-    const std::string extension = smallLetters(path.substr(dot + 1));
+    const std::string extension = lowerCase(path.substr(dot + 1));
     std::vector<std::string> extensions;
     if (extension.size() > 2) {
         extensions = {std::string{extension.front(), extension.back(), 'w'}, extension + "w"};
