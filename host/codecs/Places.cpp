@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "host/Text.h"
-#include "host/file/FileHead.h"
+#include "host/file/PathName.h"
 #include "host/file/WorldFile.h"
 #include "host/formats/Formats.h"
 #include "host/raster/Gdal.h"
@@ -24,11 +24,6 @@ constexpr std::array<ArchiveName, 4> kArchiveNames = {
 bool endsIgnoringCase(std::string_view text, std::string_view ending) {
     return text.size() > ending.size() &&
            equalIgnoringCase(text.substr(text.size() - ending.size()), ending);
-}
-
-/// The folder of a path, with its slash.
-std::string folderOf(const std::string& path) {
-    return path.substr(0, path.rfind('/') + 1);
 }
 
 }  // namespace
@@ -87,8 +82,7 @@ bool ArchiveFileFinder::findFile(const ImageFormatCodec* codec, const FileSpecif
     if (kindOf(path) != PathKind::InArchive) {
         return others_.findFile(codec, base, nameToLookFor, found);
     }
-    const std::string name = toUtf8(nameToLookFor.string());
-    const std::string beside = folderOf(path) + name.substr(folderOf(name).size());
+    const std::string beside = besideFile(path, toUtf8(nameToLookFor.string()));
     if (!readHead(beside, 0)) {
         return false;
     }

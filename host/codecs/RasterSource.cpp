@@ -2,6 +2,7 @@
 
 #include "host/CodecRegistry.h"
 #include "host/Text.h"
+#include "host/file/PathName.h"
 #include "host/raster/RasterFile.h"
 
 namespace Pyxis {
@@ -14,14 +15,13 @@ std::vector<std::string> filesOf(const RasterFile& file) {
         return {};
     }
     const std::string& path = file.handle().path();
-    const std::string directory = path.substr(0, path.rfind('/') + 1);
     std::vector<std::string> files = {path};
     for (const std::string& other : file.facts().otherFiles) {
-        files.push_back(directory + other.substr(other.rfind('/') + 1));
+        files.push_back(besideFile(path, other));
     }
     // GDAL does not list every file of a FAST image.
     for (int i = 0; files.size() > 1 && i < file.numFrames(); ++i) {
-        files.push_back(directory + file.frame(i).ownText);
+        files.push_back(besideFile(path, file.frame(i).ownText));
     }
     return files;
 }

@@ -4,6 +4,7 @@
 
 #include "host/Text.h"
 #include "host/cache/FileCache.h"
+#include "host/file/PathName.h"
 #include "host/file/WorldFile.h"
 
 namespace Pyxis {
@@ -38,12 +39,12 @@ std::string whyNotReadable(const FileSpecifier& file) {
 
 std::string unreadGeoreference(const FileSpecifier& file) {
     const std::string path = toUtf8(file.string());
-    const std::size_t name = path.rfind('/') == std::string::npos ? 0 : path.rfind('/') + 1;
+    const std::size_t folder = folderOf(path).size();
     const std::size_t dot = path.rfind('.');
-    const bool hasExtension = dot != std::string::npos && dot > name;
+    const bool hasExtension = dot != std::string::npos && dot > folder;
     for (const std::string& world : worldFilesOf(path)) {
         if (readHead(world)) {
-            return world.substr(name);  // not of this format's, or it gives no place
+            return world.substr(folder);  // not of this format's, or it gives no place
         }
     }
     for (const SideFile& side : kSideFiles) {
@@ -52,7 +53,7 @@ std::string unreadGeoreference(const FileSpecifier& file) {
         const std::string beside = stem + std::string(side.ending);
         const Expected<FileHead> head = readHead(beside);
         if (head && head->bytes.find(side.mark) != std::string::npos) {
-            return beside.substr(name);
+            return beside.substr(folder);
         }
     }
     return {};

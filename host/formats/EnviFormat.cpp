@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "host/file/FileHead.h"
+#include "host/file/PathName.h"
 #include "host/formats/Formats.h"
 
 namespace Pyxis {
@@ -47,8 +48,7 @@ Expected<RasterFacts> load(const SourceFile& file, DatasetHandle& handle) {
     if (needed > file.head.state.size) {
         return damaged("shorter than its header says");
     }
-    const std::size_t name = file.path.rfind('/') + 1;  // 0 without a directory
-    facts->otherFiles = {file.path.substr(0, name) + header.substr(header.rfind('/') + 1)};
+    facts->otherFiles = {besideFile(file.path, header)};
     return facts;
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/Text.h"
+#include "host/file/PathName.h"
 #include "host/formats/FastHeader.h"
 #include "host/formats/FastSiblings.h"
 #include "host/formats/Formats.h"
@@ -15,15 +16,6 @@
 namespace Pyxis {
 namespace {
 
-std::string directoryOf(const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    return slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
-}
-
-std::string nameOf(const std::string& path) {
-    return path.substr(directoryOf(path).size());
-}
-
 /// The band files that GDAL opened, in band order, as paths beside the header.
 std::vector<std::string> openedBandFiles(const Dataset& dataset, const std::string& header) {
     std::vector<std::string> bands = dataset.files();
@@ -31,18 +23,18 @@ std::vector<std::string> openedBandFiles(const Dataset& dataset, const std::stri
         bands.erase(bands.begin());  // the header
     }
     for (std::string& band : bands) {
-        band = directoryOf(header) + nameOf(band);
+        band = besideFile(header, band);
     }
     return bands;
 }
 
 /// A band file's name as in the header. GDAL also finds files whose names differ in case, and for
 /// some satellites files that the header does not name.
-std::string nameInHeader(const std::string& fileName, const std::vector<std::string>& names) {
-    const auto found = std::find_if(names.begin(), names.end(), [&fileName](const auto& name) {
+std::string nameInHeader(std::string_view fileName, const std::vector<std::string>& names) {
+    const auto found = std::find_if(names.begin(), names.end(), [fileName](const auto& name) {
         return equalIgnoringCase(name, fileName);
     });
-    return found != names.end() ? *found : fileName;
+    return found != names.end() ? *found : std::string(fileName);
 }
 
 bool endsBeforePixels(const std::string& bandFile, const FrameFacts& band) {
@@ -69,7 +61,7 @@ Expected<RasterFacts> load(const SourceFile& file, DatasetHandle& handle) {
     std::vector<std::string> namesOfBands;
     for (const std::string& bandFile : facts.otherFiles) {
         if (facts.frames.empty() || endsBeforePixels(bandFile, facts.frames.front())) {
-            return damaged("shorter than its header says: " + nameOf(bandFile));
+            return damaged(std::string("shorter than its header says: ").append(nameOf(bandFile)));
         }
         namesOfBands.push_back(nameInHeader(nameOf(bandFile), names));
     }

@@ -9,6 +9,7 @@
 
 #include "host/Text.h"
 #include "host/file/AuxiliaryFile.h"
+#include "host/file/PathName.h"
 #include "host/file/WorldFile.h"
 #include "host/formats/FrameProperties.h"
 #include "host/formats/GeoCorrelation.h"
@@ -150,7 +151,7 @@ Expected<RasterPointer> load(const Format& format, SourceFile file) {
 }  // namespace
 
 bool hasExtensionOf(const Format& format, const std::string& path) {
-    const std::string_view name = std::string_view(path).substr(path.rfind('/') + 1);
+    const std::string_view name = nameOf(path);
     const std::size_t dot = name.rfind('.');
     return dot != name.npos &&
            std::any_of(format.extensions.begin(), format.extensions.end(), [&](const char* one) {

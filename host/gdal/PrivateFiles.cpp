@@ -9,6 +9,7 @@
 #include <string_view>
 #include <utility>
 
+#include "host/file/PathName.h"
 #include "host/file/PathPolicy.h"
 #include "host/gdal/ThreadOption.h"
 
@@ -16,10 +17,6 @@ namespace Pyxis {
 namespace {
 
 constexpr std::string_view kPrefix = "/vsipyxis/";
-
-std::string_view nameOf(std::string_view path) {
-    return path.substr(path.rfind('/') + 1);
-}
 
 /// The visible files, by the number in their names: NUMBER/NAME. Never destroyed, as GDAL may use
 /// them until the process ends.

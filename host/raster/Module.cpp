@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <string>
 
+#include "host/file/PathName.h"
+
 namespace Pyxis {
 namespace {
 
@@ -15,8 +17,7 @@ std::string besideThis(const char* library) {
     if (dladdr(reinterpret_cast<void*>(&besideThis), &info) == 0 || info.dli_fname == nullptr) {
         return library;
     }
-    const std::string own = info.dli_fname;
-    return own.substr(0, own.rfind('/') + 1) + library;
+    return folderOf(info.dli_fname) + library;
 }
 
 }  // namespace
