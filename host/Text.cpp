@@ -13,45 +13,6 @@ namespace {
 constexpr char16_t kEscapeBase = 0xDC80;
 constexpr unsigned char kContinuation = 0x80;
 
-bool isContinuation(unsigned char byte) {
-    return (byte & 0xC0U) == kContinuation;
-}
-
-/// Length of the well-formed UTF-8 sequence at the start of `text`, with its value; 0 when there
-/// is none.
-std::size_t decodeSequence(std::string_view text, char32_t& value) {
-    struct Form {
-        unsigned char mask;
-        unsigned char lead;
-        std::size_t length;
-        char32_t least;
-    };
-    static constexpr std::array<Form, 4> kForms{{{0x80, 0x00, 1, 0x0},
-                                                 {0xE0, 0xC0, 2, 0x80},
-                                                 {0xF0, 0xE0, 3, 0x800},
-                                                 {0xF8, 0xF0, 4, 0x10000}}};
-    const auto lead = static_cast<unsigned char>(text.front());
-    for (const Form& form : kForms) {
-        if ((lead & form.mask) != form.lead) {
-            continue;
-        }
-        if (text.size() < form.length) {
-            return 0;
-        }
-        value = lead & static_cast<unsigned char>(~form.mask);
-        for (std::size_t i = 1; i < form.length; ++i) {
-            const auto byte = static_cast<unsigned char>(text[i]);
-            if (!isContinuation(byte)) {
-                return 0;
-            }
-            value = value << 6U | (byte & 0x3FU);
-        }
-        const bool surrogate = value >= 0xD800 && value <= 0xDFFF;
-        return value >= form.least && value <= 0x10FFFF && !surrogate ? form.length : 0;
-    }
-    return 0;
-}
-
 /// Copies the ASCII characters at the start, which are the same in every encoding; returns how many
 /// there are. Most texts are ASCII throughout. `text` are the bytes of `size` characters, which
 /// need not be aligned. Local blocks, which nothing else points into, become vector instructions.
@@ -105,7 +66,7 @@ std::u16string utf8ToWide(std::string_view text) {
     text.remove_prefix(copyAscii<char>(text.data(), text.size(), wide));
     while (!text.empty()) {
         char32_t value = 0;
-        const std::size_t length = decodeSequence(text, value);
+        const std::size_t length = getUtf8(text, value);
         if (length == 0) {
             const auto byte = static_cast<unsigned char>(text.front());
             wide.push_back(static_cast<char16_t>(kEscapeBase + (byte - kContinuation)));

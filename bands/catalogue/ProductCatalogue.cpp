@@ -34,20 +34,16 @@ bool isOneScene(const Product& product, const std::vector<std::u16string>& paths
                        [&witnesses](const ProductFile& file) { return witnesses.confirm(file); });
 }
 
-/// The bytes of a document; nothing when it cannot be read or is too large.
-std::optional<std::string> readDocument(const Pyxis::FileSpecifier& file, std::string& reason) {
+/// The bytes of a document, of one too large only as many as tell; nothing when it cannot be
+/// opened.
+std::optional<std::string> readDocument(const Pyxis::FileSpecifier& file) {
     const auto opened = platform::PlainFile::open(file.string());
     if (!opened) {
-        reason = "cannot be opened";
         return std::nullopt;
     }
-    const std::uint64_t size = opened->size();
-    if (size > kMaxCatalogueDocument) {
-        reason = "is larger than a catalogue may be";
-        return std::nullopt;
-    }
-    std::string bytes(static_cast<std::size_t>(size), '\0');
-    bytes.resize(opened->readFromStart(bytes.data(), static_cast<std::uint32_t>(size)));
+    const auto most = std::min<std::uint64_t>(opened->size(), kMaxCatalogueDocument + 1);
+    std::string bytes(static_cast<std::size_t>(most), '\0');
+    bytes.resize(opened->readFromStart(bytes.data(), static_cast<std::uint32_t>(most)));
     return bytes;
 }
 
@@ -67,10 +63,8 @@ ProductCatalogue::Fault ProductCatalogue::add(std::string_view document) {
 ProductCatalogue::Fault ProductCatalogue::addFiles(const Pyxis::FileSpecifier& files) {
     for (int i = 0; i < countComponents(files); ++i) {
         const Pyxis::FileSpecifier file = componentAt(files, i);
-        std::string reason;
-        if (const std::optional<std::string> document = readDocument(file, reason)) {
-            reason = add(*document).reason;
-        }
+        const std::optional<std::string> document = readDocument(file);
+        const std::string reason = document ? add(*document).reason : "cannot be opened";
         if (!reason.empty()) {
             return {narrowText(file.string()) + ": " + reason};
         }

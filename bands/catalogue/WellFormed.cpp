@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "pyxis/Utf8.h"
 #include "sets/xml/XmlText.h"
 
 namespace kest {
@@ -21,25 +22,6 @@ bool isCharacter(std::uint32_t value) {
     return value < ' ' ? xml::isSpace(static_cast<char>(value))
                        : value < 0xD800 || (value > 0xDFFF && value < 0xFFFE) ||
                              (value > 0xFFFF && value < 0x110000);
-}
-
-/// Takes the first character of a text; the value is not one of XML where the bytes are not UTF-8.
-std::uint32_t takeCharacter(std::string_view& text) {
-    constexpr std::uint32_t kNone = 0xFFFFFFFF;
-    constexpr std::array<std::uint32_t, 4> kLeast = {0, 0x80, 0x800, 0x10000};
-    const auto first = static_cast<unsigned char>(text.front());
-    text.remove_prefix(1);
-    const std::size_t more = first < 0x80 ? 0 : first < 0xE0 ? 1 : first < 0xF0 ? 2 : 3;
-    std::uint32_t value = first < 0x80 ? first : first & (0x3FU >> more);
-    for (std::size_t i = 0; i < more; ++i) {
-        if (text.empty() || (static_cast<unsigned char>(text.front()) & 0xC0U) != 0x80) {
-            return kNone;
-        }
-        value = value << 6U | (static_cast<unsigned char>(text.front()) & 0x3FU);
-        text.remove_prefix(1);
-    }
-    const bool isUtf8 = (first < 0x80 || (first >= 0xC2 && first < 0xF5)) && value >= kLeast[more];
-    return isUtf8 ? value : kNone;
 }
 
 /// Whether "name" of "&name;" stands for a character without any declaration.
@@ -89,10 +71,12 @@ class Scanner {
     }
 
     const char* characters() {
-        for (std::string_view rest = text_; !rest.empty();) {
-            at_ = text_.size() - rest.size();
-            if (const std::uint32_t value = takeCharacter(rest); !isCharacter(value)) {
-                return value < ' ' ? kControl : kNotUtf8;
+        std::size_t length = 0;
+        for (at_ = 0; at_ < text_.size(); at_ += length) {
+            char32_t value = 0;
+            length = Pyxis::getUtf8(text_.substr(at_), value);
+            if (length == 0 || !isCharacter(value)) {
+                return length != 0 && value < ' ' ? kControl : kNotUtf8;
             }
         }
         return nullptr;
