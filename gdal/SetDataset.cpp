@@ -3,7 +3,6 @@
 #include <cpl_string.h>
 
 #include <algorithm>
-#include <cstring>
 #include <exception>
 #include <filesystem>
 #include <system_error>
@@ -37,14 +36,11 @@ std::vector<PixelSizeGroup> byPixelSize(const std::vector<Band>& bands, const st
     return groups;
 }
 
-/// Each component that was left out as a warning of its own, without the tool's name.
+/// Each component that was left out as a warning of its own.
 void warn(const std::string& lines) {
-    constexpr const char* kTool = "kestms: ";
     const CPLStringList list(CSLTokenizeString2(lines.c_str(), "\n", 0));
     for (int i = 0; i < list.Count(); ++i) {
-        const char* line = list[i];
-        CPLError(CE_Warning, CPLE_AppDefined, "%s",
-                 line + (STARTS_WITH(line, kTool) ? std::strlen(kTool) : 0));
+        CPLError(CE_Warning, CPLE_AppDefined, "%s", list[i]);
     }
 }
 

@@ -2,8 +2,8 @@
 
 #include <cpl_conv.h>
 
-#include <algorithm>
 #include <array>
+#include <set>
 #include <string_view>
 #include <utility>
 
@@ -44,6 +44,7 @@ SharedSession::SharedSession() {
     if (const char* products = CPLGetConfigOption("KESTMS_PRODUCTS", nullptr)) {
         usualProducts_.emplace_back(products);
     }
+    context_.lead = "";
 }
 
 /// The catalogue holds for the whole process, but a set asks it only while it is opened.
@@ -84,9 +85,10 @@ kestms::OpenedSet SharedSession::open(const std::string& argument, const std::st
 std::vector<std::string> SharedSession::filesOf(const kestms::OpenedSet& set) {
     const std::lock_guard<std::mutex> lock(mutex_);
     std::vector<std::string> files;
+    std::set<std::string> known;
     for (const std::string& component : set.files()) {
         for (std::string& file : kestms::filesOf(component)) {
-            if (std::find(files.begin(), files.end(), file) == files.end()) {
+            if (known.insert(file).second) {
                 files.push_back(std::move(file));
             }
         }

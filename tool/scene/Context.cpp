@@ -45,7 +45,7 @@ std::size_t Context::tableColumns() const {
 }
 
 void Context::fail(const std::string& text) const {
-    err << "kestms: " << printable(text) << "\n";
+    err << lead << printable(text) << "\n";
 }
 
 }  // namespace kestms

@@ -35,9 +35,10 @@ class Context {
     std::istream& in;
     std::ostream& out;
     std::ostream& err;
-    std::string language;  ///< empty: that of the environment
-    bool quiet = false;    ///< no warnings, notes and progress
-    bool wide = false;     ///< tables are not fitted to the terminal
+    std::string lead = "kestms: ";  ///< of each line on the error stream
+    std::string language;           ///< empty: that of the environment
+    bool quiet = false;             ///< no warnings, notes and progress
+    bool wide = false;              ///< tables are not fitted to the terminal
     ProductChoice products;
     /// What components may be besides plain files.
     Pyxis::PathPolicy paths{.archives = true};
