@@ -36,7 +36,7 @@ class FrameSamples final : public PixelSource {
                           : sizeOf(*levelOf(files_.band(band_), level));
     }
 
-    bool read(int level, const Window& window, const Buffer& buffer) override {
+    bool read(int level, const kestms::RasterWindow& window, const Buffer& buffer) override {
         Pyxis::PixelRequest request{window.x,
                                     window.y,
                                     window.width,
@@ -87,7 +87,7 @@ class ComponentMask final : public PixelSource {
 
     int numLevels() override { return component_.GetOverviewCount(); }
     Pyxis::Size levelSize(int level) override { return sizeOf(*levelOf(&component_, level)); }
-    bool read(int level, const Window& window, const Buffer& buffer) override {
+    bool read(int level, const kestms::RasterWindow& window, const Buffer& buffer) override {
         const Pyxis::ErrorCapture silent;
         GDALRasterBand* band = levelOf(&component_, level);
         return band != nullptr && band->GetMaskBand()->RasterIO(

@@ -6,17 +6,10 @@
 
 #include "gdal/ComponentFiles.h"
 #include "pyxis/Geometry.h"
+#include "tool/raster/RasterWindow.h"
 #include "tool/scene/OpenedSet.h"
 
 namespace kestgdal {
-
-/// A window in whole pixels.
-struct Window {
-    int x = 0;
-    int y = 0;
-    int width = 0;
-    int height = 0;
-};
 
 /// The destination of samples, in GDAL's terms.
 struct Buffer {
@@ -45,7 +38,7 @@ class PixelSource {
     virtual Pyxis::Size levelSize(int level) = 0;
     /// Reads a window of a level; the nearest sample counts where the buffer has another size.
     /// False when that cannot be done, or not with samples of the buffer's type.
-    virtual bool read(int level, const Window& window, const Buffer& buffer) = 0;
+    virtual bool read(int level, const kestms::RasterWindow& window, const Buffer& buffer) = 0;
 };
 
 /// GDAL's type for a band's samples; GDAL treats signed bytes as bytes.

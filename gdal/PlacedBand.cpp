@@ -28,7 +28,7 @@ bool PlacedBand::read(const kestms::PixelRectangle& window, const Buffer& buffer
            });
 }
 
-bool PlacedBand::read(const Window& window, const Buffer& buffer) {
+bool PlacedBand::read(const kestms::RasterWindow& window, const Buffer& buffer) {
     if (sampling_.place.isOwnGrid) {
         return source_ && Pyxis::answerOr(false, [&] {
                    return source_->read(sampling_.level, window, buffer);
@@ -41,9 +41,9 @@ bool PlacedBand::read(const Window& window, const Buffer& buffer) {
 }
 
 CPLErr PlacedBand::IReadBlock(int column, int row, void* data) {
-    const Window window{column * nBlockXSize, row * nBlockYSize,
-                        std::min(nBlockXSize, nRasterXSize - column * nBlockXSize),
-                        std::min(nBlockYSize, nRasterYSize - row * nBlockYSize)};
+    const kestms::RasterWindow window{column * nBlockXSize, row * nBlockYSize,
+                                      std::min(nBlockXSize, nRasterXSize - column * nBlockXSize),
+                                      std::min(nBlockYSize, nRasterYSize - row * nBlockYSize)};
     const GSpacing bytes = GDALGetDataTypeSizeBytes(eDataType);
     if (!read(window, {data, window.width, window.height, eDataType, bytes, bytes * nBlockXSize})) {
         CPLError(CE_Failure, CPLE_FileIO, "%s: the pixels cannot be read", path_.c_str());
@@ -70,7 +70,7 @@ CPLErr PlacedBand::IRasterIO(GDALRWFlag flag, int x, int y, int width, int heigh
                               ? read(kestms::PixelRectangle{extra->dfXOff, extra->dfYOff,
                                                             extra->dfXSize, extra->dfYSize},
                                      buffer)
-                              : read(Window{x, y, width, height}, buffer);
+                              : read(kestms::RasterWindow{x, y, width, height}, buffer);
         if (done) {
             return CE_None;
         }

@@ -42,7 +42,7 @@ class PlacedBand : public GDALRasterBand {
     const std::string& path() const { return path_; }
 
   private:
-    bool read(const Window& window, const Buffer& buffer);
+    bool read(const kestms::RasterWindow& window, const Buffer& buffer);
     bool read(const kestms::PixelRectangle& window, const Buffer& buffer);
 
     std::shared_ptr<PixelSource> source_;

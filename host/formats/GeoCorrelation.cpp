@@ -1,8 +1,8 @@
 #include "host/formats/GeoCorrelation.h"
 
-#include "pyxis/NoThrow.h"
-
 #include <utility>
+
+#include "pyxis/NoThrow.h"
 
 namespace Pyxis {
 

@@ -1,12 +1,13 @@
 #include "tool/raster/OutputGrid.h"
 
+#include <ogr_spatialref.h>
+
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <limits>
 #include <utility>
 
-#include <ogr_spatialref.h>
 #include "tool/raster/PixelGrid.h"
 #include "tool/terminal/Failure.h"
 #include "tool/terminal/Interrupt.h"
