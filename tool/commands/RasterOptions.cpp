@@ -140,8 +140,6 @@ void addRasterOptions(CLI::App& command, ExportRequest& request, const std::stri
         "--no-style", [&request] { request.withStyle = false; },
         "Write no OUT.qml, the layer style for natural colours in QGIS");
     addPartOptions(command, request);
-    // One grid was not always the default.
-    command.add_flag("--one-grid")->group("");
 }
 
 }  // namespace kestms
