@@ -4,6 +4,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstddef>
 #include <string_view>
 #include <system_error>
@@ -21,11 +22,13 @@ volatile std::sig_atomic_t interrupted = 0;
 volatile std::sig_atomic_t wakeUp = -1;  ///< descriptor that wakes the watcher
 
 extern "C" void noteInterrupt(int /*signal*/) {
+    const int before = errno;
     interrupted = 1;
     const char byte = 0;
     if (write(wakeUp, &byte, 1) < 0) {
         // Without a watcher the flag alone must do.
     }
+    errno = before;
 }
 
 /// Waits for an interrupt, then for the end of the guard; ends the process if that takes too long.
