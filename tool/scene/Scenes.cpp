@@ -49,10 +49,6 @@ std::string folderName(const std::string& path) {
     return name;
 }
 
-bool isBelow(const std::string& path, const std::string& folder) {
-    return folder.empty() ? path.find('/') == std::string::npos : path.starts_with(folder + "/");
-}
-
 /// The folder of the Sentinel-2 product that a file is part of: the ".SAFE" folder, or that of the
 /// granule if the former was renamed or is not there; empty when it is part of none.
 std::string safeFolderOf(const std::string& path) {
@@ -310,6 +306,9 @@ class Sorter {
         for (Gathered& each : products_) {
             owners.try_emplace({each.scene.folder, each.scene.name}, &each.scene);
         }
+        const auto relative = std::find_if(owners.begin(), owners.end(), [](const auto& each) {
+            return !each.first.first.starts_with('/');
+        });
         // Metadata of a folder without a product go with its rasters.
         std::stable_partition(loose_.begin(), loose_.end(), std::not_fn(isMetadataFile));
         std::map<std::string, std::size_t> byFolder;
@@ -317,10 +316,11 @@ class Sorter {
             const bool isMetadata = isMetadataFile(path);
             Scene* owner = ownerOf(path, std::string(fileNameOf(path)), owners);
             if (owner == nullptr && isMetadata) {  // of a product, above the folders of its bands
-                const auto below = std::find_if(owners.begin(), owners.end(), [&](auto& each) {
-                    return isBelow(each.first.first, folderOf(path));
-                });
-                owner = below != owners.end() ? below->second : nullptr;
+                const std::string folder = path.substr(0, path.rfind('/') + 1);
+                const auto below = folder.empty() ? relative : owners.lower_bound({folder, ""});
+                owner = below != owners.end() && below->first.first.starts_with(folder)
+                            ? below->second
+                            : nullptr;
             }
             if (owner != nullptr) {
                 owner->setAside.push_back({path, reasonFor(path, *owner, isMetadata), false});
