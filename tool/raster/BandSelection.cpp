@@ -125,7 +125,7 @@ constexpr Matcher kMatchers[] = {
     [](const Band& band, const std::string& word) {
         return hasCodeLike(band, word) || endsFileName(band, word) || matches(band.name, word) ||
                matches(band.commonName, word) ||
-               matches(std::string(fileNameOf(band.componentPath)), word);
+               matches(std::string(nameOf(band.componentPath)), word);
     },
 };
 

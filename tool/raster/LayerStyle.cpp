@@ -14,7 +14,7 @@ constexpr std::string_view kEndOfMark = " -->\n";
 
 /// Other programs leave comments out when they save a style.
 std::string markFor(const std::string& path) {
-    std::string name = xmlText(std::string(fileNameOf(path)));
+    std::string name = xmlText(std::string(nameOf(path)));
     // A comment cannot hold two hyphens.
     for (std::size_t at = 0; (at = name.find("--", at)) != name.npos;) {
         name.replace(at, 2, "- -");

@@ -103,7 +103,7 @@ void addStyle(const Context& context, const OutputRaster& raster, const std::str
         if (!existing || !isLayerStyleOf(*existing, raster.path)) {
             if (!existing || !showTheSame(*existing, style)) {
                 notes.push_back({path, "the style that is there stays, and QGIS shows " +
-                                           std::string(fileNameOf(raster.path)) + " by it"});
+                                           std::string(nameOf(raster.path)) + " by it"});
             }
             return;
         }

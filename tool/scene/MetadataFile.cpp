@@ -37,12 +37,12 @@ bool isLandsatMetadata(const std::string& path) {
 }
 
 bool mayDescribeScene(const std::string& path) {
-    const std::string_view name = fileNameOf(path);
+    const std::string_view name = nameOf(path);
     return isMetadataFile(path) && (isNamedByProduct(name) || name.find("_MTL.") != name.npos);
 }
 
 bool describesScene(const std::string& path, const std::string& scene) {
-    const std::string_view name = fileNameOf(path);
+    const std::string_view name = nameOf(path);
     return name.starts_with(scene) || isNamedByProduct(name);
 }
 

@@ -6,27 +6,25 @@
 #include <string_view>
 
 #include "host/Text.h"
+#include "host/file/PathName.h"
 
 // The parts of a path as text. Every file of a set is asked for some: std::filesystem::path splits
 // a whole path into a list of parts first. The views point into the path.
 
 namespace kestms {
 
-/// The name of a file, behind the last slash.
-inline std::string_view fileNameOf(std::string_view path) {
-    return path.substr(path.rfind('/') + 1);
-}
+using Pyxis::nameOf;
 
 /// With its dot, or empty; a name whose only dot comes first has none.
 inline std::string_view extensionOf(std::string_view path) {
-    const std::string_view name = fileNameOf(path);
+    const std::string_view name = nameOf(path);
     const std::size_t dot = name == ".." ? name.npos : name.rfind('.');
     return dot == name.npos || dot == 0 ? std::string_view() : name.substr(dot);
 }
 
 /// The name of a file without its extension.
 inline std::string_view stemOf(std::string_view path) {
-    const std::string_view name = fileNameOf(path);
+    const std::string_view name = nameOf(path);
     return name.substr(0, name.size() - extensionOf(name).size());
 }
 

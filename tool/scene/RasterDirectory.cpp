@@ -37,7 +37,7 @@ bool isDigit(char c) {
 }
 
 bool isHidden(std::string_view path) {
-    return fileNameOf(path).starts_with('.');
+    return nameOf(path).starts_with('.');
 }
 
 /// A file with the name of a raster is listed even when no codec reads it, so that a damaged one

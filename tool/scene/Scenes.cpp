@@ -134,7 +134,7 @@ bool isPictureOf(const Scene& scene, const std::string& path) {
 
 /// Of a Sentinel-2 product: "MSK_DETFOO_B02.jp2".
 bool isMaskOfProduct(const std::string& path) {
-    return fileNameOf(path).starts_with("MSK_") && !safeFolderOf(path).empty();
+    return nameOf(path).starts_with("MSK_") && !safeFolderOf(path).empty();
 }
 
 /// Why a file is set aside that has the band or layer of another one.
@@ -314,7 +314,7 @@ class Sorter {
         std::map<std::string, std::size_t> byFolder;
         for (const std::string& path : loose_) {
             const bool isMetadata = isMetadataFile(path);
-            Scene* owner = ownerOf(path, std::string(fileNameOf(path)), owners);
+            Scene* owner = ownerOf(path, std::string(nameOf(path)), owners);
             if (owner == nullptr && isMetadata) {  // of a product, above the folders of its bands
                 const std::string folder = path.substr(0, path.rfind('/') + 1);
                 const auto below = folder.empty() ? relative : owners.lower_bound({folder, ""});
