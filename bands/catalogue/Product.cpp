@@ -27,16 +27,20 @@ std::u16string_view uncompressed(std::u16string_view path) {
                : path;
 }
 
+/// The path with another sign between folders.
+std::u16string withSeparator(std::u16string path, char16_t sign) {
+    std::replace_if(
+        path.begin(), path.end(),
+        [](char16_t c) { return kSeparators.find(c) != kSeparators.npos; }, sign);
+    return path;
+}
+
 std::u16string comparableText(std::u16string_view path) {
     path = uncompressed(path);
     const std::size_t nameStart = path.find_last_of(kSeparators) + 1;
     const std::size_t dot = path.find_last_of(u'.');
-    std::u16string text =
-        upperCase(path.substr(0, dot == path.npos || dot < nameStart ? path.size() : dot));
-    std::replace_if(
-        text.begin(), text.end(),
-        [](char16_t c) { return kSeparators.find(c) != kSeparators.npos; }, u'/');
-    return text;
+    return withSeparator(
+        upperCase(path.substr(0, dot == path.npos || dot < nameStart ? path.size() : dot)), u'/');
 }
 
 int number(std::u16string_view digits) {
@@ -113,17 +117,21 @@ std::optional<ProductFile> Product::match(const ProductPath& whole) const {
         file.band = &bands[bandOfCode[found->code]];
         file.bucket = &buckets[each.bucket.value_or(file.band->bucket)];
         file.date = isoDate(found->date);
-        const std::size_t end = std::min(path.find_first_of(kSeparators, *start), path.size());
-        file.witnessBase = path.substr(0, end);
+        std::size_t inScene = *start;
         std::u16string_view folder = view.substr(0, *start - std::min<std::size_t>(*start, 1));
         if (found->scene) {
+            const auto sceneStart = static_cast<std::size_t>(found->scene->data() - view.data());
+            const std::size_t sceneEnd = sceneStart + found->scene->size();
+            inScene = view.substr(sceneEnd).starts_with(u'/') ? sceneEnd + 1 : inScene;
             file.sceneKey = *found->scene;
-            file.scene = path.substr(static_cast<std::size_t>(found->scene->data() - view.data()),
-                                     found->scene->size());
+            // Outputs are named after scenes.
+            file.scene =
+                withSeparator(std::u16string(path.substr(sceneStart, found->scene->size())), u'_');
         } else {
             file.sceneKey = folder;
             file.scene = path.substr(0, folder.size()).substr(folder.rfind(u'/') + 1);
         }
+        file.witnessBase = path.substr(0, path.find_first_of(kSeparators, inScene));
         return file;
     }
     return std::nullopt;

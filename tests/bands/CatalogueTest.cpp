@@ -39,6 +39,7 @@ const std::string kDocument = R"(<?xml version="1.0"?>
   <product id="three" bands="sensor">
     <name>Product three</name>
     <file>[s##]_{band}</file>
+    <file>[s##/@]/x{band}</file>
     <witness>meta.xml</witness>
   </product>
 </catalogue>
@@ -137,6 +138,8 @@ TEST_F(CatalogueTest, AsksForAWitnessThroughTheFinder) {
     EXPECT_THAT(world_.events, testing::Contains("find meta.xml by /x/Scene/R10m").Times(1));
     EXPECT_EQ(open(paths, false).substr(0, 1), "1");
     EXPECT_EQ(open({"B2.jp2", "B1.jp2"}).substr(0, 6), "9 two:");
+    EXPECT_EQ(open({"/x/s01/a/xB2.tif", "/x/s01/a/xB1.tif"}).substr(0, 8), "9 s01_a:");
+    EXPECT_THAT(world_.events, testing::Contains("find meta.xml by /x/s01/a/xB2.tif"));
     // Each folder needs its own.
     const std::vector<std::string> apart{"/x/s01_B1.tif", "/x/s01_QA.tif", "/y/s01_B2.tif"};
     EXPECT_EQ(open(apart).substr(0, 6), "9 s01:");
@@ -160,7 +163,7 @@ TEST_F(CatalogueTest, TellsWhyADocumentCannotBeUsed) {
         {"<catalogue>\n<!--", "line 1: an element without its end tag"},
         {"<!DOCTYPE catalogue []>" + kDocument, "line 1: a document type"},
         {utf16("<!DOCTYPE catalogue []>" + catalogueOf("")), "line 1: a document type"},
-        {kDocument + "more", "line 27: text outside the root element"},
+        {kDocument + "more", "line 28: text outside the root element"},
         {catalogueOf("") + "<![CDATA[more]]>", "text outside the root element"},
         {catalogueOf("\n<!-- caf\xE9 -->"), "line 2: bytes that are not UTF-8"},
         {catalogueOf("<!-- \xED\xA0\x80 -->"), "bytes that are not UTF-8"},
