@@ -3,6 +3,7 @@
 #include <cpl_conv.h>
 
 #include <array>
+#include <limits>
 #include <set>
 #include <string_view>
 #include <utility>
@@ -41,6 +42,8 @@ SharedSession& SharedSession::instance() {
 SharedSession::SharedSession() {
     // A program such as QGIS runs for days while files change under it.
     context_.changes = kestms::Session::Changes::Notice;
+    // The Python package learns from the message which scenes there are.
+    context_.mostScenesNamed = std::numeric_limits<std::size_t>::max();
     if (const char* products = CPLGetConfigOption("KESTMS_PRODUCTS", nullptr)) {
         usualProducts_.emplace_back(products);
     }

@@ -21,6 +21,10 @@ from kestms.rasters import PathLike, Source, data_set_name, is_document, opened
 
 __all__ = ["Band", "Bucket", "Scene", "open", "scenes"]
 
+_OF_PRODUCT = "catalogue"
+#: A scene in the driver's message: "NAME", or "NAME (PRODUCT, FOLDER)" if several have the name.
+_LABEL = re.compile(r"([^,(]+?)(?: \((?:([^,()]+), )?([^()]*)\))?(?:, |$)")
+
 
 @dataclass(frozen=True)
 class Band:
@@ -159,8 +163,8 @@ def open(path: PathLike, *, scene: str | None = None) -> Scene:  # noqa: A001
 
 def scenes(path: PathLike) -> Iterator[Scene]:
     """The scenes in a folder and those below it, each once, and the documents there."""
-    known: list[set[Path]] = []
-    several: list[tuple[str, list[str]]] = []
+    known: list[Scene] = []
+    several: list[tuple[str, str]] = []
 
     def unknown(folder: str, name: str | None = None) -> Iterator[Scene]:
         try:
@@ -169,11 +173,10 @@ def scenes(path: PathLike) -> Iterator[Scene]:
             # The reason lists them; those with a folder of their own are found there.
             names = re.search(r"SCENE=NAME: (.+)", str(error))
             if names and name is None:
-                several.append((folder, names[1].split(", ")))
+                several.append((folder, names[1]))
             return
-        files = {band.path for band in scene}
-        if not any(files <= others for others in known):
-            known.append(files)
+        if not any(_is_part(scene, whole) for whole in known):
+            known.append(scene)
             yield scene
 
     for folder, folders, files in os.walk(path):
@@ -183,9 +186,24 @@ def scenes(path: PathLike) -> Iterator[Scene]:
             document = os.path.join(folder, name)
             if name.lower().endswith(".xml") and is_document(document):
                 yield open(document)
-    for folder, names in reversed(several):
-        for name in names:
-            yield from unknown(folder, name)
+    for folder, labels in reversed(several):
+        for name, product, place in _LABEL.findall(labels):
+            yield from unknown(place or folder, product or name)
+
+
+def _is_part(scene: Scene, whole: Scene) -> bool:
+    """Whether a set has bands of another one, or below it other forms of them, or pictures."""
+    files = {band.path for band in scene}
+    others = {band.path for band in whole}
+    if files <= others or whole.scheme != _OF_PRODUCT:
+        return files <= others
+    if scene.scheme == _OF_PRODUCT:
+        return scene.name == whole.name and _are_below(files, os.path.abspath(whole.path))
+    return _are_below(files, os.path.commonpath([path.parent for path in others]))
+
+
+def _are_below(files: set[Path], folder: str) -> bool:
+    return all(path.is_relative_to(folder) for path in files)
 
 
 def _band(raster: rasterio.DatasetReader, source: Source, index: int,

@@ -68,13 +68,17 @@ def test_a_scene_opened_anew_shows_what_changed(tmp_path):
 def test_scenes_below_a_folder(tmp_path):
     for name in ("first", "second/inner", "third"):
         (tmp_path / name).mkdir(parents=True)
-    products = [f"LC08_L2SP_005009_{day}_20200908_02_T2" for day in ("20150710", "20150726")]
+    products = [f"LC08_L2SP_005009_201507{day}_20200908_02_T2" for day in range(10, 22)]
     for code, band in {"B10": "SR_B2", "B20": "SR_B3"}.items():
         for name in ("first", "second/inner"):
             write_component(tmp_path / name, code)
         for product in products:
             path = tmp_path / "third" / f"{product}_{band}.TIF"
             write_component(tmp_path / "third", code).rename(path)
+        for size in ("10m", "20m"):  # the coarser bands are part of the scene
+            path = tmp_path / f"tile/R{size}/T32TQM_20210920T101019_B0{band[-1]}_{size}.tif"
+            path.parent.mkdir(parents=True, exist_ok=True)
+            write_component(path.parent, code).rename(path)
     (tmp_path / "first" / f"{products[0]}_MTL.xml").write_text("<LANDSAT_METADATA_FILE/>")
     write_document(tmp_path / "SET.xml", sorted((tmp_path / "first").glob("*.TIF")))
     (tmp_path / "notes.xml").write_text("<notes/>")
@@ -82,7 +86,8 @@ def test_scenes_below_a_folder(tmp_path):
     found = [(scene.path, scene.name) for scene in kestms.scenes(tmp_path)]
     assert found == [(str(tmp_path / name), scene) for name, scene in (
         ("SET.xml", "L71026029_02920000609"), ("first", "L71026029_02920000609"),
-        ("second", "L71026029_02920000609"), ("third", products[0]), ("third", products[1]))]
+        ("second", "L71026029_02920000609"), ("tile", "T32TQM_20210920T101019"),
+        *(("third", product) for product in products))]
 
 
 def test_what_is_no_set_says_why(tmp_path):

@@ -9,6 +9,7 @@
 
 #include "tool/scene/InputFiles.h"
 #include "tool/scene/Products.h"
+#include "tool/scene/SceneNames.h"
 #include "tool/scene/Scenes.h"
 #include "tool/scene/Session.h"
 #include "tool/terminal/Failure.h"
@@ -46,6 +47,8 @@ class Context {
     bool takesRemoteNames = false;
     /// The scene to use if a folder has several.
     std::string scene;
+    /// How many scenes the message names that asks to choose one.
+    std::size_t mostScenesNamed = kMostScenesNamed;
     bool withQuality = false;  ///< quality and other layers are included if they fit
     bool skipMisfits = false;  ///< components that do not fit are left out
     /// Components that may be left out if they do not fit.

@@ -75,7 +75,8 @@ void SceneChoice::takeScene(const std::string& name, const std::vector<Scene>& s
     if (choice.size() > 1) {
         throw Failure(ExitCode::Usage, name,
                       "holds " + std::to_string(choice.size()) +
-                          " scenes; choose one with --scene NAME: " + sceneNames(choice));
+                          " scenes; choose one with --scene NAME: " +
+                          sceneNames(choice, context_.mostScenesNamed));
     }
     const Scene& scene = taken_.emplace_back(choice.front());
     if (scene.files.empty() && !context_.withQuality) {

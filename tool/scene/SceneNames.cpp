@@ -45,13 +45,12 @@ std::string labelOf(const Scene& scene, const Scenes& scenes) {
                                scene.folder + ")";
 }
 
-std::string labelsOf(const Scenes& scenes) {
-    constexpr std::size_t kMostListed = 10;
+std::string labelsOf(const Scenes& scenes, std::size_t most) {
     std::string labels;
-    for (std::size_t i = 0; i < std::min(scenes.size(), kMostListed); ++i) {
+    for (std::size_t i = 0; i < std::min(scenes.size(), most); ++i) {
         labels += (i == 0 ? "" : ", ") + labelOf(*scenes[i], scenes);
     }
-    return scenes.size() > kMostListed ? labels + " and others" : labels;
+    return scenes.size() > most ? labels + " and others" : labels;
 }
 
 }  // namespace
@@ -72,7 +71,7 @@ const Scene* findScene(const std::vector<Scene>& scenes, const std::string& name
             throw Failure(ExitCode::Usage, name,
                           "names several scenes; --scene takes the name of a product or a folder "
                           "too: " +
-                              labelsOf(found));
+                              labelsOf(found, kMostScenesNamed));
         }
         if (!found.empty()) {
             return found.front();
@@ -81,11 +80,11 @@ const Scene* findScene(const std::vector<Scene>& scenes, const std::string& name
     return nullptr;
 }
 
-std::string sceneNames(const std::vector<Scene>& scenes) {
+std::string sceneNames(const std::vector<Scene>& scenes, std::size_t most) {
     Scenes all;
     std::transform(scenes.begin(), scenes.end(), std::back_inserter(all),
                    [](const Scene& scene) { return &scene; });
-    return labelsOf(all);
+    return labelsOf(all, most);
 }
 
 }  // namespace kestms

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -14,8 +15,11 @@ namespace kestms {
 /// ExitCode::Usage that lists them when there are several.
 const Scene* findScene(const std::vector<Scene>& scenes, const std::string& name);
 
-/// The names of scenes for a message, with commas, cut after a few. Where several have one name,
+/// How many scenes a message names.
+inline constexpr std::size_t kMostScenesNamed = 10;
+
+/// The names of scenes for a message, with commas, cut after `most`. Where several have one name,
 /// their products and folders tell them apart.
-std::string sceneNames(const std::vector<Scene>& scenes);
+std::string sceneNames(const std::vector<Scene>& scenes, std::size_t most = kMostScenesNamed);
 
 }  // namespace kestms
