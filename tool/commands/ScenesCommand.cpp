@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <ostream>
@@ -29,6 +30,16 @@ struct Examined {
     std::string reason;  ///< why there is no set
 };
 
+/// Sets aside the files of bands that the set does not have.
+void addUnreadable(const OpenedSet& set, Scene& scene) {
+    const std::vector<std::string>& read = set.files();
+    for (const std::string& path : scene.files) {
+        if (std::find(read.begin(), read.end(), path) == read.end()) {
+            scene.setAside.push_back({path, "unreadable", false});
+        }
+    }
+}
+
 Examined examine(Context& context, const Scene& scene) {
     throwIfInterrupted();
     Examined examined{scene, std::nullopt, {}};
@@ -39,6 +50,9 @@ Examined examine(Context& context, const Scene& scene) {
             throw;
         }
         examined.reason = scene.files.empty() ? "no bands" : failure.what();
+    }
+    if (examined.set) {
+        addUnreadable(*examined.set, examined.scene);
     }
     if (examined.set && scene.product.empty()) {
         const SetDescription& shared = examined.set->description();

@@ -191,6 +191,13 @@ OpenedSet::OpenedSet(Session& session, const Pyxis::FileSpecifier& set) {
         failUndecodable(diagnose(session, set));
     }
     image_.reset(codec.openImage(&set, session.finder()));
+    if (image_ && kest::countComponents(specifier()) != kest::countComponents(set)) {
+        // Components after an unreadable one may lose their bands; the codec's remedy is a list
+        // without it.
+        Pyxis::FileSpecifier readable = set;
+        codec.purifyFileSet(readable);
+        image_.reset(codec.openImage(&readable, session.finder()));
+    }
     if (!image_) {
         throw Failure(ExitCode::Unexpected, "the set cannot be opened");
     }
@@ -311,6 +318,9 @@ OpenedSet openOrHint(Session& session, const Pyxis::FileSpecifier& set) {
 
 void warnOfLeftOut(const Context& context, const Pyxis::FileSpecifier& given,
                    const Pyxis::FileSpecifier& taken) {
+    if (kest::countComponents(taken) == kest::countComponents(given)) {
+        return;
+    }
     const std::vector<Component> rest = componentsOf(taken);
     std::size_t next = 0;
     // The opened components are the given ones in order, with some left out.
@@ -357,15 +367,8 @@ OpenedSet openSet(Context& context, const std::vector<std::string>& arguments) {
     for (const std::string& file : opened.files()) {
         context.inputs.add(file);
     }
-    if (kest::countComponents(opened.specifier()) == kest::countComponents(given)) {
-        return opened;
-    }
     warnOfLeftOut(context, given, opened.specifier());
-    // Components after an unreadable one may lose their bands; the codec's remedy is a list
-    // without it.
-    Pyxis::FileSpecifier pure = given;
-    context.session().codec().purifyFileSet(pure);
-    return {context.session(), pure};
+    return opened;
 }
 
 }  // namespace kestms
