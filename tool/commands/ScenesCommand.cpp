@@ -141,7 +141,10 @@ ExitCode scenes(Context& context, const ScenesOptions& options) {
 void addScenesCommand(CLI::App& app, Context& context) {
     auto options = std::make_shared<ScenesOptions>();
     CLI::App* command = app.add_subcommand("scenes", "List the scenes in folders and among files");
-    command->add_option("PATH", options->paths, "Folders (with all below them), files, globs")
+    command
+        ->add_option("PATH", options->paths,
+                     "Folders (with all below them), archives, files, globs,\n"
+                     "or the metadata files of scenes")
         ->required();
     command->add_flag("--json", options->json, "Write JSON");
     command->footer(

@@ -119,24 +119,32 @@ void SceneChoice::takeFolder(const std::string& folder) {
               [&folder](const Scene& scene) { return isDirectlyIn(scene, folder); });
 }
 
-bool SceneChoice::takeSceneOf(const std::string& metadata) {
+std::optional<Scene> sceneDescribedBy(Session& session, const std::string& metadata) {
     if (!mayDescribeScene(metadata)) {  // a folder can be large
-        return false;
+        return std::nullopt;
     }
     const fs::path path = fs::absolute(metadata).lexically_normal();
     std::vector<std::string> files = rastersBelow(path.parent_path());
     files.push_back(path);
-    for (Scene& scene : scenesAmong(context_.session(), files)) {
+    for (Scene& scene : scenesAmong(session, files)) {
         const bool isOfScene = std::erase_if(scene.setAside, [&](const SetAside& each) {
                                    return each.path == path && describesScene(path, scene.name);
                                }) > 0;
         if (isOfScene && !scene.product.empty()) {
-            context_.inputs.add(metadata);
-            takeScene(metadata, {scene}, [](const Scene&) { return true; });
-            return true;
+            return scene;
         }
     }
-    return false;
+    return std::nullopt;
+}
+
+bool SceneChoice::takeSceneOf(const std::string& metadata) {
+    const std::optional<Scene> scene = sceneDescribedBy(context_.session(), metadata);
+    if (!scene) {
+        return false;
+    }
+    context_.inputs.add(metadata);
+    takeScene(metadata, {*scene}, [](const Scene&) { return true; });
+    return true;
 }
 
 void SceneChoice::takeGlob(const std::string& pattern, const std::vector<std::string>& files) {

@@ -17,6 +17,9 @@ struct InputEntry {
     bool isNamed = false;           ///< by itself
 };
 
+/// The scene of a product that a metadata file in its folder describes; nothing without one.
+std::optional<Scene> sceneDescribedBy(Session& session, const std::string& metadata);
+
 /// Decides which files of scenes become components, and says in one line what is left out.
 class SceneChoice {
   public:
@@ -26,7 +29,7 @@ class SceneChoice {
 
     /// Adds the one scene in a folder, or the one of several that the user chose.
     void takeFolder(const std::string& folder);
-    /// Adds the scene of a product that a metadata file in its folder describes; false without one.
+    /// Adds the scene that a metadata file describes; false without one.
     bool takeSceneOf(const std::string& metadata);
     /// As `takeFolder` for a glob; files of no product need not share a folder.
     void takeGlob(const std::string& pattern, const std::vector<std::string>& files);

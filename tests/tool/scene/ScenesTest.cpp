@@ -137,6 +137,12 @@ TEST_F(Scenes, FramesAndMetadataThatAreNamedAreSortedToo) {
     EXPECT_EQ(scenes[0]["setAside"].size(), 5U);
     // Files of a scene that have no folder in common.
     EXPECT_EQ(runTool({"check", "/" + kFirst + "_SR_B2.TIF", kFirst + "_SR_B3.TIF"}).code, 3);
+    const auto described = scenesOf({prefix + "_MTL.txt", prefix + "_MTL.xml"});
+    ASSERT_EQ(described.size(), 1U);
+    EXPECT_EQ(described[0]["bands"].size(), 3U);
+    // A file that was not downloaded whole costs no other band.
+    std::filesystem::resize_file(prefix + "_SR_B2.TIF", 100);
+    EXPECT_EQ(scenesOf({prefix + "_MTL.txt"})[0]["bands"].size(), 2U);
 }
 
 TEST_F(Scenes, WhatElseIsInAFolderIsMentioned) {
