@@ -62,7 +62,8 @@ std::optional<Component> withFrame(const std::string& argument) {
     return component;
 }
 
-/// A line of a list up to "#" at its start or after a blank; "FILE#FRAME" has none.
+/// A line of a list without blanks around it, up to "#" at its start or after a blank; "FILE#FRAME"
+/// has none.
 std::string withoutComment(const std::string& line) {
     constexpr std::string_view kBlanks = " \t";
     std::size_t end = line.find('#');
@@ -70,10 +71,9 @@ std::string withoutComment(const std::string& line) {
            kBlanks.find(line[end - 1]) == std::string_view::npos) {
         end = line.find('#', end + 1);
     }
-    if (end == std::string::npos) {
-        return line;
-    }
-    return line.substr(0, line.substr(0, end).find_last_not_of(kBlanks) + 1);
+    const std::string text = line.substr(0, end);
+    const std::size_t start = std::min(text.find_first_not_of(kBlanks), text.size());
+    return text.substr(start, text.find_last_not_of(kBlanks) + 1 - start);
 }
 
 /// Why a text is not a component list; null when it is one.

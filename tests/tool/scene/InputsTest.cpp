@@ -48,7 +48,8 @@ TEST_F(Inputs, TakeFilesFramesAndLists) {
     EXPECT_THAT(named({one, stack}),
                 ElementsAre("b1.tif#0", "stack.tif#0", "stack.tif#1", "stack.tif#2"));
     EXPECT_THAT(named({stack + "#2", one + "#0"}), ElementsAre("stack.tif#2", "b1.tif#0"));
-    EXPECT_THAT(named({"-"}, stack + "#1\r\n\n" + one), ElementsAre("stack.tif#1", "b1.tif#0"));
+    EXPECT_THAT(named({"-"}, " " + stack + "#1\t \r\n\n" + one),
+                ElementsAre("stack.tif#1", "b1.tif#0"));
     EXPECT_THAT(named({one, "-"}, stack + "#1"), ElementsAre("b1.tif#0", "stack.tif#1"));
     fakes::writeFile(directory_ / "list.txt", one + "\n" + stack + "#2\n");
     EXPECT_THAT(named({"@" + (directory_ / "list.txt")}), ElementsAre("b1.tif#0", "stack.tif#2"));
