@@ -52,6 +52,10 @@ std::vector<Band> bandsToShow(std::vector<Band> bands, const ExportRequest& requ
     if (!request.bands.empty() && (bands.size() == 1 || bands.size() == kChannels)) {
         return bands;
     }
+    if (!request.bands.empty() && bands.size() == 2) {
+        throw Failure(ExitCode::Usage, "--bands",
+                      "one band makes a grey picture and three a coloured one, but not two");
+    }
     assignDisplayChannels(bands);
     std::vector<Band> colours = bandsOfChannels(bands);
     if (colours.size() == kChannels) {

@@ -41,8 +41,10 @@ TEST_F(Pictures, AreOfTheBandsAndFormatAskedFor) {
     EXPECT_EQ(infoOf("w.png", {"--window", "3,4,8,16"})["size"], (json{16, 32}));
     EXPECT_EQ(infoOf("p.jpg", {})["driverShortName"], "JPEG");
     EXPECT_EQ(infoOf("p.webp", {})["driverShortName"], "WEBP");
-    for (const Strings& wrong : {Strings{"red,nir"}, {"red,nir,green", "--bands", "red"}}) {
-        const Strings command = {"quicklook", set, "-o", directory_ / "x.png", "--rgb"};
+    for (const Strings& wrong : {Strings{"--rgb", "red,nir"},
+                                 {"--bands", "red,nir"},
+                                 {"--rgb", "red,nir,green", "--bands", "red"}}) {
+        const Strings command = {"quicklook", set, "-o", directory_ / "x.png"};
         EXPECT_EQ(runTool(joined(command, wrong)).code, 2);
     }
     // Of a set that knows no channels, those of its components: here bands 3, 2 and 1.
