@@ -199,6 +199,9 @@ FolderContents rasterFilesBelow(const std::string& directory) {
     const bool isNamed = !last.empty() && last != "." && last != "..";
     RasterFiles rasters;
     std::error_code error;
+    if (fs::directory_iterator(directory, error); error) {  // unlike folders below, not skipped
+        throw Failure(ExitCode::CannotRead, directory, error.message());
+    }
     fs::recursive_directory_iterator entries(
         isNamed ? fs::path(directory) : fs::weakly_canonical(directory, none),
         fs::directory_options::skip_permission_denied, error);
