@@ -123,7 +123,9 @@ std::optional<ProductFile> Product::match(const ProductPath& whole) const {
             const auto sceneStart = static_cast<std::size_t>(found->scene->data() - view.data());
             const std::size_t sceneEnd = sceneStart + found->scene->size();
             inScene = view.substr(sceneEnd).starts_with(u'/') ? sceneEnd + 1 : inScene;
-            file.sceneKey = *found->scene;
+            // Folders of the same names elsewhere are a copy.
+            const bool isTree = found->scene->find(u'/') != found->scene->npos;
+            file.sceneKey = isTree ? view.substr(0, sceneEnd) : *found->scene;
             // Outputs are named after scenes.
             file.scene =
                 withSeparator(std::u16string(path.substr(sceneStart, found->scene->size())), u'_');

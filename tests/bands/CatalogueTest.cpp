@@ -140,6 +140,7 @@ TEST_F(CatalogueTest, AsksForAWitnessThroughTheFinder) {
     EXPECT_EQ(open({"B2.jp2", "B1.jp2"}).substr(0, 6), "9 two:");
     EXPECT_EQ(open({"/x/s01/a/xB2.tif", "/x/s01/a/xB1.tif"}).substr(0, 8), "9 s01_a:");
     EXPECT_THAT(world_.events, testing::Contains("find meta.xml by /x/s01/a/xB2.tif"));
+    EXPECT_EQ(open({"/x/s01/a/xB2.tif", "/y/s01/a/xB1.tif"}).substr(0, 1), "1");  // copies
     // Each folder needs its own.
     const std::vector<std::string> apart{"/x/s01_B1.tif", "/x/s01_QA.tif", "/y/s01_B2.tif"};
     EXPECT_EQ(open(apart).substr(0, 6), "9 s01:");
