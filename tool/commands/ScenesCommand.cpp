@@ -70,6 +70,16 @@ std::string pixelSizes(const OpenedSet& set) {
     return text;
 }
 
+/// Its name, with its folder if another one has the name and is of the same product.
+std::string labelOf(const Scene& scene, const std::vector<Examined>& scenes) {
+    const auto isLike = [&scene](const Examined& each) {
+        return each.scene.name == scene.name && each.scene.product == scene.product;
+    };
+    return std::count_if(scenes.begin(), scenes.end(), isLike) == 1
+               ? scene.name
+               : scene.name + " (" + scene.folder + ")";
+}
+
 std::string scenesText(const std::vector<Examined>& scenes, std::size_t columns) {
     using Align = TextTable::Align;
     using Fit = TextTable::Fit;
@@ -81,7 +91,7 @@ std::string scenesText(const std::vector<Examined>& scenes, std::size_t columns)
                      {"Set aside", Align::Left, Fit::KeepStart},
                      {"Decodable", Align::Left, Fit::KeepStart}});
     for (const Examined& each : scenes) {
-        table.addRow({each.scene.name, each.scene.productName, each.scene.date,
+        table.addRow({labelOf(each.scene, scenes), each.scene.productName, each.scene.date,
                       std::to_string(each.set ? each.set->bands().size() : each.scene.files.size()),
                       each.set ? pixelSizes(*each.set) : "", summaryOf(each.scene.setAside),
                       each.set ? "yes" : "no: " + each.reason});

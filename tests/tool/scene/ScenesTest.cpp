@@ -189,6 +189,7 @@ TEST_F(Scenes, CopiesOfASceneAreToldApart) {
     }
     EXPECT_EQ(scenes[0]["setAside"][0]["reason"], "preview");
     EXPECT_THAT(runTool({"info", directory_ / "two"}).err, HasSubstr("N0500_T32TQM.SAFE)"));
+    EXPECT_THAT(runTool({"scenes", directory_ / "two"}).out, HasSubstr("N0500_T32TQM.SAFE)"));
     const auto bands = bandsOf({directory_ / "two", "--scene", "*N0500*"});
     EXPECT_THAT(bands[1]["file"].get<std::string>(), HasSubstr("N0500"));
     EXPECT_EQ(runTool({"info", directory_ / "two", "--scene", "y"}).code, 0);
