@@ -175,7 +175,7 @@ def scenes(path: PathLike) -> Iterator[Scene]:
             if names and name is None:
                 several.append((folder, names[1]))
             return
-        if not any(_is_part(scene, whole) for whole in known):
+        if not any(_is_part(scene, whole, name is not None) for whole in known):
             known.append(scene)
             yield scene
 
@@ -191,11 +191,14 @@ def scenes(path: PathLike) -> Iterator[Scene]:
             yield from unknown(place or folder, product or name)
 
 
-def _is_part(scene: Scene, whole: Scene) -> bool:
-    """Whether a set has bands of another one, or below it other forms of them, or pictures."""
+def _is_part(scene: Scene, whole: Scene, is_listed: bool) -> bool:
+    """Whether a set has bands of another one, or below it other forms of them, or pictures.
+
+    What the driver lists are scenes, even if they share a name and a folder.
+    """
     files = {band.path for band in scene}
     others = {band.path for band in whole}
-    if files <= others or whole.scheme != _OF_PRODUCT:
+    if files <= others or is_listed or whole.scheme != _OF_PRODUCT:
         return files <= others
     if scene.scheme == _OF_PRODUCT:
         return scene.name == whole.name and _are_below(files, os.path.abspath(whole.path))

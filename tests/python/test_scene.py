@@ -79,6 +79,10 @@ def test_scenes_below_a_folder(tmp_path):
             path = tmp_path / f"tile/R{size}/T32TQM_20210920T101019_B0{band[-1]}_{size}.tif"
             path.parent.mkdir(parents=True, exist_ok=True)
             write_component(path.parent, code).rename(path)
+        for ending in ("", "_10m"):  # two products of one name
+            path = tmp_path / f"both/T33UXP_20210920T101019_B0{band[-1]}{ending}.tif"
+            path.parent.mkdir(exist_ok=True)
+            write_component(path.parent, code).rename(path)
     (tmp_path / "first" / f"{products[0]}_MTL.xml").write_text("<LANDSAT_METADATA_FILE/>")
     write_document(tmp_path / "SET.xml", sorted((tmp_path / "first").glob("*.TIF")))
     (tmp_path / "notes.xml").write_text("<notes/>")
@@ -87,7 +91,7 @@ def test_scenes_below_a_folder(tmp_path):
     assert found == [(str(tmp_path / name), scene) for name, scene in (
         ("SET.xml", "L71026029_02920000609"), ("first", "L71026029_02920000609"),
         ("second", "L71026029_02920000609"), ("tile", "T32TQM_20210920T101019"),
-        *(("third", product) for product in products))]
+        *(("third", product) for product in products), *[("both", "T33UXP_20210920T101019")] * 2)]
 
 
 def test_what_is_no_set_says_why(tmp_path):
