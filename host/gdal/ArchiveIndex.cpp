@@ -214,14 +214,27 @@ std::string pathIn(std::string_view records) {
     return std::string(value.substr(0, value.find('\n')));
 }
 
+/// Whether the file has so many bytes. A compressed one does not know.
+bool hasBytes(Reader& file, std::uint64_t count) {
+    if (count > 0) {
+        file.seek(count - 1);
+    }
+    return count == 0 || !file.take(1).empty();
+}
+
 Expected<std::vector<std::string>> tarNames(Reader& file, std::uint64_t mostBytes) {
     constexpr std::size_t kBlock = 512;
     constexpr std::uint64_t kMostOfName = 32768;
     Names names;
     std::string longName;
     bool isAny = false;
+    std::uint64_t end = 0;  // of the last file
     for (;;) {
         const std::string header = file.take(kBlock);
+        // Some have no blocks of zeros at their end. GDAL lists what there is of a broken download.
+        if (header.size() < kBlock && (!header.empty() || !hasBytes(file, end))) {
+            return unreadable("the archive is cut short");
+        }
         if (header.size() < kBlock || header[0] == '\0') {
             break;
         }
@@ -233,6 +246,7 @@ Expected<std::vector<std::string>> tarNames(Reader& file, std::uint64_t mostByte
         }
         isAny = true;
         const std::uint64_t next = file.at() + (*size + kBlock - 1) / kBlock * kBlock;
+        end = file.at() + *size;
         const char type = header[156];
         if (type == 'L' || type == 'x') {
             const std::string text = file.take(std::min(*size, kMostOfName));

@@ -159,6 +159,8 @@ TEST_F(Archives, HostileOnesAreRefusedWithAReason) {
          "a name of too many folders"},
         {"empty.zip", "", "damaged or empty"},
         {"empty.tar", "", "damaged or empty"},
+        {"short.tar", tarMember("a.tif", tif) + tarMember("b.tif", tif).substr(0, 700),
+         "cut short"},
         {"text.zip", std::string(600, 'x'), "no archive"},
         {"short.zip", whole.substr(0, whole.size() - 30), "damaged or empty"},
         {"torn.zip",
