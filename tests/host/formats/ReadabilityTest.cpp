@@ -21,6 +21,8 @@ TEST_F(Readability, ExplainsWhatCannotBeRead) {
     };
     const std::string tiffBytes = fakes::readFile(tiff);
     const std::string nitfBytes = fakes::readFile(nitf);
+    const std::string jpegBytes =
+        fakes::readFile(fakes::writeRaster(directory / "whole.jp2", {.driver = "JP2OpenJPEG"}));
     ASSERT_EQ(mkfifo((directory / "pipe.tif").c_str(), 0600), 0);
     // Metadata in a TIFF may name any file as overviews.
     const std::string sent = fakes::writeRaster(directory / "sent.tif");
@@ -40,6 +42,7 @@ TEST_F(Readability, ExplainsWhatCannotBeRead) {
         {content("cut.tif", tiffBytes.substr(0, tiffBytes.size() - 1)), "cut short"},
         {content("head.ntf", nitfBytes.substr(0, 300)), ""},
         {content("cut.ntf", nitfBytes.substr(0, nitfBytes.size() - 1)), "cut short"},
+        {content("cut.jp2", jpegBytes.substr(0, jpegBytes.size() - 1)), "cut short"},
         {"/vsimem/whole.tif", "not a plain file"},
         {"GTIFF_DIR:1:" + tiff, "No such file"},
         {"NITF_IM:0:" + nitf, "No such file"},
