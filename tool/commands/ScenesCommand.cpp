@@ -73,7 +73,7 @@ std::string pixelSizes(const OpenedSet& set) {
 /// Its name, with its folder if another one has the name and is of the same product.
 std::string labelOf(const Scene& scene, const std::vector<Examined>& scenes) {
     const auto isLike = [&scene](const Examined& each) {
-        return each.scene.name == scene.name && each.scene.product == scene.product;
+        return each.scene.name == scene.name && each.scene.productName == scene.productName;
     };
     return std::count_if(scenes.begin(), scenes.end(), isLike) == 1
                ? scene.name
