@@ -130,6 +130,22 @@ bool reachesBeyond(const PixelRectangle& part, const PixelRectangle& extent) {
            part.y + part.height - (extent.y + extent.height) >= 1;
 }
 
+/// For a box in degrees, most often, when the coordinate system has metres.
+[[noreturn]] void refuseEmptyPart(const PixelGrid& grid, const PixelRectangle& extent) {
+    const auto corner = [&](double right, double down) {
+        return grid.toWorld(extent.x + right * extent.width, extent.y + down * extent.height);
+    };
+    const std::array corners = {corner(0, 0), corner(1, 0), corner(0, 1), corner(1, 1)};
+    const auto byX = [](const auto& a, const auto& b) { return a.x < b.x; };
+    const auto byY = [](const auto& a, const auto& b) { return a.y < b.y; };
+    const auto [west, east] = std::minmax_element(corners.begin(), corners.end(), byX);
+    const auto [south, north] = std::minmax_element(corners.begin(), corners.end(), byY);
+    throw Failure(ExitCode::Usage, std::string(kHoldsNothing) + ", which covers " +
+                                       numberText(west->x) + "," + numberText(south->y) + "," +
+                                       numberText(east->x) + "," + numberText(north->y) +
+                                       " in its coordinate system");
+}
+
 /// The grid that the bands share, or the whole pixels of it that hold the part.
 SharedGrid gridOf(const std::vector<const Band*>& bands, const GridOptions& options,
                   const std::optional<ScenePart>& part) {
@@ -150,7 +166,7 @@ SharedGrid gridOf(const std::vector<const Band*>& bands, const GridOptions& opti
     const PixelRectangle requested = part ? rectangleOf(*part, grid) : extent;
     const PixelRectangle shown = intersection(wholePixels(requested), extent);
     if (!(shown.width >= 1 && shown.height >= 1)) {
-        throw Failure(ExitCode::Usage, kHoldsNothing);
+        refuseEmptyPart(grid, extent);
     }
     if (!(shown.width < kLargestSide && shown.height < kLargestSide)) {
         throw Failure(ExitCode::Usage, "the raster would have more pixels than fit into a file");

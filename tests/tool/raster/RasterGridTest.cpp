@@ -168,6 +168,8 @@ TEST_F(RasterExport, GridsAndPartsAreThoseAskedFor) {
         const Strings command = joined({"export", "-o", directory_ / "none.tif"}, files);
         EXPECT_EQ(runTool(joined(command, options)).code, 2) << options[1];
     }
+    EXPECT_THAT(runTool(joined({"vrt", "-o", "-", "--bbox", "1,2,3,4"}, files)).err,
+                testing::HasSubstr("which covers 500000,4599400,500600,4600000 in"));
     // In whole pixels of each file.
     const Strings split = {"vrt", "--split", "--window", "2,5,3,4", "-o", directory_ / "s.vrt"};
     const Strings names = {directory_ / "s_15m.vrt", directory_ / "s_30m.vrt"};
