@@ -1,8 +1,11 @@
-#include <algorithm>
+#include <map>
 #include <memory>
 #include <optional>
 #include <ostream>
+#include <set>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "tool/commands/Commands.h"
@@ -32,9 +35,9 @@ struct Examined {
 
 /// Sets aside the files of bands that the set does not have.
 void addUnreadable(const OpenedSet& set, Scene& scene) {
-    const std::vector<std::string>& read = set.files();
+    const std::set<std::string_view> read(set.files().begin(), set.files().end());
     for (const std::string& path : scene.files) {
-        if (std::find(read.begin(), read.end(), path) == read.end()) {
+        if (!read.contains(path)) {
             scene.setAside.push_back({path, "unreadable", false});
         }
     }
@@ -70,16 +73,6 @@ std::string pixelSizes(const OpenedSet& set) {
     return text;
 }
 
-/// Its name, with its folder if another one has the name and is of the same product.
-std::string labelOf(const Scene& scene, const std::vector<Examined>& scenes) {
-    const auto isLike = [&scene](const Examined& each) {
-        return each.scene.name == scene.name && each.scene.productName == scene.productName;
-    };
-    return std::count_if(scenes.begin(), scenes.end(), isLike) == 1
-               ? scene.name
-               : scene.name + " (" + scene.folder + ")";
-}
-
 std::string scenesText(const std::vector<Examined>& scenes, std::size_t columns) {
     using Align = TextTable::Align;
     using Fit = TextTable::Fit;
@@ -90,8 +83,14 @@ std::string scenesText(const std::vector<Examined>& scenes, std::size_t columns)
                      {"Pixel sizes", Align::Left, Fit::LeaveOut},
                      {"Set aside", Align::Left, Fit::KeepStart},
                      {"Decodable", Align::Left, Fit::KeepStart}});
+    std::map<std::pair<std::string_view, std::string_view>, int> alike;
     for (const Examined& each : scenes) {
-        table.addRow({labelOf(each.scene, scenes), each.scene.productName, each.scene.date,
+        ++alike[{each.scene.name, each.scene.productName}];
+    }
+    for (const Examined& each : scenes) {
+        const bool isAlone = alike[{each.scene.name, each.scene.productName}] == 1;
+        table.addRow({isAlone ? each.scene.name : each.scene.name + " (" + each.scene.folder + ")",
+                      each.scene.productName, each.scene.date,
                       std::to_string(each.set ? each.set->bands().size() : each.scene.files.size()),
                       each.set ? pixelSizes(*each.set) : "", summaryOf(each.scene.setAside),
                       each.set ? "yes" : "no: " + each.reason});
