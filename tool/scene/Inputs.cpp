@@ -124,22 +124,6 @@ std::vector<std::string> filesMatching(const std::string& pattern) {
     return files;
 }
 
-/// Those that the files describe, each once, if all of them are metadata of scenes; else none.
-std::vector<Scene> scenesDescribedBy(const std::vector<std::string>& files, Session& session) {
-    std::vector<Scene> scenes;
-    for (const std::string& file : files) {
-        std::optional<Scene> scene = sceneDescribedBy(session, file);
-        if (!scene) {
-            return {};
-        }
-        if (std::none_of(scenes.begin(), scenes.end(),
-                         [&scene](const Scene& known) { return known.files == scene->files; })) {
-            scenes.push_back(std::move(*scene));
-        }
-    }
-    return scenes;
-}
-
 /// The rasters at a path of `kestms scenes`.
 std::vector<std::string> rastersAt(const std::string& path, const Context& context) {
     if (isPlaceToLook(path)) {
@@ -406,7 +390,8 @@ Pyxis::FileSpecifier readSet(const std::vector<std::string>& arguments, Context&
 
 std::vector<Scene> readScenes(const std::vector<std::string>& paths, Context& context) {
     Session& session = context.session();
-    if (std::vector<Scene> described = scenesDescribedBy(paths, session); !described.empty()) {
+    std::vector<Scene> described = scenesDescribedBy(session, paths);
+    if (!described.empty()) {
         return described;
     }
     std::vector<std::string> files;

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <set>
+#include <system_error>
 #include <unordered_set>
 
 #include "tool/scene/Components.h"
@@ -119,31 +121,48 @@ void SceneChoice::takeFolder(const std::string& folder) {
               [&folder](const Scene& scene) { return isDirectlyIn(scene, folder); });
 }
 
-std::optional<Scene> sceneDescribedBy(Session& session, const std::string& metadata) {
-    if (!mayDescribeScene(metadata)) {  // a folder can be large
-        return std::nullopt;
+std::vector<Scene> scenesDescribedBy(Session& session, const std::vector<std::string>& metadata) {
+    std::map<std::string, std::set<std::string>> byFolder;  // a folder can be large
+    for (const std::string& path : metadata) {
+        std::error_code error;
+        if (!mayDescribeScene(path) || !fs::is_regular_file(path, error)) {
+            return {};
+        }
+        const fs::path whole = fs::absolute(path).lexically_normal();
+        byFolder[whole.parent_path()].insert(whole);
     }
-    const fs::path path = fs::absolute(metadata).lexically_normal();
-    std::vector<std::string> files = rastersBelow(path.parent_path());
-    files.push_back(path);
-    for (Scene& scene : scenesAmong(session, files)) {
-        const bool isOfScene = std::erase_if(scene.setAside, [&](const SetAside& each) {
-                                   return each.path == path && describesScene(path, scene.name);
-                               }) > 0;
-        if (isOfScene && !scene.product.empty()) {
-            return scene;
+    std::vector<Scene> scenes;
+    std::set<Strings> known;
+    for (const auto& [folder, paths] : byFolder) {
+        Strings files = rastersBelow(folder);
+        files.insert(files.end(), paths.begin(), paths.end());
+        std::size_t left = paths.size();
+        for (Scene& scene : scenesAmong(session, files)) {
+            const std::size_t own = std::erase_if(scene.setAside, [&](const SetAside& each) {
+                return paths.contains(each.path) && describesScene(each.path, scene.name);
+            });
+            if (own == 0 || scene.product.empty()) {
+                continue;
+            }
+            left -= own;
+            if (known.insert(scene.files).second) {
+                scenes.push_back(std::move(scene));
+            }
+        }
+        if (left > 0) {
+            return {};
         }
     }
-    return std::nullopt;
+    return scenes;
 }
 
 bool SceneChoice::takeSceneOf(const std::string& metadata) {
-    const std::optional<Scene> scene = sceneDescribedBy(context_.session(), metadata);
-    if (!scene) {
+    const std::vector<Scene> scenes = scenesDescribedBy(context_.session(), {metadata});
+    if (scenes.empty()) {
         return false;
     }
     context_.inputs.add(metadata);
-    takeScene(metadata, {*scene}, [](const Scene&) { return true; });
+    takeScene(metadata, {scenes.front()}, [](const Scene&) { return true; });
     return true;
 }
 

@@ -17,8 +17,9 @@ struct InputEntry {
     bool isNamed = false;           ///< by itself
 };
 
-/// The scene of a product that a metadata file in its folder describes; nothing without one.
-std::optional<Scene> sceneDescribedBy(Session& session, const std::string& metadata);
+/// The scenes of products that metadata files in their folders describe, each once; none if one of
+/// the files describes no scene.
+std::vector<Scene> scenesDescribedBy(Session& session, const std::vector<std::string>& metadata);
 
 /// Decides which files of scenes become components, and says in one line what is left out.
 class SceneChoice {
