@@ -167,6 +167,11 @@ class ComponentReader {
     AuxiliaryFile content_;
 };
 
+/// Whether two lists have as many components. Equal ones, as nearly always, are not parsed.
+bool haveEqualCounts(const Pyxis::FileSpecifier& one, const Pyxis::FileSpecifier& other) {
+    return one.isEqual(other) || kest::countComponents(one) == kest::countComponents(other);
+}
+
 void readProperties(Pyxis::ReadImageFileFrameInterface& frame, Band& band, SetDescription& set,
                     SystemText& system) {
     PropertyReader reader(band, set, system);
@@ -191,7 +196,7 @@ OpenedSet::OpenedSet(Session& session, const Pyxis::FileSpecifier& set) {
         failUndecodable(diagnose(session, set));
     }
     image_.reset(codec.openImage(&set, session.finder()));
-    if (image_ && kest::countComponents(specifier()) != kest::countComponents(set)) {
+    if (image_ && !haveEqualCounts(specifier(), set)) {
         // Components after an unreadable one may lose their bands; the codec's remedy is a list
         // without it.
         Pyxis::FileSpecifier readable = set;
@@ -318,7 +323,7 @@ OpenedSet openOrHint(Session& session, const Pyxis::FileSpecifier& set) {
 
 void warnOfLeftOut(const Context& context, const Pyxis::FileSpecifier& given,
                    const Pyxis::FileSpecifier& taken) {
-    if (kest::countComponents(taken) == kest::countComponents(given)) {
+    if (haveEqualCounts(taken, given)) {
         return;
     }
     const std::vector<Component> rest = componentsOf(taken);
