@@ -6,14 +6,16 @@
 #include <string_view>
 
 #include "host/Text.h"
-#include "host/file/PathName.h"
 
 // The parts of a path as text. Every file of a set is asked for some: std::filesystem::path splits
 // a whole path into a list of parts first. The views point into the path.
 
 namespace kestms {
 
-using Pyxis::nameOf;
+/// The name of a file, behind the last slash.
+inline std::string_view nameOf(std::string_view path) {
+    return path.substr(path.rfind('/') + 1);
+}
 
 /// With its dot, or empty; a name whose only dot comes first has none.
 inline std::string_view extensionOf(std::string_view path) {

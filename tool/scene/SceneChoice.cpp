@@ -133,13 +133,14 @@ std::vector<Scene> scenesDescribedBy(Session& session, const std::vector<std::st
     }
     std::vector<Scene> scenes;
     std::set<Strings> known;
-    for (const auto& [folder, paths] : byFolder) {
-        Strings files = rastersBelow(folder);
+    for (const auto& each : byFolder) {
+        const std::set<std::string>& paths = each.second;
+        Strings files = rastersBelow(each.first);
         files.insert(files.end(), paths.begin(), paths.end());
         std::size_t left = paths.size();
         for (Scene& scene : scenesAmong(session, files)) {
-            const std::size_t own = std::erase_if(scene.setAside, [&](const SetAside& each) {
-                return paths.contains(each.path) && describesScene(each.path, scene.name);
+            const std::size_t own = std::erase_if(scene.setAside, [&](const SetAside& file) {
+                return paths.contains(file.path) && describesScene(file.path, scene.name);
             });
             if (own == 0 || scene.product.empty()) {
                 continue;
