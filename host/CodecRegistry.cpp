@@ -1,6 +1,7 @@
 #include "host/CodecRegistry.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <new>
 
 namespace Pyxis {
@@ -35,7 +36,9 @@ void CodecRegistry::remove(const ImageFormatCodec& codec) {
 FormatDecodability CodecRegistry::find(const FileSpecifier& file,
                                        const ImageFormatCodec*& codec) const {
     FormatDecodability answer = FormatDecodability::NotThisFormat;
-    for (const ImageFormatCodec* candidate : codecs_) {
+    // By index: opening a file may load a module that registers its own codecs.
+    for (std::size_t i = 0; i < codecs_.size(); ++i) {
+        const ImageFormatCodec* candidate = codecs_[i];
         const FormatDecodability said = answerOf(*candidate, file);
         if (said == FormatDecodability::Decodable) {
             codec = candidate;
