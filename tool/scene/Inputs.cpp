@@ -22,6 +22,7 @@
 #include "host/codecs/Readability.h"
 #include "sets/ComponentList.h"
 #include "tool/scene/InputText.h"
+#include "tool/scene/MetadataFile.h"
 #include "tool/scene/PathParts.h"
 #include "tool/scene/RasterDirectory.h"
 #include "tool/scene/SceneChoice.h"
@@ -122,6 +123,21 @@ std::vector<std::string> filesMatching(const std::string& pattern) {
     }
     std::sort(files.begin(), files.end(), comesBefore);
     return files;
+}
+
+/// The files of scenes that have no others than metadata.
+std::vector<std::string> metadataWithoutRasters(const std::vector<Scene>& scenes) {
+    std::vector<std::string> metadata;
+    for (const Scene& scene : scenes) {
+        std::vector<std::string> files = scene.files;
+        for (const SetAside& each : scene.setAside) {
+            files.push_back(each.path);
+        }
+        if (std::all_of(files.begin(), files.end(), isMetadataFile)) {
+            metadata.insert(metadata.end(), files.begin(), files.end());
+        }
+    }
+    return metadata;
 }
 
 /// The rasters at a path of `kestms scenes`.
@@ -390,22 +406,30 @@ Pyxis::FileSpecifier readSet(const std::vector<std::string>& arguments, Context&
 
 std::vector<Scene> readScenes(const std::vector<std::string>& paths, Context& context) {
     Session& session = context.session();
-    std::vector<Scene> described = scenesDescribedBy(session, paths);
-    if (!described.empty()) {
-        return described;
-    }
     std::vector<std::string> files;
     std::set<std::string> seen;
+    const auto add = [&](const std::string& file) {
+        if (seen.insert(file).second) {
+            files.push_back(file);
+        }
+    };
     for (const std::string& given : paths) {
         const std::string path = withoutScheme(given);
         if (Pyxis::kindOf(path) == Pyxis::PathKind::Remote) {
             context.nameRemote(path);
         }
         const std::vector<std::string> found = rastersAt(path, context);
-        std::copy_if(found.begin(), found.end(), std::back_inserter(files),
-                     [&seen](const std::string& file) { return seen.insert(file).second; });
+        std::for_each(found.begin(), found.end(), add);
     }
-    return scenesAmong(session, files);
+    std::vector<Scene> scenes = scenesAmong(session, files);
+    const std::vector<Scene> described = scenesDescribedBy(session, metadataWithoutRasters(scenes));
+    for (const Scene& scene : described) {
+        std::for_each(scene.files.begin(), scene.files.end(), add);
+        for (const SetAside& each : scene.setAside) {
+            add(each.path);
+        }
+    }
+    return described.empty() ? scenes : scenesAmong(session, files);
 }
 
 }  // namespace kestms

@@ -121,37 +121,29 @@ void SceneChoice::takeFolder(const std::string& folder) {
               [&folder](const Scene& scene) { return isDirectlyIn(scene, folder); });
 }
 
-std::vector<Scene> scenesDescribedBy(Session& session, const std::vector<std::string>& metadata) {
+std::vector<Scene> scenesDescribedBy(Session& session, const std::vector<std::string>& paths) {
     std::map<std::string, std::set<std::string>> byFolder;  // a folder can be large
-    for (const std::string& path : metadata) {
+    for (const std::string& path : paths) {
         std::error_code error;
-        if (!mayDescribeScene(path) || !fs::is_regular_file(path, error)) {
-            return {};
+        if (mayDescribeScene(path) && fs::is_regular_file(path, error)) {
+            // As the rasters are spelled there.
+            const fs::path parent = fs::path(path).parent_path();
+            const fs::path folder = parent.empty() ? "." : parent;
+            byFolder[folder].insert(folder / fs::path(path).filename());
         }
-        const fs::path whole = fs::absolute(path).lexically_normal();
-        byFolder[whole.parent_path()].insert(whole);
     }
     std::vector<Scene> scenes;
-    std::set<Strings> known;
     for (const auto& each : byFolder) {
-        const std::set<std::string>& paths = each.second;
+        const std::set<std::string>& metadata = each.second;
         Strings files = rastersBelow(each.first);
-        files.insert(files.end(), paths.begin(), paths.end());
-        std::size_t left = paths.size();
+        files.insert(files.end(), metadata.begin(), metadata.end());
         for (Scene& scene : scenesAmong(session, files)) {
             const std::size_t own = std::erase_if(scene.setAside, [&](const SetAside& file) {
-                return paths.contains(file.path) && describesScene(file.path, scene.name);
+                return metadata.contains(file.path) && describesScene(file.path, scene.name);
             });
-            if (own == 0 || scene.product.empty()) {
-                continue;
-            }
-            left -= own;
-            if (known.insert(scene.files).second) {
+            if (own > 0 && !scene.product.empty()) {
                 scenes.push_back(std::move(scene));
             }
-        }
-        if (left > 0) {
-            return {};
         }
     }
     return scenes;

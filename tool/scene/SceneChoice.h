@@ -17,9 +17,9 @@ struct InputEntry {
     bool isNamed = false;           ///< by itself
 };
 
-/// The scenes of products that metadata files in their folders describe, each once; none if one of
-/// the files describes no scene.
-std::vector<Scene> scenesDescribedBy(Session& session, const std::vector<std::string>& metadata);
+/// The scenes of products that the metadata files among the paths describe, from their folders and
+/// those below; without the metadata files.
+std::vector<Scene> scenesDescribedBy(Session& session, const std::vector<std::string>& paths);
 
 /// Decides which files of scenes become components, and says in one line what is left out.
 class SceneChoice {

@@ -307,7 +307,8 @@ class Sorter {
             owners.try_emplace({each.scene.folder, each.scene.name}, &each.scene);
         }
         const auto relative = std::find_if(owners.begin(), owners.end(), [](const auto& each) {
-            return !each.first.first.starts_with('/');
+            const std::string& folder = each.first.first;
+            return !folder.starts_with('/') && folder != ".." && !folder.starts_with("../");
         });
         // Metadata of a folder without a product go with its rasters.
         std::stable_partition(loose_.begin(), loose_.end(), std::not_fn(isMetadataFile));
