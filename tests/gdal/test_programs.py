@@ -149,6 +149,16 @@ def test_open_options_choose_scene_bands_and_catalogue(run, tmp_path):
         rasterio.open(f"KESTMS:{tmp_path}", scene="cam_111111_20200101")
 
 
+def test_a_set_in_a_virtual_raster_of_a_set_is_refused(document, tmp_path):
+    raster = tmp_path / "set.vrt"
+    band = f"<SimpleSource><SourceFilename>KESTMS:{document}</SourceFilename></SimpleSource>"
+    raster.write_text('<VRTDataset rasterXSize="9" rasterYSize="9"><VRTRasterBand dataType="UInt16"'
+                      f' band="1">{band}</VRTRasterBand></VRTDataset>')
+    ended = subprocess.run([BUILD / "bin" / "kestms", "check", "--allow-vrt", raster],
+                           capture_output=True, check=False, timeout=60)
+    assert ended.returncode == 3
+
+
 def test_reasons_are_those_of_the_tool(scene, run):
     for name, reason in {
         f"KESTMS:{scene}/none": "No such file or directory",
