@@ -11,7 +11,7 @@ import pytest
 import rasterio
 from rasterio.transform import Affine
 
-from conftest import BUILD, NAMES, component_name, samples, write_component
+from conftest import BUILD, NAMES, component_name, samples, write_component, write_document
 
 DESCRIPTIONS = [
     "Blue (band 1)", "Green (band 2)", "Red (band 3)", "Near infrared (band 4)",
@@ -149,9 +149,10 @@ def test_open_options_choose_scene_bands_and_catalogue(run, tmp_path):
         rasterio.open(f"KESTMS:{tmp_path}", scene="cam_111111_20200101")
 
 
-def test_a_set_in_a_virtual_raster_of_a_set_is_refused(document, tmp_path):
+def test_a_virtual_raster_of_a_set_of_itself_is_refused(tmp_path):
     raster = tmp_path / "set.vrt"
-    band = f"<SimpleSource><SourceFilename>KESTMS:{document}</SourceFilename></SimpleSource>"
+    name = f"KESTMS:{write_document(tmp_path / 'SET.xml', [raster])}"
+    band = f"<SimpleSource><SourceFilename>{name}</SourceFilename></SimpleSource>"
     raster.write_text('<VRTDataset rasterXSize="9" rasterYSize="9"><VRTRasterBand dataType="UInt16"'
                       f' band="1">{band}</VRTRasterBand></VRTDataset>')
     ended = subprocess.run([BUILD / "bin" / "kestms", "check", "--allow-vrt", raster],
