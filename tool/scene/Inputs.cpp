@@ -205,13 +205,16 @@ class ArgumentReader {
             refuseTooManyFiles(entries_.back().path);
         }
         // Most files that are named are wanted.
-        context_.session().readAhead(paths());
+        const std::vector<std::string> named = paths();
+        context_.session().readAhead(named);
         scenes_.sortNamedFiles();
         const std::vector<std::string> files = paths();
         for (const std::string& file : files) {
             context_.inputs.addRaster(file);
         }
-        context_.session().readAhead(files);
+        if (files != named) {
+            context_.session().readAhead(files);
+        }
         context_.session().finishReadingAhead();
         // A document by itself is used unchanged.
         if (document_ && entries_.size() == componentsOfDocument_) {
