@@ -1,7 +1,5 @@
 #include "host/CodecRegistry.h"
 
-#include <algorithm>
-#include <cstddef>
 #include <new>
 
 namespace Pyxis {
@@ -30,15 +28,13 @@ void CodecRegistry::add(const ImageFormatCodec& codec) {
 }
 
 void CodecRegistry::remove(const ImageFormatCodec& codec) {
-    codecs_.erase(std::remove(codecs_.begin(), codecs_.end(), &codec), codecs_.end());
+    codecs_.remove(&codec);
 }
 
 FormatDecodability CodecRegistry::find(const FileSpecifier& file,
                                        const ImageFormatCodec*& codec) const {
     FormatDecodability answer = FormatDecodability::NotThisFormat;
-    // By index: opening a file may load a module that registers its own codecs.
-    for (std::size_t i = 0; i < codecs_.size(); ++i) {
-        const ImageFormatCodec* candidate = codecs_[i];
+    for (const ImageFormatCodec* candidate : codecs_) {
         const FormatDecodability said = answerOf(*candidate, file);
         if (said == FormatDecodability::Decodable) {
             codec = candidate;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <vector>
+#include <list>
 
 #include "pyxis/ImageFormatCodec.h"
 
@@ -24,7 +24,8 @@ class PYXIS_API CodecRegistry {
     FormatDecodability find(const FileSpecifier& file, const ImageFormatCodec*& codec) const;
 
   private:
-    std::vector<const ImageFormatCodec*> codecs_;
+    /// A list, as opening a file may load a module that registers codecs while they are asked.
+    std::list<const ImageFormatCodec*> codecs_;
 };
 
 /// Registers a codec for the lifetime of this object.
