@@ -20,7 +20,7 @@ class ReadAhead {
               std::function<bool()> stop);
     ReadAhead(const ReadAhead&) = delete;
     ReadAhead& operator=(const ReadAhead&) = delete;
-    /// Waits for the files that are being opened; others are not.
+    /// Waits for the files that are being opened, and opens no others.
     ~ReadAhead();
 
     /// Opens files on this thread too, until every file is opened or being opened: computing a

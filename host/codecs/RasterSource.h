@@ -18,7 +18,7 @@ struct RasterSource {
     std::string dataType;              ///< of the samples, GDAL's name for it
     std::string driver;                ///< short name of the GDAL driver that reads the file
     std::string label;                 ///< the file's own name for the band; may be empty
-    bool mayHaveAuxiliaryFile = true;  ///< whether there was one when the file was opened
+    bool mayHaveAuxiliaryFile = true;  ///< had one when it was opened
     /// Absolute paths of all files that the driver needs, the file itself first; see
     /// `PrivateFiles`. Empty for a virtual raster, which names other files itself.
     std::vector<std::string> files;

@@ -43,11 +43,11 @@ class PYXIS_CODECS_API StandardCodecs {
                             Changes changes = Changes::Notice);
     StandardCodecs(const StandardCodecs&) = delete;
     StandardCodecs& operator=(const StandardCodecs&) = delete;
-    /// Begins to open files on other threads if there are many, and ends doing so with those of the
-    /// previous call. Ends early when `stop` returns true; those threads call it as long as this
-    /// object lives. The codecs report files that cannot be opened.
+    /// Begins to open files on other threads if there are many; files of a previous call that are
+    /// not open yet are not opened. Ends early when `stop` returns true; those threads call it as
+    /// long as this object lives. The codecs report files that cannot be opened.
     void readAhead(const std::vector<std::string>& paths, const std::function<bool()>& stop);
-    /// Returns when all these files are opened or being opened, and helps with it.
+    /// Opens files of the last call on this thread too; returns when all are open or being opened.
     void finishReadingAhead();
     /// Sets what components may be besides plain files, for the whole process.
     static void allow(const PathPolicy& policy);
