@@ -57,14 +57,13 @@ Expected<RasterPointer> FileCache::open(const Format& format, const std::string&
         }
         return known->second;
     }
-    Expected<FileHead> head = headOf(*absolute);
-    if (!head) {
-        return head.refusal();
+    Expected<FileHead> head = takeHead(*absolute);
+    if (!head || !format.recognise(head->bytes, *absolute)) {
+        const Refusal refusal = head ? notOf(format) : head.refusal();
+        keepHead(*absolute, std::move(head));
+        return refusal;
     }
-    if (!format.recognise(head->bytes, *absolute)) {
-        return notOf(format);
-    }
-    return load(format, path, *absolute, std::move(*head));
+    return load(format, {path, *absolute, std::move(*head)});
 }
 
 Expected<RasterPointer> FileCache::open(const std::string& path) {
@@ -72,16 +71,17 @@ Expected<RasterPointer> FileCache::open(const std::string& path) {
     if (const auto known = find(*absolute)) {
         return known->second;
     }
-    Expected<FileHead> head = headOf(*absolute);
-    if (!head) {
-        return head.refusal();
-    }
-    const Format* format = formatOf(head->bytes, *absolute);
+    Expected<FileHead> head = takeHead(*absolute);
+    const Format* format = head ? formatOf(head->bytes, *absolute) : nullptr;
     if (format == nullptr) {
-        return Refusal{Refusal::Kind::OtherFormat,
-                       head->bytes.empty() ? "the file is empty" : "no known raster format"};
+        const Refusal refusal =
+            !head ? head.refusal()
+                  : Refusal{Refusal::Kind::OtherFormat,
+                            head->bytes.empty() ? "the file is empty" : "no known raster format"};
+        keepHead(*absolute, std::move(head));
+        return refusal;
     }
-    return load(*format, path, *absolute, std::move(*head));
+    return load(*format, {path, *absolute, std::move(*head)});
 }
 
 bool FileCache::isFresh(std::uint64_t operation) const {
@@ -89,11 +89,11 @@ bool FileCache::isFresh(std::uint64_t operation) const {
            (currentOperation != 0 && operation == currentOperation);
 }
 
-Expected<FileHead> FileCache::headOf(const std::string& absolutePath) {
+Expected<FileHead> FileCache::takeHead(const std::string& absolutePath) {
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         if (lastHead_ && lastHead_->absolutePath == absolutePath && isFresh(lastHead_->operation)) {
-            return lastHead_->head;
+            return std::exchange(lastHead_, std::nullopt)->head;
         }
     }
     Expected<FileHead> head = readHead(absolutePath);
@@ -101,9 +101,12 @@ Expected<FileHead> FileCache::headOf(const std::string& absolutePath) {
         HandlePool::instance().makeRoom()) {
         head = readHead(absolutePath);
     }
-    const std::lock_guard<std::mutex> lock(mutex_);
-    lastHead_ = LastHead{absolutePath, head, currentOperation};
     return head;
+}
+
+void FileCache::keepHead(const std::string& absolutePath, Expected<FileHead> head) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    lastHead_ = LastHead{absolutePath, std::move(head), currentOperation};
 }
 
 std::optional<std::pair<const Format*, Expected<RasterPointer>>> FileCache::find(
@@ -131,14 +134,14 @@ bool FileCache::mayBeKept(const Format& format, const Expected<RasterPointer>& f
                                     : file && (*file)->handle().isSettled());
 }
 
-Expected<RasterPointer> FileCache::load(const Format& format, const std::string& path,
-                                        const std::string& absolutePath, FileHead head) {
-    Expected<RasterPointer> file =
-        loadRaster(format, SourceFile{path, absolutePath, std::move(head)});
+Expected<RasterPointer> FileCache::load(const Format& format, SourceFile source) {
+    Expected<RasterPointer> file = loadRaster(format, source);
     if (!mayBeKept(format, file)) {
+        keepHead(source.absolutePath, std::move(source.head));
         return file;
     }
-    std::list<Entry> own = {{absolutePath, &format, file, currentOperation}};
+    std::list<Entry> own;
+    own.push_back({std::move(source.absolutePath), &format, file, currentOperation});
     std::list<Entry> forgotten;  // outlives the lock
     const std::lock_guard<std::mutex> lock(mutex_);
     const auto [place, added] = places_.emplace(own.front().absolutePath, own.begin());

@@ -44,7 +44,7 @@ class FileCache {
         std::uint64_t lookedAt;  ///< the last operation that checked it for changes; 0: none
     };
 
-    /// The head of the file that was asked for last: codecs are asked about a file in turn.
+    /// The head of a file that was not kept: the next codec is asked about it at once.
     struct LastHead {
         std::string absolutePath;
         Expected<FileHead> head;
@@ -57,11 +57,11 @@ class FileCache {
     /// Whether what an operation saw holds without another look.
     bool isFresh(std::uint64_t operation) const;
     /// The head of a file. If the process can open no more files, idle ones are closed first.
-    Expected<FileHead> headOf(const std::string& absolutePath);
+    Expected<FileHead> takeHead(const std::string& absolutePath);
+    void keepHead(const std::string& absolutePath, Expected<FileHead> head);
     /// Loads a file, and keeps it if that is allowed. Returns another thread's file if that was
     /// faster.
-    Expected<RasterPointer> load(const Format& format, const std::string& path,
-                                 const std::string& absolutePath, FileHead head);
+    Expected<RasterPointer> load(const Format& format, SourceFile source);
     bool mayBeKept(const Format& format, const Expected<RasterPointer>& file) const;
 
     const FileChanges changes_;

@@ -117,7 +117,7 @@ AuxiliaryPlace auxiliaryPlaceOf(const std::string& path) {
     return gdal ? (*gdal)->auxiliaryPlaceIn(text) : AuxiliaryPlace();
 }
 
-Expected<RasterPointer> load(const Format& format, SourceFile file) {
+Expected<RasterPointer> load(const Format& format, SourceFile& file) {
     auto handle = std::make_unique<DatasetHandle>(
         Opening{format.driver, file.absolutePath, format.view}, file.head.state);
     if (format.auxiliary != AuxiliaryRank::Ignored && !gdalOption("GDAL_GEOREF_SOURCES")) {
@@ -159,7 +159,7 @@ bool hasExtensionOf(const Format& format, const std::string& path) {
            });
 }
 
-Expected<RasterPointer> loadRaster(const Format& format, const SourceFile& file) {
+Expected<RasterPointer> loadRaster(const Format& format, SourceFile& file) {
     Expected<RasterPointer> raster = load(format, file);
     if (!raster && HandlePool::instance().makeRoom()) {
         return load(format, file);

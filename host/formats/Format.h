@@ -71,9 +71,9 @@ struct Format {
 /// Whether the format's list of extensions has that of the file.
 bool hasExtensionOf(const Format& format, const std::string& path);
 
-/// Loads a file whose head has been read and recognised. When the process can open no more files,
-/// idle ones are closed first.
-Expected<RasterPointer> loadRaster(const Format& format, const SourceFile& file);
+/// Loads a file whose head has been read and recognised, and looks for its auxiliary file. When the
+/// process can open no more files, idle ones are closed first.
+Expected<RasterPointer> loadRaster(const Format& format, SourceFile& file);
 
 /// Loads a file whose dataset's bands are its frames.
 Expected<RasterFacts> loadAllBands(const SourceFile& file, DatasetHandle& handle);
