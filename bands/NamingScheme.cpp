@@ -46,8 +46,7 @@ bool haveDistinctNumbers(const std::vector<ComponentKind>& kinds) {
 std::vector<ComponentKind> classifyComponents(const ComponentList& components) {
     std::vector<ComponentKind> kinds(static_cast<std::size_t>(components.count()));
     for (std::size_t i = 0; i < kinds.size(); ++i) {
-        const Pyxis::FileSpecifier file =
-            components.get(static_cast<int>(i)).value_or(Component()).file;
+        const Pyxis::FileSpecifier file = components.at(static_cast<int>(i)).file;
         const platform::PathName path = fileNameOf(file);
         kinds[i] = {kindOf(file, path), trailingBandNumber(path.name)};
     }
@@ -78,7 +77,7 @@ SetNaming nameSet(const ComponentList& components, const Pyxis::ImageFormatCodec
     std::vector<std::u16string> paths;
     paths.reserve(static_cast<std::size_t>(components.count()));
     for (int i = 0; i < components.count(); ++i) {
-        paths.push_back(wideText(components.get(i).value_or(Component()).file.string()));
+        paths.push_back(wideText(components.at(i).file.string()));
     }
     auto product = catalogue->productOf(paths, codec, finder);
     return {product ? int{SchemeCatalogue} : scheme, std::move(product)};

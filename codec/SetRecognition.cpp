@@ -1,7 +1,5 @@
 // Whether components form a set, and which of them can be read.
 
-#include <optional>
-
 #include "codec/KestMultispectralCodec.h"
 #include "pyxis/NoThrow.h"
 #include "sets/ComponentList.h"
@@ -76,8 +74,8 @@ bool KestMultispectralCodec::purifyFileSet(Pyxis::FileSpecifier& file) const {
         }
         kest::ComponentListBuilder readable;
         for (int i = 0; i < components.count(); ++i) {
-            const std::optional<kest::Component> component = components.get(i);
-            if (!component) {
+            const kest::Component* component = components.get(i);
+            if (component == nullptr) {
                 return false;
             }
             if (kest::findCodec(component->file) != nullptr) {

@@ -100,7 +100,7 @@ class Session {
     void addListed() {
         const kest::ComponentList list(set_);
         for (int i = 0; i < std::min(list.count(), kMostComponents); ++i) {
-            if (const auto component = list.get(i)) {
+            if (const kest::Component* component = list.get(i)) {
                 host_.add(Pyxis::toUtf8(component->file.string()));
             }
         }

@@ -44,7 +44,7 @@ KestMultispectralReadFile::KestMultispectralReadFile(const KestMultispectralRead
     : geoTolerance_(other.geoTolerance_),
       codec_(other.codec_),
       specifier_(other.specifier_),
-      components_(specifier_),
+      components_(other.components_),
       bands_(other.bands_),
       buckets_(other.buckets_),
       files_(other.files_),
@@ -59,9 +59,9 @@ KestMultispectralReadFile::Codecs KestMultispectralReadFile::keepReadable(
     Codecs codecs(static_cast<std::size_t>(listed.count()), nullptr);
     kest::ComponentListBuilder kept;
     for (int i = 0; i < listed.count(); ++i) {
-        const std::optional<kest::Component> component = listed.get(i);
+        const kest::Component* component = listed.get(i);
         const Pyxis::ImageFormatCodec* codec =
-            component ? kest::findCodec(component->file) : nullptr;
+            component != nullptr ? kest::findCodec(component->file) : nullptr;
         if (codec != nullptr) {
             codecs[static_cast<std::size_t>(i)] = codec;
             files_.push_back(*component);
@@ -79,7 +79,7 @@ void KestMultispectralReadFile::findBands(const Codecs& codecs) {
         // (compatibility.md, 16).
         const Pyxis::ImageFormatCodec* codec = codecs[static_cast<std::size_t>(i)];
         if (codec != nullptr) {
-            collector.add(i, component(i), *codec);
+            collector.add(i, components_.at(i), *codec);
         }
     }
     collector.sort();
@@ -88,7 +88,7 @@ void KestMultispectralReadFile::findBands(const Codecs& codecs) {
 }
 
 void KestMultispectralReadFile::addMetadataTextFile(Pyxis::FindFileInterface& findFile) {
-    const Pyxis::FileSpecifier first = component(0).file;
+    const Pyxis::FileSpecifier first = components_.at(0).file;
     Pyxis::FileSpecifier metadata;
     kest::getMetadataTextFile(first, metadata);
     if (!findFile.findFile(codec_, first, metadata, metadata)) {
@@ -133,14 +133,10 @@ Pyxis::ReadImageFileFrameInterface* KestMultispectralReadFile::openFrame(int fra
         return nullptr;
     }
     return Pyxis::makeOrNull<Pyxis::ReadImageFileFrameInterface>([this, frameIndex] {
-        const kest::Component source = component(band(frameIndex).componentIndex);
+        const kest::Component source = components_.at(band(frameIndex).componentIndex);
         return new KestMultispectralReadFileFrame(source.file, source.frame, band(frameIndex).codec,
                                                   this, frameIndex, propertySet_);
     });
-}
-
-kest::Component KestMultispectralReadFile::component(int index) const {
-    return components_.get(index).value_or(kest::Component());
 }
 
 const kest::BandRecord& KestMultispectralReadFile::band(int index) const {
@@ -169,7 +165,7 @@ void KestMultispectralReadFile::getBandBucketName(int band, Pyxis::StringBuffer&
 
 void KestMultispectralReadFile::getBandComponent(int band, Pyxis::FileSpecifier& component,
                                                  int& frameNumber) const {
-    const kest::Component source = this->component(checkedAt(bands_, band).componentIndex);
+    const kest::Component source = components_.at(checkedAt(bands_, band).componentIndex);
     component = source.file;
     frameNumber = source.frame;
 }
@@ -188,5 +184,5 @@ void KestMultispectralReadFile::getBandAssignment(int band,
 }
 
 void KestMultispectralReadFile::getReferenceName(Pyxis::StringBuffer& name) const {
-    kest::getReferenceNameOfComponent(naming_, component(0).file, name);
+    kest::getReferenceNameOfComponent(naming_, components_.at(0).file, name);
 }

@@ -62,8 +62,6 @@ class KestMultispectralReadFile : public Pyxis::ReadImageFileInterface {
     /// by position in `listed`, null for the others.
     Codecs keepReadable(const kest::ComponentList& listed);
     void findBands(const Codecs& codecs);
-    /// Component `index` of the set; an empty one past the last.
-    kest::Component component(int index) const;
     void addMetadataTextFile(Pyxis::FindFileInterface& findFile);
 
     /// Largest difference in x and in y at which two pixel sizes count as equal.

@@ -152,27 +152,42 @@ class ListDocument {
     std::vector<const xml::Element*> components_;
 };
 
+namespace {
+
+/// Nothing for a specifier that is plain or empty.
+std::optional<ListDocument> documentOf(const FileSpecifier& specifier) {
+    return specifier.type() == FileSpecifier::Type::Compound && !specifier.string().isZero()
+               ? std::optional<ListDocument>(parse(narrowed(specifier.string())))
+               : std::nullopt;
+}
+
+int countWithoutDocument(const FileSpecifier& specifier) {
+    return specifier.string().isZero() ? 0 : 1;
+}
+
+}  // namespace
+
 ComponentList::ComponentList(const FileSpecifier& specifier) {
-    if (specifier.type() != FileSpecifier::Type::Compound) {
-        plainCount_ = specifier.string().isZero() ? 0 : 1;
-    } else if (!specifier.string().isZero()) {
-        document_ = std::make_unique<ListDocument>(parse(narrowed(specifier.string())));
+    const std::optional<ListDocument> document = documentOf(specifier);
+    const int count = document ? document->count() : countWithoutDocument(specifier);
+    components_.resize(static_cast<std::size_t>(count));
+    for (int i = 0; document && i < count; ++i) {
+        Component component;
+        if (document->get(i, component.file, component.frame)) {
+            components_[static_cast<std::size_t>(i)] = std::move(component);
+        }
     }
 }
 
-ComponentList::ComponentList(ComponentList&&) noexcept = default;
-ComponentList& ComponentList::operator=(ComponentList&&) noexcept = default;
-ComponentList::~ComponentList() = default;
-
-int ComponentList::count() const {
-    return document_ ? document_->count() : plainCount_;
+const Component* ComponentList::get(int index) const {
+    const auto place = static_cast<std::size_t>(index);
+    return index >= 0 && place < components_.size() && components_[place] ? &*components_[place]
+                                                                          : nullptr;
 }
 
-std::optional<Component> ComponentList::get(int index) const {
-    Component component;
-    return document_ && document_->get(index, component.file, component.frame)
-               ? std::optional(std::move(component))
-               : std::nullopt;
+Component ComponentList::at(int index) const {
+    const Component* component = get(index);
+    return component != nullptr ? *component : Component();
 }
 
 ComponentListBuilder::ComponentListBuilder()
@@ -192,12 +207,13 @@ FileSpecifier ComponentListBuilder::specifier() const {
 }
 
 int countComponents(const FileSpecifier& specifier) {
-    return ComponentList(specifier).count();
+    const std::optional<ListDocument> document = documentOf(specifier);
+    return document ? document->count() : countWithoutDocument(specifier);
 }
 
 bool getComponent(const FileSpecifier& specifier, int index, FileSpecifier& file, int& frame) {
-    const ComponentList list(specifier);
-    return list.document_ && list.document_->get(index, file, frame);
+    const std::optional<ListDocument> document = documentOf(specifier);
+    return document && document->get(index, file, frame);
 }
 
 void appendComponent(const FileSpecifier& component, int frame, FileSpecifier& specifier) {

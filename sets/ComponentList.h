@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "pyxis/FileSpecifier.h"
 
@@ -30,28 +31,24 @@ bool getComponent(const Pyxis::FileSpecifier& specifier, int index, Pyxis::FileS
 void appendComponent(const Pyxis::FileSpecifier& component, int frame,
                      Pyxis::FileSpecifier& specifier);
 
-class ListDocument;
-
-/// A component list parsed once, for callers that read more than one component. Its answers are
-/// those of the functions above.
+/// The components of a list that is parsed once, for callers that read more than one.
 class ComponentList {
   public:
     explicit ComponentList(const Pyxis::FileSpecifier& specifier);
-    ComponentList(ComponentList&&) noexcept;
-    ComponentList& operator=(ComponentList&&) noexcept;
-    ~ComponentList();
 
-    int count() const;
-    /// Component `index`; nothing where `getComponent` returns false.
-    std::optional<Component> get(int index) const;
+    /// As `countComponents`.
+    int count() const { return static_cast<int>(components_.size()); }
+    /// Component `index`, valid as long as the list. Null past the ends, and where `getComponent`
+    /// returns false.
+    const Component* get(int index) const;
+    /// The same, with an empty component for null.
+    Component at(int index) const;
 
   private:
-    friend bool getComponent(const Pyxis::FileSpecifier& specifier, int index,
-                             Pyxis::FileSpecifier& file, int& frame);
-
-    std::unique_ptr<ListDocument> document_;  ///< none for a plain specifier
-    int plainCount_ = 0;
+    std::vector<std::optional<Component>> components_;
 };
+
+class ListDocument;
 
 /// Builds a component list without writing the document after every component.
 class ComponentListBuilder {

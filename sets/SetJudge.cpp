@@ -33,7 +33,7 @@ FormatDecodability SetJudge::answer() const {
 }
 
 void SetJudge::judge(Judgement& judgement) {
-    if (!judgement.component) {
+    if (judgement.component == nullptr) {
         judgement.verdict = Verdict::NoPath;
         return;
     }

@@ -11,7 +11,7 @@ namespace kest {
 
 /// The result for one component.
 struct Judgement {
-    std::optional<Component> component;  ///< nothing for NoPath
+    const Component* component = nullptr;  ///< in the list; null for NoPath
     Verdict verdict = Verdict::Accepted;
     InclusionData data;   ///< as far as it could be measured
     CornerDeviation off;  ///< for CornerOff

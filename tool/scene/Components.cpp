@@ -62,7 +62,7 @@ std::vector<Component> componentsOf(const Pyxis::FileSpecifier& set) {
     std::vector<Component> components(static_cast<std::size_t>(list.count()));
     for (int i = 0; i < list.count(); ++i) {
         Component& component = components[static_cast<std::size_t>(i)];
-        if (const auto listed = list.get(i)) {
+        if (const kest::Component* listed = list.get(i)) {
             component = {Pyxis::toUtf8(listed->file.string()), listed->frame};
         }
     }

@@ -94,7 +94,7 @@ Diagnosis diagnose(const Session& session, const Pyxis::FileSpecifier& set) {
     while (const std::optional<kest::Judgement> judged = judge.next()) {
         throwIfInterrupted();
         ComponentDiagnosis each{{}, judged->verdict, {}, judged->data, judged->off};
-        if (judged->component) {
+        if (judged->component != nullptr) {
             each.component = {Pyxis::toUtf8(judged->component->file.string()),
                               judged->component->frame};
         }
