@@ -1,5 +1,6 @@
 #include "codec/strings/StringResources.h"
 
+#include <array>
 #include <cstddef>
 #include <new>
 #include <optional>
@@ -64,13 +65,18 @@ bool loadResourceString(unsigned int id, Pyxis::StringBuffer& text) {
     }
     // A module that cuts a text to the buffer ends the loop at once; another may return the full
     // length instead (compatibility.md, 27).
-    std::u16string buffer(kFirstCapacity, u'\0');
+    std::array<char16_t, kFirstCapacity> usual{};
+    if (module->loadString(id, usual.data(), kFirstCapacity) < kFirstCapacity) {
+        fill(text, usual.data(), Pyxis::CharacterType::Wide);
+        return true;
+    }
+    std::u16string buffer;
     int capacity = kFirstCapacity;
-    while (module->loadString(id, buffer.data(), capacity) >= capacity) {
+    do {
         capacity *= 2;
         buffer.assign(static_cast<std::size_t>(capacity), u'\0');
-    }
-    fill(text, std::u16string_view(buffer.c_str()), Pyxis::CharacterType::Wide);
+    } while (module->loadString(id, buffer.data(), capacity) >= capacity);
+    fill(text, buffer.c_str(), Pyxis::CharacterType::Wide);
     return true;
 }
 

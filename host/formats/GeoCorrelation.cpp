@@ -6,6 +6,11 @@
 
 namespace Pyxis {
 
+const GeoCorrelationTexts& GeoCorrelationTexts::shared() {
+    static const auto* const texts = new GeoCorrelationTexts;
+    return *texts;
+}
+
 OriginCorrelation* OriginCorrelation::clone() const {
     return makeOrNull<OriginCorrelation>([&] { return new OriginCorrelation(*this); });
 }

@@ -9,10 +9,13 @@
 
 namespace Pyxis {
 
-/// The name and description of every geo-correlation here.
+/// The name and description of every geo-correlation here. Copies share their bytes.
 struct GeoCorrelationTexts {
-    static constexpr const char* kName = "Geo-correlation";
-    static constexpr const char* kDescription = "Position of the raster in its coordinate system";
+    StringBuffer name = toWideBuffer("Geo-correlation");
+    StringBuffer description = toWideBuffer("Position of the raster in its coordinate system");
+
+    /// Never destroyed: images may be used until the process ends.
+    static const GeoCorrelationTexts& shared();
 };
 
 /// The common part of geo-correlations. `Base` is FormatCodecGeoCorrelation or GeoTiffCorrelation.
@@ -23,8 +26,8 @@ class GeoCorrelationBase : public Base {
         this->setIdentifier(FormatCodecPropertyInterface::PropertyIdentifier::GeoCorrelation);
         this->setDataType(FormatCodecPropertyInterface::PropertyDataType::GeoCorrelation);
         this->setLevel(FormatCodecPropertyInterface::PropertyLevel::Frame);
-        this->nameText() = toWideBuffer(GeoCorrelationTexts::kName);
-        this->descriptionText() = toWideBuffer(GeoCorrelationTexts::kDescription);
+        this->nameText() = GeoCorrelationTexts::shared().name;
+        this->descriptionText() = GeoCorrelationTexts::shared().description;
     }
 
     void getOrigin(Point3d& origin) const override {

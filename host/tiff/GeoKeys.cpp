@@ -68,6 +68,7 @@ std::vector<Key> keysIn(const std::vector<std::uint64_t>& directory) {
     std::vector<Key> keys;
     if (directory.size() >= kKeyNumbers && directory[0] == 1 &&
         directory[3] < directory.size() / kKeyNumbers) {
+        keys.reserve(static_cast<std::size_t>(directory[3]));
         for (std::size_t at = kKeyNumbers; keys.size() < directory[3]; at += kKeyNumbers) {
             keys.push_back(
                 {directory[at], directory[at + 1], directory[at + 2], directory[at + 3]});

@@ -130,6 +130,7 @@ std::optional<std::uint64_t> TiffFields::lastNumber(std::uint64_t tag) {
 std::vector<std::uint64_t> TiffFields::shorts(std::uint64_t tag) {
     std::vector<std::uint64_t> numbers;
     const std::string_view bytes = value(tag, Short);
+    numbers.reserve(bytes.size() / 2);
     for (std::size_t at = 0; at + 2 <= bytes.size(); at += 2) {
         numbers.push_back(file_.number(bytes.substr(at, 2)));
     }
@@ -139,6 +140,7 @@ std::vector<std::uint64_t> TiffFields::shorts(std::uint64_t tag) {
 std::vector<double> TiffFields::doubles(std::uint64_t tag, std::uint64_t expected) {
     std::vector<double> numbers;
     const std::string_view bytes = value(tag, Double);
+    numbers.reserve(bytes.size() / sizeof(double));
     for (std::size_t at = 0; at + sizeof(double) <= bytes.size(); at += sizeof(double)) {
         const std::string_view number = bytes.substr(at, sizeof(double));
         numbers.push_back(std::bit_cast<double>(file_.number(number)));

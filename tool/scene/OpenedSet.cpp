@@ -83,8 +83,10 @@ class PropertyReader {
         : band_(band), set_(set), system_(system) {}
 
     void read(const Pyxis::FormatCodecPropertyInterface& property) {
-        if (const auto* geo = dynamic_cast<const Pyxis::FormatCodecGeoCorrelation*>(&property)) {
-            if (!band_.georeference) {
+        using Identifier = Pyxis::FormatCodecPropertyInterface::PropertyIdentifier;
+        if (property.getIdentifier() == Identifier::GeoCorrelation) {
+            const auto* geo = dynamic_cast<const Pyxis::FormatCodecGeoCorrelation*>(&property);
+            if (geo != nullptr && !band_.georeference) {
                 band_.georeference = georeferenceOf(*geo, system_);
             }
         } else if (const auto* reference =
