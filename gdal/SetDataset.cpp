@@ -31,7 +31,7 @@ std::vector<PixelSizeGroup> byPixelSize(const std::vector<Band>& bands, const st
         if (group == groups.end()) {
             group = groups.insert(groups.end(), PixelSizeGroup{label, {}});
         }
-        group->bands.push_back(band);
+        group->bands.push_back(&band);
     }
     return groups;
 }
@@ -106,16 +106,18 @@ SetDataset::~SetDataset() {
 }
 
 void SetDataset::takePixelSize(const std::string& label) {
-    std::vector<PixelSizeGroup> groups = byPixelSize(set_->bands(), kestms::unitOf(system_));
+    const std::vector<PixelSizeGroup> groups = byPixelSize(set_->bands(), kestms::unitOf(system_));
     if (label.empty()) {
         chosen_ = set_->bands();
         addParts(groups);
         return;
     }
     std::string sizes;
-    for (auto& [known, bands] : groups) {
+    for (const auto& [known, bands] : groups) {
         if (EQUAL(known.c_str(), label.c_str())) {
-            chosen_ = std::move(bands);
+            for (const Band* band : bands) {
+                chosen_.push_back(*band);
+            }
             GDALDataset::SetMetadataItem("PIXEL_SIZES", known.c_str());
             return;
         }
@@ -145,7 +147,7 @@ void SetDataset::addParts(const std::vector<PixelSizeGroup>& groups) {
                            partName(name_.path, label).c_str());
         parts.SetNameValue(
             CPLSPrintf("SUBDATASET_%d_DESC", number),
-            CPLSPrintf("%s, %s (%d band%s)", bands.front().bucketName.c_str(), label.c_str(),
+            CPLSPrintf("%s, %s (%d band%s)", bands.front()->bucketName.c_str(), label.c_str(),
                        static_cast<int>(bands.size()), bands.size() == 1 ? "" : "s"));
     }
     // A set of one pixel size has no parts, but its size has a name too.

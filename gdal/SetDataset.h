@@ -18,7 +18,7 @@ namespace kestgdal {
 /// The bands of a set that share a pixel size.
 struct PixelSizeGroup {
     std::string label;
-    std::vector<kestms::Band> bands;
+    std::vector<const kestms::Band*> bands;
 };
 
 /// An opened set, or the part of it with one pixel size, on one grid. Read only.

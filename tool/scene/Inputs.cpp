@@ -20,7 +20,6 @@
 #include "host/Text.h"
 #include "host/codecs/Places.h"
 #include "host/codecs/Readability.h"
-#include "sets/ComponentList.h"
 #include "tool/scene/InputText.h"
 #include "tool/scene/MetadataFile.h"
 #include "tool/scene/PathParts.h"
@@ -75,13 +74,6 @@ std::string withoutComment(const std::string& line) {
     const std::string text = line.substr(0, end);
     const std::size_t start = std::min(text.find_first_not_of(kBlanks), text.size());
     return text.substr(start, text.find_last_not_of(kBlanks) + 1 - start);
-}
-
-/// Why a text is not a component list; null when it is one.
-const char* documentFault(const std::string& text, const Pyxis::FileSpecifier& document) {
-    return !looksLikeXml(text)                    ? "not an XML document"
-           : kest::countComponents(document) == 0 ? "the document lists no components"
-                                                  : nullptr;
 }
 
 bool mayBeDocument(const std::string& path, const fs::file_status& status) {
@@ -311,19 +303,24 @@ class ArgumentReader {
     void readDocument(const std::string& text, const std::string& name) {
         const Pyxis::FileSpecifier document(kest::narrowBuffer(text),
                                             Pyxis::FileSpecifier::Type::Compound);
-        if (const char* fault = documentFault(text, document); fault == nullptr) {
-            takeDocument(document);
+        const bool isXml = looksLikeXml(text);
+        const std::vector<Component> components =
+            isXml ? componentsOf(document) : std::vector<Component>();
+        if (!components.empty()) {
+            takeDocument(document, components);
         } else if (!oneArgument_) {
             // A glob also matches a product's XML files.
             entries_.push_back({name, {}, true});
         } else if (!scenes_.takeSceneOf(name)) {
-            throw Failure(ExitCode::CannotRead, name, fault);
+            throw Failure(ExitCode::CannotRead, name,
+                          isXml ? "the document lists no components" : "not an XML document");
         }
     }
 
-    void takeDocument(const Pyxis::FileSpecifier& document) {
+    void takeDocument(const Pyxis::FileSpecifier& document,
+                      const std::vector<Component>& components) {
         const bool alone = entries_.empty();
-        for (const Component& component : componentsOf(document)) {
+        for (const Component& component : components) {
             entries_.push_back({component.path, component.frame});
         }
         document_ = alone ? std::optional(document) : std::nullopt;
