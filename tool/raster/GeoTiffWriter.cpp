@@ -97,6 +97,8 @@ class Writer {
         const std::optional<TileLayout> layout = layoutToCopy(options, withUsers);
         if (layout) {
             options.SetNameValue("SPARSE_OK", "TRUE");  // GDAL writes no tile
+            options.SetNameValue("BLOCKXSIZE", std::to_string(layout->side()).c_str());
+            options.SetNameValue("BLOCKYSIZE", std::to_string(layout->side()).c_str());
         }
         to_.reset(driver->Create(path.c_str(), from_.GetRasterXSize(), from_.GetRasterYSize(),
                                  from_.GetRasterCount(), type_, options.List()));

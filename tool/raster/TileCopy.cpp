@@ -23,6 +23,9 @@ constexpr std::array<std::pair<std::string_view, std::uint16_t>, 4> kCompression
     {"ZSTD", COMPRESSION_ZSTD},
 }};
 
+/// The sides of tiles that windows have whole (see windowsOf): those of most files.
+constexpr std::array<std::uint32_t, 3> kTileSides = {kTileSide, 512, 1024};
+
 /// Not mapped into memory: a file that is cut short meanwhile would end the program.
 TiffFile openedForReading(const std::string& path) {
     return TiffFile(TIFFOpen(path.c_str(), "rm"));
@@ -35,8 +38,9 @@ std::uint16_t formatOf(GDALDataType type, const CPLStringList& options) {
                : SAMPLEFORMAT_UINT;
 }
 
+/// The layout of the file that GDAL creates with tiles of that side.
 std::optional<TileLayout> createdLayout(const OutputRaster& raster, GDALDataType type,
-                                        const CPLStringList& options) {
+                                        const CPLStringList& options, std::uint32_t side) {
     const std::string_view name = options.FetchNameValueDef("COMPRESS", "");
     const auto compression = std::find_if(kCompressions.begin(), kCompressions.end(),
                                           [&](const auto& each) { return each.first == name; });
@@ -45,8 +49,8 @@ std::optional<TileLayout> createdLayout(const OutputRaster& raster, GDALDataType
     }
     return TileLayout{static_cast<std::uint32_t>(raster.size.width),
                       static_cast<std::uint32_t>(raster.size.height),
-                      std::uint32_t{kTileSide},
-                      std::uint32_t{kTileSide},
+                      side,
+                      side,
                       static_cast<std::uint16_t>(GDALGetDataTypeSizeBits(type)),
                       formatOf(type, options),
                       compression->second,
@@ -123,8 +127,9 @@ TileCopy::TileCopy(const std::string& path, const TileLayout& layout)
 bool TileCopy::copy(const std::string& component, int band, const RasterWindow& window) {
     const TiffFile from = openedForReading(component);
     bool isRead = from && layoutIn(from.get()) == layout_;
-    for (int y = window.y; y < window.y + window.height; y += kTileSide) {
-        for (int x = window.x; x < window.x + window.width; x += kTileSide) {
+    const int side = layout_.side();
+    for (int y = window.y; y < window.y + window.height; y += side) {
+        for (int x = window.x; x < window.x + window.width; x += side) {
             isRead = isRead && read(from.get(), tileAt(from.get(), x, y, 0));
             if (!isRead) {
                 throw Failure(ExitCode::CannotRead, component, "its pixels cannot be read");
@@ -152,10 +157,17 @@ bool TileCopy::finish() {
 std::optional<TileLayout> sharedLayout(const OutputRaster& raster, GDALDataType type,
                                        const CPLStringList& creationOptions) {
     const Pyxis::ErrorCapture silence;
-    const std::optional<TileLayout> layout = createdLayout(raster, type, creationOptions);
+    const auto opened = [](const OutputBand& band) {
+        return isFirstOfPlainTiff(band) ? openedForReading(band.band.componentPath) : nullptr;
+    };
+    const TiffFile first = opened(raster.bands.front());
+    const std::uint32_t side = first ? layoutIn(first.get()).tileWidth : 0;
+    if (std::find(kTileSides.begin(), kTileSides.end(), side) == kTileSides.end()) {
+        return std::nullopt;
+    }
+    const std::optional<TileLayout> layout = createdLayout(raster, type, creationOptions, side);
     const auto isAlike = [&](const OutputBand& band) {
-        const TiffFile file =
-            isFirstOfPlainTiff(band) ? openedForReading(band.band.componentPath) : nullptr;
+        const TiffFile file = opened(band);
         return file && layoutIn(file.get()) == *layout && hasUsualBytes(file.get()) &&
                hasAllTiles(file.get());
     };

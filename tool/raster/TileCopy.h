@@ -34,10 +34,13 @@ struct TileLayout {
     std::uint16_t predictor = 0;
 
     bool operator==(const TileLayout& other) const = default;
+    /// Of a layout that is shared, whose tiles are square.
+    int side() const { return static_cast<int>(tileWidth); }
 };
 
-/// The layout of the file that GDAL creates for the raster with these options, if all of its
-/// bands are plain TIFF files of that layout, with one band and without missing tiles.
+/// The layout of the file that GDAL creates for the raster with these options and tiles of some
+/// side, if all of its bands are plain TIFF files of that layout, with one band and without missing
+/// tiles.
 std::optional<TileLayout> sharedLayout(const OutputRaster& raster, GDALDataType type,
                                        const CPLStringList& creationOptions);
 
