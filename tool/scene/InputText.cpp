@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cerrno>
-#include <filesystem>
 #include <fstream>
 #include <istream>
 #include <system_error>
@@ -10,8 +9,6 @@
 #include "sets/xml/XmlUtf16.h"
 #include "tool/terminal/Failure.h"
 #include "tool/terminal/Interrupt.h"
-
-namespace fs = std::filesystem;
 
 namespace kestms {
 namespace {
@@ -33,6 +30,7 @@ std::string decoded(std::string bytes) {
 std::string readText(std::istream& stream, const std::string& name) {
     std::string bytes;
     std::array<char, 16384> block{};
+    errno = 0;
     while (stream.read(block.data(), block.size()) || stream.gcount() > 0) {
         const std::string_view read(block.data(), static_cast<std::size_t>(stream.gcount()));
         bytes.append(read);
@@ -46,16 +44,13 @@ std::string readText(std::istream& stream, const std::string& name) {
     }
     throwIfInterrupted();
     if (stream.bad()) {
-        throw Failure(ExitCode::CannotRead, name, "read failed");
+        throw Failure(ExitCode::CannotRead, name,
+                      errno != 0 ? std::generic_category().message(errno) : "read failed");
     }
     return decoded(std::move(bytes));
 }
 
 std::string readTextFile(const std::string& path) {
-    std::error_code error;
-    if (fs::is_directory(path, error)) {
-        throw Failure(ExitCode::CannotRead, path, std::generic_category().message(EISDIR));
-    }
     errno = 0;
     std::ifstream file(path, std::ios::binary);
     if (!file) {
