@@ -42,6 +42,9 @@ SharedSession& SharedSession::instance() {
 SharedSession::SharedSession() {
     // A program such as QGIS runs for days while files change under it.
     context_.changes = kestms::Session::Changes::Notice;
+    // The policy holds for the whole process: kestms, if it loads the driver, may allow more.
+    context_.paths = Pyxis::StandardCodecs::allowed();
+    context_.paths.archives = true;
     // The Python package learns from the message which scenes there are.
     context_.mostScenesNamed = std::numeric_limits<std::size_t>::max();
     if (const char* products = CPLGetConfigOption("KESTMS_PRODUCTS", nullptr)) {
@@ -71,6 +74,8 @@ void SharedSession::useProducts(const std::string& file) {
 
 kestms::OpenedSet SharedSession::open(const std::string& argument, const std::string& scene,
                                       const std::string& products, std::string& warnings) {
+    // One may name this very set, and GDAL would wait here for itself.
+    const Pyxis::WithoutVirtualRasters withoutVirtualRasters;
     const std::lock_guard<std::mutex> lock(mutex_);
     warnings_.str({});
     context_.inputs = {};

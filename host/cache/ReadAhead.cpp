@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "host/cache/FileCache.h"
+#include "host/file/PathPolicy.h"
 #include "pyxis/NoThrow.h"
 
 namespace Pyxis {
@@ -36,7 +37,10 @@ ReadAhead::ReadAhead(std::shared_ptr<FileCache> cache, std::vector<std::string> 
     helpers_.reserve(threads - 1);
     try {
         while (helpers_.size() < threads - 1) {
-            helpers_.emplace_back([this] { openNextFiles(); });
+            helpers_.emplace_back([this, allowed = allowsVirtualRasters()] {
+                const WithoutVirtualRasters asCaller(!allowed);
+                openNextFiles();
+            });
         }
     } catch (const std::exception&) {
         // Fewer threads do the work.

@@ -64,6 +64,10 @@ void StandardCodecs::allow(const PathPolicy& policy) {
     setPathPolicy(policy);
 }
 
+PathPolicy StandardCodecs::allowed() {
+    return pathPolicy();
+}
+
 void StandardCodecs::closeFiles() {
     HandlePool::instance().closeIdle();
 }

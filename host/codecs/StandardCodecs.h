@@ -51,6 +51,7 @@ class PYXIS_CODECS_API StandardCodecs {
     void finishReadingAhead();
     /// Sets what components may be besides plain files, for the whole process.
     static void allow(const PathPolicy& policy);
+    static PathPolicy allowed();
     /// Closes the files that GDAL holds open and nobody is reading. They reopen when used.
     void closeFiles();
     /// Closes the images of these codecs that nobody has deleted.

@@ -38,6 +38,8 @@ Shared& shared() {
     return *shared;
 }
 
+thread_local bool refusesVirtualRasters = false;
+
 }  // namespace
 
 PathKind kindOf(std::string_view path) {
@@ -64,6 +66,18 @@ void setPathPolicy(PathPolicy policy) {
 PathPolicy pathPolicy() {
     const std::lock_guard<std::mutex> lock(shared().mutex);
     return shared().policy;
+}
+
+bool allowsVirtualRasters() {
+    return !refusesVirtualRasters && pathPolicy().virtualRasters;
+}
+
+WithoutVirtualRasters::WithoutVirtualRasters(bool refuse) : before_(refusesVirtualRasters) {
+    refusesVirtualRasters = before_ || refuse;
+}
+
+WithoutVirtualRasters::~WithoutVirtualRasters() {
+    refusesVirtualRasters = before_;
 }
 
 std::string_view whyNotAllowed(const std::string& path) {

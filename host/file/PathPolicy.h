@@ -31,6 +31,21 @@ struct PathPolicy {
 void setPathPolicy(PathPolicy policy);
 PathPolicy pathPolicy();
 
+/// Whether this thread may open virtual rasters.
+bool allowsVirtualRasters();
+
+/// Refuses virtual rasters on this thread for its lifetime, whatever the policy.
+class PYXIS_CODECS_API WithoutVirtualRasters {
+  public:
+    explicit WithoutVirtualRasters(bool refuse = true);
+    WithoutVirtualRasters(const WithoutVirtualRasters&) = delete;
+    WithoutVirtualRasters& operator=(const WithoutVirtualRasters&) = delete;
+    ~WithoutVirtualRasters();
+
+  private:
+    bool before_;
+};
+
 /// Why such a path may not be opened, for the user; empty when it may.
 std::string_view whyNotAllowed(const std::string& path);
 

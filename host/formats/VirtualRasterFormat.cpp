@@ -16,7 +16,7 @@ bool recognise(std::string_view head, const std::string& /*path*/) {
 
 Expected<RasterFacts> load(const SourceFile& file, DatasetHandle& handle) {
     constexpr std::uint64_t kMostBytes = 16U << 20U;
-    if (!pathPolicy().virtualRasters) {
+    if (!allowsVirtualRasters()) {
         return Refusal{Refusal::Kind::Unsafe, std::string(kVirtualRasterNotAllowed)};
     }
     if (file.head.state.size > kMostBytes) {
