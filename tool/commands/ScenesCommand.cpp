@@ -133,16 +133,21 @@ Json sceneJson(const Examined& each) {
 }
 
 ExitCode scenes(Context& context, const ScenesOptions& options) {
+    const SceneList list = readScenes(options.paths, context);
+    const ExitCode code = list.isWhole ? ExitCode::Success : ExitCode::CannotRead;
     std::vector<Examined> examined;
-    for (const Scene& scene : readScenes(options.paths, context)) {
+    for (const Scene& scene : list.scenes) {
         examined.push_back(examine(context, scene));
+    }
+    if (examined.empty()) {
+        return code;
     }
     if (!options.json) {
         context.out << scenesText(examined, context.tableColumns());
-        return ExitCode::Success;
+        return code;
     }
     writeJson(context.out, documentOf("kestms scenes", 1), "scenes", examined, sceneJson);
-    return ExitCode::Success;
+    return code;
 }
 
 }  // namespace

@@ -133,7 +133,10 @@ std::vector<std::string> metadataWithoutRasters(const std::vector<Scene>& scenes
 }
 
 /// The rasters at a path of `kestms scenes`.
-std::vector<std::string> rastersAt(const std::string& path, const Context& context) {
+std::vector<std::string> rastersAt(const std::string& path, Context& context) {
+    if (Pyxis::kindOf(path) == Pyxis::PathKind::Remote) {
+        context.nameRemote(path);
+    }
     if (isPlaceToLook(path)) {
         FolderContents contents = rasterFilesBelow(path);
         noteUnopened(context, path, contents);
@@ -404,8 +407,9 @@ Pyxis::FileSpecifier readSet(const std::vector<std::string>& arguments, Context&
     return reader.set();
 }
 
-std::vector<Scene> readScenes(const std::vector<std::string>& paths, Context& context) {
+SceneList readScenes(const std::vector<std::string>& paths, Context& context) {
     Session& session = context.session();
+    SceneList list;
     std::vector<std::string> files;
     std::set<std::string> seen;
     const auto add = [&](const std::string& file) {
@@ -413,23 +417,31 @@ std::vector<Scene> readScenes(const std::vector<std::string>& paths, Context& co
             files.push_back(file);
         }
     };
-    for (const std::string& given : paths) {
-        const std::string path = withoutScheme(given);
-        if (Pyxis::kindOf(path) == Pyxis::PathKind::Remote) {
-            context.nameRemote(path);
+    for (const std::string& path : paths) {
+        try {
+            const std::vector<std::string> found = rastersAt(withoutScheme(path), context);
+            std::for_each(found.begin(), found.end(), add);
+        } catch (const Failure& failure) {
+            if (failure.code() != ExitCode::CannotRead) {
+                throw;
+            }
+            context.fail(failure.what());
+            list.isWhole = false;
         }
-        const std::vector<std::string> found = rastersAt(path, context);
-        std::for_each(found.begin(), found.end(), add);
     }
-    std::vector<Scene> scenes = scenesAmong(session, files);
-    const std::vector<Scene> described = scenesDescribedBy(session, metadataWithoutRasters(scenes));
+    list.scenes = scenesAmong(session, files);
+    const std::vector<Scene> described =
+        scenesDescribedBy(session, metadataWithoutRasters(list.scenes));
     for (const Scene& scene : described) {
         std::for_each(scene.files.begin(), scene.files.end(), add);
         for (const SetAside& each : scene.setAside) {
             add(each.path);
         }
     }
-    return described.empty() ? scenes : scenesAmong(session, files);
+    if (!described.empty()) {
+        list.scenes = scenesAmong(session, files);
+    }
+    return list;
 }
 
 }  // namespace kestms

@@ -30,8 +30,13 @@ enum class MissingFile {
 Pyxis::FileSpecifier readSet(const std::vector<std::string>& arguments, Context& context,
                              MissingFile missing);
 
-/// The scenes in folders (and those below them), globs and files. Throws a Failure with
-/// ExitCode::CannotRead for a path that is not there or holds no rasters.
-std::vector<Scene> readScenes(const std::vector<std::string>& paths, Context& context);
+struct SceneList {
+    std::vector<Scene> scenes;
+    bool isWhole = true;  ///< whether every path led to a scene
+};
+
+/// The scenes in folders (and those below them), globs and files. Reports each path that is not
+/// there or holds no rasters, and each damaged archive.
+SceneList readScenes(const std::vector<std::string>& paths, Context& context);
 
 }  // namespace kestms

@@ -281,6 +281,10 @@ TEST_F(Scenes, AnArchiveIsAPlaceToLook) {
     const Outcome damaged = runTool({"info", directory_ / "damaged.zip"});
     EXPECT_EQ(damaged.code, 3);
     EXPECT_THAT(damaged.err, HasSubstr("damaged.zip: a damaged or empty archive"));
+    const Outcome others = runTool({"scenes", directory_ / "damaged.zip", tar});
+    EXPECT_EQ(others.err, damaged.err);
+    EXPECT_EQ(others.code, 3);
+    EXPECT_THAT(others.out, HasSubstr(kFirst));
 }
 
 /// A document is untrusted: it must not make the program connect.
