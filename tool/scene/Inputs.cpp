@@ -26,6 +26,7 @@
 #include "tool/scene/RasterDirectory.h"
 #include "tool/scene/SceneChoice.h"
 #include "tool/terminal/Interrupt.h"
+#include "tool/terminal/TerminalText.h"
 
 namespace fs = std::filesystem;
 
@@ -125,7 +126,10 @@ std::vector<std::string> metadataWithoutRasters(const std::vector<Scene>& scenes
         for (const SetAside& each : scene.setAside) {
             files.push_back(each.path);
         }
-        if (std::all_of(files.begin(), files.end(), isMetadataFile)) {
+        // Some codecs read files with the extension of a text.
+        if (std::all_of(files.begin(), files.end(), [](const std::string& path) {
+                return isMetadataFile(path) && !isDecodable(path);
+            })) {
             metadata.insert(metadata.end(), files.begin(), files.end());
         }
     }
@@ -417,6 +421,10 @@ SceneList readScenes(const std::vector<std::string>& paths, Context& context) {
             files.push_back(file);
         }
     };
+    const auto report = [&](const std::string& message) {
+        context.fail(message);
+        list.isWhole = false;
+    };
     for (const std::string& path : paths) {
         try {
             const std::vector<std::string> found = rastersAt(withoutScheme(path), context);
@@ -425,22 +433,27 @@ SceneList readScenes(const std::vector<std::string>& paths, Context& context) {
             if (failure.code() != ExitCode::CannotRead) {
                 throw;
             }
-            context.fail(failure.what());
-            list.isWhole = false;
+            report(failure.what());
         }
     }
     list.scenes = scenesAmong(session, files);
-    const std::vector<Scene> described =
-        scenesDescribedBy(session, metadataWithoutRasters(list.scenes));
-    for (const Scene& scene : described) {
+    std::vector<std::string> metadata = metadataWithoutRasters(list.scenes);
+    if (metadata.empty()) {
+        return list;
+    }
+    std::erase_if(files, [all = std::set(metadata.begin(), metadata.end())](const auto& file) {
+        return all.contains(file);
+    });
+    for (const Scene& scene : scenesDescribedBy(session, metadata)) {
         std::for_each(scene.files.begin(), scene.files.end(), add);
         for (const SetAside& each : scene.setAside) {
             add(each.path);
         }
     }
-    if (!described.empty()) {
-        list.scenes = scenesAmong(session, files);
+    for (const std::string& path : metadata) {
+        report(fileMessage(path, "no raster, and describes no scene that is there"));
     }
+    list.scenes = scenesAmong(session, files);
     return list;
 }
 

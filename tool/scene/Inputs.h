@@ -36,7 +36,7 @@ struct SceneList {
 };
 
 /// The scenes in folders (and those below them), globs and files. Reports each path that is not
-/// there or holds no rasters, and each damaged archive.
+/// there or holds no rasters, each damaged archive, and metadata of no scene.
 SceneList readScenes(const std::vector<std::string>& paths, Context& context);
 
 }  // namespace kestms

@@ -5,6 +5,7 @@
 #include <array>
 #include <filesystem>
 #include <string_view>
+#include <system_error>
 
 #include "host/codecs/Places.h"
 
@@ -18,8 +19,8 @@ constexpr std::array kOfTile = {"MTD_TL.xml", "metadata.xml", "tileInfo.json"};
 
 /// Names that do not begin with that of their scene.
 bool isNamedByProduct(std::string_view name) {
-    constexpr std::array<std::string_view, 4> kStarts = {"MTD_", "manifest.", "metadata.",
-                                                         "tileInfo."};
+    constexpr std::array<std::string_view, 5> kStarts = {"MTD_", "INSPIRE.", "manifest.",
+                                                         "metadata.", "tileInfo."};
     return std::any_of(kStarts.begin(), kStarts.end(),
                        [&name](const auto start) { return name.starts_with(start); });
 }
@@ -44,6 +45,19 @@ bool mayDescribeScene(const std::string& path) {
 bool describesScene(const std::string& path, const std::string& scene) {
     const std::string_view name = nameOf(path);
     return name.starts_with(scene) || isNamedByProduct(name);
+}
+
+std::string describedFolder(const std::string& path) {
+    const fs::path given = fs::path(path).parent_path();
+    std::error_code error;
+    const fs::path own = fs::weakly_canonical(given.empty() ? "." : given, error);
+    const bool isOfDatastrip = own.parent_path().filename() == "DATASTRIP";
+    const auto described = [isOfDatastrip](const fs::path& folder) {
+        return isOfDatastrip ? folder.lexically_normal().parent_path().parent_path() : folder;
+    };
+    const fs::path name = described(given).filename();
+    const bool isNamed = !name.empty() && name != "." && name != "..";
+    return described(isNamed ? given : own);
 }
 
 std::string metadataFileBeside(const std::string& name, const std::vector<std::string>& files) {

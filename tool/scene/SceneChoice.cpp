@@ -121,36 +121,41 @@ void SceneChoice::takeFolder(const std::string& folder) {
               [&folder](const Scene& scene) { return isDirectlyIn(scene, folder); });
 }
 
-std::vector<Scene> scenesDescribedBy(Session& session, const std::vector<std::string>& paths) {
+std::vector<Scene> scenesDescribedBy(Session& session, std::vector<std::string>& paths) {
+    // As the rasters are spelled there.
+    const auto spelled = [](const std::string& path) {
+        return (fs::path(describedFolder(path)) / fs::path(path).filename()).string();
+    };
     std::map<std::string, std::set<std::string>> byFolder;  // a folder can be large
     for (const std::string& path : paths) {
         std::error_code error;
         if (mayDescribeScene(path) && fs::is_regular_file(path, error)) {
-            // As the rasters are spelled there.
-            const fs::path parent = fs::path(path).parent_path();
-            const fs::path folder = parent.empty() ? "." : parent;
-            byFolder[folder].insert(folder / fs::path(path).filename());
+            byFolder[describedFolder(path)].insert(spelled(path));
         }
     }
     std::vector<Scene> scenes;
+    std::set<std::string> used;
     for (const auto& each : byFolder) {
         const std::set<std::string>& metadata = each.second;
         Strings files = rastersBelow(each.first);
         files.insert(files.end(), metadata.begin(), metadata.end());
         for (Scene& scene : scenesAmong(session, files)) {
             const std::size_t own = std::erase_if(scene.setAside, [&](const SetAside& file) {
-                return metadata.contains(file.path) && describesScene(file.path, scene.name);
+                return !scene.product.empty() && metadata.contains(file.path) &&
+                       describesScene(file.path, scene.name) && used.insert(file.path).second;
             });
-            if (own > 0 && !scene.product.empty()) {
+            if (own > 0) {
                 scenes.push_back(std::move(scene));
             }
         }
     }
+    std::erase_if(paths, [&](const std::string& path) { return used.contains(spelled(path)); });
     return scenes;
 }
 
 bool SceneChoice::takeSceneOf(const std::string& metadata) {
-    const std::vector<Scene> scenes = scenesDescribedBy(context_.session(), {metadata});
+    Strings paths = {metadata};
+    const std::vector<Scene> scenes = scenesDescribedBy(context_.session(), paths);
     if (scenes.empty()) {
         return false;
     }

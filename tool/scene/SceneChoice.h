@@ -18,8 +18,8 @@ struct InputEntry {
 };
 
 /// The scenes of products that the metadata files among the paths describe, from their folders and
-/// those below; without the metadata files.
-std::vector<Scene> scenesDescribedBy(Session& session, const std::vector<std::string>& paths);
+/// those below; without the metadata files, which it removes from the paths.
+std::vector<Scene> scenesDescribedBy(Session& session, std::vector<std::string>& paths);
 
 /// Decides which files of scenes become components, and says in one line what is left out.
 class SceneChoice {

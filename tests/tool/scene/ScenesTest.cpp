@@ -119,7 +119,9 @@ TEST_F(Scenes, FramesAndMetadataThatAreNamedAreSortedToo) {
         EXPECT_EQ(bandsOf(arguments).size(), 3U) << arguments[0];
     }
     fakes::writeFile(directory_ / "scene/notes.txt", "mine");
-    EXPECT_EQ(runTool({"info", directory_ / "scene/notes.txt"}).code, 3);
+    for (const char* command : {"info", "scenes"}) {
+        EXPECT_EQ(runTool({command, directory_ / "scene/notes.txt"}).code, 3);
+    }
     fakes::writeFile(prefix + "_thumb_small.jpeg", "");
     fakes::writeFile(prefix + ".jpg", "");
     const Strings all = {
@@ -231,6 +233,15 @@ TEST_F(Scenes, OfABandAtSeveralPixelSizesTheOwnIsTaken) {
                     "same band at another pixel size", "same band at another pixel size", "preview",
                     "ancillary", "mask", "same layer at another pixel size",
                     "same layer at another pixel size", "mask", "preview"));
+    const auto before = std::filesystem::current_path();
+    for (const char* file : {"renamed/MTD_MSIL2A.xml", "renamed/DATASTRIP/DS/MTD_DS.xml"}) {
+        const std::filesystem::path metadata = directory_ / file;
+        fakes::writeFile(metadata, "<product/>");
+        EXPECT_EQ(bandsOf({metadata}).size(), 2U) << file;
+        std::filesystem::current_path(metadata.parent_path());
+        EXPECT_EQ(scenesOf({metadata.filename()})[0]["files"], scenes[0]["files"]) << file;
+    }
+    std::filesystem::current_path(before);
     const Outcome layers = runTool({"info", directory_.path(), "--with-quality", "--json"});
     EXPECT_THAT(bandNames(layers),
                 ElementsAre("Blue (B02)", HasSubstr("B8A"), "Aerosol optical thickness",
