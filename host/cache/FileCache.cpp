@@ -26,6 +26,12 @@ class AbsolutePath {
     const std::string& path_;
 };
 
+const char* whyNoFormat(std::string_view head) {
+    return head.empty()                   ? "the file is empty"
+           : head.starts_with("\x1F\x8B") ? "compressed with gzip; unpack it"
+                                          : "no known raster format";
+}
+
 /// The operation of this thread; 0 for none.
 thread_local std::uint64_t currentOperation = 0;
 
@@ -75,9 +81,7 @@ Expected<RasterPointer> FileCache::open(const std::string& path) {
     const Format* format = head ? formatOf(head->bytes, *absolute) : nullptr;
     if (format == nullptr) {
         const Refusal refusal =
-            !head ? head.refusal()
-                  : Refusal{Refusal::Kind::OtherFormat,
-                            head->bytes.empty() ? "the file is empty" : "no known raster format"};
+            head ? Refusal{Refusal::Kind::OtherFormat, whyNoFormat(head->bytes)} : head.refusal();
         keepHead(*absolute, std::move(head));
         return refusal;
     }

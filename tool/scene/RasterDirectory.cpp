@@ -31,6 +31,7 @@ constexpr std::array<std::string_view, 16> kOtherExtensions = {
 constexpr std::array<std::string_view, 4> kSecondaryExtensions = {".png", ".jpg", ".jpeg", ".vrt"};
 
 constexpr std::array<std::string_view, 1> kFastHeader = {".fst"};
+constexpr std::array<std::string_view, 1> kCompressed = {".gz"};
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
@@ -45,6 +46,12 @@ bool isHidden(std::string_view path) {
 bool isRaster(const std::string& path) {
     return Pyxis::isNamedLikeRaster(path) ||
            (!hasExtension(path, kOtherExtensions) && isDecodable(path));
+}
+
+/// "B4.TIF.gz", which no codec reads.
+bool isCompressedRaster(const std::string& path) {
+    return hasExtension(path, kCompressed) &&
+           Pyxis::isNamedLikeRaster(path.substr(0, path.rfind('.')));
 }
 
 /// The pixels of FAST files are in other files of their kind, which are no rasters of their own.
@@ -74,7 +81,9 @@ class RasterFiles {
             ++archives_;
             return;
         }
-        if (isRaster(path)) {
+        if (isCompressedRaster(path)) {
+            ++compressed_;
+        } else if (isRaster(path)) {
             rasters_.push_back(path);
         } else if (hasExtension(path, kSecondaryExtensions)) {
             secondary_.push_back(path);
@@ -106,11 +115,17 @@ class RasterFiles {
         if (links_ > 0) {
             text += (text.empty() ? "" : " and ") + counted(links_, "linked folder");
         }
-        return text.empty() ? text : text + " (name one to look into it)";
+        text += text.empty() ? "" : " (name one to look into it)";
+        if (compressed_ > 0) {
+            text += (text.empty() ? "" : ", ") + counted(compressed_, "file") +
+                    " compressed with gzip (unpack to read)";
+        }
+        return text;
     }
 
     std::size_t archives_ = 0;
     std::size_t links_ = 0;
+    std::size_t compressed_ = 0;
     std::vector<std::string> rasters_;
     std::vector<std::string> secondary_;  ///< count only where there is nothing else
 };

@@ -24,7 +24,8 @@ bool isPlaceToLook(const std::string& path);
 
 struct FolderContents {
     std::vector<std::string> rasters;
-    /// What nobody has looked into, for a message: archives and links to folders.
+    /// What nobody has looked into, for a message: archives, links to folders,
+    /// compressed files.
     std::string unopened;
 };
 

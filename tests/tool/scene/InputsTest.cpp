@@ -126,6 +126,7 @@ TEST_F(Inputs, FailInOneLineThatNamesTheFileAndTheReason) {
     fakes::writeFile(directory_ / "text.xml", "no markup");
     fakes::writeFile(directory_ / "other.xml", "<a><b/></a>");
     fakes::writeFile(directory_ / "text.txt", "text");
+    fakes::writeFile(directory_ / "b.tif.gz", "\x1F\x8B");
     fakes::writeFile(directory_ / "blank.tif", "");
     const std::string good = directory_ / "b1.tif";
     struct Case {
@@ -144,6 +145,7 @@ TEST_F(Inputs, FailInOneLineThatNamesTheFileAndTheReason) {
         {{directory_ / "text.xml"}, 3, "text.xml", "not an XML document"},
         {{directory_ / "other.xml"}, 3, "other.xml", "the document lists no components"},
         {{good, directory_ / "text.txt"}, 3, "text.txt", "no known raster format"},
+        {{good, directory_ / "b.tif.gz"}, 3, "b.tif.gz", "compressed with gzip; unpack it"},
         {{good, directory_ / "blank.tif"}, 3, "blank.tif", "the file is empty"},
         {{good}, 1, "b1.tif", "a set needs at least two bands"},
         {{good, good + "#4"}, 1, "b1.tif", "there is no frame 4"},

@@ -151,8 +151,11 @@ TEST_F(Scenes, WhatElseIsInAFolderIsMentioned) {
     writeLandsat8("all/scene", kFirst);
     write("all/other/dem.tif");
     fakes::writeFile(directory_ / "all/other/a.ZIP", "PK");
+    fakes::writeFile(directory_ / "all/other/b.TIF.gz", "\x1F\x8B");
     const std::string all = directory_ / "all";
-    const std::string archives = all + ": not looked into: 1 archive (name one to look into it)\n";
+    const std::string archives = all +
+                                 ": not looked into: 1 archive (name one to look into it), 1 file "
+                                 "compressed with gzip (unpack to read)\n";
     EXPECT_EQ(runTool({"info", all}).err, "kestms: " + archives + "kestms: " + all +
                                               ": set aside: 2 quality, 1 part of no scene "
                                               "(--with-quality takes what fits)\n");
