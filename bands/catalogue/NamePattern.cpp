@@ -1,6 +1,7 @@
 #include "bands/catalogue/NamePattern.h"
 
 #include <algorithm>
+#include <array>
 #include <numeric>
 
 #include "bands/AsciiText.h"
@@ -17,6 +18,23 @@ bool isLetter(char16_t character) {
 std::size_t digitsAt(std::u16string_view text) {
     return static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), isDigit) -
                                     text.begin());
+}
+
+/// The length of "2018/6/29" or "2018/06/29".
+std::size_t dateFoldersAt(std::u16string_view text) {
+    constexpr std::array<std::size_t, 3> kMostDigits = {4, 2, 2};
+    std::size_t length = 0;
+    for (const std::size_t most : kMostDigits) {
+        if (length > 0 && !text.substr(length++).starts_with(u'/')) {
+            return kNoMatch;
+        }
+        const std::size_t digits = digitsAt(text.substr(length, most));
+        if (digits == 0 || (length == 0 && digits < most)) {
+            return kNoMatch;
+        }
+        length += digits;
+    }
+    return length;
 }
 
 }  // namespace
@@ -80,6 +98,9 @@ class NamePattern::Compiler {
             add(Kind::Date).digits = 8;
         } else if (takes(u"{yearday}")) {
             add(Kind::Date).digits = 7;
+        } else if (takes(u"{y/m/d}")) {
+            add(Kind::DateFolders);
+            folders_ += 2;
         } else if (takes(u"{band}")) {
             ++bands_;
             Part& band = add(Kind::Band);
@@ -185,7 +206,7 @@ std::optional<NamePattern::Match> NamePattern::match(std::u16string_view name) c
             match.scene = name.substr(sceneStart, at - sceneStart);
         } else if (part.kind == Kind::Band) {
             match.code = part.codes[choice];
-        } else if (part.kind == Kind::Date) {
+        } else if (part.kind == Kind::Date || part.kind == Kind::DateFolders) {
             match.date = rest.substr(0, length);
         }
         at += length;
@@ -207,6 +228,8 @@ std::size_t NamePattern::lengthAt(const Part& part, std::u16string_view rest, st
         }
         case Kind::Date:
             return digitsAt(rest.substr(0, part.digits)) == part.digits ? part.digits : kNoMatch;
+        case Kind::DateFolders:
+            return dateFoldersAt(rest);
         case Kind::Choice:
         case Kind::Band:
             for (choice = 0; choice < part.choices.size(); ++choice) {

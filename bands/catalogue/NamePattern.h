@@ -15,6 +15,7 @@
 //   [ ... ]        the scene's name
 //   {band}         the code of one of the product's bands or layers
 //   {date}         year, month and day in eight digits; {yearday} year and day in seven
+//   {y/m/d}        year, month and day as three folders, "2018/6/29"
 //   /              the end of a folder's name
 //   \x             the sign x itself
 //
@@ -30,8 +31,9 @@ class NamePattern {
 
     struct Match {
         std::optional<std::u16string_view> scene;
-        std::size_t code = 0;      ///< index of the code that matches "{band}"
-        std::u16string_view date;  ///< 8 digits, or 7 with the day of the year; empty without one
+        std::size_t code = 0;  ///< index of the code that matches "{band}"
+        /// 8 digits, or 7 with the day of the year, or with "/" between; empty without one.
+        std::u16string_view date;
     };
 
     /// `codes` are the values of "{band}". Nothing on an error; `fault` is then a sentence.
@@ -46,7 +48,18 @@ class NamePattern {
     std::optional<Match> match(std::u16string_view name) const;
 
   private:
-    enum class Kind { Text, Digit, Letter, Digits, Choice, Band, Date, SceneStart, SceneEnd };
+    enum class Kind {
+        Text,
+        Digit,
+        Letter,
+        Digits,
+        Choice,
+        Band,
+        Date,
+        DateFolders,
+        SceneStart,
+        SceneEnd
+    };
 
     struct Part {
         Kind kind = Kind::Text;

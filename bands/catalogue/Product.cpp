@@ -51,15 +51,19 @@ int number(std::u16string_view digits) {
     return value;
 }
 
-/// The date in eight digits, or in seven with the day of the year; empty if there is no such day.
+/// The date in eight digits, in seven with the day of the year, or with "/" between; empty if there
+/// is no such day.
 std::string isoDate(std::u16string_view digits) {
     using namespace std::chrono;
     if (digits.empty()) {
         return {};
     }
     const year itsYear(number(digits.substr(0, 4)));
+    const std::size_t slash = digits.rfind(u'/');
     const year_month_day date =
-        digits.size() == 8
+        slash != digits.npos
+            ? itsYear / number(digits.substr(5, slash - 5)) / number(digits.substr(slash + 1))
+        : digits.size() == 8
             ? itsYear / number(digits.substr(4, 2)) / number(digits.substr(6))
             : year_month_day(sys_days(itsYear / January / 1) + days(number(digits.substr(4)) - 1));
     if (!date.ok() || date.year() != itsYear) {

@@ -45,6 +45,8 @@ TEST(NamePatternTest, MatchesWholeNamesWithoutGoingBack) {
                  {"[{date}T#]{band}", "20180629T1B1", "20180629T1 B1 20180629"},
                  {"{yearday}{band}", "2018180B1", "- B1 2018180"},
                  {"{date}{band}", "2018062B1", "no"},
+                 {"{y/m/d}/{band}", "2018/6/290/B1", "no"},
+                 {"{y/m/d}/{band}", "201/6/29/B1", "no"},
                  {"[f#]/r10m/{band}", "F1/R10M/B1", "F1 B1 -"},
                  {"\\#\\(\\[{band}", "#([B1", "- B1 -"},
                  {"{band}", "", "no"},

@@ -17,12 +17,13 @@ PRODUCTS = json.loads(
     subprocess.run([BUILD / "bin" / "kestms", "--language", "en", "products", "--json"],
                    capture_output=True, check=True).stdout
 )["products"]
-SIGNS = {"#+": "12", "#": "1", "@": "A", "{date}": "20180629", "{yearday}": "2018180", "[": "", "]": ""}
+SIGNS = {"#+": "12", "#": "1", "@": "A", "{date}": "20180629", "{yearday}": "2018180", "{y/m/d}": "2018/6/29",
+         "[": "", "]": ""}
 
 
 def name_of(pattern: str, code: str) -> str:
     """A name that the pattern matches: the first of alternatives, and any digits and letters."""
-    parts = re.findall(r"#\+|\{\w+\}|\([^)]*\)|.", pattern)
+    parts = re.findall(r"#\+|\{[^}]+\}|\([^)]*\)|.", pattern)
     return "".join(
         code if part == "{band}" else part[1:-1].split("|")[0] if part[0] == "(" else SIGNS.get(part, part)
         for part in parts
