@@ -91,8 +91,8 @@ std::string bandsText(const OpenedSet& set, std::size_t columns) {
                      {"Bucket", Align::Right, Fit::LeaveOut},
                      {"Channel", Align::Left, Fit::LeaveOut},
                      {"Pixel size", Align::Left},
-                     {"Samples", Align::Left},
-                     {"No-data", Align::Right},
+                     {"Samples", Align::Left, Fit::LeaveOutLast},
+                     {"No-data", Align::Right, Fit::LeaveOutLast},
                      {"File", Align::Left, Fit::KeepEnd},
                      {"File frame", Align::Right, Fit::LeaveOut}});
     for (const Band& band : set.bands()) {

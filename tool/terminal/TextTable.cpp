@@ -54,9 +54,11 @@ std::vector<std::size_t> TextTable::widthsFor(std::size_t columns) const {
         least[i] = fit == Fit::KeepEnd || fit == Fit::KeepStart ? std::min(widths[i], kLeastWidth)
                                                                 : widths[i];
     }
-    for (std::size_t i = 0; i < widths.size() && columns > 0; ++i) {
-        if (tableWidth(least) > columns && columns_[i].fit == Fit::LeaveOut) {
-            widths[i] = least[i] = 0;
+    for (const Fit fit : {Fit::LeaveOut, Fit::LeaveOutLast}) {
+        for (std::size_t i = 0; i < widths.size() && columns > 0; ++i) {
+            if (tableWidth(least) > columns && columns_[i].fit == fit) {
+                widths[i] = least[i] = 0;
+            }
         }
     }
     for (const Fit fit : {Fit::KeepEnd, Fit::KeepStart}) {

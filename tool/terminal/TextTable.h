@@ -14,9 +14,10 @@ class TextTable {
     /// How a column shrinks when the table is too wide.
     enum class Fit {
         Whole,
-        KeepEnd,    ///< paths: cells lose their beginning
-        KeepStart,  ///< cells lose their end, after those above, the rightmost column first
-        LeaveOut,   ///< removed before cells are cut, the leftmost of its kind first
+        KeepEnd,       ///< paths: cells lose their beginning
+        KeepStart,     ///< cells lose their end, after those above, the rightmost column first
+        LeaveOut,      ///< removed before cells are cut, the leftmost of its kind first
+        LeaveOutLast,  ///< the same, after all of those
     };
     struct Column {
         std::string heading;

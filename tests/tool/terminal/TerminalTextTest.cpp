@@ -61,7 +61,7 @@ TEST(TerminalText, AlignsColumnsByDisplayWidth) {
 
 TEST(TerminalText, FitsATableIntoTheTerminal) {
     using Fit = TextTable::Fit;
-    TextTable table({{"N", TextTable::Align::Right, Fit::LeaveOut},
+    TextTable table({{"N", TextTable::Align::Right, Fit::LeaveOutLast},
                      {"Name", TextTable::Align::Left, Fit::KeepStart},
                      {"T", TextTable::Align::Left, Fit::LeaveOut},
                      {"File", TextTable::Align::Left, Fit::KeepEnd}});
@@ -71,7 +71,7 @@ TEST(TerminalText, FitsATableIntoTheTerminal) {
         {54, "1  a name of twenty and  t  folder/folder/file_B10.TIF\n"},
         {46, "1  a name of twenty and  t  ...er/file_B10.TIF\n"},
         {40, "1  a name of twe...  t  .../file_B10.TIF\n"},
-        {37, "a name of twe...  t  .../file_B10.TIF\n"},
+        {37, "1  a name of twe...  .../file_B10.TIF\n"},
         {34, "a name of twe...  .../file_B10.TIF\n"},
         {10, "a name of twe...  .../file_B10.TIF\n"},
     };
