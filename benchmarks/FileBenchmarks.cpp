@@ -7,7 +7,9 @@
 
 #include <array>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 
 #include "benchmarks/Sets.h"
@@ -15,12 +17,17 @@
 
 namespace {
 
-/// The files of a set that make_files has made.
+/// The files of a set that make_files has made. Ends the program without them.
 std::vector<std::string> filesOf(const std::string& set) {
-    std::ifstream list(KEST_SAMPLES "/" + set + ".txt");
+    const std::string name = KEST_SAMPLES "/" + set + ".txt";
+    std::ifstream list(name);
     std::vector<std::string> files;
     for (std::string path; std::getline(list, path);) {
         files.push_back(path);
+    }
+    if (files.empty() || !std::filesystem::exists(files.back())) {
+        std::fprintf(stderr, "%s: no such samples; make_files makes them\n", name.c_str());
+        std::exit(2);
     }
     return files;
 }
