@@ -65,10 +65,12 @@ std::string metadataFileBeside(const std::string& name, const std::vector<std::s
         return {};
     }
     const fs::path folder = fs::path(files.front()).parent_path();
+    const fs::path above = folder.parent_path();
+    const fs::path ofTile = above.filename() == "IMG_DATA" ? above.parent_path() : above;
     std::vector<fs::path> candidates = {folder / (name + kLandsat)};
-    for (const fs::path& place : {folder, folder.parent_path()}) {
-        for (const char* const ofTile : kOfTile) {
-            candidates.push_back(place / ofTile);
+    for (const fs::path& place : {folder, ofTile}) {
+        for (const char* const file : kOfTile) {
+            candidates.push_back(place / file);
         }
     }
     const auto found = std::find_if(candidates.begin(), candidates.end(), [](const fs::path& path) {

@@ -196,12 +196,13 @@ TEST(AcquisitionTime, IsWhatTheTextSays) {
               "2018-06-29T00:00:00Z");
     EXPECT_FALSE(acquisitionTime("A_20180629T000241", "", {}));
     const fakes::TempDirectory tile;
-    std::filesystem::create_directory(tile / "R10m");
     fakes::writeFile(tile / "metadata.xml",
                      "<A><SENSING_TIME metadataLevel=\"Standard\">2018-06-29T00:02:41.458Z</"
                      "SENSING_TIME></A>");
-    EXPECT_EQ(acquisitionTime("0", "", metadataFileBeside("0", {tile / "R10m/B02.jp2"}))->start,
-              "2018-06-29T00:02:41.458Z");
+    for (const char* band : {"R10m/B02.jp2", "IMG_DATA/T_B02.jp2", "IMG_DATA/R10m/T_B02_10m.jp2"}) {
+        EXPECT_EQ(metadataFileBeside("0", {tile / band}), tile / "metadata.xml");
+    }
+    EXPECT_EQ(acquisitionTime("0", "", tile / "metadata.xml")->start, "2018-06-29T00:02:41.458Z");
 }
 
 /// A band of 100 x 100 pixels in a coordinate system.
