@@ -55,7 +55,8 @@ std::optional<TiffStatistics> statisticsIn(std::string_view metadata) {
         const std::string_view name = takeUntil(metadata, "\" sample=\"0\">");
         const std::string_view value = takeUntil(metadata, "</Item>\n");
         next = std::find(next, std::end(kNames), name);
-        if (next == std::end(kNames) || value.find_first_of("<&") != value.npos) {
+        // A terminator would end the text for GDAL.
+        if (next == std::end(kNames) || value.find_first_of("<&\0"sv) != value.npos) {
             return std::nullopt;
         }
         ++next;

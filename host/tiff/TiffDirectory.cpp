@@ -1,6 +1,7 @@
 #include "host/tiff/TiffDirectory.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -17,7 +18,9 @@ namespace {
 std::optional<std::array<double, 6>> transformOf(TiffFields& fields, const GeoKeys& keys) {
     const std::vector<double> scale = fields.doubles(tag::kPixelScale, 3);
     const std::vector<double> tie = fields.doubles(tag::kTiePoints, 6);
-    if (scale.empty() || tie.empty() || !(scale[0] > 0) || !(scale[1] > 0) || tie[0] != 0 ||
+    // GDAL multiplies tie points by scales, and gets no number where one is infinite.
+    const auto isSize = [](double size) { return size > 0 && std::isfinite(size); };
+    if (scale.empty() || tie.empty() || !isSize(scale[0]) || !isSize(scale[1]) || tie[0] != 0 ||
         tie[1] != 0 || fields.has(tag::kTransformation) ||
         keys.places == GeoKeys::Places::Unknown) {
         return std::nullopt;
