@@ -20,7 +20,8 @@ namespace fs = std::filesystem;
 /// What the samples look like.
 enum class Look {
     Plain,
-    Scene,  ///< smooth with noise, which compresses as imagery does; in deflated tiles
+    Scene,      ///< smooth with noise, which compresses as imagery does; in deflated tiles
+    OpenScene,  ///< the same, not compressed and in strips
 };
 
 std::vector<std::uint16_t> plainSamples(int size, int band) {
@@ -67,7 +68,7 @@ void writeRaster(const std::string& path, int size, int band, Look look) {
     dataset->SetGeoTransform(transform);
     dataset->SetSpatialRef(&system);
     std::vector<std::uint16_t> samples =
-        look == Look::Scene ? sceneSamples(size, band) : plainSamples(size, band);
+        look == Look::Plain ? plainSamples(size, band) : sceneSamples(size, band);
     if (dataset->GetRasterBand(1)->RasterIO(GF_Write, 0, 0, size, size, samples.data(), size, size,
                                             GDT_UInt16, 0, 0, nullptr) != CE_None) {
         throw std::runtime_error("cannot fill " + path);
@@ -111,6 +112,7 @@ int main(int argc, char** argv) {
         }
         makeSet(directory, "large4", 4, 2048);
         makeSet(directory, "scene", 6, 5120, Look::Scene);
+        makeSet(directory, "openscene", 6, 5120, Look::OpenScene);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "make_files: %s\n", error.what());
         return 1;

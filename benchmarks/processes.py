@@ -1,4 +1,4 @@
-"""Runs whole programs beside one another: time, peak memory, opened files and bytes read."""
+"""Runs whole programs beside one another: time, peak memory, opens, reads and bytes read."""
 
 import os
 import re
@@ -45,8 +45,11 @@ def compare(contenders, rounds):
 
 
 def trace(commands, directory):
-    """Opens of the files in the directory, and the bytes read from them."""
-    opens = count = 0
+    """Opens and reads of the files in the directory, and the bytes read.
+
+    They are the same whether or not the files are in the system's cache.
+    """
+    opens = reads = count = 0
     for command in commands:
         with tempfile.TemporaryDirectory() as logs:
             # A log for each thread, so that every call is on one line.
@@ -58,7 +61,8 @@ def trace(commands, directory):
                 with open(log, encoding="utf-8", errors="replace") as lines:
                     for line in lines:
                         if (read := READS.search(line)) and read["path"].startswith(directory):
+                            reads += 1
                             count += int(read["count"])
                         elif OPENS.search(line) and f"<{directory}" in line:
                             opens += 1
-    return {"opens": opens, "bytes": count}
+    return {"opens": opens, "reads": reads, "bytes": count}

@@ -60,12 +60,19 @@ class Bench:
     def file_counts(self):
         count = 100 if self.smoke else 1000
         folder = os.path.join(self.samples, f"small{count}") + "/"
-        traced = {name: processes.trace(commands, folder)
-                  for name, commands in self.contenders(count).items()}
-        for measure, label in (("opens", "opens"), ("bytes", "bytes read")):
-            for name, other in (("loop", "loop of opens"), ("vrt", "gdalbuildvrt + gdalinfo")):
-                self.table.compare(f"{label} of {amount(count)} files, kestms info : {other}",
-                                   traced["ours"][measure], traced[name][measure], show=amount)
+        contenders = self.contenders(count)
+        kestms = self.program("kestms")
+        contenders["check"] = [[kestms, "check", "@" + folder[:-1] + ".txt"]]
+        contenders["scenes"] = [[kestms, "scenes", folder]]
+        traced = {name: processes.trace(commands, folder) for name, commands in contenders.items()}
+        for measure, label in (("opens", "opens"), ("reads", "reads"), ("bytes", "bytes read")):
+            for ours, command, name, other in (
+                    ("ours", "info", "loop", "loop of opens"),
+                    ("ours", "info", "vrt", "gdalbuildvrt + gdalinfo"),
+                    ("check", "check", "loop", "loop of opens"),
+                    ("scenes", "scenes", "loop", "loop of opens")):
+                self.table.compare(f"{label} of {amount(count)} files, kestms {command} : {other}",
+                                   traced[ours][measure], traced[name][measure], show=amount)
         self.raw["file counts"] = traced
 
     def peak_memory(self):
