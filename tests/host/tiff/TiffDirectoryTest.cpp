@@ -31,6 +31,24 @@ std::string rangeText(double minimum, double maximum, double noData, bool hasNoD
            (hasNoData ? CPLSPrintf("%.17g, ", noData) : std::string());
 }
 
+/// The code of a registered system, else its text: GDAL's text of a registered one depends on the
+/// file that it read first.
+std::string systemText(OGRSpatialReference system) {
+    const auto codeOf = [&system] {
+        const char* code = system.GetAuthorityCode(nullptr);
+        return std::string(code != nullptr ? code : "");
+    };
+    if (!codeOf().empty() || (system.AutoIdentifyEPSG() == OGRERR_NONE && !codeOf().empty())) {
+        return codeOf();
+    }
+    const char* const form[] = {"FORMAT=WKT2_2018", "MULTILINE=NO", nullptr};
+    char* text = nullptr;
+    system.exportToWkt(&text, form);
+    const std::string wkt = text != nullptr ? text : "";
+    CPLFree(text);
+    return wkt;
+}
+
 /// GDAL's facts of the first band of a file: range, block size, sample type, first corner, the
 /// system.
 std::string gdalSays(const std::string& path) {
@@ -44,37 +62,29 @@ std::string gdalSays(const std::string& path) {
     int width = 0, height = 0;
     band.GetBlockSize(&width, &height);
     dataset->GetGeoTransform(t.data());
-    const char* const form[] = {"FORMAT=WKT2_2018", "MULTILINE=NO", nullptr};
-    char* text = nullptr;
-    if (dataset->GetSpatialRef() != nullptr) {
-        OGRSpatialReference system(*dataset->GetSpatialRef());
-        const char* code = system.GetAuthorityCode(nullptr);
-        if (code == nullptr && system.AutoIdentifyEPSG() == OGRERR_NONE &&  // as the codec does
-            (code = system.GetAuthorityCode(nullptr)) != nullptr) {
-            system.importFromEPSG(std::atoi(code));
-        }
-        system.exportToWkt(&text, form);
-    }
-    const std::string wkt = text != nullptr ? text : "";
-    CPLFree(text);
+    const OGRSpatialReference* known = dataset->GetSpatialRef();
+    const std::string system = known != nullptr ? systemText(*known) : "";
     int hasNoData = FALSE;
     const double noData = band.GetNoDataValue(&hasNoData);
     return rangeText(band.GetMinimum(), band.GetMaximum(), noData, hasNoData != FALSE) +
            CPLSPrintf("%d x %d of %d, %.9g %.9g, %s", width, height,
-                      GDALGetDataTypeSizeBits(band.GetRasterDataType()), t[0], t[3], wkt.c_str());
+                      GDALGetDataTypeSizeBits(band.GetRasterDataType()), t[0], t[3],
+                      system.c_str());
 }
 
 std::string codecSays(const Opened& opened) {
     const auto* geo = opened.property<GeoTiffCorrelation>();
     StringBuffer system;
     geo->getCoordinateSystem(system);
+    int code = 0;
+    geo->getCoordinateSystemCode(code);
     const Point2d corner = geo->getUpperLeft();
     ChannelRange range;
     opened.frame->frameOp11(0, &range);
     return rangeText(range.minimum, range.maximum, range.noData, range.hasNoData) +
            CPLSPrintf("%d x %d of %d, %.9g %.9g, %s", opened.frame->frameOp9(),
                       opened.frame->frameOp10(), opened.frame->frameOp6(), corner.x, corner.y,
-                      toUtf8(system).c_str());
+                      code > 0 ? std::to_string(code).c_str() : toUtf8(system).c_str());
 }
 
 /// The codec refuses the file or says what GDAL says, without GDAL if the file is plain.
