@@ -8,8 +8,8 @@
 #include <array>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <optional>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -71,8 +71,7 @@ inline void writeFile(const std::string& path, const std::string& content) {
 }
 
 inline std::string readFile(const std::string& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
+    return (std::ostringstream() << std::ifstream(path, std::ios::binary).rdbuf()).str();
 }
 
 /// The names in a directory, sorted.
