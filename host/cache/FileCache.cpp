@@ -97,7 +97,9 @@ Expected<FileHead> FileCache::takeHead(const std::string& absolutePath) {
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         if (lastHead_ && lastHead_->absolutePath == absolutePath && isFresh(lastHead_->operation)) {
-            return std::exchange(lastHead_, std::nullopt)->head;
+            Expected<FileHead> head = std::move(lastHead_->head);
+            lastHead_.reset();
+            return head;
         }
     }
     Expected<FileHead> head = readHead(absolutePath);
