@@ -279,11 +279,12 @@ class Writer {
         return order != nullptr && EQUAL(order, "PIXEL") && from_.GetRasterCount() > 1;
     }
 
-    /// The height in which most components are stored.
-    int blockRows() {
-        int columns = 0;
-        int rows = 0;
-        first().GetBlockSize(&columns, &rows);
+    /// The heights of the components' blocks. Those of the virtual raster say nothing.
+    std::vector<int> blockRows() const {
+        std::vector<int> rows;
+        for (const OutputBand& each : raster_.bands) {
+            rows.push_back(each.band.block.height);
+        }
         return rows;
     }
 

@@ -13,13 +13,17 @@ bool moveWindow(GDALRWFlag direction, GDALRasterBand& band, const RasterWindow& 
 
 }  // namespace
 
-std::vector<RasterWindow> windowsOf(GDALDataset& raster, std::size_t pixelBytes, int blockRows) {
+std::vector<RasterWindow> windowsOf(GDALDataset& raster, std::size_t pixelBytes,
+                                    const std::vector<int>& blockRows) {
     constexpr std::size_t kMostBytes = 32 << 20;
     constexpr int kUsualRows = 2 * kTileSide;  // most blocks of components divide this
     constexpr int kMostRows = 2048;
+    int rows = kUsualRows;
+    for (const int each : blockRows) {
+        rows = each <= kMostRows ? std::max(rows, each) : rows;
+    }
     const int width = raster.GetRasterXSize();
     const int height = raster.GetRasterYSize();
-    const int rows = blockRows > kUsualRows && blockRows <= kMostRows ? blockRows : kUsualRows;
     const auto most = static_cast<int>(kMostBytes / pixelBytes) / rows / kTileSide * kTileSide;
     const int columns = std::min(width, std::max(most, kTileSide));
     std::vector<RasterWindow> windows;

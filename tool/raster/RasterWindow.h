@@ -22,12 +22,12 @@ struct RasterWindow {
 /// The side of the tiles that GDAL writes by default.
 inline constexpr int kTileSide = 256;
 
-/// The windows in which to read a raster whose components mostly have blocks of `blockRows` lines:
-/// whole lines of blocks, so that each block is read once and in the order of the file, or parts of
-/// lines where those are too long. At most 32 MiB each. If the blocks are tiles of 256, 512 or
-/// 1024 pixels, and pixels have up to 16 bytes, the edges of windows are those of tiles or of the
-/// raster.
-std::vector<RasterWindow> windowsOf(GDALDataset& raster, std::size_t pixelBytes, int blockRows);
+/// The windows in which to read a raster whose components have blocks of so many lines: whole lines
+/// of blocks, so that each block is read once and in the order of the file, or parts of lines where
+/// those are too long. At most 32 MiB each. If all blocks are tiles of 256, 512 or 1024 pixels, and
+/// pixels have up to 16 bytes, the edges of windows are those of tiles or of the raster.
+std::vector<RasterWindow> windowsOf(GDALDataset& raster, std::size_t pixelBytes,
+                                    const std::vector<int>& blockRows);
 
 /// Reads or writes the samples of a window, line by line. Returns whether GDAL could do it.
 bool readWindow(GDALRasterBand& band, const RasterWindow& window, GDALDataType type, void* samples);

@@ -128,6 +128,9 @@ bool TileCopy::copy(const std::string& component, int band, const RasterWindow& 
     const TiffFile from = openedForReading(component);
     bool isRead = from && layoutIn(from.get()) == layout_;
     const int side = layout_.side();
+    if (window.x % side != 0 || window.y % side != 0) {
+        throw Failure(ExitCode::Unexpected, component, "a tile would be copied in parts");
+    }
     for (int y = window.y; y < window.y + window.height; y += side) {
         for (int x = window.x; x < window.x + window.width; x += side) {
             isRead = isRead && read(from.get(), tileAt(from.get(), x, y, 0));

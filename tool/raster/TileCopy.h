@@ -53,7 +53,8 @@ class TileCopy {
     TileCopy(const std::string& path, const TileLayout& layout);
 
     /// Copies the tiles of a window whose edges are those of tiles or of the raster; bands count
-    /// from 0. Returns whether they could be written. Throws a Failure with ExitCode::CannotRead.
+    /// from 0. Returns whether they could be written. Throws a Failure with ExitCode::CannotRead,
+    /// or with ExitCode::Unexpected for another window.
     bool copy(const std::string& component, int band, const RasterWindow& window);
     /// Returns whether the whole file could be written.
     bool finish();

@@ -30,7 +30,7 @@ class TileCopies : public RasterExport {
   protected:
     /// Two components of several tiles, those at the edges not full.
     Strings components(const Strings& options, GDALDataType type = GDT_UInt16) const {
-        const fakes::Raster raster{.width = 700, .height = 300, .type = type, .options = options};
+        const fakes::Raster raster{.width = 300, .height = 700, .type = type, .options = options};
         return {write("a_01.tif", raster), write("a_02.tif", raster)};
     }
     std::string output() const { return directory_ / "out.tif"; }
@@ -52,6 +52,7 @@ TEST_F(TileCopies, TilesAreCopiedAsTheyAreWhereBothFilesStoreThemAlike) {
         {{"TILED=YES", "COMPRESS=DEFLATE"}, {}, false},
         {joined(kAsWritten, {"ENDIANNESS=BIG"}), {}, false},
         {joined(kAsWritten, {"BLOCKXSIZE=512", "BLOCKYSIZE=512"}), {}, true},
+        {joined(kAsWritten, {"BLOCKXSIZE=1024", "BLOCKYSIZE=1024"}), {}, true},
         {joined(kAsWritten, {"BLOCKXSIZE=512"}), {}, false},
         {{"TILED=YES", "COMPRESS=DEFLATE", "NBITS=12"}, {}, false},
         {kAsWritten, {"--nodata", "9"}, true},
