@@ -279,11 +279,15 @@ class Writer {
         return order != nullptr && EQUAL(order, "PIXEL") && from_.GetRasterCount() > 1;
     }
 
-    /// The heights of the components' blocks. Those of the virtual raster say nothing.
-    std::vector<int> blockRows() const {
+    /// The heights of blocks, read and written. Those of the virtual raster say nothing.
+    std::vector<int> blockRows() {
         std::vector<int> rows;
         for (const OutputBand& each : raster_.bands) {
             rows.push_back(each.band.block.height);
+        }
+        if (to_) {
+            int columns = 0;
+            target(1).GetBlockSize(&columns, &rows.emplace_back());
         }
         return rows;
     }

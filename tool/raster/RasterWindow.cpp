@@ -20,7 +20,7 @@ std::vector<RasterWindow> windowsOf(GDALDataset& raster, std::size_t pixelBytes,
     constexpr int kMostRows = 2048;
     int rows = kUsualRows;
     for (const int each : blockRows) {
-        rows = each <= kMostRows ? std::max(rows, each) : rows;
+        rows = each <= kMostRows && each % kTileSide == 0 ? std::max(rows, each) : rows;
     }
     const int width = raster.GetRasterXSize();
     const int height = raster.GetRasterYSize();

@@ -22,10 +22,10 @@ struct RasterWindow {
 /// The side of the tiles that GDAL writes by default.
 inline constexpr int kTileSide = 256;
 
-/// The windows in which to read a raster whose components have blocks of so many lines: whole lines
-/// of blocks, so that each block is read once and in the order of the file, or parts of lines where
-/// those are too long. At most 32 MiB each. If all blocks are tiles of 256, 512 or 1024 pixels, and
-/// pixels have up to 16 bytes, the edges of windows are those of tiles or of the raster.
+/// The windows in which to copy a raster where blocks have so many lines: whole lines of blocks, so
+/// that each is read or written once and in the order of the file, or parts of lines where those
+/// are too long. At most 32 MiB each. Tiles of 256 pixels are never cut; if all blocks are tiles of
+/// 256, 512 or 1024 pixels, and pixels have up to 16 bytes, none is.
 std::vector<RasterWindow> windowsOf(GDALDataset& raster, std::size_t pixelBytes,
                                     const std::vector<int>& blockRows);
 

@@ -71,6 +71,18 @@ TEST_F(TileCopies, TilesAreCopiedAsTheyAreWhereBothFilesStoreThemAlike) {
     }
 }
 
+/// A tile that is written in parts leaves dead bytes.
+TEST_F(TileCopies, TilesAreWrittenOnceHoweverHighTheBlocksOfComponentsAre) {
+    const std::string output = this->output();
+    std::set<std::uintmax_t> sizes;
+    for (const char* const rows : {"BLOCKYSIZE=1", "BLOCKYSIZE=600", "BLOCKYSIZE=512"}) {
+        const Strings files = components({rows});
+        ASSERT_EQ(runKestms(joined({"export", "-o", output, "--overwrite"}, files)).code, 0);
+        sizes.insert(std::filesystem::file_size(output));
+    }
+    EXPECT_THAT(sizes, testing::SizeIs(1));
+}
+
 /// Tiles that are missing, and values that change, are no matter of copying.
 TEST_F(TileCopies, NoDataStaysNoData) {
     const Strings files = {withNoData(components(kAsWritten)[0], 5), directory_ / "b_02.tif"};
