@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <set>
+
 #include "tests/tool/raster/RasterExports.h"
 
 namespace kestms {
