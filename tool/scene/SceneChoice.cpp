@@ -122,15 +122,14 @@ void SceneChoice::takeFolder(const std::string& folder) {
 }
 
 std::vector<Scene> scenesDescribedBy(Session& session, std::vector<std::string>& paths) {
-    // As the rasters are spelled there.
-    const auto spelled = [](const std::string& path) {
-        return (fs::path(describedFolder(path)) / fs::path(path).filename()).string();
-    };
     std::map<std::string, std::set<std::string>> byFolder;  // a folder can be large
+    std::map<std::string, std::string> spelled;  // paths as the rasters are spelled there
     for (const std::string& path : paths) {
         std::error_code error;
         if (mayDescribeScene(path) && fs::is_regular_file(path, error)) {
-            byFolder[describedFolder(path)].insert(spelled(path));
+            const std::string folder = describedFolder(path);
+            spelled[path] = fs::path(folder) / fs::path(path).filename();
+            byFolder[folder].insert(spelled[path]);
         }
     }
     std::vector<Scene> scenes;
@@ -149,7 +148,7 @@ std::vector<Scene> scenesDescribedBy(Session& session, std::vector<std::string>&
             }
         }
     }
-    std::erase_if(paths, [&](const std::string& path) { return used.contains(spelled(path)); });
+    std::erase_if(paths, [&](const std::string& path) { return used.contains(spelled[path]); });
     return scenes;
 }
 
